@@ -1,0 +1,12 @@
+# clang as a second compiler for Windows: mingw-w64's headers and C++ library, linked by mingw's g++.
+include("${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake")
+set(CMAKE_C_COMPILER clang)
+set(CMAKE_CXX_COMPILER clang++)
+set(CMAKE_C_COMPILER_TARGET x86_64-w64-windows-gnu)
+set(CMAKE_CXX_COMPILER_TARGET x86_64-w64-windows-gnu)
+file(GLOB VANTRO_GCC_ROOTS /usr/lib/gcc/x86_64-w64-mingw32/*-posix)
+list(GET VANTRO_GCC_ROOTS 0 VANTRO_GCC_ROOT)
+set(CMAKE_CXX_FLAGS_INIT "-nostdinc++ -isystem ${VANTRO_GCC_ROOT}/include/c++ -isystem ${VANTRO_GCC_ROOT}/include/c++/x86_64-w64-mingw32 -isystem ${VANTRO_GCC_ROOT}/include/c++/backward -femulated-tls")
+set(CMAKE_CXX_LINK_EXECUTABLE "x86_64-w64-mingw32-g++-posix <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
+set(CMAKE_C_COMPILER_WORKS TRUE)
+set(CMAKE_CXX_COMPILER_WORKS TRUE)

@@ -1,0 +1,42 @@
+// The host's one text log.
+//
+// A line reads "[LEVEL] YYYY-MM-DD hh:mm:ss.mmm text". The file is "vantro_debug.log" in the working directory, opened
+// for writing (truncated) once per process at the first line; if it cannot be opened, lines are dropped in silence.
+// Each line is flushed at once. Any thread may write; the lines of several threads go through one FILE.
+#pragma once
+
+#include <atomic>
+
+namespace vantro {
+
+enum LogLevel : int {
+  kLogInfo = 0,
+  kLogWarning = 1,
+  kLogError = 2,
+  kLogDebug = 3,
+};
+
+// Switches the whole log. False at start, and nothing in the host sets it: a shipped run writes no line and creates no
+// file. The executable exports it under this name, so that a debugger or a support tool can switch the log on.
+extern "C" std::atomic<bool> debugLoggingEnabled;
+
+// Writes one line. A level above 3 is dropped; a negative one prints "UNKNOWN". Does not test debugLoggingEnabled:
+// callers come through the macros below. The text is one line without its newline, and may not be null.
+void WriteLog(int level, const char* text);
+
+// Formats like printf and hands the result, of any length, to WriteLog.
+void WriteLogFormatted(int level, const char* format, ...) __attribute__((format(gnu_printf, 2, 3)));
+
+}  // namespace vantro
+
+// The switch is tested before anything is formatted: while the log is off a statement costs a load and a branch.
+#define VANTRO_LOG(level, ...)                                                     \
+  do {                                                                             \
+    if (::vantro::debugLoggingEnabled.load(std::memory_order_relaxed)) [[unlikely]] \
+      ::vantro::WriteLogFormatted(level, __VA_ARGS__);                             \
+  } while (false)
+
+#define LOG_INFO(...) VANTRO_LOG(::vantro::kLogInfo, __VA_ARGS__)
+#define LOG_WARNING(...) VANTRO_LOG(::vantro::kLogWarning, __VA_ARGS__)
+#define LOG_ERROR(...) VANTRO_LOG(::vantro::kLogError, __VA_ARGS__)
+#define LOG_DEBUG(...) VANTRO_LOG(::vantro::kLogDebug, __VA_ARGS__)

@@ -1,0 +1,14 @@
+// Conversions between the host's narrow text and the wide text of the Win32 calls that need it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vantro {
+
+// UTF-16 to UTF-8 (code page 65001) and back. Ill-formed input becomes replacement characters; an empty input, or a
+// failed conversion, gives an empty result. Any thread.
+std::string NarrowFromWide(std::wstring_view wide);
+std::wstring WideFromNarrow(std::string_view utf8);
+
+}  // namespace vantro

@@ -1,0 +1,60 @@
+// The variant value of Flutter's standard message codec: every argument and reply on the method channels.
+// Standard library only.
+#pragma once
+
+#include <any>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace vantro {
+
+class EncodableValue;
+using EncodableList = std::vector<EncodableValue>;
+// Ordered first by alternative, then by value; a string key is never equal to a number.
+using EncodableMap = std::map<EncodableValue, EncodableValue>;
+
+// A value that only a codec extension could write.
+class CustomEncodableValue {
+ public:
+  explicit CustomEncodableValue(std::any value) : value_(std::move(value)) {}
+  const std::any& value() const { return value_; }
+  // Two custom values have no order that means anything: neither is less.
+  friend bool operator<(const CustomEncodableValue&, const CustomEncodableValue&) { return false; }
+  friend bool operator==(const CustomEncodableValue&, const CustomEncodableValue&) { return false; }
+
+ private:
+  std::any value_;
+};
+
+using EncodableVariant =
+    std::variant<std::monostate, bool, int32_t, int64_t, double, std::string, std::vector<uint8_t>,
+                 std::vector<int32_t>, std::vector<int64_t>, std::vector<double>, EncodableList, EncodableMap,
+                 CustomEncodableValue, std::vector<float>>;
+
+class EncodableValue : public EncodableVariant {
+ public:
+  using EncodableVariant::EncodableVariant;
+  using EncodableVariant::operator=;
+  EncodableValue() = default;
+  // A literal is a string, not a Boolean.
+  explicit EncodableValue(const char* text) : EncodableVariant(std::string(text)) {}
+
+  bool IsNull() const { return std::holds_alternative<std::monostate>(*this); }
+  const EncodableVariant& variant() const { return *this; }
+
+  friend bool operator<(const EncodableValue& left, const EncodableValue& right);
+  friend bool operator==(const EncodableValue& left, const EncodableValue& right);
+};
+
+inline bool operator<(const EncodableValue& left, const EncodableValue& right) {
+  return static_cast<const EncodableVariant&>(left) < static_cast<const EncodableVariant&>(right);
+}
+inline bool operator==(const EncodableValue& left, const EncodableValue& right) {
+  return static_cast<const EncodableVariant&>(left) == static_cast<const EncodableVariant&>(right);
+}
+
+}  // namespace vantro

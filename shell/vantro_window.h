@@ -1,0 +1,143 @@
+// One top-level window: the native window with its chrome, its player, its Flutter view and its channels.
+//
+// Main thread. All handles are plain Win32 handles, null when absent; the system destroys child and owned windows with
+// hwnd_, so every use of a handle that could be gone tests it with IsWindow.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+#include "bridge/method_channel_handler.h"
+#include "flutter_host/flutter_engine.h"
+#include "player/vlc_player.h"
+#include "services/vod_thumbnail_worker_plugin.h"
+
+namespace vantro {
+
+// Height of the self-drawn title bar, and the depth of the area at the top of the screen that calls it back in
+// fullscreen, in pixels.
+constexpr int TITLE_BAR_HEIGHT = 30;
+constexpr int TOP_AREA_THRESHOLD = 50;
+
+constexpr int kInitialWindowWidth = 1280;
+constexpr int kInitialWindowHeight = 720;
+constexpr int kMinimumWindowWidth = 640;
+constexpr int kMinimumWindowHeight = 360;
+constexpr COLORREF kTitleBarColor = 0x5F4646;
+
+class VantroWindow {
+ public:
+  explicit VantroWindow(HINSTANCE hInstance);
+  ~VantroWindow();
+  VantroWindow(const VantroWindow&) = delete;
+  VantroWindow& operator=(const VantroWindow&) = delete;
+
+  // Brings the window up, hidden. False when the window cannot serve; the object can then only be destroyed.
+  bool Initialize();
+
+  // Bring-up, private steps of Initialize (window_lifecycle.cpp).
+  bool InitializeWindow();
+  bool InitializeVLC();
+  bool InitializeFlutter();
+
+  // The overlay (overlay_window.cpp).
+  bool CreateFlutterOverlay();
+  void SyncFlutterOverlayPosition();
+  void SetFlutterOverlayTopmost();
+  void EnableOverlayMouseInput();
+  static LRESULT CALLBACK WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam);
+  static LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+  // Messages (window_messages.cpp and its companions by topic).
+  static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
+
+  // Title bar (title_bar.cpp).
+  void RemoveStandardTitleBar();
+  void CreateCustomTitleBar();
+  void LayoutTitleBarControls();
+  LRESULT OnDrawItem(WPARAM wParam, LPARAM lParam);  // WM_DRAWITEM of buttons and statics
+
+  // Fullscreen (fullscreen.cpp).
+  void ToggleFullscreen();
+  void ShowTitleBarControls();
+  void HideTitleBarControls();
+  void StartTitleBarAutoHideTimer();
+  void StopTitleBarAutoHideTimer();
+  // Who reports where the pointer is: the three callers differ in their log lines and in one rule.
+  enum class TopAreaCaller { kTrackingTimer, kMainWindow, kOverlay };
+  void RunTopAreaStep(int y, TopAreaCaller caller);
+
+  // Menus, commands and settings (menus.cpp, commands.cpp, settings.cpp).
+  void ShowFileMenu();
+  void ShowHelpMenu();
+  void HandleMenuCommand(WORD commandId);
+  void LoadSettings();
+  void SaveSettings();
+
+  // Volume control (volume_control.cpp).
+  void CreateVolumeControl();
+  void CreateSpeakerIcon();
+  void HandleVolumeClick(int x, int y);
+  void SetVlcVolume(int volume);
+  void DrawVolumeControl(const DRAWITEMSTRUCT& item);
+  void DrawSpeakerIcon(const DRAWITEMSTRUCT& item);
+
+  // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
+  // window's object is gone, also while older windows live.
+  static VantroWindow* instance_;
+
+  HWND hwnd_ = nullptr;
+  HWND flutterHostWindow_ = nullptr;  // the overlay
+  HWND searchBox_ = nullptr;
+  HWND fileButton_ = nullptr;
+  HWND helpButton_ = nullptr;
+  HWND closeButton_ = nullptr;
+  HWND maximizeButton_ = nullptr;
+  HWND minimizeButton_ = nullptr;
+  HWND volumeControl_ = nullptr;
+  HWND speakerIcon_ = nullptr;
+  HWND appIconStatic_ = nullptr;
+  HWND titleStatic_ = nullptr;
+  HINSTANCE hInstance_;
+  std::wstring className_ = L"VantroWindowClass";
+  std::wstring windowTitle_ = L"Vantro";
+  // Outer size until the first WM_SIZE, client size afterwards, the saved outer size around fullscreen.
+  int width_ = kInitialWindowWidth;
+  int height_ = kInitialWindowHeight;
+  std::unique_ptr<VLCPlayer> vlcPlayer_;
+  std::unique_ptr<FlutterEngine> flutterEngine_;
+  std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
+  std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> vodThumbnailPlugin_;
+  bool isFullscreen_ = false;
+  bool alwaysOnTop_ = false;
+  bool alwaysOnTopThisWindow_ = false;
+  bool searchBoxClicked_ = false;  // written by WM_LBUTTONDOWN, read by nothing
+  RECT savedWindowRect_{};         // outer rectangle, style and extended style from before fullscreen
+  DWORD savedStyle_ = 0;
+  DWORD savedExStyle_ = 0;
+  std::string vlcHwAccel_ = "auto";
+  std::string vlcAudioOutput_ = "directsound";
+  std::string vlcDeinterlace_ = "off";
+  bool vlcEqualizerEnabled_ = false;
+  bool vlcCompressorEnabled_ = false;
+  bool isSyncingOverlay_ = false;  // re-entry guard of SyncFlutterOverlayPosition
+  bool isClosing_ = false;         // set on WM_CLOSE, never cleared
+  int volume_ = 100;               // percent, 0 to 100
+  bool isVolumeDragging_ = false;
+  bool showVolumePercent_ = false;
+  ULONG_PTR gdiplusToken_ = 0;
+  HHOOK windowHook_ = nullptr;
+  UINT_PTR reservedTimerId_ = 0;  // nothing sets it; the destructor still tests it
+  UINT_PTR searchDebounceTimer_ = 0;
+  UINT_PTR titleBarAutoHideTimer_ = 0;
+  UINT_PTR mouseTrackingTimer_ = 0;
+  bool isTitleBarVisible_ = true;
+  bool isMouseInTopArea_ = false;
+  HBRUSH backgroundBrush_ = nullptr;
+  HBRUSH titleBarBrush_ = nullptr;
+};
+
+}  // namespace vantro

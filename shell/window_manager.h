@@ -1,0 +1,38 @@
+// The windows of the process, in the order of their registration. Main thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "flutter_host/encodable_value.h"
+
+namespace vantro {
+
+class VantroWindow;
+
+// Position 0 is the first window and the master. A closed window stays in the list until the process ends.
+std::vector<std::unique_ptr<VantroWindow>>& GetWindowRegistry();
+
+// True once ShutdownWindowManager has begun; never false again.
+bool IsShuttingDown();
+
+// Makes, places, shows and registers one more window beside the reference. A failure is logged and changes nothing
+// else; no exception leaves.
+void CreateNewWindow(VantroWindow& referenceWindow);
+
+// Takes the window. While shutting down it is destroyed instead.
+void RegisterWindow(std::unique_ptr<VantroWindow> ownedWindow);
+// Called by the destructor of VantroWindow only.
+void UnregisterWindow(VantroWindow* window);
+
+// Entries whose window is not closing.
+size_t CountActiveWindows();
+
+// Invokes the method, with a copy of the value, on every window from position 1 on that has a handler.
+void BroadcastEncodableToClientWindows(const std::string& methodName, const EncodableValue& value);
+
+// After the message loop: raises the flag, destroys every window in order, empties the list.
+void ShutdownWindowManager();
+
+}  // namespace vantro

@@ -1,0 +1,55 @@
+// The main of every unit test program: runs the tests under a watchdog that ends a hung program and says where it hung.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+namespace {
+
+constexpr auto kTestLimit = std::chrono::seconds(60);
+constexpr int kHungExitCode = 97;
+
+std::atomic<long long> testBegan{0};
+
+long long Now() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+class Clock : public testing::EmptyTestEventListener {
+  void OnTestStart(const testing::TestInfo& info) override {
+    std::snprintf(name, sizeof name, "%s.%s", info.test_suite_name(), info.name());
+    testBegan = Now();
+  }
+  void OnTestEnd(const testing::TestInfo&) override { testBegan = 0; }
+
+ public:
+  static char name[512];
+};
+char Clock::name[512] = "";
+
+void Watch() {
+  for (;;) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    const long long began = testBegan;
+    if (began == 0 || Now() - began < std::chrono::milliseconds(kTestLimit).count()) continue;
+    std::fprintf(stderr, "HUNG: %s did not end within %lld s\n", Clock::name,
+                 static_cast<long long>(kTestLimit.count()));
+    std::fflush(stderr);
+    std::_Exit(kHungExitCode);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  testing::UnitTest::GetInstance()->listeners().Append(new Clock);
+  std::thread(Watch).detach();
+  const int result = RUN_ALL_TESTS();
+  std::fflush(nullptr);
+  std::_Exit(result);
+}
