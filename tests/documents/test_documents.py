@@ -1,0 +1,48 @@
+"""The documents are true in what can be checked: their links lead somewhere, and each file that they name exists."""
+
+import re
+from pathlib import Path
+
+import pytest
+
+ROOT = Path(__file__).resolve().parents[2]
+DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/**/*.md")])
+
+LINK = re.compile(r"!?\[[^\]]*\]\(([^)#\s]+)(#[^)]*)?\)")
+# A name in backticks that looks like a file or folder of this repository: it has a slash and starts with one of its folders.
+NAMED = re.compile(r"`((?:" + "|".join(sorted(p.name for p in ROOT.iterdir() if p.is_dir() and p.name not in {"out", ".git"}))
+                   + r")/[\w./-]*[\w/-])`")
+
+
+def identifiers(paths):
+    return [str(path.relative_to(ROOT)) for path in paths]
+
+
+@pytest.mark.parametrize("document", DOCUMENTS, ids=identifiers(DOCUMENTS))
+def test_every_link_leads_to_a_file_of_the_repository(document):
+    targets = [match.group(1) for match in LINK.finditer(document.read_text()) if "://" not in match.group(1)]
+    missing = [target for target in targets if not (document.parent / target).exists()]
+    assert not missing, f"{document.name} links to what does not exist: {missing}"
+
+
+@pytest.mark.parametrize("document", DOCUMENTS, ids=identifiers(DOCUMENTS))
+def test_every_file_named_in_a_document_exists(document):
+    named = {match.group(1) for match in NAMED.finditer(document.read_text())}
+    missing = sorted(name for name in named if not (ROOT / name).exists())
+    assert not missing, f"{document.name} names what does not exist: {missing}"
+
+
+def test_there_are_documents_to_check():
+    names = {document.name for document in DOCUMENTS}
+    assert {"README.md", "CONTRIBUTING.md", "CHANGELOG.md", "architecture.md", "channel.md", "testing.md",
+            "performance.md", "building-on-windows.md"} <= names
+
+
+def test_version_is_stated_in_one_place():
+    version = re.search(r"^project\(vantro VERSION ([\d.]+)", (ROOT / "CMakeLists.txt").read_text(), re.M).group(1)
+    suffixes = {".cpp", ".h", ".rc", ".in", ".py", ".nsi", ".cmake", ".json"}
+    skipped = {"out", ".git"}
+    elsewhere = [str(path.relative_to(ROOT)) for path in ROOT.rglob("*")
+                 if path.is_file() and path.suffix in suffixes and not skipped & set(path.relative_to(ROOT).parts)
+                 and re.search(rf"(?<![\d.]){re.escape(version)}(?![\d.])", path.read_text(errors="replace"))]
+    assert not elsewhere, f"the version {version} stands also in {elsewhere}"

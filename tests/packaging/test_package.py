@@ -1,0 +1,98 @@
+"""The packages as a user meets them: the zip is unpacked, the installer runs silently, and both go away again."""
+
+import os
+import shutil
+import subprocess
+import zipfile
+from pathlib import Path
+
+import pytest
+
+ROOT = Path(__file__).resolve().parents[2]
+BUILD = ROOT / "out" / "build" / "mingw"
+
+
+@pytest.fixture(scope="module")
+def package(tmp_path_factory):
+    """The packages, made with a stand-in bundle and a stand-in runtime."""
+    base = tmp_path_factory.mktemp("package")
+    bundle, runtime = base / "bundle", base / "runtime"
+    (bundle / "data" / "flutter_assets").mkdir(parents=True)
+    (bundle / "data" / "icudtl.dat").write_bytes(b"icu")
+    (bundle / "data" / "flutter_assets" / "asset name with blanks.txt").write_text("asset")
+    (runtime / "plugins").mkdir(parents=True)
+    (runtime / "plugins" / "plugin.dll").write_bytes(b"plugin")
+    for library in ("libvlc.dll", "libvlccore.dll"):
+        (runtime / library).write_bytes(b"library")
+    subprocess.run([ROOT / "packaging" / "make-package", "--bundle", bundle, "--runtime", runtime, "--out", base / "out"],
+                   check=True, stdout=subprocess.DEVNULL)
+    return base / "out"
+
+
+def contents(folder: Path) -> set[str]:
+    return {str(path.relative_to(folder)) for path in folder.rglob("*") if path.is_file()}
+
+
+EXPECTED = {"vantro.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt", "libvlc.dll", "libvlccore.dll",
+            "plugins/plugin.dll", "data/icudtl.dat", "data/flutter_assets/asset name with blanks.txt"}
+
+
+@pytest.fixture(scope="module")
+def prefix(tmp_path_factory):
+    folder = tmp_path_factory.mktemp("wine") / "prefix"
+    subprocess.run([ROOT / "devkit" / "wine" / "prefix", folder], check=True)
+    return folder
+
+
+def run(prefix: Path, *command) -> int:
+    environment = dict(os.environ, VANTRO_WINEPREFIX=str(prefix))
+    return subprocess.run([ROOT / "devkit" / "wine" / "run", *map(str, command)], env=environment, timeout=120).returncode
+
+
+def find(prefix: Path, name: str) -> list[Path]:
+    return [path for path in (prefix / "drive_c").rglob(name)]
+
+
+def test_zip_holds_the_host_its_texts_the_bundle_and_the_runtime(package, tmp_path):
+    [archive] = package.glob("vantro-*-windows-x86-64.zip")
+    zipfile.ZipFile(archive).extractall(tmp_path)
+    assert contents(tmp_path / archive.stem) == EXPECTED
+
+
+def test_shipped_executable_is_stripped_and_its_symbols_stand_apart(package):
+    [exe] = package.glob("vantro-*/vantro.exe")
+    [symbols] = package.glob("vantro-*-symbols.zip")
+    assert exe.stat().st_size < zipfile.ZipFile(symbols).getinfo("symbols/vantro.exe.debug").file_size
+    listed = subprocess.run(["x86_64-w64-mingw32-nm", exe], capture_output=True, text=True)
+    assert "no symbols" in listed.stderr
+
+
+def test_silent_install_puts_every_file_in_place_and_silent_uninstall_takes_only_these_away(package, prefix):
+    [setup] = package.glob("vantro-*-setup.exe")
+    assert run(prefix, setup, "/S") == 0
+    [exe] = find(prefix, "vantro.exe")
+    folder = exe.parent
+    assert contents(folder) == EXPECTED | {"uninstall.exe"}
+
+    kept = folder / "notes of the user.txt"
+    kept.write_text("mine")
+    # In place (_?=): without it the uninstaller copies itself away and ends before it is done.
+    target = "Z:" + str(folder).replace("/", "\\")
+    assert run(prefix, folder / "uninstall.exe", "/S", f"_?={target}") == 0
+    # An uninstaller that runs in place cannot delete itself.
+    assert contents(folder) - {"uninstall.exe"} == {"notes of the user.txt"}
+    shutil.rmtree(folder)
+
+
+def test_same_commit_gives_the_same_executable(package, tmp_path):
+    environment = dict(os.environ, SOURCE_DATE_EPOCH="1700000000")
+    images = []
+    for attempt in ("first", "second"):
+        build = tmp_path / attempt
+        subprocess.run(["cmake", "-S", ROOT, "-B", build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
+                        "-DVANTRO_BUILD_TESTS=OFF", f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/cmake/mingw-w64.cmake"],
+                       check=True, stdout=subprocess.DEVNULL)
+        subprocess.run(["cmake", "--build", build, "--target", "vantro", "-j2"], check=True, env=environment,
+                       stdout=subprocess.DEVNULL)
+        images.append((build / "vantro.exe").read_bytes())
+    assert images[0] == images[1]
