@@ -41,6 +41,13 @@ class VantroWindow {
   bool InitializeWindow();
   bool InitializeVLC();
   bool InitializeFlutter();
+  bool RegisterWindowClass();
+  void CreateChannels();
+  void CreateThumbnailWorker();
+
+  // The view's window, or null: with no engine, an engine without a view, or, for the second, a window that is gone.
+  HWND FlutterChild() const;
+  HWND LiveFlutterChild() const;
 
   // The overlay (overlay_window.cpp).
   bool CreateFlutterOverlay();
@@ -53,6 +60,33 @@ class VantroWindow {
   // Messages (window_messages.cpp and its companions by topic).
   static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
+  // Offers the message to the view, then to the system.
+  LRESULT OnDefault(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT OnDestroy();
+  LRESULT OnMove();
+  LRESULT OnSize();
+  LRESULT OnPaint();
+  LRESULT OnNcPaint();
+  LRESULT OnClose(WPARAM wParam, LPARAM lParam);
+  LRESULT OnGetMinMaxInfo(LPARAM lParam);
+  LRESULT OnHitTest(LPARAM lParam);
+  LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
+  LRESULT OnTimer(WPARAM timerId);
+  LRESULT OnControlColor(WPARAM wParam);
+  LRESULT OnNewWindowRequest();
+  // Keyboard and focus (window_keyboard.cpp).
+  LRESULT OnSetFocus(WPARAM wParam, LPARAM lParam);
+  LRESULT OnKillFocus(WPARAM wParam, LPARAM lParam);
+  LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
+  LRESULT OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam);
+  // Mouse (window_mouse.cpp).
+  LRESULT OnMouseMove(WPARAM wParam, LPARAM lParam);
+  LRESULT OnLeftButtonDown(WPARAM wParam, LPARAM lParam);
+  LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT BeginVolumeDrag();
+  // Search box (window_search.cpp).
+  void HandleSearchInput();
+  void OnSearchDebounceTimer();
 
   // Title bar (title_bar.cpp).
   void RemoveStandardTitleBar();
@@ -112,6 +146,8 @@ class VantroWindow {
   std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> vodThumbnailPlugin_;
   bool isFullscreen_ = false;
+  bool reservedFlag_ = true;      // nothing reads these two
+  double reservedFactor_ = 1.0;
   bool alwaysOnTop_ = false;
   bool alwaysOnTopThisWindow_ = false;
   bool searchBoxClicked_ = false;  // written by WM_LBUTTONDOWN, read by nothing
