@@ -1,0 +1,2 @@
+// The scripted libvlccore.dll: loaded by the host, never called.
+extern "C" int ScriptedCorePresent() { return 1; }
