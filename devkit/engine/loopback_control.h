@@ -38,7 +38,8 @@ int32_t LoopbackHasListener(int32_t engine, const char* channel);
 
 // As if the interface had sent the bytes on the channel: calls the channel's callback before it returns. The reply, if
 // one came, is handed to the function with replied 1; replied 0 means that none came (no listener, or not answered).
-// An answer that is empty is 1 with size 0.
+// An answer that is empty is 1 with size 0. The result is 1 if a listener was called. An answer that comes after the
+// return is taken (it ends the pending reply) and dropped.
 typedef void (*LoopbackReply)(const uint8_t* data, size_t size, int32_t replied, void* userData);
 int32_t LoopbackDeliver(int32_t engine, const char* channel, const uint8_t* bytes, size_t size, LoopbackReply reply,
                         void* userData);
@@ -46,7 +47,12 @@ int32_t LoopbackDeliver(int32_t engine, const char* channel, const uint8_t* byte
 // Sees every message that the host sends. One observer a process; null takes it away.
 typedef void (*LoopbackSendObserver)(int32_t engine, const char* channel, const uint8_t* bytes, size_t size,
                                      void* userData);
+// Returns once no call of the former observer is running, except when called from an observer.
 void LoopbackSetSendObserver(LoopbackSendObserver observer, void* userData);
+
+// What a message sent with a reply function is answered with, before the send returns. Until it is set (and after
+// LoopbackReset) such a send is refused: it returns false and the reply function is never called.
+void LoopbackSetSendAnswer(const uint8_t* bytes, size_t size);
 
 // What FlutterDesktopViewControllerHandleTopLevelWindowProc does with this message: handled 1 makes it return true with
 // the result. Anything not set is not handled.

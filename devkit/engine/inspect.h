@@ -1,0 +1,20 @@
+// What an interface program may ask about the host's process, so that a black-box test sees windows as a user would:
+//
+//   windows            JSON list of the process's windows: handle, parent, owner, class, title, rectangle, styles, visible
+//   focus              JSON with the active, focused and capturing windows of the window thread
+//   post  send         payload: u64 handle, u32 message, u64 wParam, i64 lParam. Posts, or sends with a limit of 5 s; JSON
+//                      with ok and result
+//   capture            payload: u64 handle. A BMP file of the window's picture, children included; empty on failure
+//
+// All of it runs on the socket's thread and needs nothing of the window thread but that it answers sent messages.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vantro::loopback {
+
+std::vector<uint8_t> RunCommand(const std::string& name, const std::vector<uint8_t>& arguments, uint32_t window_thread);
+
+}  // namespace vantro::loopback
