@@ -26,6 +26,29 @@ constexpr WORD kSpeakerIconId = 1002;
 constexpr WORD kFileButtonId = 40010;
 constexpr WORD kHelpButtonId = 40011;
 
+// Commands of the menus. The buttons' and the volume control's ids above are commands as well.
+constexpr WORD kNewWindowCommand = 40001;
+constexpr WORD kSettingsCommand = 40002;
+constexpr WORD kAlwaysOnTopCommand = 40003;
+constexpr WORD kExitCommand = 40004;
+constexpr WORD kAboutCommand = 40005;
+constexpr WORD kAlwaysOnTopThisWindowCommand = 40006;
+constexpr WORD kFullscreenCommand = 40008;
+constexpr WORD kHwAccelAutoCommand = 40020;
+constexpr WORD kHwAccelNoneCommand = 40021;
+constexpr WORD kHwAccelDxva2Command = 40022;
+constexpr WORD kHwAccelD3d11vaCommand = 40023;
+constexpr WORD kAudioDirectSoundCommand = 40030;
+constexpr WORD kAudioWasapiCommand = 40031;
+constexpr WORD kAudioMmdeviceCommand = 40032;
+constexpr WORD kDeinterlaceOffCommand = 40040;
+constexpr WORD kDeinterlaceLinearCommand = 40041;
+constexpr WORD kDeinterlaceBlendCommand = 40042;
+constexpr WORD kDeinterlaceMeanCommand = 40043;
+constexpr WORD kEqualizerCommand = 40050;
+constexpr WORD kCompressorCommand = 40051;
+constexpr WORD kRestoreDefaultsCommand = 40052;
+
 // Icon resources.
 constexpr WORD kAppIconResource = 101;
 constexpr WORD kSmallIconResource = 102;

@@ -13,13 +13,12 @@
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 #include "services/vod_thumbnail_worker_plugin.h"
+#include "shell/top_area.h"
 
 namespace vantro {
 
-// Height of the self-drawn title bar, and the depth of the area at the top of the screen that calls it back in
-// fullscreen, in pixels.
+// Height of the self-drawn title bar, in pixels.
 constexpr int TITLE_BAR_HEIGHT = 30;
-constexpr int TOP_AREA_THRESHOLD = 50;
 
 constexpr int kInitialWindowWidth = 1280;
 constexpr int kInitialWindowHeight = 720;
@@ -42,8 +41,9 @@ class VantroWindow {
   bool InitializeVLC();
   bool InitializeFlutter();
   bool RegisterWindowClass();
-  void CreateChannels();
+  bool CreateMethodChannelHandler();
   void CreateThumbnailWorker();
+  void InstallWindowHook();
 
   // The view's window, or null: with no engine, an engine without a view, or, for the second, a window that is gone.
   HWND FlutterChild() const;
@@ -55,6 +55,8 @@ class VantroWindow {
   void SetFlutterOverlayTopmost();
   void EnableOverlayMouseInput();
   static LRESULT CALLBACK WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam);
+  static bool RegisterOverlayClass(HINSTANCE instance);
+  // Input on the overlay (overlay_input.cpp).
   static LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
   // Messages (window_messages.cpp and its companions by topic).
@@ -83,10 +85,6 @@ class VantroWindow {
   LRESULT OnMouseMove(WPARAM wParam, LPARAM lParam);
   LRESULT OnLeftButtonDown(WPARAM wParam, LPARAM lParam);
   LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
-  LRESULT BeginVolumeDrag();
-  // Search box (window_search.cpp).
-  void HandleSearchInput();
-  void OnSearchDebounceTimer();
 
   // Title bar (title_bar.cpp).
   void RemoveStandardTitleBar();
@@ -100,14 +98,18 @@ class VantroWindow {
   void HideTitleBarControls();
   void StartTitleBarAutoHideTimer();
   void StopTitleBarAutoHideTimer();
-  // Who reports where the pointer is: the three callers differ in their log lines and in one rule.
-  enum class TopAreaCaller { kTrackingTimer, kMainWindow, kOverlay };
+  void EnterFullscreen();
+  void LeaveFullscreen();
+  using TopAreaCaller = vantro::TopAreaCaller;
+  // The pointer is at y, in client coordinates. Only in fullscreen. Logs entering and leaving, nothing else.
   void RunTopAreaStep(int y, TopAreaCaller caller);
 
   // Menus, commands and settings (menus.cpp, commands.cpp, settings.cpp).
   void ShowFileMenu();
   void ShowHelpMenu();
   void HandleMenuCommand(WORD commandId);
+  // Puts window and overlay into the topmost band or takes them out of it.
+  void ApplyTopmost(bool topmost);
   void LoadSettings();
   void SaveSettings();
 
@@ -116,8 +118,14 @@ class VantroWindow {
   void CreateSpeakerIcon();
   void HandleVolumeClick(int x, int y);
   void SetVlcVolume(int volume);
+  // The left button went down on the slider, at this position relative to it: drags from here on.
+  void BeginVolumeDrag(int x, int y);
   void DrawVolumeControl(const DRAWITEMSTRUCT& item);
   void DrawSpeakerIcon(const DRAWITEMSTRUCT& item);
+
+  // Search box (window_search.cpp).
+  void HandleSearchInput();      // its text changed: waits for the typing to pause
+  void OnSearchDebounceTimer();  // the pause has come: sends the text to the interface
 
   // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
   // window's object is gone, also while older windows live.

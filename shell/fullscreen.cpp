@@ -1,0 +1,245 @@
+// Fullscreen, and the title bar that comes and goes in it.
+#include <windows.h>
+
+#include "common/log.h"
+#include "shell/fullscreen_placement.h"
+#include "shell/shell_ids.h"
+#include "shell/title_bar_layout.h"
+#include "shell/top_area.h"
+#include "shell/vantro_window.h"
+
+namespace vantro {
+
+namespace {
+
+constexpr DWORD kFullscreenStyle = WS_POPUP | WS_VISIBLE;
+constexpr UINT kFrameChange = SWP_FRAMECHANGED | SWP_SHOWWINDOW;
+constexpr UINT kQuietMove = SWP_NOACTIVATE | SWP_SHOWWINDOW;
+
+RECT MonitorRectangle(HWND window) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  // A window on no monitor goes to the primary one. The whole monitor counts, the taskbar's strip included.
+  GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
+  return monitor.rcMonitor;
+}
+
+void SetStyle(HWND window, int index, DWORD style) { SetWindowLongA(window, index, static_cast<LONG>(style)); }
+
+// A null window would stand for every window of the desktop.
+void InvalidateIfAny(HWND window) {
+  if (window) InvalidateRect(window, nullptr, TRUE);
+}
+
+struct OverlayPlace {
+  POINT topLeft;  // screen
+  int width;
+  int height;
+};
+
+// The overlay over the window's client area below topOffset, and the Flutter view over the whole overlay. Neither takes
+// the activation.
+OverlayPlace MoveOverlay(const VantroWindow& window, int topOffset) {
+  RECT client{};
+  GetClientRect(window.hwnd_, &client);
+  OverlayPlace place{{client.left, client.top + topOffset}, client.right - client.left,
+                     client.bottom - client.top - topOffset};
+  ClientToScreen(window.hwnd_, &place.topLeft);
+  SetWindowPos(window.flutterHostWindow_, nullptr, place.topLeft.x, place.topLeft.y, place.width, place.height,
+               kQuietMove);
+  const HWND view = window.flutterEngine_ ? window.flutterEngine_->flutterWindow_ : nullptr;
+  if (IsWindow(view)) SetWindowPos(view, nullptr, 0, 0, place.width, place.height, kQuietMove);
+  return place;
+}
+
+void RepaintTitleBar(const VantroWindow& window, bool erase) {
+  RECT strip{};
+  if (GetClientRect(window.hwnd_, &strip)) {
+    if (strip.bottom > TITLE_BAR_HEIGHT) strip.bottom = TITLE_BAR_HEIGHT;
+  } else {
+    strip = {0, 0, window.width_, TITLE_BAR_HEIGHT};
+  }
+  InvalidateRect(window.hwnd_, &strip, erase);
+  UpdateWindow(window.hwnd_);
+}
+
+void ShowAutoHiddenControls(const VantroWindow& window, int command) {
+  for (const auto member : kAutoHiddenControls) {
+    if (const HWND control = window.*member) ShowWindow(control, command);
+  }
+}
+
+void LogMouseEnteredTopArea(TopAreaCaller caller, int y) {
+  switch (caller) {
+    case TopAreaCaller::kTrackingTimer:
+      LOG_INFO("WM_TIMER: Mouse entered top area (y=%ld) - showing title bar", long{y});
+      break;
+    case TopAreaCaller::kMainWindow:
+      LOG_INFO("MAIN WINDOW: Mouse entered top area - SHOWING TITLE BAR");
+      break;
+    case TopAreaCaller::kOverlay:
+      LOG_INFO("OverlayWindowProc: Mouse entered top area - SHOWING TITLE BAR");
+      break;
+  }
+}
+
+void LogMouseLeftTopArea(TopAreaCaller caller, int y) {
+  switch (caller) {
+    case TopAreaCaller::kTrackingTimer:
+      LOG_INFO("WM_TIMER: Mouse left top area (y=%ld) - starting auto-hide timer", long{y});
+      break;
+    case TopAreaCaller::kMainWindow:
+      LOG_INFO("MAIN WINDOW: Mouse left top area - starting auto-hide timer");
+      break;
+    case TopAreaCaller::kOverlay:
+      LOG_INFO("OverlayWindowProc: Mouse left top area - starting auto-hide timer");
+      break;
+  }
+}
+
+}  // namespace
+
+void VantroWindow::ToggleFullscreen() {
+  if (isFullscreen_) {
+    LeaveFullscreen();
+  } else {
+    EnterFullscreen();
+  }
+}
+
+void VantroWindow::EnterFullscreen() {
+  LOG_INFO("ToggleFullscreen: Entering fullscreen mode");
+  GetWindowRect(hwnd_, &savedWindowRect_);
+  savedStyle_ = static_cast<DWORD>(GetWindowLongA(hwnd_, GWL_STYLE));
+  savedExStyle_ = static_cast<DWORD>(GetWindowLongA(hwnd_, GWL_EXSTYLE));
+  width_ = savedWindowRect_.right - savedWindowRect_.left;
+  height_ = savedWindowRect_.bottom - savedWindowRect_.top;
+  LOG_DEBUG("ToggleFullscreen: Saved window state - pos:(%ld,%ld) size:%dx%d style:0x%08lX exStyle:0x%08lX",
+            savedWindowRect_.left, savedWindowRect_.top, width_, height_, savedStyle_, savedExStyle_);
+  const RECT monitor = MonitorRectangle(hwnd_);
+  LOG_INFO("ToggleFullscreen: Monitor rect: %ld,%ld to %ld,%ld", monitor.left, monitor.top, monitor.right,
+           monitor.bottom);
+  SetStyle(hwnd_, GWL_STYLE, kFullscreenStyle);
+  SetWindowPos(hwnd_, nullptr, monitor.left, monitor.top, monitor.right - monitor.left, monitor.bottom - monitor.top,
+               kFrameChange);
+  // The syncs that the move caused ran with the bar's offset; the one below repairs them.
+  isFullscreen_ = true;
+  SyncFlutterOverlayPosition();
+  HideTitleBarControls();
+  isMouseInTopArea_ = false;
+  if (mouseTrackingTimer_) KillTimer(hwnd_, kMouseTrackingTimerId);
+  mouseTrackingTimer_ = SetTimer(hwnd_, kMouseTrackingTimerId, kMouseTrackingMs, nullptr);
+  LOG_INFO("Started mouse tracking timer for fullscreen mode");
+  InvalidateIfAny(maximizeButton_);  // its glyph shows the state
+  LOG_INFO("Entered fullscreen mode - title bar will auto-hide");
+}
+
+void VantroWindow::LeaveFullscreen() {
+  LOG_INFO("ToggleFullscreen: Exiting fullscreen mode");
+  const FullscreenPlacement placement = PlacementAfterFullscreen(savedWindowRect_.left, savedWindowRect_.top,
+                                                                 savedWindowRect_.right, savedWindowRect_.bottom);
+  if (placement.usesDefaults) {
+    LOG_WARNING("ToggleFullscreen: Invalid saved dimensions (%dx%d), using defaults",
+                static_cast<int>(savedWindowRect_.right - savedWindowRect_.left),
+                static_cast<int>(savedWindowRect_.bottom - savedWindowRect_.top));
+    savedWindowRect_.left = placement.left;
+    savedWindowRect_.top = placement.top;
+  }
+  width_ = placement.width;
+  height_ = placement.height;
+  LOG_DEBUG("ToggleFullscreen: Restoring window - pos:(%ld,%ld) size:%dx%d style:0x%08lX", savedWindowRect_.left,
+            savedWindowRect_.top, width_, height_, savedStyle_);
+  SetStyle(hwnd_, GWL_STYLE, savedStyle_ | WS_VISIBLE);
+  SetStyle(hwnd_, GWL_EXSTYLE, savedExStyle_);
+  ShowWindow(hwnd_, SW_SHOW);
+  // Also ends always-on-top, which nothing restores here: it stays off until the menu or the next start applies it. The
+  // placement is used and not width_ and height_, which the style change's WM_SIZE may have overwritten.
+  SetWindowPos(hwnd_, HWND_NOTOPMOST, placement.left, placement.top, placement.width, placement.height, kFrameChange);
+  if (mouseTrackingTimer_) {
+    KillTimer(hwnd_, kMouseTrackingTimerId);
+    mouseTrackingTimer_ = 0;
+    LOG_INFO("Stopped mouse tracking timer");
+  }
+  isFullscreen_ = false;
+  SyncFlutterOverlayPosition();
+  ShowTitleBarControls();
+  StopTitleBarAutoHideTimer();
+  isMouseInTopArea_ = false;
+  InvalidateIfAny(maximizeButton_);
+  InvalidateIfAny(hwnd_);
+  LOG_INFO("Exited fullscreen mode - title bar controls restored");
+}
+
+void VantroWindow::ShowTitleBarControls() {
+  if (isTitleBarVisible_) return;
+  LOG_DEBUG("ShowTitleBarControls: Showing title bar controls in fullscreen");
+  ShowAutoHiddenControls(*this, SW_SHOW);
+  isTitleBarVisible_ = true;
+  if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
+    const OverlayPlace place = MoveOverlay(*this, TITLE_BAR_HEIGHT);
+    LOG_INFO("ShowTitleBarControls: Repositioned overlay below title bar (%dx%d at %ld,%ld)", place.width, place.height,
+             place.topLeft.x, place.topLeft.y);
+  }
+  // Painted at once: the bar must not wait for a WM_PAINT that the video's traffic delays.
+  if (const HDC dc = GetDC(hwnd_)) {
+    RECT strip{};
+    GetClientRect(hwnd_, &strip);
+    strip.top = 0;
+    strip.bottom = TITLE_BAR_HEIGHT;
+    FillRect(dc, &strip, titleBarBrush_);
+    ReleaseDC(hwnd_, dc);
+    LOG_DEBUG("ShowTitleBarControls: Painted title bar background directly");
+  }
+  RepaintTitleBar(*this, false);
+  LOG_DEBUG("ShowTitleBarControls: Title bar background painted and invalidated");
+}
+
+void VantroWindow::HideTitleBarControls() {
+  if (!isTitleBarVisible_) return;
+  LOG_DEBUG("HideTitleBarControls: Hiding title bar controls in fullscreen");
+  ShowAutoHiddenControls(*this, SW_HIDE);
+  isTitleBarVisible_ = false;
+  if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
+    const OverlayPlace place = MoveOverlay(*this, 0);
+    LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place.width,
+             place.height, place.topLeft.x, place.topLeft.y);
+  }
+  RepaintTitleBar(*this, true);
+  LOG_DEBUG("HideTitleBarControls: Invalidated and updated title bar area");
+}
+
+void VantroWindow::StartTitleBarAutoHideTimer() {
+  if (titleBarAutoHideTimer_) KillTimer(hwnd_, kTitleBarAutoHideTimerId);
+  titleBarAutoHideTimer_ = SetTimer(hwnd_, kTitleBarAutoHideTimerId, kTitleBarAutoHideMs, nullptr);
+  LOG_DEBUG("StartTitleBarAutoHideTimer: Started auto-hide timer");
+}
+
+void VantroWindow::StopTitleBarAutoHideTimer() {
+  if (!titleBarAutoHideTimer_) return;
+  KillTimer(hwnd_, kTitleBarAutoHideTimerId);
+  titleBarAutoHideTimer_ = 0;
+  LOG_DEBUG("StopTitleBarAutoHideTimer: Stopped auto-hide timer");
+}
+
+void VantroWindow::RunTopAreaStep(int y, TopAreaCaller caller) {
+  const TopAreaStep step = DecideTopAreaStep(y, isMouseInTopArea_, isTitleBarVisible_, caller);
+  isMouseInTopArea_ = step.isMouseInTopArea;
+  switch (step.action) {
+    case TopAreaAction::kNone:
+      break;
+    case TopAreaAction::kStartAutoHide:
+      StartTitleBarAutoHideTimer();
+      LogMouseLeftTopArea(caller, y);
+      break;
+    case TopAreaAction::kShowAndStopAutoHide:
+      ShowTitleBarControls();
+      StopTitleBarAutoHideTimer();
+      LogMouseEnteredTopArea(caller, y);
+      break;
+    case TopAreaAction::kStopAutoHide:
+      StopTitleBarAutoHideTimer();
+      break;
+  }
+}
+
+}  // namespace vantro

@@ -1,0 +1,53 @@
+// Owners of the Win32 handles that the shell makes and must give back. Each closes its handle with the one function
+// that fits; a null handle is closed by nothing.
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+namespace vantro {
+
+template <typename Handle, auto Close>
+class ScopedHandle {
+ public:
+  ScopedHandle() = default;
+  explicit ScopedHandle(Handle handle) : handle_(handle) {}
+  ~ScopedHandle() {
+    if (handle_) Close(handle_);
+  }
+  ScopedHandle(ScopedHandle&& other) noexcept : handle_(other.Release()) {}
+  ScopedHandle(const ScopedHandle&) = delete;
+  ScopedHandle& operator=(const ScopedHandle&) = delete;
+
+  Handle Get() const { return handle_; }
+  explicit operator bool() const { return handle_ != Handle{}; }
+  // For functions that hand a handle out through a pointer; the owner must be empty.
+  Handle* Receive() { return &handle_; }
+  // Gives the handle to another owner.
+  Handle Release() { return std::exchange(handle_, Handle{}); }
+
+ private:
+  Handle handle_{};
+};
+
+using ScopedBrush = ScopedHandle<HBRUSH, DeleteObject>;
+using ScopedPen = ScopedHandle<HPEN, DeleteObject>;
+using ScopedIcon = ScopedHandle<HICON, DestroyIcon>;
+using ScopedMenu = ScopedHandle<HMENU, DestroyMenu>;
+using ScopedRegistryKey = ScopedHandle<HKEY, RegCloseKey>;
+
+// Selects an object into a device context for the lifetime of this one.
+class ScopedSelection {
+ public:
+  ScopedSelection(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
+  ~ScopedSelection() { SelectObject(dc_, previous_); }
+  ScopedSelection(const ScopedSelection&) = delete;
+  ScopedSelection& operator=(const ScopedSelection&) = delete;
+
+ private:
+  HDC dc_;
+  HGDIOBJ previous_;
+};
+
+}  // namespace vantro

@@ -1,0 +1,108 @@
+// The speaker beside the volume slider: a picture file if one lies in a known place, a drawing by hand otherwise. It is
+// looked up anew on every paint, so that a file put there shows at the next one.
+#include <windows.h>
+
+#include <iterator>
+#include <string>
+
+#include "common/log.h"
+#include "common/text.h"
+#include "shell/gdiplus_drawing.h"
+#include "shell/vantro_window.h"
+#include "shell/volume_geometry.h"
+
+namespace vantro {
+
+namespace {
+
+constexpr COLORREF kSpeakerColor = 0xFFFFFF;
+
+std::wstring InWorkingDirectory(const wchar_t* fileName) {
+  std::wstring folder(GetCurrentDirectoryW(0, nullptr), L'\0');
+  folder.resize(GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data()));
+  if (folder.empty() || folder.back() != L'\\') folder += L'\\';  // a drive's root ends in one
+  return folder + fileName;
+}
+
+std::wstring ExecutableDirectory() {
+  std::wstring path(MAX_PATH, L'\0');
+  DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  while (length == path.size()) {  // cut: the path is longer
+    path.resize(path.size() * 2);
+    length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  }
+  path.resize(length);
+  return path.substr(0, path.find_last_of(L'\\'));
+}
+
+ScopedImage LoadPicture(const std::wstring& path) {
+  ScopedImage image;
+  if (Gdiplus::DllExports::GdipLoadImageFromFile(path.c_str(), image.Receive()) != Gdiplus::Ok) return {};
+  return image;
+}
+
+ScopedIcon LoadIconFile(const std::wstring& path) {
+  return ScopedIcon(static_cast<HICON>(
+      LoadImageW(nullptr, path.c_str(), IMAGE_ICON, 0, 0, LR_LOADFROMFILE | LR_DEFAULTSIZE)));
+}
+
+ScopedImage FindPicture() {
+  std::wstring path = InWorkingDirectory(L"speaker.png");
+  LOG_DEBUG("Speaker icon: Looking for PNG in working directory: %s", NarrowFromWide(path).c_str());
+  if (ScopedImage image = LoadPicture(path)) return image;
+  path = ExecutableDirectory() + L"\\img\\speaker.png";
+  LOG_DEBUG("Speaker icon: PNG not in working dir, trying exe directory: %s", NarrowFromWide(path).c_str());
+  return LoadPicture(path);
+}
+
+ScopedIcon FindIcon() {
+  LOG_DEBUG("Speaker icon: PNG failed, trying ICO in working directory");
+  if (ScopedIcon icon = LoadIconFile(InWorkingDirectory(L"speaker.ico"))) return icon;
+  LOG_DEBUG("Speaker icon: ICO not in working dir, trying exe directory");
+  return LoadIconFile(ExecutableDirectory() + L"\\speaker.ico");
+}
+
+void DrawLine(HDC dc, POINT from, POINT to) {
+  MoveToEx(dc, from.x, from.y, nullptr);
+  LineTo(dc, to.x, to.y);
+}
+
+void DrawSpeakerByHand(HDC dc, const RECT& control) {
+  const LONG cx = control.left + (control.right - control.left) / 2;
+  const LONG cy = control.top + (control.bottom - control.top) / 2;
+  const ScopedPen pen(CreatePen(PS_SOLID, 2, kSpeakerColor));
+  const ScopedBrush brush(CreateSolidBrush(kSpeakerColor));
+  const RECT body{cx - 4, cy - 3, cx - 1, cy + 3};
+  FillRect(dc, &body, brush.Get());
+
+  const ScopedSelection selection(dc, pen.Get());
+  const POINT cone[] = {{cx - 1, cy - 3}, {cx + 3, cy - 1}, {cx + 3, cy + 1}, {cx - 1, cy + 3}};
+  Polyline(dc, cone, static_cast<int>(std::size(cone)));
+  DrawLine(dc, {cx + 5, cy - 1}, {cx + 5, cy + 1});
+  DrawLine(dc, {cx + 7, cy - 2}, {cx + 7, cy + 2});
+}
+
+}  // namespace
+
+void VantroWindow::DrawSpeakerIcon(const DRAWITEMSTRUCT& item) {
+  FillRect(item.hDC, &item.rcItem, titleBarBrush_);
+  const VolumeRect place = SpeakerPictureSquare({static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
+                                                 static_cast<int>(item.rcItem.right),
+                                                 static_cast<int>(item.rcItem.bottom)});
+  const int side = place.right - place.left;
+  if (const ScopedImage picture = FindPicture()) {
+    LOG_DEBUG("Speaker icon: Successfully loaded PNG");
+    ScopedGraphics graphics;
+    Gdiplus::DllExports::GdipCreateFromHDC(item.hDC, graphics.Receive());
+    Gdiplus::DllExports::GdipDrawImageRectI(graphics.Get(), picture.Get(), place.left, place.top, side, side);
+    return;
+  }
+  if (const ScopedIcon icon = FindIcon()) {
+    DrawIconEx(item.hDC, place.left, place.top, icon.Get(), side, side, 0, nullptr, DI_NORMAL);
+    return;
+  }
+  LOG_DEBUG("Speaker icon: Could not load PNG or ICO, using fallback drawing");
+  DrawSpeakerByHand(item.hDC, item.rcItem);
+}
+
+}  // namespace vantro

@@ -1,0 +1,120 @@
+// The volume slider of the title bar: its controls, its clicks, its drawing.
+#include <windows.h>
+
+#include <cstdio>
+
+#include "common/log.h"
+#include "shell/gdiplus_drawing.h"
+#include "shell/shell_ids.h"
+#include "shell/vantro_window.h"
+#include "shell/volume_geometry.h"
+
+namespace vantro {
+
+namespace {
+
+constexpr DWORD kSpeakerStyle = WS_CHILD | WS_VISIBLE | SS_OWNERDRAW;
+constexpr DWORD kSliderStyle = kSpeakerStyle | SS_NOTIFY;
+constexpr int kSpeakerSize = 20;
+
+constexpr Gdiplus::ARGB kOutlineColor = 0xFFFFFFFF;
+constexpr Gdiplus::ARGB kFillColor = 0xFF00C800;
+constexpr COLORREF kPercentColor = 0xFFFFFF;
+
+// At 0, 0: the title bar's layout moves it.
+HWND CreateOwnerDrawnStatic(const VantroWindow& window, DWORD style, WORD id, int width, int height) {
+  return CreateWindowExW(0, L"STATIC", L"", style, 0, 0, width, height, window.hwnd_,
+                         reinterpret_cast<HMENU>(UINT_PTR{id}), window.hInstance_, nullptr);
+}
+
+VolumeRect PlainRect(const RECT& rect) {
+  return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
+          static_cast<int>(rect.bottom)};
+}
+
+template <size_t N>
+std::array<Gdiplus::GpPoint, N> DrawingPoints(const std::array<VolumePoint, N>& points) {
+  std::array<Gdiplus::GpPoint, N> drawn;
+  for (size_t i = 0; i < N; ++i) drawn[i] = {points[i].x, points[i].y};
+  return drawn;
+}
+
+void DrawWedge(HDC dc, const VolumeRect& control, int volume) {
+  namespace gdip = Gdiplus::DllExports;
+  ScopedGraphics graphics;
+  gdip::GdipCreateFromHDC(dc, graphics.Receive());
+  gdip::GdipSetSmoothingMode(graphics.Get(), Gdiplus::SmoothingModeAntiAlias);
+  ScopedGdiplusPen pen;
+  gdip::GdipCreatePen1(kOutlineColor, 1.0f, Gdiplus::UnitWorld, pen.Receive());
+  const auto outline = DrawingPoints(VolumeOutline(control));
+  gdip::GdipDrawLinesI(graphics.Get(), pen.Get(), outline.data(), static_cast<INT>(outline.size()));
+
+  if (VolumeFillWidth(control.right - control.left, volume) <= 0) return;
+  ScopedGdiplusFill brush;
+  gdip::GdipCreateSolidFill(kFillColor, brush.Receive());
+  const auto fill = DrawingPoints(VolumeFill(control, volume));
+  gdip::GdipFillPolygonI(graphics.Get(), brush.Get(), fill.data(), static_cast<INT>(fill.size()),
+                         Gdiplus::FillModeAlternate);
+}
+
+void DrawPercent(HDC dc, RECT area, int volume) {
+  wchar_t text[16];
+  std::swprintf(text, std::size(text), L"%d%%", volume);
+  SetTextColor(dc, kPercentColor);
+  SetBkMode(dc, TRANSPARENT);
+  DrawTextW(dc, text, -1, &area, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+}
+
+}  // namespace
+
+void VantroWindow::CreateVolumeControl() {
+  volumeControl_ =
+      CreateOwnerDrawnStatic(*this, kSliderStyle, kVolumeControlId, kVolumeControlWidth, kVolumeControlHeight);
+  if (volumeControl_) {
+    LOG_INFO("Volume control created successfully: %p", static_cast<void*>(volumeControl_));
+  } else {
+    LOG_ERROR("Failed to create volume control");
+  }
+}
+
+void VantroWindow::CreateSpeakerIcon() {
+  speakerIcon_ = CreateOwnerDrawnStatic(*this, kSpeakerStyle, kSpeakerIconId, kSpeakerSize, kSpeakerSize);
+  if (speakerIcon_) {
+    LOG_INFO("Speaker icon created successfully: %p", static_cast<void*>(speakerIcon_));
+  } else {
+    LOG_ERROR("Failed to create speaker icon");
+  }
+}
+
+void VantroWindow::BeginVolumeDrag(int x, int y) {
+  isVolumeDragging_ = true;
+  showVolumePercent_ = true;
+  HandleVolumeClick(x, y);
+  SetCapture(hwnd_);
+}
+
+void VantroWindow::HandleVolumeClick(int x, int y) {
+  LOG_DEBUG("HandleVolumeClick: x=%d, y=%d", x, y);
+  volume_ = VolumeFromX(x);
+  SetVlcVolume(volume_);
+  // Without the control there is nothing to redraw: a null window would stand for all of them.
+  if (volumeControl_) InvalidateRect(volumeControl_, nullptr, TRUE);
+  LOG_INFO("Volume changed to: %d%%", volume_);
+}
+
+void VantroWindow::SetVlcVolume(int volume) {
+  if (!vlcPlayer_) {
+    LOG_WARNING("VLC player not available for volume control");
+    return;
+  }
+  vlcPlayer_->SetVolume(volume);
+  LOG_INFO("VLC volume set to: %d", volume);
+}
+
+void VantroWindow::DrawVolumeControl(const DRAWITEMSTRUCT& item) {
+  FillRect(item.hDC, &item.rcItem, titleBarBrush_);
+  DrawWedge(item.hDC, PlainRect(item.rcItem), volume_);
+  if (showVolumePercent_) DrawPercent(item.hDC, item.rcItem, volume_);
+}
+
+}  // namespace vantro
