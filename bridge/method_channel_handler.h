@@ -1,10 +1,17 @@
 // Serves the method channel "org.vantro.player/communicate" of one window, and sends events back on it.
+//
+// The requests arrive on the main thread and run there, one at a time. SendChannelEvent also runs on libvlc's threads,
+// through the callback that the constructor puts into the player, and reads methodChannel_ without a lock: what ends
+// that traffic is the destructor, which replaces the callback before the channel goes. A callback that libvlc has
+// already begun at that moment is the player's to wait out: the handler must be destroyed while the player still
+// lives, and no playback may be under way.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
 
+#include "bridge/session_marker.h"
 #include "flutter_host/encodable_value.h"
 #include "flutter_host/method_channel.h"
 
@@ -13,13 +20,6 @@ namespace vantro {
 class FlutterEngine;
 class VLCPlayer;
 class VantroWindow;
-
-// What the session marker file says.
-struct NativeMarkerState {
-  bool running = false;
-  std::string lastAction;
-  int64_t lastActionTs = 0;  // milliseconds since the Unix epoch
-};
 
 class MethodChannelHandler {
  public:
@@ -30,17 +30,25 @@ class MethodChannelHandler {
   MethodChannelHandler(const MethodChannelHandler&) = delete;
   MethodChannelHandler& operator=(const MethodChannelHandler&) = delete;
 
-  // Answers before it returns. Main thread.
+  // Writes the session marker, dispatches by name and answers before it returns. Main thread.
   void HandleMethodCall(const MethodCall& call, std::unique_ptr<MethodResult> result);
   // Calls a method of the interface with a string argument, or with none when the payload is empty. Runs on the
   // caller's thread, libvlc's included.
   void SendChannelEvent(const std::string& method, const std::string& payload);
+  // Calls showToast of the interface: a message to the user, shown for a shorter or a longer time.
   void ShowToast(const std::string& message, bool isShort);
 
-  // The session marker (session_marker.cpp). Main thread.
+  // The session marker (session_marker_file.cpp). Main thread. Every failure is silent.
+  //
+  // The marker belongs to the process, yet each window's handler acts on it alone: a second window takes the running
+  // session for a crashed one, and the last writer wins.
+  //
+  // The path in the code page of the process's file functions; the bare file name when the temporary folder cannot be
+  // had or expressed.
   static std::string ResolveNativeMarkerPath();
   NativeMarkerState ReadNativeMarker() const;
   void WriteNativeMarker(bool running, const std::string& lastAction, int64_t lastActionTs) const;
+  // Tells the interface of a session that died, then marks this one as running.
   void HandleStartupMarker();
 
   std::string markerPath_;  // empty switches all marker reading and writing off
@@ -54,5 +62,8 @@ class MethodChannelHandler {
   std::string mediaTitle_;  // written by setMediaTitle, read by nothing
   std::string userAgent_;   // written by setUserAgent, read by nothing
 };
+
+// Of the system clock, in whole milliseconds.
+int64_t CurrentUnixTimeMs();
 
 }  // namespace vantro

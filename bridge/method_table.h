@@ -1,0 +1,23 @@
+// The methods of the player channel, as data.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "bridge/request_handlers.h"
+
+namespace vantro {
+
+struct ChannelMethod {
+  std::string_view name;
+  requests::Handler* handler;
+};
+
+// In the order in which a name is compared. docs/channel.md lists them in the same order, and a test holds the two
+// together.
+std::span<const ChannelMethod> ChannelMethods();
+
+// The first method whose name equals the given one byte for byte, or null.
+const ChannelMethod* FindChannelMethod(std::string_view name);
+
+}  // namespace vantro

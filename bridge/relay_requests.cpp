@@ -1,0 +1,64 @@
+// The relay of provider data from the first window, which holds it, to all others. The host keeps nothing of it: a
+// chunk is handed on before the request returns.
+#include "bridge/argument_readers.h"
+#include "bridge/request_handlers.h"
+#include "common/log.h"
+#include "shell/vantro_window.h"
+#include "shell/window_manager.h"
+
+namespace vantro::requests {
+
+namespace {
+
+// The first window stays the master, also after the user has closed it.
+MethodChannelHandler* MasterHandler() {
+  const auto& windows = GetWindowRegistry();
+  return windows.empty() || !windows.front() ? nullptr : windows.front()->methodChannelHandler_.get();
+}
+
+}  // namespace
+
+bool GetWindowInfo(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
+  LOG_DEBUG("GetWindowInfo: Returning window information");
+  // An address is unique among the windows of this process, and means nothing beyond it.
+  const auto windowId = static_cast<int64_t>(reinterpret_cast<intptr_t>(&handler));
+  result.Success(EncodableValue(EncodableMap{
+      {EncodableValue("isMasterWindow"), EncodableValue(handler.isMasterWindow_)},
+      {EncodableValue("windowId"), EncodableValue(windowId)},
+  }));
+  return true;
+}
+
+bool RequestProviderData(MethodChannelHandler&, const MethodCall&, MethodResult& result) {
+  LOG_INFO("RequestProviderData: Client window requesting provider data from master");
+  MethodChannelHandler* const master = MasterHandler();
+  if (!master) {
+    LOG_ERROR("RequestProviderData: No master window found");
+    result.Error("NO_MASTER", "Master window not found", EncodableValue(false));
+    return false;
+  }
+  LOG_INFO("RequestProviderData: Sending request to master window");
+  master->SendChannelEvent("providerDataRequested", "");
+  return Reply(result, true);
+}
+
+bool SendProviderData(MethodChannelHandler&, const MethodCall& call, MethodResult& result) {
+  LOG_INFO("SendProviderDataDirect: Master window sending raw data to clients");
+  const auto* const chunk = std::get_if<EncodableMap>(call.arguments());
+  if (!chunk) {
+    LOG_ERROR("SendProviderDataDirect: Invalid arguments");
+    result.Error("INVALID_ARGUMENTS", "Arguments must be a map", EncodableValue(false));
+    return false;
+  }
+  const auto* const chunkType = std::get_if<std::string>(FindEntry(*chunk, "chunkType"));
+  if (!chunkType || chunkType->empty()) {
+    LOG_ERROR("SendProviderDataDirect: Missing chunk type");
+    result.Error("INVALID_CHUNK", "Chunk type is missing", EncodableValue(false));
+    return false;
+  }
+  LOG_INFO("SendProviderDataDirect: Broadcasting %s chunk directly", chunkType->c_str());
+  BroadcastEncodableToClientWindows("providerDataReceived", *call.arguments());
+  return Reply(result, true);
+}
+
+}  // namespace vantro::requests

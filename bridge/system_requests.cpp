@@ -1,0 +1,60 @@
+// The wakelock, the database key, and what else concerns the window or the program as a whole.
+#include <windows.h>
+
+#include "bridge/argument_readers.h"
+#include "bridge/build_time.h"
+#include "bridge/request_handlers.h"
+#include "services/database_key_store.h"
+#include "shell/vantro_window.h"
+
+namespace vantro::requests {
+
+bool GetBuildTime(MethodChannelHandler&, const MethodCall&, MethodResult& result) {
+  result.Success(EncodableValue(BuildTime()));
+  return true;
+}
+
+// The state belongs to the thread, which all windows share; the flag belongs to the window. So a window can answer
+// false while another holds the wakelock, and one window's release releases it for all.
+bool EnableNativeWakelock(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
+  SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED);
+  handler.wakelockEnabled_ = true;
+  return Reply(result, true);
+}
+
+bool DisableNativeWakelock(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
+  SetThreadExecutionState(ES_CONTINUOUS);
+  handler.wakelockEnabled_ = false;
+  return Reply(result, true);
+}
+
+bool IsNativeWakelockEnabled(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
+  return Reply(result, handler.wakelockEnabled_);
+}
+
+// Accepted for interfaces that send it; there is nothing to switch.
+bool DebugInputLatency(MethodChannelHandler&, const MethodCall& call, MethodResult& result) {
+  static_cast<void>(ReadBoolArgument(call, "enable", false));
+  return Reply(result, true);
+}
+
+bool GetDatabaseEncryptionKey(MethodChannelHandler&, const MethodCall&, MethodResult& result) {
+  std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();
+  if (key.empty()) {
+    result.Error("DB_KEY_ERROR", "Failed to load database encryption key", EncodableValue(false));
+  } else {
+    result.Success(EncodableValue(std::move(key)));
+  }
+  return true;
+}
+
+bool ToggleFullscreen(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
+  if (!handler.window_) {
+    result.Error("WINDOW_ERROR", "Window reference not available");
+    return false;
+  }
+  handler.window_->ToggleFullscreen();
+  return Reply(result, true);
+}
+
+}  // namespace vantro::requests
