@@ -2,29 +2,49 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "flutter_host/method_channel.h"
 #include "player/libvlc_api.h"
 
 namespace vod_thumbnail {
 
-// One a window. Main thread; getFrame blocks it for some 800 ms.
+// What getFrame asks for, as it arrived.
+struct FrameRequest {
+  std::string mediaId;
+  std::string proxyUrl;
+  double timeSeconds;
+  int32_t width;
+  int32_t height;
+};
+
+// One a window. Main thread, which getFrame blocks for some 800 ms. It calls libvlc through the direct imports, and no
+// other code touches its instance and player.
 class VodThumbnailWorkerPlugin {
  public:
-  // The messenger is borrowed and is only touched by the destructor after the engine has gone: it must outlive the
-  // plugin, or its channel must be inert by then.
+  // The messenger is borrowed and outlives the plugin. libvlc is not touched before initialize.
   explicit VodThumbnailWorkerPlugin(vantro::BinaryMessenger* messenger);
   virtual ~VodThumbnailWorkerPlugin();
   VodThumbnailWorkerPlugin(const VodThumbnailWorkerPlugin&) = delete;
   VodThumbnailWorkerPlugin& operator=(const VodThumbnailWorkerPlugin&) = delete;
 
+  // Answers before it returns. An argument that is there with another type than getFrame's raises
+  // std::bad_variant_access, which nothing below the process's unhandled-exception filter catches; the request then
+  // has no answer.
   void HandleMethodCall(const vantro::MethodCall& call, std::unique_ptr<vantro::MethodResult> result);
 
  private:
+  bool Initialize();
+  void GetFrame(const vantro::MethodCall& call, vantro::MethodResult& result);
+  // The reply's map. Stops the player again, whatever comes of it.
+  vantro::EncodableValue TakeFrame(const FrameRequest& request);
+  vantro::EncodableValue PlayAndSnapshot(const FrameRequest& request, libvlc_media_t* media);
+  void Dispose();
+
   std::unique_ptr<vantro::MethodChannel> channel_;
   vantro::VlcInstancePtr vlcInstance_;
-  vantro::VlcMediaPlayerPtr thumbnailPlayer_;
-  bool initialized_ = false;
+  vantro::VlcMediaPlayerPtr thumbnailPlayer_;  // bound to no window
+  bool initialized_ = false;                   // between a successful initialize and dispose
 };
 
 }  // namespace vod_thumbnail
