@@ -7,6 +7,7 @@
 #include "shell/title_bar_layout.h"
 #include "shell/top_area.h"
 #include "shell/vantro_window.h"
+#include "shell/window_metrics.h"
 
 namespace vantro {
 
@@ -47,8 +48,9 @@ OverlayPlace MoveOverlay(const VantroWindow& window, int topOffset) {
   ClientToScreen(window.hwnd_, &place.topLeft);
   SetWindowPos(window.flutterHostWindow_, nullptr, place.topLeft.x, place.topLeft.y, place.width, place.height,
                kQuietMove);
-  const HWND view = window.flutterEngine_ ? window.flutterEngine_->flutterWindow_ : nullptr;
-  if (IsWindow(view)) SetWindowPos(view, nullptr, 0, 0, place.width, place.height, kQuietMove);
+  if (const HWND view = window.LiveFlutterChild()) {
+    SetWindowPos(view, nullptr, 0, 0, place.width, place.height, kQuietMove);
+  }
   return place;
 }
 

@@ -1,19 +1,19 @@
 #include "shell/fullscreen_placement.h"
 
+#include "shell/window_metrics.h"
+
 namespace vantro {
 
 namespace {
 
-constexpr int kSmallestWidth = 640;
-constexpr int kSmallestHeight = 360;
-constexpr FullscreenPlacement kDefaultPlacement{100, 100, 1280, 720, true};
+constexpr FullscreenPlacement kDefaultPlacement{100, 100, kInitialWindowWidth, kInitialWindowHeight, true};
 
 }  // namespace
 
 FullscreenPlacement PlacementAfterFullscreen(int savedLeft, int savedTop, int savedRight, int savedBottom) {
   const int width = savedRight - savedLeft;
   const int height = savedBottom - savedTop;
-  if (width < kSmallestWidth || height < kSmallestHeight) return kDefaultPlacement;
+  if (width < kMinimumWindowWidth || height < kMinimumWindowHeight) return kDefaultPlacement;
   return {savedLeft, savedTop, width, height, false};
 }
 

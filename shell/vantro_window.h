@@ -14,16 +14,10 @@
 #include "player/vlc_player.h"
 #include "services/vod_thumbnail_worker_plugin.h"
 #include "shell/top_area.h"
+#include "shell/window_metrics.h"
 
 namespace vantro {
 
-// Height of the self-drawn title bar, in pixels.
-constexpr int TITLE_BAR_HEIGHT = 30;
-
-constexpr int kInitialWindowWidth = 1280;
-constexpr int kInitialWindowHeight = 720;
-constexpr int kMinimumWindowWidth = 640;
-constexpr int kMinimumWindowHeight = 360;
 constexpr COLORREF kTitleBarColor = 0x5F4646;
 
 class VantroWindow {
@@ -56,6 +50,8 @@ class VantroWindow {
   void EnableOverlayMouseInput();
   static LRESULT CALLBACK WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam);
   static bool RegisterOverlayClass(HINSTANCE instance);
+  void MoveOverlayOverClientArea();
+  void FollowMainWindow(UINT message, WPARAM wParam);
   // Input on the overlay (overlay_input.cpp).
   static LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
@@ -73,18 +69,24 @@ class VantroWindow {
   LRESULT OnGetMinMaxInfo(LPARAM lParam);
   LRESULT OnHitTest(LPARAM lParam);
   LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
+  void RedirectFocusAfterCommand();
   LRESULT OnTimer(WPARAM timerId);
+  void OnTitleBarAutoHideTimer();
+  void OnMouseTrackingTimer();
   LRESULT OnControlColor(WPARAM wParam);
   LRESULT OnNewWindowRequest();
   // Keyboard and focus (window_keyboard.cpp).
   LRESULT OnSetFocus(WPARAM wParam, LPARAM lParam);
   LRESULT OnKillFocus(WPARAM wParam, LPARAM lParam);
   LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
+  LRESULT SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lParam);
   LRESULT OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam);
   // Mouse (window_mouse.cpp).
   LRESULT OnMouseMove(WPARAM wParam, LPARAM lParam);
   LRESULT OnLeftButtonDown(WPARAM wParam, LPARAM lParam);
   LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
+  void StartVolumeDragAtPointer();
+  void EndVolumeDrag();
 
   // Title bar (title_bar.cpp).
   void RemoveStandardTitleBar();
@@ -154,7 +156,7 @@ class VantroWindow {
   std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> vodThumbnailPlugin_;
   bool isFullscreen_ = false;
-  bool reservedFlag_ = true;      // nothing reads these two
+  bool reservedFlag_ = true;  // nothing reads these two
   double reservedFactor_ = 1.0;
   bool alwaysOnTop_ = false;
   bool alwaysOnTopThisWindow_ = false;
