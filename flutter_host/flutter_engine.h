@@ -24,7 +24,8 @@ class FlutterEngine {
   // Checks and logs the bundle, makes the view controller and puts the view's window into the parent as a child. Called
   // once. False when the embedding gives no controller. A failing file system query throws std::filesystem errors.
   bool Initialize(HWND parentWindow);
-  // The running engine's messenger, owned by the engine; null before Initialize or without an engine.
+  // The running engine's messenger, owned by the engine; null before Initialize or without an engine. A channel over it
+  // that outlives the engine is inert.
   BinaryMessenger* GetMessenger();
   // Offers a top-level message to the view; a value when the engine took it.
   std::optional<LRESULT> HandleWindowMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);

@@ -208,7 +208,7 @@ class Encoder {
   Encoder(const StandardCodecSerializer* extension, Writer& out) : extension_(extension), out_(out) {}
 
   void Write(const EncodableValue& value) {
-    std::visit([this](const auto& alternative) { WriteAlternative(alternative); }, value.variant());
+    std::visit([this](const auto& alternative) { this->WriteAlternative(alternative); }, value.variant());
   }
 
   void WriteAlternative(const std::string& text) { WriteArray(kString, text); }

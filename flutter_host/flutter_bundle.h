@@ -1,0 +1,17 @@
+// The bundle of the interface on disk: where its parts lie and what the log says about them.
+#pragma once
+
+#include <filesystem>
+
+#include "flutter_host/dart_project.h"
+
+namespace vantro {
+
+// Logs what of the bundle is there. Nothing that is missing stops a start: what comes of it is the embedding's to tell.
+// A file system query that fails throws std::filesystem::filesystem_error with the name of the query.
+void InspectFlutterBundle(const std::filesystem::path& icuData, const std::filesystem::path& assets);
+
+// The project of the bundle in a data directory, with the arguments that the interface's entry point expects.
+DartProject MakeDartProject(const std::filesystem::path& dataDirectory);
+
+}  // namespace vantro

@@ -1,0 +1,46 @@
+// One running engine with its view, over the embedding's C interface.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <optional>
+
+#include "flutter_host/binary_messenger.h"
+#include "flutter_host/dart_project.h"
+#include "flutter_host/embedding_api.h"
+
+namespace vantro {
+
+// Owns the embedding's controller, and with it the engine and the view's window. Main thread.
+class FlutterViewController {
+ public:
+  // Makes an engine for the project and runs it in a view of the given size in pixels. Null when the embedding refuses.
+  static std::unique_ptr<FlutterViewController> Create(int width, int height, const DartProject& project);
+  // Shuts the engine down and destroys the view's window; the messenger goes after them, since the embedding calls its
+  // handlers until then.
+  ~FlutterViewController();
+  FlutterViewController(const FlutterViewController&) = delete;
+  FlutterViewController& operator=(const FlutterViewController&) = delete;
+
+  // The engine's messenger, null without an engine. Channels over it fall silent when the controller goes.
+  BinaryMessenger* messenger() const { return messenger_.get(); }
+  // The view's window, null without a view or without a window.
+  HWND ViewWindow() const;
+  // Offers a top-level window's message to the engine and its plugins; the result when they took it.
+  std::optional<LRESULT> HandleTopLevelWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+ private:
+  explicit FlutterViewController(FlutterDesktopViewControllerRef controller);
+
+  // Members are destroyed from the last to the first: the controller before the messenger.
+  std::shared_ptr<BinaryMessenger> messenger_;
+  struct DestroyController {
+    void operator()(FlutterDesktopViewControllerRef controller) const {
+      FlutterDesktopViewControllerDestroy(controller);
+    }
+  };
+  std::unique_ptr<FlutterDesktopViewController, DestroyController> controller_;
+};
+
+}  // namespace vantro
