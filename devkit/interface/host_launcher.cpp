@@ -1,0 +1,87 @@
+// host_launcher STATUSFILE PROGRAM [ARGUMENT ...]: starts the program, writes its process id to the status file, waits for
+// its end and adds its whole exit code, which Wine would cut to eight bits:
+//
+//   pid 264
+//   exit 0xC0000005
+//
+// When its own standard input ends it terminates the program with 0xDEAD, so that no program outlives who started it.
+//
+// host_launcher --keep: holds the prefix's services and desktop until its standard input ends. A desktop that nobody uses
+// goes after a second, and a program that starts in that moment fails with 0xC0000142.
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+constexpr UINT kTerminated = 0xDEAD;
+
+void Append(const wchar_t* path, const char* line) {
+  if (FILE* file = _wfopen(path, L"ab")) {
+    std::fputs(line, file);
+    std::fclose(file);
+  }
+}
+
+void WaitForEndOfInput() {
+  char byte;
+  DWORD read = 0;
+  while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), &byte, 1, &read, nullptr) && read > 0) {
+  }
+}
+
+DWORD WINAPI TerminateAtEndOfInput(void* process) {
+  WaitForEndOfInput();
+  TerminateProcess(process, kTerminated);
+  return 0;
+}
+
+// As CommandLineToArgvW takes it apart again; the arguments of tests hold no quotes.
+std::wstring CommandLine(int argc, wchar_t** argv) {
+  std::wstring line;
+  for (int i = 2; i < argc; ++i) {
+    if (i > 2) line += L' ';
+    line += L'"';
+    line += argv[i];
+    line += L'"';
+  }
+  return line;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc == 2 && std::wstring(argv[1]) == L"--keep") {
+    GetDesktopWindow();  // opens the desktop
+    std::puts("kept");
+    std::fflush(stdout);
+    WaitForEndOfInput();
+    return 0;
+  }
+  if (argc < 3) {
+    std::fprintf(stderr, "usage: host_launcher STATUSFILE PROGRAM [ARGUMENT ...] | --keep\n");
+    return 2;
+  }
+  std::wstring line = CommandLine(argc, argv);
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  PROCESS_INFORMATION process{};
+  if (!CreateProcessW(argv[2], line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process)) {
+    std::fprintf(stderr, "host_launcher: can't start %ls: %lu\n", argv[2], GetLastError());
+    return 3;
+  }
+  char status[64];
+  std::snprintf(status, sizeof status, "pid %lu\n", process.dwProcessId);
+  Append(argv[1], status);
+  CreateThread(nullptr, 0, TerminateAtEndOfInput, process.hProcess, 0, nullptr);
+  WaitForSingleObject(process.hProcess, INFINITE);
+  DWORD code = 0;
+  GetExitCodeProcess(process.hProcess, &code);
+  std::snprintf(status, sizeof status, "exit 0x%08lX\n", code);
+  Append(argv[1], status);
+  return 0;
+}
