@@ -17,7 +17,8 @@ namespace fs = std::filesystem;
   throw fs::filesystem_error(query, path, error);
 }
 
-// The queries of the file system, each throwing under a name that is the same with every C++ library.
+// The queries of the file system, each throwing under a name that is the same with every C++ library. They run whether
+// or not the log is on: what they throw ends the start of a window.
 bool Exists(const fs::path& path) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
@@ -47,7 +48,8 @@ void LogIcuData(const fs::path& icuData) {
     return;
   }
   LOG_INFO("ICU data file found successfully");
-  LOG_INFO("ICU data file size: %llu bytes", FileSize(icuData));
+  const unsigned long long size = FileSize(icuData);
+  LOG_INFO("ICU data file size: %llu bytes", size);
 }
 
 void LogContents(const fs::path& assets) {
@@ -60,7 +62,8 @@ void LogContents(const fs::path& assets) {
     if (IsDirectory(*entries)) {
       LOG_INFO("%s (directory)", name.c_str());
     } else {
-      LOG_INFO("%s (file, %llu bytes)", name.c_str(), FileSize(entries->path()));
+      const unsigned long long size = FileSize(entries->path());
+      LOG_INFO("%s (file, %llu bytes)", name.c_str(), size);
     }
     entries.increment(error);
     if (error) ThrowQueryError("directory_iterator::operator++", assets, error);
@@ -72,16 +75,19 @@ void LogContents(const fs::path& assets) {
 void LogDartCode(const fs::path& assets) {
   const fs::path kernel = assets / L"kernel_blob.bin";
   if (Exists(kernel)) {
-    LOG_INFO("kernel_blob.bin found (%llu bytes)", FileSize(kernel));
+    const unsigned long long size = FileSize(kernel);
+    LOG_INFO("kernel_blob.bin found (%llu bytes)", size);
     return;
   }
   LOG_WARNING("WARNING: kernel_blob.bin not found!");
   const fs::path library = assets / L"app.so";
   const fs::path elf = assets / L"app.elf";
   if (Exists(library)) {
-    LOG_INFO("app.so found instead - running in AOT mode (%llu bytes)", FileSize(library));
+    const unsigned long long size = FileSize(library);
+    LOG_INFO("app.so found instead - running in AOT mode (%llu bytes)", size);
   } else if (Exists(elf)) {
-    LOG_INFO("app.elf found instead - running in AOT mode (%llu bytes)", FileSize(elf));
+    const unsigned long long size = FileSize(elf);
+    LOG_INFO("app.elf found instead - running in AOT mode (%llu bytes)", size);
   } else {
     LOG_ERROR("CRITICAL ERROR: Neither kernel_blob.bin (JIT) nor app.so/app.elf (AOT) found!");
     LOG_ERROR("Flutter will not be able to run Dart code without these files.");

@@ -1,0 +1,13 @@
+// What a fuzz target expects to hold; the fuzzer keeps the input that breaks it.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+#define REQUIRE(condition)                                                         \
+  do {                                                                             \
+    if (!(condition)) {                                                            \
+      std::fprintf(stderr, "%s:%d: broken: %s\n", __FILE__, __LINE__, #condition); \
+      std::abort();                                                                \
+    }                                                                              \
+  } while (false)
