@@ -3,7 +3,9 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "player/libvlc_api.h"
 
@@ -60,6 +62,18 @@ struct LibVlcFunctions {
   bool loaded;               // the slots have been filled; never false again
 };
 
+// One slot of the table: the exported function's name, and where its pointer stands in LibVlcFunctions.
+struct LibVlcSlot {
+  const char* name;
+  size_t offset;
+};
+
+// The forty slots in the order of resolution, which is the order of their fields.
+std::span<const LibVlcSlot> LibVlcSlots();
+
+// Fills the table from the module: the slots, the version that tells the form of the media creators, loaded.
+void ResolveLibVlcFunctions(HMODULE module, LibVlcFunctions& functions);
+
 // A copy of the process-wide table. Resolves it first while it is not loaded and the module is there. The first call
 // that resolves belongs to the main thread; once loaded the table does not change and any thread may read it.
 LibVlcFunctions GetLibVlcFunctions();
@@ -67,13 +81,22 @@ LibVlcFunctions GetLibVlcFunctions();
 // The process-wide table itself, unresolved as it stands: for the resolver, and for tests that empty a slot.
 LibVlcFunctions& LibVlcFunctionTable();
 
-// The handles of libvlc.dll and libvlccore.dll, or null. Searched for once per process, a failure included: the loaded
-// module, then the folder "vlc" beside the executable, then the loader's search path. Any thread.
+// The handles of libvlc.dll and libvlccore.dll, or null. Searched for once per process, a failure included; where null
+// is returned, GetLastError gives the search's error. Any thread.
 HMODULE GetLibVlcModule();
 HMODULE GetLibVlcCoreModule();
 
-// The class "VantroVlcHostWindow" of the child windows that libvlc draws into: the class's atom, 0 on failure.
-// Registered once per process. Any thread.
+// The search behind both: the loaded module, then the folder "vlc" beside the executable, then the loader's search
+// path. Null with the last error of the loader if none has it.
+HMODULE FindVlcLibrary(const char* fileName);
+
+// The text of libvlc's last error; a fixed one when there is none or the library can't tell. Valid until the next call
+// of libvlc on this thread.
+const char* LibVlcErrorText(const LibVlcFunctions& functions);
+
+// The class of the child windows that libvlc draws into. Registered once per process: the class's atom, 0 on failure.
+// Any thread.
+inline constexpr wchar_t kVlcHostWindowClass[] = L"VantroVlcHostWindow";
 ATOM RegisterVlcHostWindowClass();
 
 }  // namespace vantro

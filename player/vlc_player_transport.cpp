@@ -1,0 +1,293 @@
+// Media and transport of the single view.
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+#include "common/log.h"
+#include "player/vlc_player.h"
+
+namespace vantro {
+
+namespace {
+
+constexpr int kFullVolume = 100;
+constexpr int kAudioError = -1;  // what the audio getters return without an audio output
+constexpr int kMuted = 1;
+// The third argument of set_time: seek to the exact time, not to the nearest key frame.
+constexpr bool kExactSeek = false;
+
+constexpr UINT kKeepPlaceAndFocus = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
+constexpr UINT kKeepPlaceAndShow = kKeepPlaceAndFocus | SWP_SHOWWINDOW;
+
+bool IsNetworkUrl(std::string_view url) {
+  return url.starts_with("http://") || url.starts_with("https://") || url.starts_with("rtsp://");
+}
+
+// Calls a media creator in the form that the library in use has. Null without a creator.
+libvlc_media_t* CallMediaCreator(void* creator, const LibVlcFunctions& vlc, libvlc_instance_t* instance,
+                                 const std::string& text) {
+  if (!creator) return nullptr;
+  if (vlc.legacyMediaCreation) {
+    using WithInstance = libvlc_media_t* (*)(libvlc_instance_t*, const char*);
+    return reinterpret_cast<WithInstance>(creator)(instance, text.c_str());
+  }
+  using WithoutInstance = libvlc_media_t* (*)(const char*);
+  return reinterpret_cast<WithoutInstance>(creator)(text.c_str());
+}
+
+void StackWindow(HWND window, HWND insertAfter, UINT flags) { SetWindowPos(window, insertAfter, 0, 0, 0, 0, flags); }
+
+// Reads a track list to its end and gives it back. Nothing of the entries leaves: the interface learns only that the
+// list was read.
+void ReadTrackList(const LibVlcFunctions& vlc, libvlc_track_description_t* list) {
+  const libvlc_track_description_t* entry = list;
+  while (entry) entry = entry->next;
+  vlc.libvlc_track_description_list_release(list);
+}
+
+// What the player is found with after a play: libvlc starts some outputs muted or silent, and a machine may have none.
+void RepairAudio(const LibVlcFunctions& vlc, libvlc_media_player_t* player) {
+  if (!vlc.libvlc_audio_get_volume || !vlc.libvlc_audio_get_mute) return;
+  const int volume = vlc.libvlc_audio_get_volume(player);
+  const int mute = vlc.libvlc_audio_get_mute(player);
+  LOG_INFO("[VLCPlayer::Play] VLC audio state: volume=%d, muted=%d (-1=error, 0=unmuted, 1=muted)", volume, mute);
+  if (volume == kAudioError && mute == kAudioError) {
+    LOG_ERROR("[VLCPlayer::Play] ERROR: VLC audio subsystem not working (both volume and mute return -1)");
+    LOG_WARNING(
+        "[VLCPlayer::Play] Possible causes: No audio devices, VLC audio module failed, or VLC built without audio");
+    if (vlc.libvlc_audio_set_volume) {
+      const int result = vlc.libvlc_audio_set_volume(player, kFullVolume);
+      LOG_INFO("[VLCPlayer::Play] Attempted to force volume=100, result=%d", result);
+    }
+    return;
+  }
+  if ((mute == kMuted || volume == 0) && vlc.libvlc_audio_set_mute && vlc.libvlc_audio_set_volume) {
+    vlc.libvlc_audio_set_mute(player, 0);
+    vlc.libvlc_audio_set_volume(player, kFullVolume);
+    LOG_INFO("[VLCPlayer::Play] FIXED: Unmuted and set volume to 100");
+  }
+}
+
+}  // namespace
+
+libvlc_media_t* VLCPlayer::CreateMedia(const std::string& url) {
+  if (url.empty()) {
+    LOG_ERROR("[VLCPlayer::CreateMedia] ERROR: URL is empty.");
+    return nullptr;
+  }
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for CreateMedia");
+    return nullptr;
+  }
+  libvlc_media_t* media = nullptr;
+  if (IsNetworkUrl(url)) {
+    LOG_INFO("Creating media with new_uri for URL: %s", url.c_str());
+    media = CallMediaCreator(vlc.libvlc_media_new_uri, vlc, vlcInstance_.get(), url);
+    if (!media) media = CallMediaCreator(vlc.libvlc_media_new_location, vlc, vlcInstance_.get(), url);
+  } else {
+    LOG_INFO("Creating media with new_path for path: %s", url.c_str());
+    media = CallMediaCreator(vlc.libvlc_media_new_path, vlc, vlcInstance_.get(), url);
+  }
+  if (media) return media;
+  LOG_WARNING("Failed to create media with specific function, falling back to new_location for: %s", url.c_str());
+  return CallMediaCreator(vlc.libvlc_media_new_location, vlc, vlcInstance_.get(), url);
+}
+
+bool VLCPlayer::SetMedia(std::string url, const std::string& title, int networkCacheMs, int initialSeekPositionMs,
+                         bool isLive, bool supportsTimeshift, bool inTimeshiftMode) {
+  if (url.empty()) {
+    LOG_ERROR("[VLCPlayer::SetMedia] ERROR: URL is empty.");
+    return false;
+  }
+  LOG_INFO(
+      "[VLCPlayer::SetMedia] Called with url=%s, title=%s, networkCacheMs=%d, initialSeekPositionMs=%d, mediaPlayer_.get()=%p, vlcInstance_=%p, volume_=%d",
+      url.c_str(), title.c_str(), networkCacheMs, initialSeekPositionMs, static_cast<void*>(mediaPlayer_.get()),
+      static_cast<void*>(vlcInstance_.get()), volume_);
+  if (!mediaPlayer_ || !vlcInstance_) {
+    LOG_ERROR("[VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance");
+    return false;
+  }
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for SetMedia");
+    return false;
+  }
+  if (!vlc.libvlc_media_add_option || !vlc.libvlc_media_player_set_media) {
+    LOG_ERROR("Failed to get one or more VLC function pointers for SetMedia (set_media=%d, add_option=%d)",
+              vlc.libvlc_media_player_set_media != nullptr, vlc.libvlc_media_add_option != nullptr);
+    return false;
+  }
+
+  StopInternal(true);
+  StopStallWatchdog();
+  media_.reset(CreateMedia(url));
+  if (!media_) {
+    LOG_ERROR("Failed to create media for URL: %s", url.c_str());
+    return false;
+  }
+  vlc.libvlc_media_add_option(media_.get(), ":no-video-title-show");
+  vlc.libvlc_media_add_option(media_.get(), (":network-caching=" + std::to_string(networkCacheMs)).c_str());
+  LOG_INFO("[VLCPlayer::SetMedia] Set network cache to %d ms", networkCacheMs);
+  vlc.libvlc_media_player_set_media(mediaPlayer_.get(), media_.get());
+
+  // What a restart by the watchdog plays again. The restart hands in the title from here.
+  currentUrl_ = std::move(url);
+  if (&title != &currentTitle_) currentTitle_ = title;
+  networkCacheMs_ = networkCacheMs;
+  isLive_ = isLive;
+  supportsTimeshift_ = supportsTimeshift;
+  inTimeshiftMode_ = inTimeshiftMode;
+
+  if (initialSeekPositionMs > 0 && vlc.libvlc_media_player_set_time) {
+    vlc.libvlc_media_player_set_time(mediaPlayer_.get(), initialSeekPositionMs, kExactSeek);
+    LOG_INFO("[VLCPlayer::SetMedia]  Set initial seek position to %dms BEFORE play (seek-before-play fix)",
+             initialSeekPositionMs);
+  }
+  Play();
+  StartStallWatchdog();
+  return true;
+}
+
+void VLCPlayer::Play() {
+  LOG_INFO("[VLCPlayer::Play] Called, mediaPlayer_.get()=%p, volume_=%d, isMultiViewMode_=%d",
+           static_cast<void*>(mediaPlayer_.get()), volume_, static_cast<int>(isMultiViewMode_));
+  if (!mediaPlayer_) {
+    LOG_ERROR("[VLCPlayer::Play] ERROR: mediaPlayer_.get() is null");
+    return;
+  }
+  if (!media_) {
+    LOG_WARNING("[VLCPlayer::Play] Ignoring play: no media set");
+    return;
+  }
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for Play");
+    LOG_ERROR("[VLCPlayer::Play] ERROR: Failed to load VLC DLL");
+    return;
+  }
+  if (!vlc.libvlc_media_player_play) {
+    LOG_ERROR("[VLCPlayer::Play] ERROR: Could not get vlc_media_player_play function");
+    return;
+  }
+  vlc.libvlc_media_player_play(mediaPlayer_.get());
+  LOG_INFO("[VLCPlayer::Play] Called libvlc_media_player_play successfully");
+  RepairAudio(vlc, mediaPlayer_.get());
+}
+
+void VLCPlayer::Pause() {
+  if (!mediaPlayer_) return;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for Pause");
+    return;
+  }
+  if (vlc.libvlc_media_player_pause) vlc.libvlc_media_player_pause(mediaPlayer_.get());
+}
+
+bool VLCPlayer::IsPlaying() {
+  if (!mediaPlayer_) return false;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for IsPlaying");
+    return false;
+  }
+  return vlc.libvlc_media_player_is_playing && vlc.libvlc_media_player_is_playing(mediaPlayer_.get());
+}
+
+void VLCPlayer::StopInternal(bool suppress) {
+  if (!mediaPlayer_) return;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for StopInternal");
+    return;
+  }
+  if (vlc.libvlc_media_player_stop) {
+    if (suppress) suppressStoppedEvent_ = true;
+    vlc.libvlc_media_player_stop(mediaPlayer_.get());
+  }
+  StopStallWatchdog();
+}
+
+void VLCPlayer::SetVolume(int volume) {
+  LOG_INFO("[VLCPlayer::SetVolume] Called with volume=%d, current volume_=%d, mediaPlayer_.get()=%p, isMultiViewMode_=%d",
+           volume, volume_, static_cast<void*>(mediaPlayer_.get()), static_cast<int>(isMultiViewMode_));
+  if (!mediaPlayer_) {
+    volume_ = volume;
+    LOG_INFO("[VLCPlayer::SetVolume] No mediaPlayer_.get(), just caching volume");
+    return;
+  }
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for SetVolume");
+    LOG_ERROR("[VLCPlayer::SetVolume] ERROR: Failed to load VLC DLL");
+  } else if (!vlc.libvlc_audio_set_volume) {
+    LOG_ERROR("[VLCPlayer::SetVolume] ERROR: Could not get vlc_audio_set_volume function");
+  } else {
+    const int result = vlc.libvlc_audio_set_volume(mediaPlayer_.get(), volume);
+    LOG_INFO("[VLCPlayer::SetVolume] libvlc_audio_set_volume result=%d (0=success, -1=error)", result);
+  }
+  volume_ = volume;
+}
+
+bool VLCPlayer::SeekTo(int64_t milliseconds) {
+  if (!mediaPlayer_) return false;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) {
+    LOG_ERROR("Failed to load VLC functions for SeekTo");
+    return false;
+  }
+  if (!vlc.libvlc_media_player_set_time) return false;
+  vlc.libvlc_media_player_set_time(mediaPlayer_.get(), milliseconds, kExactSeek);
+  return true;
+}
+
+void VLCPlayer::Resize(int x, int y, int width, int height) {
+  LOG_INFO("[Resize] Called with %dx%d isMultiViewMode=%d", width, height, static_cast<int>(isMultiViewMode_));
+  if (isMultiViewMode_) {
+    LOG_INFO("[Resize] In multiview mode - updating grid layout for new size");
+    UpdateGridLayout();
+    return;
+  }
+  if (!vlcWindow_ || vlcWindow_ == parentWindow_) return;
+  MoveWindow(vlcWindow_, x, y, width, height, TRUE);
+  EnsureZOrder();
+  LOG_INFO("[Resize] Resized VLC window to %dx%d", width, height);
+}
+
+void VLCPlayer::EnsureZOrder() {
+  if (!vlcWindow_ || vlcWindow_ == parentWindow_) return;
+  LOG_INFO("EnsureZOrder: parent=%p vlc=%p overlay=%p", static_cast<void*>(parentWindow_),
+           static_cast<void*>(vlcWindow_), static_cast<void*>(overlayWindow_));
+  if (!overlayWindow_ || !IsWindow(overlayWindow_)) {
+    if (IsWindow(vlcWindow_)) StackWindow(vlcWindow_, HWND_NOTOPMOST, kKeepPlaceAndFocus);
+    return;
+  }
+  if (GetWindowLongPtrA(overlayWindow_, GWL_STYLE) & WS_CHILD) {
+    StackWindow(vlcWindow_, HWND_BOTTOM, kKeepPlaceAndFocus);
+    StackWindow(overlayWindow_, vlcWindow_, kKeepPlaceAndShow);
+    StackWindow(overlayWindow_, HWND_TOP, kKeepPlaceAndShow);
+    return;
+  }
+  if (IsWindow(vlcWindow_)) StackWindow(vlcWindow_, HWND_NOTOPMOST, kKeepPlaceAndFocus);
+  StackWindow(overlayWindow_, vlcWindow_, kKeepPlaceAndShow);
+}
+
+void VLCPlayer::RefreshSpuTracks() {
+  if (!mediaPlayer_) return;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded || !vlc.libvlc_video_get_spu_description || !vlc.libvlc_track_description_list_release) return;
+  ReadTrackList(vlc, vlc.libvlc_video_get_spu_description(mediaPlayer_.get()));
+  if (eventCallback_) eventCallback_("spuTracks", "");
+}
+
+void VLCPlayer::RefreshAudioTracks() {
+  if (!mediaPlayer_) return;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded || !vlc.libvlc_audio_get_track_description || !vlc.libvlc_track_description_list_release) return;
+  ReadTrackList(vlc, vlc.libvlc_audio_get_track_description(mediaPlayer_.get()));
+  if (eventCallback_) eventCallback_("audioTracks", "");
+}
+
+}  // namespace vantro
