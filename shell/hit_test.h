@@ -1,0 +1,24 @@
+// What lies where on a main window, as a table over plain values: the window has no system caption or border of its
+// own, so it answers the system's question itself.
+#pragma once
+
+namespace vantro {
+
+// The codes of WM_NCHITTEST that the window answers.
+enum class HitCode {
+  kClient = 1,
+  kCaption = 2,
+  kLeft = 10,
+  kRight = 11,
+  kTop = 12,
+  kTopLeft = 13,
+  kTopRight = 14,
+  kBottom = 15,
+  kBottomLeft = 16,
+  kBottomRight = 17,
+};
+
+// The point is in client coordinates and may lie outside the client area, whose size is width by height.
+HitCode HitTest(int x, int y, int width, int height);
+
+}  // namespace vantro

@@ -1,0 +1,22 @@
+// Lines in the log about the overlay's place and about who would catch its input. They decide nothing. Main thread.
+#pragma once
+
+#include <windows.h>
+
+#include "shell/overlay_geometry.h"
+
+namespace vantro {
+
+// The windows that a point on the screen may turn out to belong to.
+struct StackedWindows {
+  HWND mainWindow;
+  HWND overlay;
+  HWND flutterChild;
+};
+
+void LogOverlayCreation(HWND mainWindow, const OverlayRect& overlay);
+// The overlay after it was made to capture input, and the windows under the cursor and at its centre. exStyleBefore is
+// its extended style from before.
+void LogOverlayInput(const StackedWindows& windows, LONG_PTR exStyleBefore);
+
+}  // namespace vantro

@@ -1,0 +1,196 @@
+// The overlay: a borderless popup, owned by the main window, that carries the Flutter view above the video. What makes
+// it, keeps it over the client area, and turns it from click-through to capturing.
+#include <dwmapi.h>
+
+#include <optional>
+
+#include "common/log.h"
+#include "shell/overlay_diagnostics.h"
+#include "shell/overlay_geometry.h"
+#include "shell/vantro_window.h"
+
+namespace vantro {
+
+namespace {
+
+constexpr wchar_t kOverlayClass[] = L"VantroFlutterOverlay";
+constexpr wchar_t kOverlayTitle[] = L"Flutter UI";
+
+constexpr UINT kRaiseInPlace = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
+constexpr UINT kQuietMove = SWP_NOACTIVATE | SWP_SHOWWINDOW;
+
+// Set by the first registration; the class stays for the life of the process.
+bool overlayClassRegistered = false;
+
+std::optional<OverlayRect> OverlayRectOver(HWND window, int topOffset) {
+  RECT client;
+  if (!GetClientRect(window, &client)) return std::nullopt;
+  POINT topLeft{client.left, client.top};
+  ClientToScreen(window, &topLeft);
+  return OverlayRectFor(static_cast<int>(topLeft.x), static_cast<int>(topLeft.y),
+                        static_cast<int>(client.right - client.left), static_cast<int>(client.bottom - client.top),
+                        topOffset);
+}
+
+// A null insert-after is HWND_TOP: an owned popup rises within its owner's group and does not become topmost.
+void Place(HWND window, const OverlayRect& rect, UINT flags) {
+  SetWindowPos(window, HWND_TOP, rect.x, rect.y, rect.width, rect.height, flags);
+}
+
+}  // namespace
+
+bool VantroWindow::RegisterOverlayClass(HINSTANCE instance) {
+  if (overlayClassRegistered) return true;
+  WNDCLASSEXW windowClass{};
+  windowClass.cbSize = sizeof windowClass;
+  windowClass.style = CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS;
+  windowClass.lpfnWndProc = OverlayWindowProc;
+  windowClass.hInstance = instance;
+  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
+  windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+  windowClass.lpszClassName = kOverlayClass;
+  if (!RegisterClassExW(&windowClass)) {
+    const DWORD error = GetLastError();
+    LOG_ERROR("CreateFlutterOverlay: Failed to register overlay class: %lu", error);
+    return false;
+  }
+  overlayClassRegistered = true;
+  LOG_INFO("CreateFlutterOverlay: Overlay window class registered");
+  return true;
+}
+
+bool VantroWindow::CreateFlutterOverlay() {
+  LOG_INFO("CreateFlutterOverlay: Starting Flutter overlay creation");
+  if (!hwnd_ || !IsWindow(hwnd_)) {
+    LOG_WARNING("CreateFlutterOverlay: Main window not ready");
+    return false;
+  }
+  if (!RegisterOverlayClass(hInstance_)) return false;
+
+  const OverlayRect rect = OverlayRectOver(hwnd_, TITLE_BAR_HEIGHT).value_or(OverlayRect{});
+  LogOverlayCreation(hwnd_, rect);
+  // Click-through until EnableOverlayMouseInput, at the end of the start.
+  flutterHostWindow_ = CreateWindowExW(WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW, kOverlayClass, kOverlayTitle,
+                                       WS_POPUP | WS_VISIBLE, rect.x, rect.y, rect.width, rect.height, hwnd_, nullptr,
+                                       hInstance_, nullptr);
+  if (!flutterHostWindow_) {
+    const DWORD error = GetLastError();
+    LOG_ERROR("CreateFlutterOverlay: Failed to create overlay window: %lu", error);
+    return false;
+  }
+  LOG_INFO("CreateFlutterOverlay: Created overlay window: %p", static_cast<void*>(flutterHostWindow_));
+
+  // The glass frame over the whole client area is what lets the video through where the interface draws nothing.
+  const MARGINS wholeClientArea{-1, -1, -1, -1};
+  const HRESULT extended = DwmExtendFrameIntoClientArea(flutterHostWindow_, &wholeClientArea);
+  LOG_DEBUG("CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: %s", SUCCEEDED(extended) ? "SUCCESS" : "FAILED");
+  if (FAILED(extended)) {
+    LOG_ERROR("CreateFlutterOverlay: DWM error code: 0x%lX", static_cast<unsigned long>(extended));
+  }
+  LOG_INFO("CreateFlutterOverlay: UpdateLayeredWindow setup completed");
+  LOG_INFO("CreateFlutterOverlay: Initial state is click-through (WS_EX_TRANSPARENT)");
+  LOG_INFO("CreateFlutterOverlay: Successfully created Flutter overlay");
+  LOG_INFO("CreateFlutterOverlay: Final verification - handle is: %p", static_cast<void*>(flutterHostWindow_));
+  return true;
+}
+
+void VantroWindow::SyncFlutterOverlayPosition() {
+  // Moving the overlay makes the system send messages that lead back here.
+  if (isSyncingOverlay_) return;
+  isSyncingOverlay_ = true;
+  MoveOverlayOverClientArea();
+  isSyncingOverlay_ = false;
+}
+
+void VantroWindow::MoveOverlayOverClientArea() {
+  LOG_DEBUG("SyncFlutterOverlayPosition: Checking overlay window: %p", static_cast<void*>(flutterHostWindow_));
+  if (!flutterHostWindow_) {
+    LOG_ERROR("SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!");
+    return;
+  }
+  if (!IsWindow(flutterHostWindow_)) {
+    LOG_ERROR("SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is not a valid window!");
+    return;
+  }
+  const auto rect = OverlayRectOver(hwnd_, OverlayTopOffset(isFullscreen_, TITLE_BAR_HEIGHT));
+  if (!rect) return;
+  // Without SWP_NOACTIVATE: the overlay may take the activation, and rises at every sync.
+  Place(flutterHostWindow_, *rect, SWP_SHOWWINDOW);
+  if (const HWND child = LiveFlutterChild()) {
+    Place(child, {0, 0, rect->width, rect->height}, kQuietMove);
+    // The view is the home of the focus: a move takes it out of the search box, too.
+    SetFocus(child);
+    LOG_DEBUG("SyncFlutterOverlayPosition: Set focus to Flutter engine window: %p", static_cast<void*>(child));
+    LOG_DEBUG("SyncFlutterOverlayPosition: Resized Flutter window to %dx%d", rect->width, rect->height);
+  }
+  LOG_DEBUG("SyncFlutterOverlayPosition: Updated overlay to client area %ld,%ld %dx%d", long{rect->x}, long{rect->y},
+            rect->width, rect->height);
+}
+
+void VantroWindow::SetFlutterOverlayTopmost() {
+  if (!flutterHostWindow_ || !IsWindow(flutterHostWindow_)) return;
+  if (GetTopWindow(GetDesktopWindow()) == flutterHostWindow_) return;
+  SetWindowPos(flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, kRaiseInPlace);
+  LOG_DEBUG("SetFlutterOverlayTopmost: Top position applied with NOACTIVATE");
+}
+
+void VantroWindow::EnableOverlayMouseInput() {
+  LOG_DEBUG("=== EnableOverlayMouseInput CALLED ===");
+  if (!flutterHostWindow_ || !IsWindow(flutterHostWindow_)) {
+    LOG_ERROR("EnableOverlayMouseInput: ERROR - overlay window invalid!");
+    LOG_ERROR("EnableOverlayMouseInput: flutterHostWindow_ = %p", static_cast<void*>(flutterHostWindow_));
+    return;
+  }
+  const LONG_PTR exStyle = GetWindowLongPtrA(flutterHostWindow_, GWL_EXSTYLE);
+  SetWindowLongPtrA(flutterHostWindow_, GWL_EXSTYLE, exStyle & ~LONG_PTR{WS_EX_TRANSPARENT});
+  // Three times on purpose: one raise does not reliably stand against windows that raise themselves meanwhile.
+  for (int raise = 0; raise < 3; ++raise) {
+    SetWindowPos(flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, kRaiseInPlace | SWP_SHOWWINDOW);
+  }
+  LOG_INFO("EnableOverlayMouseInput: Applied TOP positioning multiple times");
+  // Over the title bar's strip as well: the first WM_SHOWWINDOW moves the overlay below it.
+  const OverlayRect rect = OverlayRectOver(hwnd_, 0).value_or(OverlayRect{});
+  Place(flutterHostWindow_, rect, kQuietMove);
+  if (const HWND child = LiveFlutterChild()) {
+    Place(child, {0, 0, rect.width, rect.height}, kQuietMove);
+    ShowWindow(child, SW_SHOW);
+    SetFocus(child);
+  }
+  LogOverlayInput({hwnd_, flutterHostWindow_, FlutterChild()}, exStyle);
+  LOG_DEBUG("=== EnableOverlayMouseInput COMPLETED ===");
+}
+
+HWND VantroWindow::FlutterChild() const { return flutterEngine_ ? flutterEngine_->flutterWindow_ : nullptr; }
+
+HWND VantroWindow::LiveFlutterChild() const {
+  const HWND child = FlutterChild();
+  return child && IsWindow(child) ? child : nullptr;
+}
+
+// Sees every message that is sent to a window of the thread, before its procedure does. Only the newest window is
+// followed; an older one moves its overlay in its own handlers.
+LRESULT CALLBACK VantroWindow::WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam) {
+  if (nCode >= 0) {
+    if (!instance_) return CallNextHookEx(nullptr, nCode, wParam, lParam);
+    const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (sent && sent->hwnd == instance_->hwnd_) instance_->FollowMainWindow(sent->message, sent->wParam);
+  }
+  // Read again: what ran above may have ended the window.
+  return CallNextHookEx(instance_ ? instance_->windowHook_ : nullptr, nCode, wParam, lParam);
+}
+
+void VantroWindow::FollowMainWindow(UINT message, WPARAM wParam) {
+  switch (message) {
+    case WM_MOVE:
+    case WM_SIZE:
+    case WM_SHOWWINDOW:
+      SyncFlutterOverlayPosition();
+      break;
+    case WM_ACTIVATE:
+      // The whole value counts: with the minimized mark in its high word it matches neither.
+      if (wParam == WA_ACTIVE || wParam == WA_CLICKACTIVE) SetFlutterOverlayTopmost();
+      break;
+  }
+}
+
+}  // namespace vantro

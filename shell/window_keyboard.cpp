@@ -1,0 +1,118 @@
+// Keys and focus on the main window itself. The view is the home of the focus; what reaches the window instead is
+// carried to the view, and the focus stays where it is.
+#include "common/log.h"
+#include "shell/vantro_window.h"
+
+namespace vantro {
+
+namespace {
+
+// For the log: "null", or whether the handle is a live window.
+const char* Liveness(HWND window) {
+  if (!window) return "null";
+  return IsWindow(window) ? "true" : "false";
+}
+
+void LogFlutterChild(HWND child) {
+  char className[256] = "";
+  DWORD processId = 0;
+  GetClassNameA(child, className, sizeof className);
+  GetWindowThreadProcessId(child, &processId);
+  LOG_DEBUG("MainWindow: Flutter window info - Class: %s, ProcessId: %lu, IsVisible: %s", className, processId,
+            IsWindowVisible(child) ? "true" : "false");
+}
+
+unsigned long long Key(WPARAM wParam) { return wParam; }
+long long Result(LRESULT result) { return result; }
+
+}  // namespace
+
+LRESULT VantroWindow::OnSetFocus(WPARAM wParam, LPARAM lParam) {
+  LOG_DEBUG("WM_SETFOCUS: Main window got focus, current focus window: %p", static_cast<void*>(GetFocus()));
+  LOG_DEBUG("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p", static_cast<void*>(searchBox_),
+            static_cast<void*>(fileButton_), static_cast<void*>(helpButton_));
+  LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
+  LOG_DEBUG("WM_SETFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
+  return DefWindowProcA(hwnd_, WM_SETFOCUS, wParam, lParam);
+}
+
+LRESULT VantroWindow::OnKillFocus(WPARAM wParam, LPARAM lParam) {
+  LOG_DEBUG("WM_KILLFOCUS: Main window lost focus, new focus window: %p", reinterpret_cast<void*>(wParam));
+  LOG_DEBUG("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p", static_cast<void*>(searchBox_),
+            static_cast<void*>(fileButton_), static_cast<void*>(helpButton_));
+  LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
+  LOG_DEBUG("WM_KILLFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
+  return DefWindowProcA(hwnd_, WM_KILLFOCUS, wParam, lParam);
+}
+
+LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
+  LOG_DEBUG("MAIN_WINDOW_HANDLER: Received WM_KEYDOWN, key=%llu", Key(wParam));
+  LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(flutterHostWindow_));
+  LOG_DEBUG("MainWindow: Current focus when keydown received: %p", static_cast<void*>(GetFocus()));
+  LOG_DEBUG("MainWindow: Is current focus == main window? %s", GetFocus() == hwnd_ ? "YES" : "NO");
+  if (wParam == VK_F11 || (wParam == VK_ESCAPE && isFullscreen_)) {
+    ToggleFullscreen();
+    return 0;
+  }
+  if (!flutterEngine_) {
+    LOG_ERROR("MainWindow: flutterEngine_ is NULL - cannot forward keyboard events!");
+    return 0;
+  }
+  const HWND child = FlutterChild();
+  LOG_DEBUG("MainWindow: flutterEngine exists, flutterWindow = %p", static_cast<void*>(child));
+  if (!child || !IsWindow(child)) {
+    LOG_ERROR("MainWindow: Invalid Flutter window - flutterWindow=%p, IsWindow=%s", static_cast<void*>(child),
+              Liveness(child));
+    return 0;
+  }
+  LogFlutterChild(child);
+  LOG_DEBUG("MainWindow: Forwarding keyboard event directly to Flutter (no focus change)");
+  if (const auto result = flutterEngine_->HandleWindowMessage(child, WM_KEYDOWN, wParam, lParam)) {
+    LOG_DEBUG("MainWindow: Flutter engine handled keyboard, result: %lld", Result(*result));
+    return *result;
+  }
+  LOG_DEBUG("MainWindow: Flutter engine did NOT handle keyboard event");
+  return SendUnhandledKeyDown(child, wParam, lParam);
+}
+
+// The fallbacks of a key that the engine did not take: the view's window, then the overlay with its own rules. The
+// first result that is not zero counts.
+LRESULT VantroWindow::SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lParam) {
+  LOG_DEBUG("MainWindow: MAIN_WINDOW_FALLBACK - sending keyboard directly to Flutter window");
+  const LRESULT childResult = SendMessageA(child, WM_KEYDOWN, wParam, lParam);
+  LOG_DEBUG("MainWindow: Direct SendMessage result: %lld", Result(childResult));
+  if (childResult != 0) return childResult;
+  if (!flutterHostWindow_ || !IsWindow(flutterHostWindow_)) return 0;
+  LOG_DEBUG("MainWindow: Trying Flutter overlay window as fallback: %p", static_cast<void*>(flutterHostWindow_));
+  const LRESULT overlayResult = SendMessageA(flutterHostWindow_, WM_KEYDOWN, wParam, lParam);
+  LOG_DEBUG("MainWindow: Overlay SendMessage result: %lld", Result(overlayResult));
+  return overlayResult;
+}
+
+// Key up, characters and the system keys end here, whoever takes them: none reaches the system's own handling, so Alt
+// opens no menu.
+LRESULT VantroWindow::OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam) {
+  LOG_DEBUG("MainWindow: Received keyboard message %u, key=%llu", message, Key(wParam));
+  if (!flutterEngine_) {
+    LOG_ERROR("MainWindow: flutterEngine_ is NULL - cannot forward keyboard message %u!", message);
+    return 0;
+  }
+  const HWND child = FlutterChild();
+  if (!child || !IsWindow(child)) {
+    LOG_ERROR("MainWindow: Invalid Flutter window for message %u - flutterWindow=%p, IsWindow=%s", message,
+              static_cast<void*>(child), Liveness(child));
+    return 0;
+  }
+  LOG_DEBUG("MainWindow: Forwarding keyboard message %u directly to Flutter", message);
+  if (const auto result = flutterEngine_->HandleWindowMessage(child, message, wParam, lParam)) {
+    LOG_DEBUG("MainWindow: Flutter handled keyboard message %u, result: %lld", message, Result(*result));
+    return *result;
+  }
+  LOG_DEBUG("MainWindow: Flutter engine did NOT handle keyboard message %u", message);
+  LOG_DEBUG("MainWindow: MAIN_WINDOW_FALLBACK2 - sending keyboard message %u directly to Flutter window", message);
+  const LRESULT result = SendMessageA(child, message, wParam, lParam);
+  LOG_DEBUG("MainWindow: Direct SendMessage result for message %u: %lld", message, Result(result));
+  return result;
+}
+
+}  // namespace vantro

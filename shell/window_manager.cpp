@@ -1,0 +1,142 @@
+#include "shell/window_manager.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "common/log.h"
+#include "shell/vantro_window.h"
+#include "shell/window_placement.h"
+
+namespace vantro {
+
+namespace {
+
+bool shuttingDown = false;
+
+ScreenRect ToScreenRect(const RECT& rect) {
+  return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
+          static_cast<int>(rect.bottom)};
+}
+
+ScreenRect OuterRect(HWND window) {
+  RECT rect{};
+  GetWindowRect(window, &rect);
+  return ToScreenRect(rect);
+}
+
+ScreenRect WorkAreaOf(HWND window) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  return ToScreenRect(monitor.rcWork);
+}
+
+void LogPlacement(const WindowPlacement& placement) {
+  switch (placement.rule) {
+    case PlacementRule::kRight:
+      LOG_INFO("CreateNewWindow: Placing window to the right with %dpx gap", placement.dx);
+      break;
+    case PlacementRule::kLeft:
+      LOG_INFO("CreateNewWindow: Placing window to the left with %dpx gap", placement.dx);
+      break;
+    case PlacementRule::kBelow:
+      LOG_INFO("CreateNewWindow: Placing window below with %dpx gap", placement.dy);
+      break;
+    case PlacementRule::kLargeOffset:
+      LOG_INFO("CreateNewWindow: Using large offset positioning (%dpx, %dpx)", placement.dx, placement.dy);
+      break;
+  }
+}
+
+void CreateShowAndRegister(const VantroWindow& reference) {
+  auto window = std::make_unique<VantroWindow>(reference.hInstance_);
+  if (!window->Initialize()) {
+    LOG_ERROR("CreateNewWindow: Failed to initialize new window");
+    return;
+  }
+  // The reference's size, which is its client size while it is normal, stands in for the new window's own.
+  const WindowPlacement placement =
+      PlaceNewWindow(OuterRect(reference.hwnd_), reference.width_, reference.height_, WorkAreaOf(reference.hwnd_));
+  LogPlacement(placement);
+  SetWindowPos(window->hwnd_, nullptr, placement.x, placement.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+  ShowWindow(window->hwnd_, SW_SHOWNORMAL);
+  UpdateWindow(window->hwnd_);
+  RegisterWindow(std::move(window));
+  LOG_INFO("CreateNewWindow: New window created and shown successfully");
+}
+
+}  // namespace
+
+std::vector<std::unique_ptr<VantroWindow>>& GetWindowRegistry() {
+  static std::vector<std::unique_ptr<VantroWindow>> windowRegistry;
+  return windowRegistry;
+}
+
+bool IsShuttingDown() { return shuttingDown; }
+
+void CreateNewWindow(VantroWindow& referenceWindow) {
+  LOG_INFO("CreateNewWindow: Creating new window instance");
+  try {
+    CreateShowAndRegister(referenceWindow);
+  } catch (const std::exception& e) {
+    LOG_ERROR("CreateNewWindow: Exception creating new window: %s", e.what());
+  } catch (...) {
+    LOG_ERROR("CreateNewWindow: Unknown exception creating new window");
+  }
+}
+
+void RegisterWindow(std::unique_ptr<VantroWindow> ownedWindow) {
+  if (shuttingDown) return;
+  LOG_INFO("RegisterWindow: Registering window %p", static_cast<void*>(ownedWindow.get()));
+  GetWindowRegistry().push_back(std::move(ownedWindow));
+  LOG_INFO("RegisterWindow: Total windows now: %zu", GetWindowRegistry().size());
+}
+
+void UnregisterWindow(VantroWindow* window) {
+  if (shuttingDown) return;
+  LOG_INFO("UnregisterWindow: Unregistering window %p", static_cast<void*>(window));
+  auto& registry = GetWindowRegistry();
+  const auto entry =
+      std::find_if(registry.begin(), registry.end(), [window](const auto& owned) { return owned.get() == window; });
+  if (entry == registry.end()) {
+    LOG_WARNING("UnregisterWindow: Window %p not found in registry", static_cast<void*>(window));
+    return;
+  }
+  // The caller is the destructor of the window, so the entry only forgets it.
+  static_cast<void>(entry->release());
+  registry.erase(entry);
+  LOG_INFO("UnregisterWindow: Window removed. Total windows now: %zu", registry.size());
+}
+
+size_t CountActiveWindows() {
+  const auto& registry = GetWindowRegistry();
+  return static_cast<size_t>(
+      std::count_if(registry.begin(), registry.end(), [](const auto& window) { return window && !window->isClosing_; }));
+}
+
+void BroadcastEncodableToClientWindows(const std::string& methodName, const EncodableValue& value) {
+  const auto& registry = GetWindowRegistry();
+  LOG_INFO("BroadcastEncodableToClientWindows: Broadcasting '%s' to %zu windows", methodName.c_str(), registry.size());
+  if (registry.size() < 2) return;
+  // The size is read anew each time: a sending may run code that opens a window. Closed windows are sent to as well.
+  for (size_t position = 1; position < registry.size(); ++position) {
+    const VantroWindow* const window = registry[position].get();
+    if (!window || !window->methodChannelHandler_) continue;
+    LOG_INFO("BroadcastEncodableToClientWindows: Sending to client window %zu", position);
+    MethodChannel* const channel = window->methodChannelHandler_->methodChannel_.get();
+    if (channel) channel->InvokeMethod(methodName, std::make_unique<EncodableValue>(value));
+  }
+}
+
+void ShutdownWindowManager() {
+  LOG_INFO("ShutdownWindowManager: Setting shutdown flag and clearing all windows");
+  shuttingDown = true;
+  auto& registry = GetWindowRegistry();
+  for (auto& window : registry) window.reset();
+  registry.clear();
+}
+
+}  // namespace vantro

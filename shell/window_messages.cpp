@@ -1,0 +1,284 @@
+// The main window's procedure, and its messages but for keyboard, focus, mouse, search box and chrome.
+#include <windowsx.h>
+
+#include "common/log.h"
+#include "shell/hit_test.h"
+#include "shell/input_state.h"
+#include "shell/shell_ids.h"
+#include "shell/vantro_window.h"
+#include "shell/window_manager.h"
+
+namespace vantro {
+
+namespace {
+
+constexpr LONG kNonClientStrip = 3;  // the frame's top edge, painted in the title bar's colour
+// Two pixels above the client area, so that no light line is left between the strip and the bar.
+constexpr LONG kTitleBarPaintTop = -2;
+
+SIZE ClientSize(HWND window) {
+  RECT client{};
+  GetClientRect(window, &client);
+  return {client.right - client.left, client.bottom - client.top};
+}
+
+}  // namespace
+
+// The object pointer stands in the window only after CreateWindowExW has returned: until then, and once the object has
+// gone, the system answers alone.
+LRESULT CALLBACK VantroWindow::WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto* const window = reinterpret_cast<VantroWindow*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
+  if (message == WM_CREATE) LOG_DEBUG("WindowProc: WM_CREATE received");
+  return window ? window->HandleMessage(message, wParam, lParam) : DefWindowProcA(hwnd, message, wParam, lParam);
+}
+
+LRESULT VantroWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_CREATE:
+      return 0;
+    case WM_DESTROY:
+      return OnDestroy();
+    case WM_MOVE:
+      return OnMove();
+    case WM_SIZE:
+      return OnSize();
+    case WM_SETFOCUS:
+      return OnSetFocus(wParam, lParam);
+    case WM_KILLFOCUS:
+      return OnKillFocus(wParam, lParam);
+    case WM_PAINT:
+      return OnPaint();
+    case WM_CLOSE:
+      return OnClose(wParam, lParam);
+    case WM_GETMINMAXINFO:
+      return OnGetMinMaxInfo(lParam);
+    case WM_DRAWITEM:
+      return OnDrawItem(wParam, lParam);
+    case WM_NCHITTEST:
+      return OnHitTest(lParam);
+    case WM_NCPAINT:
+      return OnNcPaint();
+    case WM_KEYDOWN:
+      return OnKeyDown(wParam, lParam);
+    case WM_KEYUP:
+    case WM_CHAR:
+    case WM_SYSKEYDOWN:
+    case WM_SYSKEYUP:
+      return OnOtherKey(message, wParam, lParam);
+    case WM_COMMAND:
+      return OnCommand(wParam, lParam);
+    case WM_TIMER:
+      return OnTimer(wParam);
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORSTATIC:
+      return OnControlColor(wParam);
+    case WM_MOUSEMOVE:
+      return OnMouseMove(wParam, lParam);
+    case WM_LBUTTONDOWN:
+      return OnLeftButtonDown(wParam, lParam);
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+      return OnButtonUp(message, wParam, lParam);
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONDBLCLK:
+    case WM_MOUSEWHEEL:  // the mouse on the bare window is none of the view's business
+      return DefWindowProcA(hwnd_, message, wParam, lParam);
+    case WM_VANTRO_NEW_WINDOW:
+      return OnNewWindowRequest();
+    default:
+      return OnDefault(message, wParam, lParam);
+  }
+}
+
+LRESULT VantroWindow::OnDefault(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (flutterEngine_) {
+    if (const auto result = flutterEngine_->HandleWindowMessage(hwnd_, message, wParam, lParam)) return *result;
+  }
+  return DefWindowProcA(hwnd_, message, wParam, lParam);
+}
+
+// The end of the process is decided on WM_CLOSE; here the native window goes, the object stays.
+LRESULT VantroWindow::OnDestroy() {
+  LOG_INFO("WM_DESTROY: Window %p is being destroyed", static_cast<void*>(this));
+  SaveSettings();
+  if (vlcPlayer_) {
+    LOG_INFO("Stopping VLC playback for closing window");
+    vlcPlayer_->StopInternal(false);
+  }
+  return 0;
+}
+
+LRESULT VantroWindow::OnMove() {
+  SyncFlutterOverlayPosition();
+  return 0;
+}
+
+LRESULT VantroWindow::OnSize() {
+  RECT client;
+  if (GetClientRect(hwnd_, &client)) {
+    width_ = static_cast<int>(client.right - client.left);
+    height_ = static_cast<int>(client.bottom - client.top);
+  }
+  LayoutTitleBarControls();
+  // Below the title bar also in fullscreen, where the bar comes and goes above the picture.
+  if (VLCPlayer* const player = methodChannelHandler_ ? methodChannelHandler_->vlcPlayer_ : nullptr) {
+    const SIZE size = ClientSize(player->parentWindow_);
+    player->Resize(0, TITLE_BAR_HEIGHT, static_cast<int>(size.cx), static_cast<int>(size.cy) - TITLE_BAR_HEIGHT);
+  }
+  SyncFlutterOverlayPosition();
+  return 0;
+}
+
+// Only the title bar: video and overlay cover the rest.
+LRESULT VantroWindow::OnPaint() {
+  PAINTSTRUCT paint;
+  const HDC dc = BeginPaint(hwnd_, &paint);
+  if (isFullscreen_ && !isTitleBarVisible_) {
+    LOG_DEBUG("WM_PAINT: Skipping title bar paint - isFullscreen=%d, isTitleBarVisible=%d", isFullscreen_,
+              isTitleBarVisible_);
+  } else {
+    RECT bar{};
+    GetClientRect(hwnd_, &bar);
+    bar.top = kTitleBarPaintTop;
+    bar.bottom = TITLE_BAR_HEIGHT;
+    LOG_DEBUG("WM_PAINT: Painting title bar - isFullscreen=%d, isTitleBarVisible=%d, rect=%ld,%ld to %ld,%ld",
+              isFullscreen_, isTitleBarVisible_, bar.left, bar.top, bar.right, bar.bottom);
+    FillRect(dc, &bar, titleBarBrush_);
+  }
+  EndPaint(hwnd_, &paint);
+  return 0;
+}
+
+LRESULT VantroWindow::OnNcPaint() {
+  const HDC dc = GetWindowDC(hwnd_);
+  if (!dc) return 0;
+  RECT strip{};
+  GetWindowRect(hwnd_, &strip);
+  OffsetRect(&strip, -strip.left, -strip.top);
+  strip.bottom = kNonClientStrip;
+  FillRect(dc, &strip, titleBarBrush_);
+  ReleaseDC(hwnd_, dc);
+  return 0;
+}
+
+LRESULT VantroWindow::OnClose(WPARAM wParam, LPARAM lParam) {
+  LOG_INFO("WM_CLOSE: Window %p close requested", static_cast<void*>(this));
+  isClosing_ = true;
+  const size_t active = CountActiveWindows();
+  LOG_INFO("WM_CLOSE: Total windows: %zu, Active windows after marking this as closing: %zu",
+           GetWindowRegistry().size(), active);
+  if (active != 0) {
+    LOG_INFO("WM_CLOSE: %zu active windows remain - not exiting application", active);
+  } else {
+    LOG_INFO("WM_CLOSE: No active windows remain - exiting application");
+    PostQuitMessage(0);
+  }
+  // Destroys the native window, and with it the overlay that it owns.
+  return DefWindowProcA(hwnd_, WM_CLOSE, wParam, lParam);
+}
+
+LRESULT VantroWindow::OnGetMinMaxInfo(LPARAM lParam) {
+  auto* const limits = reinterpret_cast<MINMAXINFO*>(lParam);
+  limits->ptMinTrackSize = {kMinimumWindowWidth, kMinimumWindowHeight};
+  LOG_DEBUG("WM_GETMINMAXINFO: Set minimum window size to %dx%d", kMinimumWindowWidth, kMinimumWindowHeight);
+  return 0;
+}
+
+LRESULT VantroWindow::OnHitTest(LPARAM lParam) {
+  POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+  ScreenToClient(hwnd_, &point);
+  const SIZE size = ClientSize(hwnd_);
+  return static_cast<LRESULT>(HitTest(static_cast<int>(point.x), static_cast<int>(point.y), static_cast<int>(size.cx),
+                                      static_cast<int>(size.cy)));
+}
+
+LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
+  const WORD id = LOWORD(wParam);
+  const WORD notification = HIWORD(wParam);
+  LOG_DEBUG("WM_COMMAND: Control interaction - ID: %d, Handle: %p, Type: %d", id, reinterpret_cast<void*>(lParam),
+            notification);
+  if (notification == EN_CHANGE && id == kSearchBoxId) {
+    HandleSearchInput();
+    LOG_DEBUG("WM_COMMAND: Skipping focus redirect for search box text change");
+    return 0;
+  }
+  if (notification == BN_CLICKED && id == kFileButtonId) {
+    ShowFileMenu();
+  } else if (notification == BN_CLICKED && id == kHelpButtonId) {
+    ShowHelpMenu();
+  } else {
+    HandleMenuCommand(id);
+  }
+  RedirectFocusAfterCommand();
+  return 0;
+}
+
+// A button that was clicked keeps the focus otherwise, and the view would hear no key.
+void VantroWindow::RedirectFocusAfterCommand() {
+  if (GetFocus() == searchBox_) {
+    LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
+  } else if (const HWND child = LiveFlutterChild()) {
+    SetFocus(child);
+    LOG_DEBUG("WM_COMMAND: Redirected focus back to Flutter window %p", static_cast<void*>(child));
+  }
+}
+
+LRESULT VantroWindow::OnTimer(WPARAM timerId) {
+  // The player's timers have ids made from addresses and come first.
+  if (vlcPlayer_) {
+    if (timerId == reinterpret_cast<WPARAM>(vlcPlayer_.get())) {
+      vlcPlayer_->OnStallWatchdogTick();
+      return 0;
+    }
+    if (vlcPlayer_->HandleStallNudgeTimer(timerId)) return 0;
+  }
+  switch (timerId) {
+    case kSearchDebounceTimerId:
+      OnSearchDebounceTimer();
+      break;
+    case kTitleBarAutoHideTimerId:
+      OnTitleBarAutoHideTimer();
+      break;
+    case kMouseTrackingTimerId:
+      OnMouseTrackingTimer();
+      break;
+  }
+  return 0;
+}
+
+// A tick that is still under way when the window leaves fullscreen does nothing; so does the next one.
+void VantroWindow::OnTitleBarAutoHideTimer() {
+  if (!isFullscreen_) return;
+  LOG_DEBUG("WM_TIMER: Title bar auto-hide timer fired");
+  StopTitleBarAutoHideTimer();
+  HideTitleBarControls();
+}
+
+void VantroWindow::OnMouseTrackingTimer() {
+  if (!isFullscreen_) return;
+  if (const auto cursor = CursorIn(hwnd_)) RunTopAreaStep(static_cast<int>(cursor->y), TopAreaCaller::kTrackingTimer);
+}
+
+LRESULT VantroWindow::OnControlColor(WPARAM wParam) {
+  const auto dc = reinterpret_cast<HDC>(wParam);
+  SetTextColor(dc, RGB(255, 255, 255));
+  SetBkColor(dc, kTitleBarColor);
+  return reinterpret_cast<LRESULT>(titleBarBrush_);
+}
+
+LRESULT VantroWindow::OnNewWindowRequest() {
+  LOG_INFO("=== RECEIVED WM_VANTRO_NEW_WINDOW MESSAGE ===");
+  LOG_INFO("Message received on window: %p", static_cast<void*>(this));
+  LOG_INFO("Current window count before: %zu", GetWindowRegistry().size());
+  CreateNewWindow(*this);
+  LOG_INFO("Current window count after: %zu", GetWindowRegistry().size());
+  LOG_INFO("=== NEW WINDOW REQUEST COMPLETED ===");
+  return 0;
+}
+
+}  // namespace vantro

@@ -1,0 +1,51 @@
+#include "shell/window_placement.h"
+
+#include <algorithm>
+
+namespace vantro {
+
+namespace {
+
+// A gap is a share of the space that the window leaves free, within bounds. A negative space gives the lower bound.
+struct GapRule {
+  int divisor;
+  int least;
+  int most;
+
+  constexpr int Gap(int available) const { return std::clamp(available / divisor, least, most); }
+};
+
+constexpr GapRule kHorizontalGap{8, 50, 200};
+constexpr GapRule kVerticalGap{6, 60, 150};
+constexpr GapRule kLargeHorizontalOffset{4, 100, 400};
+constexpr GapRule kLargeVerticalOffset{4, 80, 300};
+// Where a large offset that would pass the work area's edge starts over, from the area's top left corner.
+constexpr int kWrapInset = 50;
+
+}  // namespace
+
+WindowPlacement PlaceNewWindow(const ScreenRect& reference, int width, int height, const ScreenRect& workArea) {
+  const int availableX = workArea.right - workArea.left - width;
+  const int availableY = workArea.bottom - workArea.top - height;
+
+  const int gapX = kHorizontalGap.Gap(availableX);
+  if (width + gapX + reference.right <= workArea.right) {
+    return {PlacementRule::kRight, reference.right + gapX, reference.top, gapX, 0};
+  }
+  if (reference.left - width - gapX >= workArea.left) {
+    return {PlacementRule::kLeft, reference.left - width - gapX, reference.top, gapX, 0};
+  }
+  const int gapY = kVerticalGap.Gap(availableY);
+  if (height + gapY + reference.bottom <= workArea.bottom) {
+    return {PlacementRule::kBelow, reference.left, reference.bottom + gapY, 0, gapY};
+  }
+
+  const int dx = kLargeHorizontalOffset.Gap(availableX);
+  const int dy = kLargeVerticalOffset.Gap(availableY);
+  const int x = reference.left + dx;
+  const int y = reference.top + dy;
+  return {PlacementRule::kLargeOffset, x + width > workArea.right ? workArea.left + kWrapInset : x,
+          y + height > workArea.bottom ? workArea.top + kWrapInset : y, dx, dy};
+}
+
+}  // namespace vantro
