@@ -9,7 +9,7 @@
 
 namespace vantro {
 
-extern "C" __attribute__((dllexport)) std::atomic<bool> debugLoggingEnabled{false};
+__attribute__((dllexport)) std::atomic<bool> debugLoggingEnabled{false};
 
 namespace {
 
