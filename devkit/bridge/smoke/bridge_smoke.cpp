@@ -1,0 +1,293 @@
+// bridge_smoke URL [OTHER_URL [ROUNDS]]: drives the bridge as the host does, through GetProcAddress and a window of its
+// own, and prints one line per check. Ends with 0 if all held.
+#include <windows.h>
+
+#include <atomic>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Event {
+  int32_t type;
+  void* sender;
+  union {
+    float cache;
+    int32_t seekable;
+    int64_t time;
+    double position;
+  } u;
+};
+
+struct Stats {
+  uint64_t other[8];
+  uint64_t displayed;
+  uint64_t more[2];
+  uint64_t playedBuffers;
+  uint64_t lostBuffers;
+};
+static_assert(sizeof(Stats) == 104);
+
+HMODULE library;
+int failures = 0;
+
+template <typename Function>
+Function Load(const char* name) {
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
+using EventFunction = void (*)(const Event*, void*);
+struct Vlc {
+  void* (*New)(int, const char* const*) = Load<decltype(New)>("libvlc_new");
+  void (*Release)(void*) = Load<decltype(Release)>("libvlc_release");
+  unsigned (*AbiVersion)() = Load<decltype(AbiVersion)>("libvlc_abi_version");
+  const char* (*Version)() = Load<decltype(Version)>("libvlc_get_version");
+  void* (*MediaNew)(const char*) = Load<decltype(MediaNew)>("libvlc_media_new_location");
+  void (*MediaRelease)(void*) = Load<decltype(MediaRelease)>("libvlc_media_release");
+  void (*AddOption)(void*, const char*) = Load<decltype(AddOption)>("libvlc_media_add_option");
+  bool (*GetStats)(void*, Stats*) = Load<decltype(GetStats)>("libvlc_media_get_stats");
+  void* (*PlayerNew)(void*) = Load<decltype(PlayerNew)>("libvlc_media_player_new");
+  void (*PlayerRelease)(void*) = Load<decltype(PlayerRelease)>("libvlc_media_player_release");
+  void (*SetHwnd)(void*, void*) = Load<decltype(SetHwnd)>("libvlc_media_player_set_hwnd");
+  void* (*Manager)(void*) = Load<decltype(Manager)>("libvlc_media_player_event_manager");
+  void (*SetMedia)(void*, void*) = Load<decltype(SetMedia)>("libvlc_media_player_set_media");
+  int (*Play)(void*) = Load<decltype(Play)>("libvlc_media_player_play");
+  void (*Pause)(void*) = Load<decltype(Pause)>("libvlc_media_player_pause");
+  bool (*IsPlaying)(void*) = Load<decltype(IsPlaying)>("libvlc_media_player_is_playing");
+  int64_t (*GetTime)(void*) = Load<decltype(GetTime)>("libvlc_media_player_get_time");
+  int (*SetTime)(void*, int64_t, bool) = Load<decltype(SetTime)>("libvlc_media_player_set_time");
+  int (*StopAsync)(void*) = Load<decltype(StopAsync)>("libvlc_media_player_stop_async");
+  int (*Snapshot)(void*, unsigned, const char*, unsigned, unsigned) =
+      Load<decltype(Snapshot)>("libvlc_video_take_snapshot");
+  int (*Attach)(void*, int, EventFunction, void*) = Load<decltype(Attach)>("libvlc_event_attach");
+  void (*Detach)(void*, int, EventFunction, void*) = Load<decltype(Detach)>("libvlc_event_detach");
+};
+
+struct Record {
+  std::mutex lock;
+  std::vector<int> types;
+  std::atomic<int64_t> lastTime{-1};
+  DWORD thread = 0;
+
+  int Count(int type) {
+    std::lock_guard guard(lock);
+    int count = 0;
+    for (int seen : types) count += seen == type;
+    return count;
+  }
+  // Where `type` came first, -1 if it did not.
+  int First(int type) {
+    std::lock_guard guard(lock);
+    for (size_t i = 0; i < types.size(); ++i) {
+      if (types[i] == type) return static_cast<int>(i);
+    }
+    return -1;
+  }
+  void Clear() {
+    std::lock_guard guard(lock);
+    types.clear();
+  }
+};
+
+void OnEvent(const Event* event, void* data) {
+  auto* record = static_cast<Record*>(data);
+  std::lock_guard guard(record->lock);
+  record->types.push_back(event->type);
+  record->thread = GetCurrentThreadId();
+  if (event->type == 0x10B) record->lastTime = event->u.time;
+}
+
+void Check(bool held, const std::string& what) {
+  std::printf("%s %s\n", held ? "ok    " : "FAILED", what.c_str());
+  std::fflush(stdout);
+  if (!held) ++failures;
+}
+
+bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds = 10000) {
+  DWORD start = GetTickCount();
+  while (!condition()) {
+    if (GetTickCount() - start > milliseconds) return false;
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+  }
+  return true;
+}
+
+HWND MakeWindow() {
+  return CreateWindowW(L"BridgeSmoke", L"bridge smoke", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20, 700, 480, nullptr,
+                       nullptr, GetModuleHandleW(nullptr), nullptr);
+}
+
+// How many of a row of points in the window's client area are not the black of its background.
+int LitPoints(HWND window) {
+  RECT area;
+  GetClientRect(window, &area);
+  HDC dc = GetDC(window);
+  int lit = 0;
+  for (int i = 1; i < 40; ++i) {
+    COLORREF colour = GetPixel(dc, area.right * i / 40, area.bottom / 3);
+    lit += colour != CLR_INVALID && colour != 0;
+  }
+  ReleaseDC(window, dc);
+  return lit;
+}
+
+struct Session {
+  explicit Session(const Vlc& functions, void* instance) : vlc(functions), player(functions.PlayerNew(instance)) {
+    for (int type = 0x100; type <= 0x10D; ++type) vlc.Attach(vlc.Manager(player), type, OnEvent, &record);
+  }
+  void Load(const char* url) {
+    void* media = vlc.MediaNew(url);
+    vlc.AddOption(media, ":network-caching=300");
+    vlc.SetMedia(player, media);
+    vlc.MediaRelease(media);
+  }
+  const Vlc& vlc;
+  Record record;
+  void* player;
+};
+
+void PlayAndSeek(Session& session, HWND window, const char* url) {
+  const Vlc& vlc = session.vlc;
+  vlc.SetHwnd(session.player, window);
+  void* media = vlc.MediaNew(url);
+  vlc.SetMedia(session.player, media);
+  Check(vlc.StopAsync(session.player) == -1, "stop_async has nothing to stop before play");
+  Check(vlc.Play(session.player) == 0, "play is accepted");
+  Record& record = session.record;
+  Check(PumpUntil([&] { return record.Count(0x104) > 0; }), "Playing comes");
+  Check(record.First(0x100) < record.First(0x102) && record.First(0x102) < record.First(0x104),
+        "MediaChanged, Opening and Playing come in this order");
+  Check(record.thread != GetCurrentThreadId() && record.thread != 0, "events come on a thread that Windows knows");
+  Check(PumpUntil([&] { return record.lastTime > 1000; }), "the time rises beyond 1 s");
+  Check(vlc.IsPlaying(session.player), "is_playing holds");
+  Stats first{}, second{};
+  Check(vlc.GetStats(media, &first), "statistics are there");
+  Check(PumpUntil([&] {
+          vlc.GetStats(media, &second);
+          return second.displayed >= first.displayed + 10 && second.playedBuffers >= first.playedBuffers + 10;
+        }),
+        "displayed pictures and played buffers rise");
+  Check(PumpUntil([&] { return LitPoints(window) > 20; }), "the picture stands in the window");
+  char folder[MAX_PATH];
+  GetTempPathA(sizeof folder, folder);
+  std::string path = std::string(folder) + "bridge_smoke.png";
+  DeleteFileA(path.c_str());
+  Check(vlc.Snapshot(session.player, 0, path.c_str(), 320, 180) == 0, "a snapshot is taken");
+  Check(PumpUntil([&] { return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES; }), "its file is there");
+  vlc.Pause(session.player);
+  Check(PumpUntil([&] { return record.Count(0x105) > 0; }), "Paused comes");
+  InvalidateRect(window, nullptr, TRUE);
+  UpdateWindow(window);
+  Check(PumpUntil([&] { return LitPoints(window) > 20; }), "a paused picture is drawn again");
+  vlc.Play(session.player);
+  Check(PumpUntil([&] { return record.Count(0x104) > 1; }), "play resumes");
+  vlc.MediaRelease(media);
+}
+
+void ReplaceAndStop(Session& session, HWND window, const char* other) {
+  const Vlc& vlc = session.vlc;
+  Record& record = session.record;
+  record.Clear();
+  session.Load(other);
+  Check(PumpUntil([&] { return record.Count(0x104) > 0; }), "a new media goes on playing without play");
+  Check(record.Count(0x106) == 0, "no Stopped comes between two media");
+  record.lastTime = -1;
+  Check(PumpUntil([&] { return record.lastTime > 500; }), "its time rises");
+  record.Clear();
+  Check(vlc.StopAsync(session.player) == 0, "stop_async is accepted");
+  Check(PumpUntil([&] { return record.Count(0x106) > 0; }), "Stopped comes");
+  Check(record.First(0x109) >= 0 && record.First(0x109) < record.First(0x106), "Stopping comes before Stopped");
+  Check(vlc.StopAsync(session.player) == -1, "a second stop_async has nothing to stop");
+  Check(PumpUntil([&] { return LitPoints(window) == 0; }), "the window has its background back");
+}
+
+void PlayToTheEnd(Session& session, const char* url) {
+  const Vlc& vlc = session.vlc;
+  Record& record = session.record;
+  session.Load(url);
+  record.Clear();
+  record.lastTime = -1;
+  vlc.SetTime(session.player, 27000, false);
+  vlc.Play(session.player);
+  Check(PumpUntil([&] { return record.lastTime > 0; }) && record.lastTime >= 26000,
+        "a seek before play is where play starts");
+  Check(PumpUntil([&] { return record.Count(0x106) > 0; }, 15000), "Stopped comes at the end");
+  record.Clear();
+  record.lastTime = -1;
+  vlc.Play(session.player);
+  Check(PumpUntil([&] { return record.lastTime > 0; }) && record.lastTime < 5000, "play after the end begins anew");
+  Check(record.Count(0x106) == 0, "Stopped is told once");
+}
+
+void LoseWindow(Session& session) {
+  HWND window = MakeWindow();
+  session.vlc.SetHwnd(session.player, window);
+  PumpUntil([&] { return LitPoints(window) > 20; });
+  int64_t before = session.record.lastTime;
+  DestroyWindow(window);
+  Check(PumpUntil([&] { return session.record.lastTime > before + 500; }), "playing goes on without its window");
+}
+
+void Rounds(const Vlc& vlc, void* instance, HWND window, const char* url, int rounds) {
+  int played = 0;
+  for (int i = 0; i < rounds; ++i) {
+    Session session(vlc, instance);
+    vlc.SetHwnd(session.player, window);
+    session.Load(url);
+    vlc.Play(session.player);
+    played += PumpUntil([&] { return session.record.Count(0x104) > 0; });
+    if (i % 2) vlc.StopAsync(session.player);
+    for (int type = 0x100; type <= 0x10D; ++type) vlc.Detach(vlc.Manager(session.player), type, OnEvent, &session.record);
+    vlc.PlayerRelease(session.player);
+  }
+  Check(played == rounds, std::to_string(played) + " of " + std::to_string(rounds) + " rounds of new player, play, release");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    std::printf("usage: bridge_smoke URL [OTHER_URL [ROUNDS]]\n");
+    return 2;
+  }
+  const char* other = argc > 2 ? argv[2] : argv[1];
+  int rounds = argc > 3 ? std::atoi(argv[3]) : 50;
+  library = LoadLibraryA("libvlc.dll");
+  if (!library) {
+    std::printf("FAILED no libvlc.dll, error %lu\n", GetLastError());
+    return 1;
+  }
+  WNDCLASSW windowClass{};
+  windowClass.lpfnWndProc = DefWindowProcW;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+  windowClass.lpszClassName = L"BridgeSmoke";
+  RegisterClassW(&windowClass);
+  HWND window = MakeWindow();
+  Vlc vlc;
+  Check(vlc.AbiVersion() == 0x040C0000, "the library says that it is libvlc 4");
+  Check(vlc.Version()[0] == '4', std::string("its version is ") + vlc.Version());
+  const char* arguments[] = {"--intf=dummy", "--no-video-title-show", "--aout=directsound", "--http-reconnect",
+                             "--no-such-option-in-libvlc-3"};
+  void* instance = vlc.New(5, arguments);
+  Check(instance != nullptr, "an unknown option does not fail libvlc_new");
+  {
+    Session session(vlc, instance);
+    PlayAndSeek(session, window, argv[1]);
+    ReplaceAndStop(session, window, other);
+    PlayToTheEnd(session, argv[1]);
+    LoseWindow(session);
+    vlc.PlayerRelease(session.player);
+  }
+  Rounds(vlc, instance, window, other, rounds);
+  vlc.Release(instance);
+  std::printf("%d failed\n", failures);
+  return failures ? 1 : 0;
+}
