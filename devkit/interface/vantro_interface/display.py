@@ -1,0 +1,59 @@
+"""A screen for hosts with the x11 driver: the user's own when DISPLAY is set, else an Xvfb of its own; and pictures of it."""
+
+import os
+import pathlib
+import subprocess
+
+SCREEN = "1600x900x24"
+DESKTOP_TITLE = "vantro - Wine desktop"
+
+
+class Display:
+    def __init__(self, use_existing=True):
+        self._server = None
+        self.name = os.environ.get("DISPLAY") if use_existing else None
+        if self.name:
+            return
+        read_end, write_end = os.pipe()
+        self._server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", SCREEN, "-nolisten", "tcp", "-noreset"],
+            pass_fds=[write_end], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            start_new_session=True)
+        os.close(write_end)
+        with os.fdopen(read_end) as number:
+            line = number.readline().strip()
+        if not line:
+            raise RuntimeError("Xvfb does not start")
+        self.name = f":{line}"
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.close()
+
+    def close(self):
+        if self._server:
+            self._server.terminate()
+            self._server.wait()
+            self._server = None
+
+    def screenshot(self, path):
+        """The screen as a PNG; of a user's own display only the Wine desktop's window."""
+        path = pathlib.Path(path)
+        window = "root" if self._server else DESKTOP_TITLE
+        subprocess.run(["import-im6.q16", "-window", window, str(path)], check=True, stdin=subprocess.DEVNULL,
+                       env={**os.environ, "DISPLAY": self.name}, timeout=30)
+        return path
+
+
+def region_colours(path, rect):
+    """How many different colours a part (left, top, right, bottom) of a picture holds, and its mean as (r, g, b)."""
+    left, top, right, bottom = rect
+    crop = f"{right - left}x{bottom - top}+{left}+{top}"
+    output = subprocess.run(
+        ["convert-im6.q16", str(path), "-crop", crop, "+repage", "-depth", "8", "-format",
+         "%k %[fx:255*mean.r] %[fx:255*mean.g] %[fx:255*mean.b]", "info:"],
+        check=True, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=30).stdout
+    colours, *mean = output.split()
+    return int(colours), tuple(round(float(part)) for part in mean)
