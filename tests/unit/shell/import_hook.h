@@ -1,0 +1,24 @@
+// Puts a function of the test in the place of one that this program imports from a library, so that a test sees the
+// very call and its arguments. Works on the program's own import table: calls that a library makes are not seen.
+#pragma once
+
+#include <windows.h>
+
+namespace vantro::test {
+
+class ImportHook {
+ public:
+  // Fails the test when the program does not import the function.
+  ImportHook(const char* library, const char* function, void* replacement);
+  ~ImportHook();
+  ImportHook(const ImportHook&) = delete;
+  ImportHook& operator=(const ImportHook&) = delete;
+
+  void* Original() const { return original_; }
+
+ private:
+  void** slot_ = nullptr;
+  void* original_ = nullptr;
+};
+
+}  // namespace vantro::test
