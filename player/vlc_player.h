@@ -30,6 +30,7 @@
 #include "player/player_handle.h"
 #include "player/reader_epochs.h"
 #include "player/stall_watchdog.h"
+#include "player/tile_layout.h"
 
 namespace vantro {
 
@@ -189,7 +190,10 @@ class VLCPlayer {
   void AttachEvents(const LibVlcFunctions& vlc);
   void DetachEvents(const LibVlcFunctions& vlc);
 
-  // The handles of players_ in their order, as events see them: empty where a tile has no player.
+  // Events.
+  void Perform(EventEffect effect);
+
+  // Tiles. The handles of players_ in their order, as events see them: empty where a tile has no player.
   using TileHandles = std::vector<libvlc_media_player_t*>;
   // Follows every change of players_, before a handle that left it is released.
   void PublishTiles();
@@ -197,17 +201,19 @@ class VLCPlayer {
   void ReleasePlayer(VlcMediaPlayerPtr player);
   // Empties players_, releasing each player and leaving the windows alone.
   void ReleaseTiles();
-  // Opens the URL on a tile's player. Without a player nothing is opened.
-  void StopAndOpen(const LibVlcFunctions& vlc, libvlc_media_player_t* player, const std::string& url);
+  bool IsTileIndex(int index) const { return index >= 0 && static_cast<size_t>(index) < players_.size(); }
   HWND CreateTileWindow();
-  VlcMediaPlayerPtr CreateTilePlayer(const LibVlcFunctions& vlc, HWND window, const std::string& url);
+  VlcMediaPlayerPtr CreateTilePlayer(HWND window, const std::string& url);
+  // Opens the URL on a tile's player, without stopping or playing it. A media that can't be made leaves the old one.
+  void OpenOnTile(const LibVlcFunctions& vlc, libvlc_media_player_t* player, const std::string& url);
+  void ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& tile, const std::string& url,
+                         const std::string& name);
   void RestoreOriginalTile(MultiViewPlayer& tile);
 
-  void PlaceTile(size_t index, const struct TileRect& cell);
-  void ResizeTileVideo(size_t index, const struct TileRect& cell);
-
-  // Events.
-  void Perform(EventEffect effect);
+  // Layout of one tile.
+  void PlaceTile(size_t index, const TileRect& cell);
+  void RefitTile(size_t index, const TileRect& cell);
+  void FitTileVideo(const LibVlcFunctions& vlc, size_t index, const TileRect& cell);
 
   // Watchdog.
   void ForgetPendingResume(libvlc_media_player_t* mediaPlayer);

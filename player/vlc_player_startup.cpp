@@ -82,7 +82,14 @@ void LogPluginsFolder() {
 
 }  // namespace
 
-VLCPlayer::~VLCPlayer() { Cleanup(); }
+VLCPlayer::~VLCPlayer() {
+  Cleanup();
+  // Tiles that are left are still attached: nobody may hold their handles when they are released, and nobody may be
+  // here any more when their events have ended with that.
+  ReleaseTiles();
+  eventReaders_.WaitForReaders();
+  eventReaders_.WaitForReaders();
+}
 
 bool VLCPlayer::Initialize(HWND parentWindow) {
   parentWindow_ = parentWindow;
@@ -209,7 +216,7 @@ void VLCPlayer::Cleanup() {
     suppressStoppedEvent_ = true;
     vlc.libvlc_media_player_stop(mediaPlayer_.get());
   }
-  mediaPlayer_.reset();
+  ReleasePlayer(VlcMediaPlayerPtr(mediaPlayer_.release()));
   media_.reset();
   vlcInstance_.reset();
   if (vlcWindow_ && vlcWindow_ != parentWindow_ && IsWindow(vlcWindow_)) DestroyWindow(vlcWindow_);
