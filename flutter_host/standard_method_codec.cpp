@@ -26,6 +26,12 @@ size_t SizeHint(const EncodableValue& value) {
   return 0;
 }
 
+// A value that may be absent goes out as null. By reference: a relayed value may be large.
+const EncodableValue& OrNull(const EncodableValue* value) {
+  static const EncodableValue null;
+  return value ? *value : null;
+}
+
 std::unique_ptr<std::vector<uint8_t>> MakeBuffer(size_t hint) {
   auto buffer = std::make_unique<std::vector<uint8_t>>();
   buffer->reserve(kInitialCapacity + hint);
@@ -65,7 +71,7 @@ std::unique_ptr<std::vector<uint8_t>> StandardMethodCodec::EncodeMethodCallInter
   auto message = MakeBuffer(call.method_name().size() + (arguments ? SizeHint(*arguments) : 0));
   ByteBufferStreamWriter writer(message.get());
   StandardCodecSerializer::WriteText(call.method_name(), &writer);
-  serializer_->WriteValue(arguments ? *arguments : EncodableValue(), &writer);
+  serializer_->WriteValue(OrNull(arguments), &writer);
   return message;
 }
 
@@ -74,7 +80,7 @@ std::unique_ptr<std::vector<uint8_t>> StandardMethodCodec::EncodeSuccessEnvelope
   auto envelope = MakeBuffer(result ? SizeHint(*result) : 0);
   ByteBufferStreamWriter writer(envelope.get());
   writer.WriteByte(kSuccessEnvelope);
-  serializer_->WriteValue(result ? *result : EncodableValue(), &writer);
+  serializer_->WriteValue(OrNull(result), &writer);
   return envelope;
 }
 
@@ -85,11 +91,11 @@ std::unique_ptr<std::vector<uint8_t>> StandardMethodCodec::EncodeErrorEnvelopeIn
   writer.WriteByte(kErrorEnvelope);
   StandardCodecSerializer::WriteText(code, &writer);
   if (message.empty()) {
-    serializer_->WriteValue(EncodableValue(), &writer);
+    serializer_->WriteValue(OrNull(nullptr), &writer);
   } else {
     StandardCodecSerializer::WriteText(message, &writer);
   }
-  serializer_->WriteValue(details ? *details : EncodableValue(), &writer);
+  serializer_->WriteValue(OrNull(details), &writer);
   return envelope;
 }
 

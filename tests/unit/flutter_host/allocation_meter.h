@@ -1,0 +1,19 @@
+// Counts what this thread allocates with operator new while the meter lives.
+#pragma once
+
+#include <cstddef>
+
+namespace vantro::test {
+
+class AllocationMeter {
+ public:
+  AllocationMeter();
+  ~AllocationMeter();
+  AllocationMeter(const AllocationMeter&) = delete;
+  AllocationMeter& operator=(const AllocationMeter&) = delete;
+
+  size_t count() const;
+  size_t bytes() const;
+};
+
+}  // namespace vantro::test

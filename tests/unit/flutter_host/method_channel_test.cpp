@@ -1,0 +1,235 @@
+// Method channels over a fake messenger: what goes out, what comes in, and the guard of the replies.
+#include "flutter_host/method_channel.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "flutter_host/engine_method_result.h"
+#include "flutter_host/standard_method_codec.h"
+#include "tests/unit/flutter_host/bytes.h"
+#include "tests/unit/flutter_host/captured_stderr.h"
+
+namespace vantro {
+namespace {
+
+using test::Bytes;
+using test::CapturedStderr;
+using test::FromHex;
+
+constexpr char kDuplicate[] =
+    "Error: Only one of Success, Error, or NotImplemented can be called, and it can be called exactly once. Ignoring "
+    "duplicate result.\n";
+constexpr char kUnanswered[] = "Warning: Failed to respond to a message. This is a memory leak.\n";
+
+const StandardMethodCodec& Codec() { return StandardMethodCodec::GetInstance(); }
+
+class FakeMessenger : public BinaryMessenger {
+ public:
+  void Send(const std::string& channel, const uint8_t* message, size_t size, BinaryReply reply) override {
+    sentOn = channel;
+    sent = Bytes(message, message + size);
+    sentReply = std::move(reply);
+    ++sends;
+  }
+  void SetMessageHandler(const std::string& channel, BinaryMessageHandler handler) override {
+    if (handler) {
+      handlers[channel] = std::move(handler);
+    } else {
+      handlers.erase(channel);
+    }
+  }
+  // The reply to a message of the interface: empty bytes for an empty answer, nothing when none came.
+  std::optional<Bytes> Deliver(const std::string& channel, const Bytes& message) {
+    std::optional<Bytes> answer;
+    handlers.at(channel)(message.data(), message.size(), [&answer](const uint8_t* reply, size_t size) {
+      answer = size == 0 ? Bytes() : Bytes(reply, reply + size);
+    });
+    return answer;
+  }
+
+  std::string sentOn;
+  Bytes sent;
+  BinaryReply sentReply;
+  int sends = 0;
+  std::map<std::string, BinaryMessageHandler> handlers;
+};
+
+class MethodChannelTest : public testing::Test {
+ protected:
+  // A call of "m" without arguments goes to this handler; its reply is the result.
+  std::optional<Bytes> Call(MethodCallHandler handler) {
+    channel_.SetMethodCallHandler(std::move(handler));
+    return messenger_.Deliver("a/channel", FromHex("07 01 6d 00"));
+  }
+
+  FakeMessenger messenger_;
+  MethodChannel channel_{&messenger_, "a/channel", &Codec()};
+};
+
+TEST_F(MethodChannelTest, InvokeMethodSendsTheCallWithoutAskingForAReply) {
+  channel_.InvokeMethod("m", std::make_unique<EncodableValue>("x"));
+  EXPECT_EQ(messenger_.sentOn, "a/channel");
+  EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 07 01 78"));
+  EXPECT_FALSE(messenger_.sentReply);
+}
+
+TEST_F(MethodChannelTest, InvokeMethodWithoutArgumentsSendsNull) {
+  channel_.InvokeMethod("m", nullptr);
+  EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 00"));
+}
+
+TEST_F(MethodChannelTest, HandlerGetsTheCallAndItsAnswerGoesBack) {
+  const auto reply = Call([](const MethodCall& call, std::unique_ptr<MethodResult> result) {
+    EXPECT_EQ(call.method_name(), "m");
+    result->Success(EncodableValue(true));
+  });
+  EXPECT_EQ(reply, FromHex("00 01"));
+}
+
+TEST_F(MethodChannelTest, SuccessWithoutAValueAnswersNull) {
+  EXPECT_EQ(Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->Success(); }), FromHex("00 00"));
+}
+
+TEST_F(MethodChannelTest, ErrorAnswersItsEnvelope) {
+  EXPECT_EQ(Call([](const MethodCall&, std::unique_ptr<MethodResult> result) {
+              result->Error("E", "m", EncodableValue(false));
+            }),
+            FromHex("01 07 01 45 07 01 6d 02"));
+}
+
+TEST_F(MethodChannelTest, NotImplementedAnswersNothingAndSizeZero) {
+  EXPECT_EQ(Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->NotImplemented(); }), Bytes());
+}
+
+TEST_F(MethodChannelTest, SecondAnswerIsReportedAndTheFirstStands) {
+  CapturedStderr errors;
+  const auto reply = Call([](const MethodCall&, std::unique_ptr<MethodResult> result) {
+    result->Error("E", "m");
+    result->NotImplemented();
+  });
+  EXPECT_EQ(errors.Take(), kDuplicate);
+  EXPECT_EQ(reply, FromHex("01 07 01 45 07 01 6d 00"));
+}
+
+TEST_F(MethodChannelTest, ResultDestroyedUnansweredIsReportedAndSendsNothing) {
+  CapturedStderr errors;
+  const auto reply = Call([](const MethodCall&, std::unique_ptr<MethodResult>) {});
+  EXPECT_EQ(errors.Take(), kUnanswered);
+  EXPECT_EQ(reply, std::nullopt);
+}
+
+TEST_F(MethodChannelTest, AnsweredResultIsDestroyedInSilence) {
+  CapturedStderr errors;
+  Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->Success(); });
+  EXPECT_EQ(errors.Take(), "");
+}
+
+TEST_F(MethodChannelTest, BytesThatAreNoCallAreReportedAndNotImplemented) {
+  bool isCalled = false;
+  channel_.SetMethodCallHandler([&](const MethodCall&, std::unique_ptr<MethodResult>) { isCalled = true; });
+  CapturedStderr errors;
+  const auto reply = messenger_.Deliver("a/channel", FromHex("01 00"));
+  EXPECT_EQ(errors.Take(),
+            "Invalid method call; method name is not a string.\n"
+            "Unable to construct method call from message on channel a/channel\n");
+  EXPECT_EQ(reply, Bytes());
+  EXPECT_FALSE(isCalled);
+}
+
+TEST_F(MethodChannelTest, EmptyHandlerUnregistersTheChannel) {
+  channel_.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult>) {});
+  EXPECT_EQ(messenger_.handlers.size(), 1u);
+  channel_.SetMethodCallHandler(nullptr);
+  EXPECT_TRUE(messenger_.handlers.empty());
+}
+
+TEST_F(MethodChannelTest, NewHandlerReplacesTheFormer) {
+  channel_.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->Success(); });
+  EXPECT_EQ(Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->NotImplemented(); }), Bytes());
+}
+
+class NotedResult : public MethodResult {
+ public:
+  explicit NotedResult(std::string* note) : note_(note) {}
+  ~NotedResult() override { *note_ += ";destroyed"; }
+
+ protected:
+  void SuccessInternal(const EncodableValue*) override { *note_ += "success"; }
+  void ErrorInternal(const std::string& code, const std::string&, const EncodableValue*) override { *note_ += code; }
+  void NotImplementedInternal() override { *note_ += "not implemented"; }
+
+ private:
+  std::string* note_;
+};
+
+struct InterfaceAnswer {
+  const char* name;
+  const char* bytes;
+  const char* note;
+  const char* reported;
+};
+
+class AnswerOfTheInterface : public testing::TestWithParam<InterfaceAnswer> {};
+
+TEST_P(AnswerOfTheInterface, ReachesTheResult) {
+  FakeMessenger messenger;
+  MethodChannel channel(&messenger, "a/channel", &Codec());
+  std::string note;
+  channel.InvokeMethod("m", nullptr, std::make_unique<NotedResult>(&note));
+  ASSERT_TRUE(messenger.sentReply);
+  const Bytes answer = FromHex(GetParam().bytes);
+  CapturedStderr errors;
+  messenger.sentReply(answer.data(), answer.size());
+  EXPECT_EQ(note, GetParam().note);
+  EXPECT_EQ(errors.Take(), GetParam().reported);
+}
+
+INSTANTIATE_TEST_SUITE_P(MethodChannel, AnswerOfTheInterface,
+                         testing::Values(InterfaceAnswer{"Success", "00 01", "success", ""},
+                                         InterfaceAnswer{"Error", "01 07 01 45 00 00", "E", ""},
+                                         InterfaceAnswer{"Empty", "", "not implemented", ""},
+                                         InterfaceAnswer{
+                                             "NoEnvelope", "09", "",
+                                             "Unable to decode reply to method invocation on channel a/channel\n"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// A window destroys its engine, with the messenger, before its thumbnail plugin, which then clears its handler.
+TEST(ChannelOverASharedMessengerThatIsGone, IsInert) {
+  auto messenger = std::make_shared<FakeMessenger>();
+  MethodChannel channel(messenger.get(), "a/channel", &Codec());
+  channel.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult>) {});
+  messenger.reset();
+
+  channel.SetMethodCallHandler(nullptr);
+  channel.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult>) {});
+  std::string note;
+  channel.InvokeMethod("m", nullptr, std::make_unique<NotedResult>(&note));
+  EXPECT_EQ(note, ";destroyed");
+}
+
+TEST(ChannelOverASharedMessenger, WorksWhileItLives) {
+  const auto messenger = std::make_shared<FakeMessenger>();
+  MethodChannel channel(messenger.get(), "a/channel", &Codec());
+  channel.InvokeMethod("m", nullptr);
+  EXPECT_EQ(messenger->sends, 1);
+}
+
+TEST(ReplyGuard, AnswerFromInsideTheReplyCountsAsADuplicate) {
+  CapturedStderr errors;
+  int replies = 0;
+  ReplyGuard* inner = nullptr;
+  ReplyGuard guard([&](const uint8_t*, size_t) {
+    ++replies;
+    inner->Send(nullptr);
+  });
+  inner = &guard;
+  guard.Send(nullptr);
+  EXPECT_EQ(replies, 1);
+  EXPECT_EQ(errors.Take(), kDuplicate);
+}
+
+}  // namespace
+}  // namespace vantro
