@@ -80,8 +80,8 @@ struct SearchResult {
   DWORD error;
 };
 
-SearchResult Search(const char* fileName) {
-  const HMODULE module = FindVlcLibrary(fileName);
+SearchResult Search(const char* fileName, const char* bundledPath) {
+  const HMODULE module = FindVlcLibrary(fileName, bundledPath);
   return {module, module ? ERROR_SUCCESS : GetLastError()};
 }
 
@@ -95,24 +95,23 @@ HMODULE Report(const SearchResult& result) {
 
 std::span<const LibVlcSlot> LibVlcSlots() { return kSlots; }
 
-HMODULE FindVlcLibrary(const char* fileName) {
+HMODULE FindVlcLibrary(const char* fileName, const char* bundledPath) {
   if (const HMODULE loaded = GetModuleHandleA(fileName)) return loaded;
   char path[MAX_PATH] = "";
   GetModuleFileNameA(nullptr, path, MAX_PATH);
   PathRemoveFileSpecA(path);
-  if (PathAppendA(path, "vlc") && PathAppendA(path, fileName)) {
-    if (const HMODULE bundled = LoadLibraryA(path)) return bundled;
-  }
+  PathAppendA(path, bundledPath);
+  if (const HMODULE bundled = LoadLibraryA(path)) return bundled;
   return LoadLibraryA(fileName);
 }
 
 HMODULE GetLibVlcModule() {
-  static const SearchResult result = Search("libvlc.dll");
+  static const SearchResult result = Search("libvlc.dll", "vlc\\libvlc.dll");
   return Report(result);
 }
 
 HMODULE GetLibVlcCoreModule() {
-  static const SearchResult result = Search("libvlccore.dll");
+  static const SearchResult result = Search("libvlccore.dll", "vlc\\libvlccore.dll");
   return Report(result);
 }
 
