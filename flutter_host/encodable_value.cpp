@@ -1,6 +1,5 @@
 #include "flutter_host/encodable_value.h"
 
-#include <algorithm>
 #include <cmath>
 #include <type_traits>
 
@@ -8,41 +7,51 @@ namespace vantro {
 
 namespace {
 
-// Overloads for each shape of alternative.
-bool Less(std::monostate, std::monostate) { return false; }
-bool Less(const std::string& left, const std::string& right) { return left < right; }
-bool Less(const CustomEncodableValue&, const CustomEncodableValue&) { return false; }
-bool Less(const EncodableValue& left, const EncodableValue& right) { return EncodableLess()(left, right); }
+// Below, at or above zero. One walk tells all three: two walks, for "less" and "greater", would double at each level of
+// maps that are keys of maps, and a message of some hundred bytes could hold up its reader for hours.
+int Compare(std::monostate, std::monostate) { return 0; }
+int Compare(const std::string& left, const std::string& right) { return left.compare(right); }
+int Compare(const CustomEncodableValue&, const CustomEncodableValue&) { return 0; }
+int Compare(const EncodableValue& left, const EncodableValue& right);
 
 template <class T>
 requires std::is_arithmetic_v<T>
-bool Less(T left, T right) {
+int Compare(T left, T right) {
   if constexpr (std::is_floating_point_v<T>) {
-    if (std::isnan(left) || std::isnan(right)) return !std::isnan(left) && std::isnan(right);
+    if (std::isnan(left) || std::isnan(right)) return std::isnan(left) - std::isnan(right);
   }
-  return left < right;
+  return (left > right) - (left < right);
 }
 
-bool Less(const EncodableMap::value_type& left, const EncodableMap::value_type& right) {
-  if (Less(left.first, right.first)) return true;
-  return !Less(right.first, left.first) && Less(left.second, right.second);
+int Compare(const EncodableMap::value_type& left, const EncodableMap::value_type& right) {
+  const int keys = Compare(left.first, right.first);
+  return keys != 0 ? keys : Compare(left.second, right.second);
 }
 
 template <class Container>
 requires requires(const Container& container) { container.begin(); }
-bool Less(const Container& left, const Container& right) {
-  return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
-                                      [](const auto& a, const auto& b) { return Less(a, b); });
+int Compare(const Container& left, const Container& right) {
+  auto leftAt = left.begin();
+  auto rightAt = right.begin();
+  for (; leftAt != left.end() && rightAt != right.end(); ++leftAt, ++rightAt) {
+    if (const int elements = Compare(*leftAt, *rightAt)) return elements;
+  }
+  return (leftAt != left.end()) - (rightAt != right.end());
+}
+
+int Compare(const EncodableValue& left, const EncodableValue& right) {
+  if (left.index() != right.index()) return left.index() < right.index() ? -1 : 1;
+  return std::visit(
+      [&right](const auto& value) {
+        return Compare(value, *std::get_if<std::decay_t<decltype(value)>>(&right.variant()));
+      },
+      left.variant());
 }
 
 }  // namespace
 
 bool encodable_internal::LessWithinAlternative(const EncodableValue& left, const EncodableValue& right) {
-  return std::visit(
-      [&right](const auto& value) {
-        return Less(value, *std::get_if<std::decay_t<decltype(value)>>(&right.variant()));
-      },
-      left.variant());
+  return Compare(left, right) < 0;
 }
 
 }  // namespace vantro

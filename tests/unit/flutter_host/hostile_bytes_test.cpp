@@ -215,6 +215,16 @@ TEST(DeepNesting, OfThousandsOfLevelsKeepsTheStack) {
   EXPECT_NE(errors.Take(), "");
 }
 
+// A map of two equal keys, each of which is such a map, and so on: the comparison of the keys must not double with each
+// level. What is more than linear does not end within the watchdog's time.
+TEST(DeepNesting, OfMapsAsKeysOfMapsIsComparedInOneWalk) {
+  EncodableValue value;
+  for (int level = 0; level < 200; ++level) value = EncodableValue(EncodableMap{{value, EncodableValue()}});
+  const Bytes key = Encode(value);
+  const Bytes bytes = Join(FromHex("0d 02"), key, FromHex("01"), key, FromHex("02"));
+  EXPECT_EQ(Decode(bytes), EncodableValue(EncodableMap{{value, EncodableValue(false)}}));
+}
+
 TEST(WideNesting, IsNotTakenForDeepNesting) {
   const EncodableValue value(EncodableList(1000, EncodableValue(EncodableList{})));
   EXPECT_EQ(Decode(Encode(value)), value);
