@@ -12,7 +12,7 @@ CHANNEL = (pathlib.Path(__file__).resolve().parents[3] / "docs/channel.md").read
 
 def described(heading):
     section = CHANNEL.split(f"\n## {heading}\n")[1].split("\n## ")[0]
-    table = section.split("|---")[1].split("\n\n")[0]
+    table = section.partition("\n|---")[2].partition("\n\n")[0]
     return re.findall(r"^\| `(\w+)` \|", table, re.MULTILINE)
 
 

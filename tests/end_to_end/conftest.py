@@ -1,0 +1,9 @@
+"""Fixtures for tests of the built host with the bridge: real streams are played and looked at."""
+
+import pathlib
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
+
+from tests.support.host_fixtures import *  # noqa: E402,F401,F403

@@ -1,0 +1,134 @@
+"""The fixtures that integration and end-to-end tests share.
+
+`host` and `player_host` are functions that start a host and return it; whatever a test starts ends with the test, and the
+end is looked at: no answer may have been given twice or left out, nothing the host said may be undecodable. A test that
+expects otherwise says so with allow_violations.
+
+A test that does not end within its limit is ended by a watchdog that prints where every thread stands. The limit is
+60 seconds, or what the marker time_limit(seconds) says.
+"""
+
+import faulthandler
+import os
+import sys
+
+import pytest
+
+from vantro_interface import host as hosts
+from vantro_interface.display import Display
+
+DEFAULT_LIMIT = 60
+
+__all__ = ["watchdog", "wine_prefix", "fresh_prefix", "host", "player_host", "screen", "screen_prefix", "screen_host"]
+
+
+@pytest.fixture(autouse=True)
+def watchdog(request):
+    marker = request.node.get_closest_marker("time_limit")
+    faulthandler.dump_traceback_later(marker.args[0] if marker else DEFAULT_LIMIT, exit=True, file=sys.__stderr__)
+    yield
+    faulthandler.cancel_dump_traceback_later()
+
+
+def _prefix_folder(name):
+    # Beside the template, of which a prefix is a clone by hard links.
+    return hosts.ROOT / "out/wine" / f"{name}-{os.getpid()}"
+
+
+@pytest.fixture(scope="session")
+def wine_prefix():
+    """One prefix a test session: starting one costs more than a host. Each host begins in it without traces of earlier
+    ones."""
+    with hosts.Prefix(_prefix_folder("session")) as prefix:
+        yield prefix
+
+
+@pytest.fixture
+def fresh_prefix():
+    """A prefix that no host has run in, for tests that change the system's side of things."""
+    with hosts.Prefix(_prefix_folder("fresh")) as prefix:
+        yield prefix
+
+
+class HostStarter:
+    """Starts hosts for one test and ends them with it."""
+
+    def __init__(self, prefix, folder, libraries):
+        self.prefix = prefix
+        self.allow_violations = False
+        self.started = []
+        self._folder = folder
+        self._libraries = libraries
+
+    def make(self, **options):
+        """A host that is not started yet; its folder may still be changed."""
+        options.setdefault("libraries", self._libraries)
+        options.setdefault("folder", self._folder / f"host{len(self.started) + 1}")
+        host = hosts.Host(self.prefix, options.pop("folder"), **options)
+        self.started.append(host)
+        return host
+
+    def __call__(self, *arguments, connect=True, **options):
+        return self.make(**options).start(*arguments, connect=connect)
+
+    def finish(self):
+        clients = [host.client for host in self.started if host.client]
+        for host in self.started:
+            host.close()
+        if not self.allow_violations:
+            assert [violation for client in clients for violation in client.violations] == []
+            assert [message for client in clients for message in client.undecodable] == []
+
+
+def _starter(prefix, folder, libraries):
+    prefix.forget()
+    starter = HostStarter(prefix, folder, libraries)
+    yield starter
+    starter.finish()
+
+
+def _require(*files):
+    missing = [str(file) for file in files if not file.exists()]
+    # A failure, not a skip: a tier that silently does not run would look green.
+    assert not missing, f"not built: {', '.join(missing)}; ./dev test builds them"
+
+
+@pytest.fixture
+def host(wine_prefix, tmp_path):
+    """Starts the built host with the scripted libvlc: `host()`, or `host(libraries=scripted("vlc4"))`."""
+    libraries = hosts.scripted("full")
+    _require(hosts.BUILD / "vantro.exe", *libraries.values())
+    yield from _starter(wine_prefix, tmp_path, libraries)
+
+
+@pytest.fixture
+def player_host(wine_prefix, tmp_path):
+    """Starts the built host with the bridge, so that real streams play. Its windows have no display; their pictures come
+    from client.capture."""
+    libraries = hosts.bridge()
+    _require(hosts.BUILD / "vantro.exe", *libraries.values())
+    yield from _starter(wine_prefix, tmp_path, libraries)
+
+
+@pytest.fixture(scope="session")
+def screen():
+    """An X server without a viewer."""
+    with Display(use_existing=False) as display:
+        yield display
+
+
+@pytest.fixture(scope="session")
+def screen_prefix(screen):
+    with hosts.Prefix(_prefix_folder("screen"), "x11", screen.name) as prefix:
+        yield prefix
+
+
+@pytest.fixture
+def screen_host(screen_prefix, tmp_path):
+    """As player_host, with its windows on the screen, and the overlay cut away so that the video is seen."""
+    libraries = hosts.bridge()
+    _require(hosts.BUILD / "vantro.exe", *libraries.values())
+    for starter in _starter(screen_prefix, tmp_path, libraries):
+        make = starter.make
+        starter.make = lambda **options: make(**{"glass": True, **options})
+        yield starter
