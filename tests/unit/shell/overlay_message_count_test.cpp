@@ -1,0 +1,22 @@
+// A program of its own: the count is the process's.
+#include "tests/unit/shell/window_fixture.h"
+
+namespace vantro {
+namespace {
+
+class OverlayMessageLog : public test::WindowTest {};
+
+TEST_F(OverlayMessageLog, StopsAfterFiftyMessagesOfAllOverlaysTogether) {
+  const VantroWindow& first = OpenWindow();
+  const VantroWindow& second = OpenWindow();
+  for (int i = 0; i < 40; ++i) {
+    SendMessageA(first.flutterHostWindow_, WM_NULL, 0, 0);
+    SendMessageA(second.flutterHostWindow_, WM_NULL, 0, 0);
+  }
+  EXPECT_EQ(log_.CountContaining("OverlayWindowProc: Message "), 50);
+  EXPECT_EQ(log_.CountContaining("OverlayWindowProc: Message 50 = "), 1);
+  EXPECT_EQ(log_.CountContaining("OverlayWindowProc: Message 51 = "), 0);
+}
+
+}  // namespace
+}  // namespace vantro

@@ -1,0 +1,358 @@
+// The overlay's creation, its place, its raise and its turn from click-through to capturing; the hook that follows the
+// newest window.
+#include <dwmapi.h>
+
+#include "shell/window_manager.h"
+#include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/window_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::ClientRectOnScreen;
+using test::DrainQueue;
+using test::ImportHook;
+using test::WindowRectOf;
+using test::operator==;
+
+struct PlaceCall {
+  HWND window;
+  HWND after;
+  int x, y, width, height;
+  UINT flags;
+
+  bool operator==(const PlaceCall&) const = default;
+};
+
+// Records what the program itself asks of SetWindowPos, and carries it out.
+std::vector<PlaceCall> placeCalls;
+decltype(&SetWindowPos) realSetWindowPos = nullptr;
+BOOL WINAPI RecordSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+  placeCalls.push_back({window, after, x, y, width, height, flags});
+  return realSetWindowPos(window, after, x, y, width, height, flags);
+}
+
+class PlaceCalls {
+ public:
+  PlaceCalls() : hook_("user32.dll", "SetWindowPos", reinterpret_cast<void*>(RecordSetWindowPos)) {
+    realSetWindowPos = reinterpret_cast<decltype(&SetWindowPos)>(hook_.Original());
+    placeCalls.clear();
+  }
+  std::vector<PlaceCall> Of(HWND window) const {
+    std::vector<PlaceCall> some;
+    for (const auto& call : placeCalls) {
+      if (call.window == window) some.push_back(call);
+    }
+    return some;
+  }
+
+ private:
+  ImportHook hook_;
+};
+
+HRESULT WINAPI FailToExtendFrame(HWND, const MARGINS*) { return E_FAIL; }
+
+MARGINS extendedBy{};
+HRESULT WINAPI RecordMargins(HWND, const MARGINS* margins) {
+  extendedBy = *margins;
+  return S_OK;
+}
+
+RECT BelowTitleBar(HWND window) {
+  RECT rect = ClientRectOnScreen(window);
+  rect.top += TITLE_BAR_HEIGHT;
+  return rect;
+}
+
+int SyncsLogged(const test::LogCapture& log) {
+  return log.CountContaining("SyncFlutterOverlayPosition: Updated overlay to client area");
+}
+
+class Overlay : public test::WindowTest {};
+
+// A main window without the rest of a start.
+class BareOverlay : public test::WindowTest {
+ protected:
+  BareOverlay() : window_(GetModuleHandleA(nullptr)) { window_.InitializeWindow(); }
+  ~BareOverlay() override { DestroyWindow(window_.hwnd_); }
+
+  VantroWindow window_;
+};
+
+TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar) {
+  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  const HWND overlay = window_.flutterHostWindow_;
+  wchar_t className[64], title[64];
+  GetClassNameW(overlay, className, 64);
+  GetWindowTextW(overlay, title, 64);
+  EXPECT_STREQ(className, L"VantroFlutterOverlay");
+  EXPECT_STREQ(title, L"Flutter UI");
+  EXPECT_EQ(GetWindow(overlay, GW_OWNER), window_.hwnd_);
+  EXPECT_EQ(GetWindowLongPtrA(overlay, GWL_STYLE) & (WS_POPUP | WS_VISIBLE | WS_CAPTION), WS_POPUP | WS_VISIBLE);
+  EXPECT_EQ(GetWindowLongPtrA(overlay, GWL_EXSTYLE) & (WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW | WS_EX_LAYERED),
+            WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW);
+  EXPECT_TRUE(WindowRectOf(overlay) == BelowTitleBar(window_.hwnd_));
+}
+
+TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
+  const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(RecordMargins));
+  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  EXPECT_EQ(extendedBy.cxLeftWidth, -1);
+  EXPECT_EQ(extendedBy.cxRightWidth, -1);
+  EXPECT_EQ(extendedBy.cyTopHeight, -1);
+  EXPECT_EQ(extendedBy.cyBottomHeight, -1);
+  EXPECT_TRUE(log_.Has("DEBUG CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: SUCCESS"));
+}
+
+TEST_F(BareOverlay, FailedGlassFrameIsLoggedAndChangesNothing) {
+  const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(FailToExtendFrame));
+  EXPECT_TRUE(window_.CreateFlutterOverlay());
+  EXPECT_TRUE(log_.Has("DEBUG CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: FAILED"));
+  EXPECT_TRUE(log_.Has("ERROR CreateFlutterOverlay: DWM error code: 0x80004005"));
+}
+
+TEST_F(BareOverlay, NeedsALiveMainWindow) {
+  DestroyWindow(window_.hwnd_);
+  EXPECT_FALSE(window_.CreateFlutterOverlay());
+  EXPECT_TRUE(log_.Has("WARNING CreateFlutterOverlay: Main window not ready"));
+}
+
+TEST_F(BareOverlay, SyncWithoutAnOverlayOnlyLogs) {
+  window_.SyncFlutterOverlayPosition();
+  EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!"));
+}
+
+TEST_F(BareOverlay, SyncWithADeadOverlayOnlyLogs) {
+  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  DestroyWindow(window_.flutterHostWindow_);
+  window_.SyncFlutterOverlayPosition();
+  EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is not a valid window!"));
+}
+
+TEST_F(BareOverlay, SyncWithADeadMainWindowIsSilent) {
+  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  const HWND main = window_.hwnd_;
+  window_.hwnd_ = nullptr;
+  const PlaceCalls calls;
+  window_.SyncFlutterOverlayPosition();
+  EXPECT_TRUE(calls.Of(window_.flutterHostWindow_).empty());
+  window_.hwnd_ = main;
+}
+
+TEST_F(BareOverlay, MouseInputCannotBeEnabledWithoutIt) {
+  window_.EnableOverlayMouseInput();
+  EXPECT_TRUE(log_.Has("ERROR EnableOverlayMouseInput: ERROR - overlay window invalid!"));
+  EXPECT_EQ(log_.CountContaining("EnableOverlayMouseInput COMPLETED"), 0);
+}
+
+TEST_F(Overlay, CoversTheWholeClientAreaUntilTheWindowIsFirstShown) {
+  const auto window = BringUp();
+  EXPECT_TRUE(WindowRectOf(window->flutterHostWindow_) == ClientRectOnScreen(window->hwnd_));
+  ShowWindow(window->hwnd_, SW_SHOWNORMAL);
+  EXPECT_TRUE(WindowRectOf(window->flutterHostWindow_) == BelowTitleBar(window->hwnd_));
+  DestroyWindow(window->hwnd_);
+}
+
+TEST_F(Overlay, CapturesInputOnceTheWindowIsUp) {
+  const VantroWindow& window = OpenWindow();
+  EXPECT_EQ(GetWindowLongPtrA(window.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TRANSPARENT, 0);
+}
+
+TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
+  VantroWindow& window = OpenWindow();
+  const HWND overlay = window.flutterHostWindow_;
+  const HWND child = window.LiveFlutterChild();
+  const RECT client = ClientRectOnScreen(window.hwnd_);
+  const int width = static_cast<int>(client.right - client.left);
+  const int height = static_cast<int>(client.bottom - client.top);
+  const PlaceCalls calls;
+  window.EnableOverlayMouseInput();
+  const PlaceCall raise{overlay, nullptr, 0, 0, 0, 0, 83};
+  const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width, height, 80};
+  EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{raise, raise, raise, place}));
+  EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
+  EXPECT_EQ(GetFocus(), child);
+}
+
+TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
+  VantroWindow& window = OpenWindow();
+  SetFocus(window.searchBox_);
+  const HWND overlay = window.flutterHostWindow_;
+  const HWND child = window.LiveFlutterChild();
+  const RECT below = BelowTitleBar(window.hwnd_);
+  const int width = static_cast<int>(below.right - below.left);
+  const int height = static_cast<int>(below.bottom - below.top);
+  const PlaceCalls calls;
+  window.SyncFlutterOverlayPosition();
+  EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{{overlay, nullptr, static_cast<int>(below.left),
+                                                        static_cast<int>(below.top), width, height, 64}}));
+  EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
+  EXPECT_EQ(GetFocus(), child);
+}
+
+TEST_F(Overlay, SyncInFullscreenCoversTheTitleBarEvenWhileItIsShown) {
+  VantroWindow& window = OpenWindow();
+  window.ToggleFullscreen();
+  window.ShowTitleBarControls();
+  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == BelowTitleBar(window.hwnd_));
+  window.SyncFlutterOverlayPosition();
+  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == ClientRectOnScreen(window.hwnd_));
+  window.HideTitleBarControls();
+  window.ShowTitleBarControls();
+  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == BelowTitleBar(window.hwnd_));
+}
+
+TEST_F(Overlay, SyncDoesNotNest) {
+  VantroWindow& window = OpenWindow();
+  window.isSyncingOverlay_ = true;
+  const PlaceCalls calls;
+  window.SyncFlutterOverlayPosition();
+  EXPECT_TRUE(calls.Of(window.flutterHostWindow_).empty());
+  window.isSyncingOverlay_ = false;
+}
+
+TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
+  VantroWindow& window = OpenWindow();
+  const PlaceCalls calls;
+  ShowWindow(window.hwnd_, SW_MINIMIZE);
+  const auto placed = calls.Of(window.flutterHostWindow_);
+  ASSERT_FALSE(placed.empty());
+  EXPECT_EQ(placed.back().width, 0);
+  EXPECT_EQ(placed.back().height, -30);
+}
+
+TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
+  VantroWindow& window = OpenWindow();
+  // Something above it, or there is nothing to raise.
+  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
+                                     nullptr);
+  SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  ASSERT_NE(GetTopWindow(GetDesktopWindow()), window.flutterHostWindow_);
+  const PlaceCalls calls;
+  window.SetFlutterOverlayTopmost();
+  EXPECT_EQ(calls.Of(window.flutterHostWindow_),
+            (std::vector<PlaceCall>{{window.flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
+  EXPECT_FALSE(GetWindowLongPtrA(window.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  DestroyWindow(other);
+}
+
+TEST_F(Overlay, OnTopAlreadyIsNotRaised) {
+  VantroWindow& window = OpenWindow();
+  SetWindowPos(window.flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  ASSERT_EQ(GetTopWindow(GetDesktopWindow()), window.flutterHostWindow_);
+  const PlaceCalls calls;
+  window.SetFlutterOverlayTopmost();
+  EXPECT_TRUE(calls.Of(window.flutterHostWindow_).empty());
+}
+
+TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
+  const VantroWindow& window = OpenWindow();
+  const int before = SyncsLogged(log_);
+  SendMessageA(window.hwnd_, WM_MOVE, 0, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 2);
+}
+
+TEST_F(Overlay, MovingAnOlderWindowSyncsOnceThroughItsHandler) {
+  const VantroWindow& older = OpenWindow();
+  OpenWindow();
+  const int before = SyncsLogged(log_);
+  SendMessageA(older.hwnd_, WM_MOVE, 0, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 1);
+}
+
+TEST_F(Overlay, ShowingReachesTheNewestWindowOnly) {
+  const VantroWindow& older = OpenWindow();
+  const VantroWindow& newest = OpenWindow();
+  int before = SyncsLogged(log_);
+  SendMessageA(older.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  EXPECT_EQ(SyncsLogged(log_), before);
+  before = SyncsLogged(log_);
+  SendMessageA(newest.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 1);
+}
+
+struct Activation {
+  WPARAM wParam;
+  bool raises;
+};
+
+class OverlayActivation : public test::WindowTest, public testing::WithParamInterface<Activation> {};
+
+TEST_P(OverlayActivation, RaisesForPlainActivationOnly) {
+  const VantroWindow& window = OpenWindow();
+  CWPSTRUCT sent{0, GetParam().wParam, WM_ACTIVATE, window.hwnd_};
+  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
+                                     nullptr);
+  SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  const PlaceCalls calls;
+  VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
+  EXPECT_EQ(calls.Of(window.flutterHostWindow_).size(), GetParam().raises ? 1u : 0u);
+  DestroyWindow(other);
+}
+
+INSTANTIATE_TEST_SUITE_P(EachKind, OverlayActivation,
+                         testing::Values(Activation{WA_INACTIVE, false}, Activation{WA_ACTIVE, true},
+                                         Activation{WA_CLICKACTIVE, true},
+                                         Activation{MAKEWPARAM(WA_ACTIVE, 1), false},
+                                         Activation{MAKEWPARAM(WA_CLICKACTIVE, 1), false}));
+
+TEST_F(Overlay, HookWithANegativeCodePassesOnWithoutLooking) {
+  const VantroWindow& window = OpenWindow();
+  CWPSTRUCT sent{0, 0, WM_MOVE, window.hwnd_};
+  const int before = SyncsLogged(log_);
+  VantroWindow::WindowSyncHookProc(-1, 0, reinterpret_cast<LPARAM>(&sent));
+  EXPECT_EQ(SyncsLogged(log_), before);
+}
+
+TEST_F(Overlay, HookIgnoresAMissingStructureAndOtherWindows) {
+  const VantroWindow& window = OpenWindow();
+  CWPSTRUCT sent{0, 0, WM_MOVE, window.flutterHostWindow_};
+  const int before = SyncsLogged(log_);
+  VantroWindow::WindowSyncHookProc(0, 0, 0);
+  VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
+  EXPECT_EQ(SyncsLogged(log_), before);
+}
+
+HHOOK passedHook = nullptr;
+LRESULT WINAPI RecordNextHook(HHOOK hook, int, WPARAM, LPARAM) {
+  passedHook = hook;
+  return 4711;
+}
+
+TEST_F(Overlay, HookPassesOnWithTheNewestWindowsHook) {
+  const VantroWindow& window = OpenWindow();
+  const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
+  EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
+  EXPECT_EQ(passedHook, window.windowHook_);
+}
+
+TEST_F(Overlay, HookWithoutANewestWindowPassesOnWithNone) {
+  OpenWindow();
+  VantroWindow* const newest = std::exchange(VantroWindow::instance_, nullptr);
+  const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
+  passedHook = newest->windowHook_;
+  EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
+  EXPECT_EQ(passedHook, nullptr);
+  VantroWindow::instance_ = newest;
+}
+
+TEST_F(Overlay, AfterTheNewestWindowClosedTheHookMatchesNoLiveWindow) {
+  const VantroWindow& older = OpenWindow();
+  const VantroWindow& newest = OpenWindow();
+  SendMessageA(newest.hwnd_, WM_CLOSE, 0, 0);
+  ASSERT_EQ(VantroWindow::instance_, &newest);
+  const int before = SyncsLogged(log_);
+  SendMessageA(older.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  EXPECT_EQ(SyncsLogged(log_), before);
+}
+
+TEST_F(Overlay, GoesWithItsOwner) {
+  VantroWindow& window = OpenWindow();
+  const HWND overlay = window.flutterHostWindow_;
+  SendMessageA(window.hwnd_, WM_CLOSE, 0, 0);
+  EXPECT_FALSE(IsWindow(overlay));
+  DrainQueue();
+}
+
+}  // namespace
+}  // namespace vantro
