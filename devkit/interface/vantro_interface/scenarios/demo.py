@@ -1,0 +1,276 @@
+"""The demonstration: the built host plays real streams through the bridge and is driven over its real channels.
+
+Without addresses the story uses generated streams; with addresses each of them is played for a while.
+"""
+
+import argparse
+import pathlib
+import shutil
+import subprocess
+import sys
+
+from ..client import THUMBNAIL_CHANNEL, ConnectionLost, WaitTimeout
+from ..display import Display, region_colours
+from ..host import BUILD, ROOT, Host, Prefix, bridge
+from .teller import StoryFailed, Teller
+
+sys.path.append(str(ROOT))
+from tests.end_to_end.stream_server import StreamServer  # noqa: E402
+
+START = 30.0  # seconds until a stream must play
+LISTEN = 4.0  # seconds of an address that are shown
+
+
+def video_area(client):
+    """Where the video stands on the screen: the overlay's place, without the strip in which the engine's badge is."""
+    window = [window for window in client.windows("VantroFlutterOverlay") if window.visible][0]
+    left, top, right, bottom = window.rect
+    return left + 40, top + 40, right - 40, bottom - 40
+
+
+class Demo:
+    def __init__(self, teller, out, display, prefix, host):
+        self.teller, self.out, self.display, self.prefix, self.host = teller, out, display, prefix, host
+        self.pictures = []
+
+    @property
+    def client(self):
+        return self.host.client
+
+    # What several chapters need.
+
+    def call(self, method, arguments=None, **options):
+        self.teller.expect(self.client, method, arguments, **options)
+
+    def play(self, url, **options):
+        """Loads a stream and waits until it plays and its time rises."""
+        mark = self.client.mark()
+        self.call("setMedia", {"url": url, "networkCacheMs": 500, **options})
+        self.client.wait_until(lambda: any(event.method in ("onPlaying", "onError") for event in self.client.events[mark:]),
+                               "onPlaying", START)
+        for event in self.client.since(mark):
+            if event.method == "onError":
+                raise StoryFailed(f"{url} can't be played: the host reported onError ({event.arguments}). "
+                                  "Does the address answer, and is there a stream?")
+        self.rising_time(mark)
+
+    def rising_time(self, mark, milliseconds=1000):
+        """Waits until the time has risen by that much. Late events of the stream before do not count: they fall back."""
+
+        def risen():
+            lowest = None
+            for event in self.client.events[mark:]:
+                if event.method == "onTimeChanged":
+                    lowest = min(int(event.arguments), lowest or int(event.arguments))
+                    if int(event.arguments) >= lowest + milliseconds:
+                        return True
+            return False
+
+        self.client.wait_until(risen, f"a time that rises by {milliseconds} ms", START)
+
+    def picture(self, name, colours=16):
+        """Keeps a screenshot, and looks whether there is a picture where the video belongs."""
+
+        def look():
+            path = self.display.screenshot(self.out / f"{name}.png")
+            return region_colours(path, video_area(self.client))[0]
+
+        seen = self.client.poll(look, lambda count: count >= colours, f"a picture in the video area ({name})", pause=0.2)
+        self.teller.line(f"   screenshot {name}.png: {seen} colours in the video area")
+        self.pictures.append(f"{name}.png")
+
+    # The chapters.
+
+    def tell_playback(self, server):
+        with self.teller.step("Playing a stream over HTTP"):
+            self.play(server.url("test.ts"), title="Test picture")
+            self.picture("1-playing")
+        with self.teller.step("Pause, and on"):
+            mark = self.client.mark()
+            self.call("pause")
+            self.client.wait_for("onPaused", after=mark)
+            self.call("isPlaying", reply=False)
+            mark = self.client.mark()
+            self.call("play")
+            self.rising_time(mark, 500)
+
+    def tell_seeking(self, server):
+        with self.teller.step("Seeking and tracks in a file"):
+            self.play(server.url("tracks.mp4"), title="Tracks", isLiveStream=False)
+            self.teller.invoke(self.client, "getDuration")
+            mark = self.client.mark()
+            self.call("seek", {"positionMs": 30000})
+            self.client.wait_for("onTimeChanged", lambda event: int(event.arguments) >= 29000, after=mark)
+            self.teller.invoke(self.client, "getPosition")
+            mark = self.client.mark()
+            self.call("getTracksInfo")
+            self.client.wait_for("spuTracks", after=mark)
+            self.client.wait_for("audioTracks", after=mark)
+            self.picture("2-seeked", colours=1)
+
+    def tell_grid(self, server):
+        with self.teller.step("A grid of four"):
+            self.play(server.url("test.ts"), title="First tile")
+            mark = self.client.mark()
+            self.call("enableMultiView")
+            self.client.wait_for("showMultiViewOverlay", after=mark)
+            for name in ("red", "green", "blue"):
+                self.call("mvAddStream", {"url": server.url(f"{name}.ts"), "name": name})
+            self.call("mvSetActiveIndex", {"index": 2})
+            self.tile_pictures()
+            mark = self.client.mark()
+            self.call("disableMultiView")
+            self.client.wait_for("hideMultiViewOverlay", after=mark)
+
+    def tile_pictures(self):
+        """Waits until all four tiles show their stream."""
+
+        def show():
+            path = self.display.screenshot(self.out / "3-grid.png")
+            left, top, right, bottom = video_area(self.client)
+            width, height = (right - left) // 2, (bottom - top) // 2
+            seen = set()
+            for x in (left, left + width):
+                for y in (top, top + height):
+                    _, mean = region_colours(path, (x + width // 3, y + height // 3, x + width // 2, y + height // 2))
+                    brightest = max(mean)
+                    plain = brightest > 60 and sorted(mean)[1] < brightest / 2
+                    seen.add("rgb"[mean.index(brightest)] if plain else "other")
+            return seen
+
+        self.client.poll(show, lambda seen: seen >= {"r", "g", "b"}, "a picture in each tile", pause=0.3)
+        self.teller.line("   screenshot 3-grid.png: red, green, blue and the test picture in their tiles")
+        self.pictures.append("3-grid.png")
+
+    def tell_fullscreen(self, server):
+        with self.teller.step("Fullscreen, and back"):
+            self.play(server.url("test.ts"))
+            before = self.client.windows("VantroWindowClass")[0].size
+            self.call("toggleFullscreen")
+            self.client.poll(lambda: self.client.windows("VantroWindowClass")[0].size, lambda size: size > before,
+                             "a window as large as the screen")
+            self.picture("4-fullscreen")
+            self.call("toggleFullscreen")
+            self.client.poll(lambda: self.client.windows("VantroWindowClass")[0].size, lambda size: size == before,
+                             "the window's former size")
+
+    def tell_second_window(self, server):
+        with self.teller.step("A second window in the same process"):
+            second = Host(self.prefix, self.out / "second-launch", libraries=bridge(), glass=True)
+            second.start(connect=False)
+            code = second.wait()
+            self.teller.line(f"   the second launch ended with {code}")
+            self.client.wait_until(lambda: len(self.client.engines) == 2, "the second engine")
+            engine = self.client.engines[-1]
+            self.client.poll(lambda: self.client.windows("VantroWindowClass"), lambda windows: len(windows) == 2,
+                             "the second window")
+            self.teller.invoke(self.client, "getWindowInfo", engine=engine)
+            self.call("setMedia", {"url": server.url("yellow.ts")}, engine=engine)
+            self.client.wait_for("onPlaying", engine=engine, timeout=START)
+            self.picture("5-two-windows", colours=1)
+
+    def tell_thumbnail(self, server):
+        with self.teller.step("A thumbnail of a moment in a film"):
+            self.call("initialize", channel=THUMBNAIL_CHANNEL)
+            request = {"mediaId": "demo", "proxyUrl": server.url("tracks.mp4"), "timeSeconds": 20.0, "width": 320,
+                       "height": 180}
+            reply = self.teller.invoke(self.client, "getFrame", request, channel=THUMBNAIL_CHANNEL, timeout=30)
+            if not reply.get("success"):
+                raise StoryFailed(f"no thumbnail: {reply.get('error')}")
+            (self.out / "6-thumbnail.png").write_bytes(reply["bytes"])
+            self.pictures.append("6-thumbnail.png")
+            self.call("dispose", reply=None, channel=THUMBNAIL_CHANNEL)
+
+    def tell_addresses(self, urls):
+        for number, url in enumerate(urls, 1):
+            with self.teller.step(f"Playing {url}"):
+                self.play(url)
+                mark = self.client.mark()
+                self.rising_time(mark, int(LISTEN * 1000))
+                self.teller.invoke(self.client, "getTracksInfo")
+                self.picture(f"address-{number}")
+
+    def tell_end(self):
+        with self.teller.step("Closing the windows"):
+            code = self.host.quit()
+            self.teller.line(f"   the process ended with {code}")
+            if code != 0:
+                raise StoryFailed(f"the host ended with {code:#x}, not 0")
+            if self.client.violations:
+                raise StoryFailed(f"the host broke the rules of answering: {self.client.violations}")
+
+
+def tell(demo, urls, stay):
+    if urls:
+        demo.tell_addresses(urls)
+    else:
+        streams = ROOT / "out/streams"
+        with demo.teller.step("Making the test streams"):
+            subprocess.run([ROOT / "devkit/streams/make-streams", streams], check=True, stdin=subprocess.DEVNULL)
+        with StreamServer(streams) as server:
+            for chapter in (demo.tell_playback, demo.tell_seeking, demo.tell_grid, demo.tell_fullscreen,
+                            demo.tell_second_window, demo.tell_thumbnail):
+                chapter(server)
+            if stay:
+                wait_for_the_user(demo, server)
+    if not stay:
+        demo.tell_end()
+    elif urls:
+        wait_for_the_user(demo, None)
+
+
+def wait_for_the_user(demo, server):
+    """Leaves the host to ./dev console until the user has enough."""
+    demo.client.close()
+    demo.teller.line("the host goes on; ./dev console in another terminal talks to it. Ctrl-C ends it.")
+    if server:
+        demo.teller.line(f"streams for it: {server.url('test.ts')} {server.url('tracks.mp4')}")
+    try:
+        demo.host.process.wait()
+    except KeyboardInterrupt:
+        pass
+
+
+def summarise(teller, out, pictures, failure):
+    lines = [f"{'failed' if failure else 'passed'}: {teller.requests} requests, {teller.events} events"]
+    lines += [f"  {seconds:6.1f} s  {title}" for title, seconds in teller.steps]
+    lines += [f"  picture {out / picture}" for picture in pictures]
+    if failure:
+        lines.append(f"  reason: {failure}")
+    (out / "summary.txt").write_text("\n".join(lines) + "\n")
+    print("\n".join(lines))
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="./dev demo", description=__doc__)
+    parser.add_argument("urls", nargs="*", metavar="URL", help="addresses to play instead of the generated streams")
+    parser.add_argument("--out", type=pathlib.Path, default=ROOT / "out/demo", help="where pictures and traces go")
+    parser.add_argument("--stay", action="store_true", help="leave the host running for ./dev console")
+    arguments = parser.parse_args()
+    out = arguments.out.absolute()
+    shutil.rmtree(out, ignore_errors=True)
+    out.mkdir(parents=True)
+    teller = Teller(out / "trace.txt")
+    pictures, failure = [], None
+    try:
+        with Display() as display, Prefix(ROOT / "out/wine/demo", "x11", display.name) as prefix, \
+                Host(prefix, out / "host", libraries=bridge(), glass=True, timeout=20, on_event=teller.on_event) as host:
+            with teller.step(f"Starting {BUILD / 'vantro.exe'}"):
+                host.start()
+                teller.line(f"   process {host.client.hello['pid']} on display {display.name}")
+            demo = Demo(teller, out, display, prefix, host)
+            pictures = demo.pictures
+            try:
+                tell(demo, arguments.urls, arguments.stay)
+            except (StoryFailed, WaitTimeout, ConnectionLost) as error:
+                failure = str(error)
+                display.screenshot(out / "failure.png")
+    except (RuntimeError, WaitTimeout) as error:
+        failure = str(error)
+    teller.close()
+    summarise(teller, out, pictures, failure)
+    return 1 if failure else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
