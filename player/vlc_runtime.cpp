@@ -20,20 +20,19 @@ std::string ModulePath() {
   return path;
 }
 
-// The narrow paths of Win32 are in the system's code page, which std::filesystem would not take them for.
-std::filesystem::path FromAnsi(const std::string& text) {
-  const int size = static_cast<int>(text.size());
-  std::wstring wide(static_cast<size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0)), L'\0');
-  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()));
-  return wide;
+bool MeansAbsent(DWORD error) {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME ||
+         error == ERROR_BAD_NETPATH || error == ERROR_DIRECTORY;
 }
 
-bool Exists(const std::string& text) {
-  const std::filesystem::path path = FromAnsi(text);
-  std::error_code error;
-  const bool exists = std::filesystem::exists(path, error);
-  if (error) throw std::filesystem::filesystem_error("exists", path, error);
-  return exists;
+// The file system's test for existence. Asked of Windows, because the C library below std::filesystem::exists takes
+// every failure for absence.
+bool Exists(const std::string& path) {
+  if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
+  const DWORD error = GetLastError();
+  if (MeansAbsent(error)) return false;
+  throw std::filesystem::filesystem_error("exists",
+                                          std::error_code(static_cast<int>(error), std::system_category()));
 }
 
 bool FileExists(const std::string& path) { return PathFileExistsA(path.c_str()) != FALSE; }

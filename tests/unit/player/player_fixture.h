@@ -1,0 +1,81 @@
+// A player in a real window over the scripted library.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "player/vlc_player.h"
+#include "tests/support/log_capture.h"
+#include "tests/support/scripted_vlc.h"
+
+namespace vantro::test {
+
+// A hidden top-level window whose client area has the given size.
+class ParentWindow {
+ public:
+  ParentWindow(int width, int height)
+      : handle_(CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width, height, nullptr, nullptr,
+                                GetModuleHandleW(nullptr), nullptr)) {}
+  ~ParentWindow() { Destroy(); }
+  ParentWindow(const ParentWindow&) = delete;
+  ParentWindow& operator=(const ParentWindow&) = delete;
+
+  HWND get() const { return handle_; }
+  void Destroy() {
+    if (IsWindow(handle_)) DestroyWindow(handle_);
+  }
+
+ private:
+  HWND handle_;
+};
+
+// A copy of what stands in the process-wide table, put back at the end: a test empties slots in between.
+class TableGuard {
+ public:
+  TableGuard() : saved_(GetLibVlcFunctions()) {}
+  ~TableGuard() { LibVlcFunctionTable() = saved_; }
+  TableGuard(const TableGuard&) = delete;
+  TableGuard& operator=(const TableGuard&) = delete;
+
+ private:
+  LibVlcFunctions saved_;
+};
+
+// Destroyed in reverse order: the player first, the library's account of what is left last.
+class PlayerTest : public testing::Test {
+ protected:
+  // Starts the player and forgets the calls that it took.
+  void Start() {
+    ASSERT_TRUE(player_.Initialize(parent_.get()));
+    vlc_.ClearCalls();
+  }
+  bool SetMedia(const std::string& url, int seekMs = 0) {
+    return player_.SetMedia(url, "Title", 1500, seekMs, true, false, false);
+  }
+
+  TableGuard table_;
+  ScriptedVlc vlc_;
+  LogCapture log_;
+  ParentWindow parent_{800, 600};
+  VLCPlayer player_;
+};
+
+// Where a child window stands in its parent's client area, and how large it is.
+inline RECT PlaceInParent(HWND child) {
+  RECT place{};
+  GetWindowRect(child, &place);
+  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+inline std::string PointerText(const void* pointer) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%p", pointer);
+  return text;
+}
+
+}  // namespace vantro::test

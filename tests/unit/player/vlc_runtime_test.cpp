@@ -1,0 +1,267 @@
+// The search for an installed VLC, over real folders.
+#include "player/vlc_runtime.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/support/log_capture.h"
+
+namespace vantro::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// A folder of this program's own, gone at the end.
+class RuntimeFolders : public testing::Test {
+ protected:
+  RuntimeFolders() {
+    fs::remove_all(root_);
+    fs::create_directories(local_);
+    fs::create_directories(programs_);
+    SetEnvironmentVariableA("VLC_PLUGIN_PATH", nullptr);
+  }
+  ~RuntimeFolders() override {
+    SetEnvironmentVariableA("VLC_PLUGIN_PATH", nullptr);
+    fs::remove_all(root_);
+  }
+
+  static void Write(const fs::path& file, const std::string& text) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << text;
+  }
+  static std::string Read(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+  static std::string PluginPath() {
+    char text[MAX_PATH] = "";
+    GetEnvironmentVariableA("VLC_PLUGIN_PATH", text, MAX_PATH);
+    return text;
+  }
+
+  // A VLC with plugins and both libraries.
+  void Install() {
+    fs::create_directories(installed_ / "plugins");
+    Write(installed_ / "libvlc.dll", "installed vlc");
+    Write(installed_ / "libvlccore.dll", "installed core");
+  }
+  bool SetUpEnvironment() { return SetupVlcEnvironmentIn(programs_.string(), local_.string()); }
+  std::string Find(const std::vector<std::string>& installs = {}) {
+    return FindVlcPath(local_.string() + "\\", installs);
+  }
+  bool LocalIsEmpty() const { return fs::is_empty(local_); }
+
+  const fs::path root_ = fs::current_path() / "runtime_folders";
+  const fs::path local_ = root_ / "exe";
+  const fs::path programs_ = root_ / "Program Files";
+  const fs::path installed_ = programs_ / "VideoLAN" / "VLC";
+  LogCapture log_;
+};
+
+// GetVlcPath.
+
+TEST_F(RuntimeFolders, AFolderVlcBesideTheExecutableWinsEvenIfItHoldsNoLibrary) {
+  Install();
+  fs::create_directories(local_ / "vlc");
+  fs::create_directories(local_ / "lib" / "vlc");
+  Write(local_ / "libvlc.dll", "");
+  EXPECT_EQ(Find({installed_.string()}), local_.string() + "\\vlc");
+}
+
+TEST_F(RuntimeFolders, AFolderLibVlcComesNext) {
+  fs::create_directories(local_ / "lib" / "vlc");
+  Write(local_ / "libvlc.dll", "");
+  EXPECT_EQ(Find(), local_.string() + "\\lib\\vlc");
+}
+
+TEST_F(RuntimeFolders, ALibraryBesideTheExecutableGivesItsDirectoryWithTheTrailingBackslash) {
+  Install();
+  Write(local_ / "libvlc.dll", "");
+  EXPECT_EQ(Find({installed_.string()}), local_.string() + "\\");
+}
+
+TEST_F(RuntimeFolders, TheFirstInstalledVlcThatExistsIsNamed) {
+  Install();
+  const std::string missing = (root_ / "missing").string();
+  EXPECT_EQ(Find({missing, installed_.string()}), installed_.string());
+  EXPECT_EQ(Find({installed_.string(), local_.string()}), installed_.string());
+}
+
+TEST_F(RuntimeFolders, WithoutAnyVlcTheExecutablesDirectoryIsNamed) {
+  EXPECT_EQ(Find({(root_ / "missing").string()}), local_.string() + "\\");
+}
+
+TEST_F(RuntimeFolders, AFileCalledVlcCountsAsWell) {
+  Write(local_ / "vlc", "");
+  EXPECT_EQ(Find(), local_.string() + "\\vlc");
+}
+
+TEST_F(RuntimeFolders, ATestForExistenceThatFailsRaisesTheFileSystemsException) {
+  const std::string tooLong = "C:\\" + std::string(70000, 'a') + "\\";
+  try {
+    FindVlcPath(tooLong, {});
+    FAIL() << "no exception";
+  } catch (const fs::filesystem_error& error) {
+    EXPECT_THAT(error.what(), testing::HasSubstr("exists"));
+    EXPECT_TRUE(error.code());
+  }
+}
+
+TEST(VlcPath, IsTheDirectoryOfTheLibraryBesideThisProgram) { EXPECT_EQ(GetVlcPath(), GetExeDirectory()); }
+
+TEST(ExeDirectory, EndsWithABackslashBehindTheProgramsFolder) {
+  char path[MAX_PATH] = "";
+  GetModuleFileNameA(nullptr, path, MAX_PATH);
+  const std::string directory = GetExeDirectory();
+  EXPECT_EQ(directory.back(), '\\');
+  EXPECT_EQ(directory + fs::path(path).filename().string(), path);
+}
+
+// SetupVlcEnvironment.
+
+TEST_F(RuntimeFolders, AnInstalledVlcIsReadiedForTheNextStart) {
+  Install();
+  EXPECT_TRUE(SetUpEnvironment());
+  EXPECT_EQ(PluginPath(), (installed_ / "plugins").string());
+  EXPECT_TRUE(fs::is_directory(local_ / "plugins"));
+  EXPECT_TRUE(fs::is_empty(local_ / "plugins"));
+  EXPECT_EQ(Read(local_ / "libvlc.dll"), "installed vlc");
+  EXPECT_EQ(Read(local_ / "libvlccore.dll"), "installed core");
+}
+
+TEST_F(RuntimeFolders, EachStepIsLogged) {
+  Install();
+  ASSERT_TRUE(SetUpEnvironment());
+  const std::string installed = installed_.string();
+  const std::string local = local_.string();
+  EXPECT_THAT(log_.Lines(),
+              ElementsAre("DEBUG Found VLC installation at: " + installed,
+                          "DEBUG Setting VLC_PLUGIN_PATH to: " + installed + "\\plugins",
+                          "DEBUG Creating local plugins directory: " + local + "\\plugins",
+                          "DEBUG Copying libvlc.dll from: " + installed + "\\libvlc.dll to: " + local + "\\libvlc.dll",
+                          "DEBUG Copying libvlccore.dll from: " + installed + "\\libvlccore.dll to: " + local +
+                              "\\libvlccore.dll"));
+}
+
+TEST_F(RuntimeFolders, ALaterRunFindsAllInPlaceAndDoesNothingNew) {
+  Install();
+  ASSERT_TRUE(SetUpEnvironment());
+  Write(installed_ / "libvlc.dll", "another vlc");
+  const size_t before = log_.Lines().size();
+  EXPECT_TRUE(SetUpEnvironment());
+  EXPECT_EQ(log_.Lines().size(), before + 2);
+  EXPECT_EQ(Read(local_ / "libvlc.dll"), "installed vlc");
+}
+
+TEST_F(RuntimeFolders, TheVariableIsNotSeenByGetenv) {
+  Install();
+  ASSERT_TRUE(SetUpEnvironment());
+  EXPECT_EQ(std::getenv("VLC_PLUGIN_PATH"), nullptr);
+}
+
+TEST_F(RuntimeFolders, WithoutAnInstalledVlcNothingIsChanged) {
+  EXPECT_FALSE(SetUpEnvironment());
+  EXPECT_EQ(PluginPath(), "");
+  EXPECT_TRUE(LocalIsEmpty());
+  EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(RuntimeFolders, AnInstalledVlcWithoutAPluginsFolderCountsAsNotFoundAndNoLibraryIsCopied) {
+  Install();
+  fs::remove(installed_ / "plugins");
+  EXPECT_FALSE(SetUpEnvironment());
+  EXPECT_EQ(PluginPath(), "");
+  EXPECT_TRUE(LocalIsEmpty());
+  EXPECT_THAT(log_.Lines(), ElementsAre("DEBUG Found VLC installation at: " + installed_.string()));
+}
+
+TEST_F(RuntimeFolders, ALibvlcBesideTheExecutableIsNeverOverwrittenAndTheCoreIsJudgedByItself) {
+  Install();
+  Write(local_ / "libvlc.dll", "old vlc");
+  EXPECT_TRUE(SetUpEnvironment());
+  EXPECT_EQ(Read(local_ / "libvlc.dll"), "old vlc");
+  EXPECT_EQ(Read(local_ / "libvlccore.dll"), "installed core");
+}
+
+TEST_F(RuntimeFolders, ACoreBesideTheExecutableIsNeverOverwrittenAndTheLibraryIsJudgedByItself) {
+  Install();
+  Write(local_ / "libvlccore.dll", "old core");
+  EXPECT_TRUE(SetUpEnvironment());
+  EXPECT_EQ(Read(local_ / "libvlc.dll"), "installed vlc");
+  EXPECT_EQ(Read(local_ / "libvlccore.dll"), "old core");
+}
+
+TEST_F(RuntimeFolders, AnInstalledVlcWithoutItsLibrariesIsTakenAndNothingIsCopied) {
+  fs::create_directories(installed_ / "plugins");
+  EXPECT_TRUE(SetUpEnvironment());
+  EXPECT_FALSE(fs::exists(local_ / "libvlc.dll"));
+  EXPECT_FALSE(fs::exists(local_ / "libvlccore.dll"));
+  EXPECT_EQ(log_.CountContaining("Copying"), 0);
+}
+
+TEST_F(RuntimeFolders, APluginsFolderThatCannotBeMadeStopsNothing) {
+  Install();
+  fs::remove(local_);
+  EXPECT_TRUE(SetUpEnvironment());
+  EXPECT_EQ(log_.CountContaining("Copying"), 2);
+  EXPECT_FALSE(fs::exists(local_));
+}
+
+// The folder that Windows says programs lie in, put elsewhere for this process: the system reads it from the registry.
+class ProgramFilesFolder : public RuntimeFolders {
+ protected:
+  ProgramFilesFolder() {
+    RegCreateKeyExW(HKEY_CURRENT_USER, kScratch, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &machine_, nullptr);
+    Set(L"ProgramFilesDir", programs_);
+    Set(L"ProgramFilesDir (x86)", programs32_);
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine_);
+  }
+  ~ProgramFilesFolder() override {
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    RegCloseKey(machine_);
+    RegDeleteTreeW(HKEY_CURRENT_USER, kScratch);
+    fs::remove(fs::path(GetExeDirectory()) / "plugins");
+  }
+  void Set(const wchar_t* name, const fs::path& folder) {
+    const std::wstring text = folder.wstring();
+    RegSetKeyValueW(machine_, L"Software\\Microsoft\\Windows\\CurrentVersion", name, REG_SZ, text.c_str(),
+                    static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  }
+
+  static constexpr wchar_t kScratch[] = L"Software\\VantroRuntimeTest";
+  const fs::path programs32_ = root_ / "Program Files (x86)";
+  HKEY machine_ = nullptr;
+};
+
+TEST_F(ProgramFilesFolder, IsWhereSetupVlcEnvironmentLooks) {
+  fs::create_directories(installed_ / "plugins");
+  EXPECT_TRUE(SetupVlcEnvironment());
+  EXPECT_EQ(PluginPath(), (installed_ / "plugins").string());
+  EXPECT_TRUE(fs::is_directory(fs::path(GetExeDirectory()) / "plugins"));
+}
+
+TEST_F(ProgramFilesFolder, WithoutAVlcIsLoggedAsAWarning) {
+  EXPECT_FALSE(SetupVlcEnvironment());
+  EXPECT_THAT(log_.Lines(), ElementsAre("WARNING Could not find VLC installation or set up environment"));
+}
+
+TEST_F(ProgramFilesFolder, Of32BitsIsNotLookedAtBySetupVlcEnvironmentThoughGetVlcPathNamesIt) {
+  const fs::path installed32 = programs32_ / "VideoLAN" / "VLC";
+  fs::create_directories(installed32 / "plugins");
+  EXPECT_FALSE(SetupVlcEnvironment());
+  EXPECT_EQ(PluginPath(), "");
+  EXPECT_EQ(Find({installed_.string(), installed32.string()}), installed32.string());
+}
+
+}  // namespace
+}  // namespace vantro::test
