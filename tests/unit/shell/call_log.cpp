@@ -1,0 +1,155 @@
+#include "tests/unit/shell/call_log.h"
+
+#include <dwmapi.h>
+
+#include <cstdarg>
+#include <cstdio>
+
+#include "shell/vantro_window.h"
+
+namespace vantro::test {
+
+namespace {
+
+CallLog* current = nullptr;
+
+std::string Format(const char* format, ...) __attribute__((format(gnu_printf, 1, 2)));
+std::string Format(const char* format, ...) {
+  char text[256];
+  va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  return text;
+}
+
+}  // namespace
+
+// The functions in the places of the system's. A hook's own original is called through the system's export, which the
+// import hooks leave alone.
+struct RecordedCalls {
+  template <typename Function, typename... Arguments>
+  static auto Pass(const char* library, const char* name, const std::string& line, Arguments... arguments) {
+    if (current->depth_ == 0) current->calls_.push_back(std::string(name) + line);
+    const auto original = reinterpret_cast<Function*>(GetProcAddress(GetModuleHandleA(library), name));
+    ++current->depth_;
+    const auto result = original(arguments...);
+    --current->depth_;
+    return result;
+  }
+  static std::string Name(HWND window) { return Format(" %s", current->NameOf(window)); }
+
+#define PASS(function, line, ...) \
+  RecordedCalls::Pass<decltype(::function)>("user32.dll", #function, line, __VA_ARGS__)
+
+  static BOOL WINAPI OnSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+    const auto place = static_cast<long long>(reinterpret_cast<INT_PTR>(after));
+    return PASS(SetWindowPos,
+                Name(window) + Format(" after=%lld %d,%d %dx%d flags=%u", place, x, y, width, height, flags), window,
+                after, x, y, width, height, flags);
+  }
+  static BOOL WINAPI OnShowWindow(HWND window, int command) {
+    return PASS(ShowWindow, Name(window) + Format(" %d", command), window, command);
+  }
+  static LONG WINAPI OnSetWindowLongA(HWND window, int index, LONG value) {
+    return PASS(SetWindowLongA, Name(window) + Format(" %d 0x%08lX", index, static_cast<unsigned long>(value)), window,
+                index, value);
+  }
+  static UINT_PTR WINAPI OnSetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedure) {
+    return PASS(SetTimer,
+                Name(window) + Format(" %llu %ums%s", static_cast<unsigned long long>(id), milliseconds,
+                                      procedure ? " with procedure" : ""),
+                window, id, milliseconds, procedure);
+  }
+  static BOOL WINAPI OnKillTimer(HWND window, UINT_PTR id) {
+    return PASS(KillTimer, Name(window) + Format(" %llu", static_cast<unsigned long long>(id)), window, id);
+  }
+  static BOOL WINAPI OnInvalidateRect(HWND window, const RECT* area, BOOL erase) {
+    const std::string place =
+        area ? Format(" %ld,%ld-%ld,%ld", area->left, area->top, area->right, area->bottom) : " all";
+    return PASS(InvalidateRect, Name(window) + place + (erase ? " erase" : " keep"), window, area, erase);
+  }
+  static BOOL WINAPI OnUpdateWindow(HWND window) { return PASS(UpdateWindow, Name(window), window); }
+  static HWND WINAPI OnSetFocus(HWND window) { return PASS(SetFocus, Name(window), window); }
+  static HWND WINAPI OnSetCapture(HWND window) { return PASS(SetCapture, Name(window), window); }
+  static BOOL WINAPI OnPostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return PASS(PostMessageA,
+                Name(window) + Format(" %u %llu %lld", message, static_cast<unsigned long long>(wParam),
+                                      static_cast<long long>(lParam)),
+                window, message, wParam, lParam);
+  }
+  static BOOL WINAPI OnTrackPopupMenu(HMENU menu, UINT flags, int x, int y, int reserved, HWND window,
+                                      const RECT* area) {
+    return PASS(TrackPopupMenu, Name(window) + Format(" %d,%d flags=%u", x, y, flags), menu, flags, x, y, reserved,
+                window, area);
+  }
+  static BOOL WINAPI OnEnableWindow(HWND window, BOOL enable) {
+    return PASS(EnableWindow, Name(window) + Format(" %d", enable), window, enable);
+  }
+#undef PASS
+
+  static HRESULT WINAPI OnDwmSetWindowAttribute(HWND window, DWORD attribute, LPCVOID value, DWORD size) {
+    const unsigned number = size == 4 ? *static_cast<const unsigned*>(value) : 0;
+    return Pass<decltype(::DwmSetWindowAttribute)>("dwmapi.dll", "DwmSetWindowAttribute",
+                                                   Name(window) + Format(" %lu %u size=%lu", attribute, number, size),
+                                                   window, attribute, value, size);
+  }
+};
+
+CallLog::CallLog(const VantroWindow& window) : window_(window) {
+  current = this;
+  const auto hook = [this](const char* library, const char* function, auto* replacement) {
+    hooks_.push_back(std::make_unique<ImportHook>(library, function, reinterpret_cast<void*>(replacement)));
+  };
+  hook("user32.dll", "SetWindowPos", &RecordedCalls::OnSetWindowPos);
+  hook("user32.dll", "ShowWindow", &RecordedCalls::OnShowWindow);
+  hook("user32.dll", "SetWindowLongA", &RecordedCalls::OnSetWindowLongA);
+  hook("user32.dll", "SetTimer", &RecordedCalls::OnSetTimer);
+  hook("user32.dll", "KillTimer", &RecordedCalls::OnKillTimer);
+  hook("user32.dll", "InvalidateRect", &RecordedCalls::OnInvalidateRect);
+  hook("user32.dll", "UpdateWindow", &RecordedCalls::OnUpdateWindow);
+  hook("user32.dll", "SetFocus", &RecordedCalls::OnSetFocus);
+  hook("user32.dll", "SetCapture", &RecordedCalls::OnSetCapture);
+  hook("user32.dll", "PostMessageA", &RecordedCalls::OnPostMessageA);
+  hook("user32.dll", "TrackPopupMenu", &RecordedCalls::OnTrackPopupMenu);
+  hook("user32.dll", "EnableWindow", &RecordedCalls::OnEnableWindow);
+  hook("dwmapi.dll", "DwmSetWindowAttribute", &RecordedCalls::OnDwmSetWindowAttribute);
+}
+
+CallLog::~CallLog() {
+  hooks_.clear();
+  current = nullptr;
+}
+
+std::vector<std::string> CallLog::Of(const std::string& function) const {
+  std::vector<std::string> calls;
+  for (const std::string& call : calls_) {
+    if (call.starts_with(function + " ")) calls.push_back(call);
+  }
+  return calls;
+}
+
+const char* CallLog::NameOf(HWND window) const {
+  if (!window) return "null";
+  const std::pair<HWND, const char*> names[] = {
+      {window_.hwnd_, "main"},
+      {window_.flutterHostWindow_, "overlay"},
+      {window_.flutterEngine_ ? window_.flutterEngine_->flutterWindow_ : nullptr, "view"},
+      {window_.searchBox_, "search"},
+      {window_.fileButton_, "file"},
+      {window_.helpButton_, "help"},
+      {window_.closeButton_, "close"},
+      {window_.maximizeButton_, "maximize"},
+      {window_.minimizeButton_, "minimize"},
+      {window_.volumeControl_, "volume"},
+      {window_.speakerIcon_, "speaker"},
+      {window_.appIconStatic_, "icon"},
+      {window_.titleStatic_, "title"},
+  };
+  for (const auto& [handle, name] : names) {
+    if (handle == window) return name;
+  }
+  return "other";
+}
+
+}  // namespace vantro::test

@@ -1,0 +1,116 @@
+#include "tests/unit/shell/shell_fixture.h"
+
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "shell/window_manager.h"
+
+namespace vantro::test {
+
+namespace {
+
+std::wstring ScratchKeyPath() { return L"Software\\VantroTest\\" + std::to_wstring(GetCurrentProcessId()); }
+
+// An object that goes while no other window is registered asks the message loop to end; a test's loop goes on.
+void DropQuitMessage() {
+  MSG message;
+  while (PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
+  }
+}
+
+}  // namespace
+
+ScratchRegistry::ScratchRegistry() {
+  HKEY key = nullptr;
+  EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, ScratchKeyPath().c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
+                            nullptr),
+            ERROR_SUCCESS);
+  EXPECT_EQ(RegOverridePredefKey(HKEY_CURRENT_USER, key), ERROR_SUCCESS);
+  RegCloseKey(key);
+}
+
+ScratchRegistry::~ScratchRegistry() {
+  RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+  RegDeleteTreeW(HKEY_CURRENT_USER, ScratchKeyPath().c_str());
+}
+
+bool PumpUntil(const std::function<bool()>& condition) {
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > limit) return false;
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+    PumpPending();
+  }
+  return true;
+}
+
+void PumpPending() {
+  MSG message;
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+  }
+}
+
+// A window's destructor unregisters the class, which works only while no window of it lives, and the process registers
+// it once: one window of the test's own keeps the class for the next test.
+void KeepWindowClass() {
+  static const HWND keeper = CreateWindowExW(0, L"VantroWindowClass", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                                             GetModuleHandleW(nullptr), nullptr);
+  EXPECT_NE(keeper, nullptr);
+}
+
+ShellTest::ShellTest() {
+  auto window = MakeWindow();
+  window_ = window.get();
+  RegisterWindow(std::move(window));
+}
+
+ShellTest::~ShellTest() {
+  // Out of the list first: the destructors look for themselves in it.
+  std::vector<std::unique_ptr<VantroWindow>> windows = std::exchange(GetWindowRegistry(), {});
+  for (const auto& window : windows) {
+    if (IsWindow(window->hwnd_)) DestroyWindow(window->hwnd_);
+  }
+  windows.clear();
+  PumpPending();
+  DropQuitMessage();
+}
+
+VantroWindow& ShellTest::AddWindow() {
+  auto window = MakeWindow();
+  VantroWindow& added = *window;
+  RegisterWindow(std::move(window));
+  return added;
+}
+
+std::unique_ptr<VantroWindow> ShellTest::MakeWindow() {
+  auto window = std::make_unique<VantroWindow>(GetModuleHandleW(nullptr));
+  EXPECT_TRUE(window->Initialize());
+  KeepWindowClass();
+  ShowWindow(window->hwnd_, SW_SHOWNORMAL);
+  UpdateWindow(window->hwnd_);
+  PumpPending();
+  return window;
+}
+
+void ShellTest::SetClientWidth(VantroWindow& window, int width) {
+  RECT outer{}, client{};
+  GetWindowRect(window.hwnd_, &outer);
+  GetClientRect(window.hwnd_, &client);
+  const int frame = (outer.right - outer.left) - client.right;
+  // Without WM_WINDOWPOSCHANGING, which would cut the window to the screen's size.
+  SetWindowPos(window.hwnd_, nullptr, 0, 0, width + frame, outer.bottom - outer.top,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOSENDCHANGING);
+}
+
+RECT PlaceInParent(HWND child) {
+  RECT place{};
+  GetWindowRect(child, &place);
+  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+}  // namespace vantro::test
