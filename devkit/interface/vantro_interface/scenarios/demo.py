@@ -28,6 +28,13 @@ def video_area(client):
     return left + 40, top + 40, right - 40, bottom - 40
 
 
+def colour_name(path, rect):
+    """The plain colour that a part of a picture has, "none" if it is not one of those that the streams have."""
+    _, mean = region_colours(path, rect)
+    return {(1, 0, 0): "red", (0, 1, 0): "green", (0, 0, 1): "blue", (1, 1, 0): "yellow"}.get(
+        tuple(int(part > 90) for part in mean), "none")
+
+
 class Demo:
     def __init__(self, teller, out, display, prefix, host):
         self.teller, self.out, self.display, self.prefix, self.host = teller, out, display, prefix, host
@@ -79,6 +86,29 @@ class Demo:
         self.teller.line(f"   screenshot {name}.png: {seen} colours in the video area")
         self.pictures.append(f"{name}.png")
 
+    def filled_picture(self, name):
+        """Keeps a screenshot on which the picture reaches the lower right corner, where the test picture is never black."""
+
+        def look():
+            path = self.display.screenshot(self.out / f"{name}.png")
+            _, _, right, bottom = video_area(self.client)
+            return max(region_colours(path, (right - 60, bottom - 60, right, bottom))[1])
+
+        self.client.poll(look, lambda brightest: brightest > 60, "a picture over the whole screen", pause=0.3)
+        self.teller.line(f"   screenshot {name}.png: the picture fills the screen")
+        self.pictures.append(f"{name}.png")
+
+    def yellow_picture(self, name):
+        """Keeps a screenshot on which the newest window shows the yellow stream."""
+
+        def look():
+            path = self.display.screenshot(self.out / f"{name}.png")
+            return colour_name(path, video_area(self.client))
+
+        self.client.poll(look, lambda colour: colour == "yellow", "yellow in the second window", pause=0.3)
+        self.teller.line(f"   screenshot {name}.png: yellow in the second window, the test picture in the first")
+        self.pictures.append(f"{name}.png")
+
     # The chapters.
 
     def tell_playback(self, server):
@@ -123,24 +153,19 @@ class Demo:
             self.client.wait_for("hideMultiViewOverlay", after=mark)
 
     def tile_pictures(self):
-        """Waits until all four tiles show their stream."""
+        """Waits until the three plain tiles show their colours: tiles go by rows, the test picture is the first."""
 
         def show():
-            path = self.display.screenshot(self.out / "3-grid.png")
+            path = self.display.screenshot(self.out / "4-grid.png")
             left, top, right, bottom = video_area(self.client)
-            width, height = (right - left) // 2, (bottom - top) // 2
-            seen = set()
-            for x in (left, left + width):
-                for y in (top, top + height):
-                    _, mean = region_colours(path, (x + width // 3, y + height // 3, x + width // 2, y + height // 2))
-                    brightest = max(mean)
-                    plain = brightest > 60 and sorted(mean)[1] < brightest / 2
-                    seen.add("rgb"[mean.index(brightest)] if plain else "other")
-            return seen
+            middle, half = (left + right) // 2, (top + bottom) // 2
+            corners = {"red": (right - 90, top + 40), "green": (left + 40, bottom - 90), "blue": (middle + 90, half + 90)}
+            return {name: colour_name(path, (x, y, x + 50, y + 50)) for name, (x, y) in corners.items()}
 
-        self.client.poll(show, lambda seen: seen >= {"r", "g", "b"}, "a picture in each tile", pause=0.3)
-        self.teller.line("   screenshot 3-grid.png: red, green, blue and the test picture in their tiles")
-        self.pictures.append("3-grid.png")
+        self.client.poll(show, lambda seen: all(name == colour for name, colour in seen.items()),
+                         "red, green and blue in their tiles", pause=0.3)
+        self.teller.line("   screenshot 4-grid.png: red, green, blue and the test picture in their tiles")
+        self.pictures.append("4-grid.png")
 
     def tell_fullscreen(self, server):
         with self.teller.step("Fullscreen, and back"):
@@ -149,7 +174,7 @@ class Demo:
             self.call("toggleFullscreen")
             self.client.poll(lambda: self.client.windows("VantroWindowClass")[0].size, lambda size: size > before,
                              "a window as large as the screen")
-            self.picture("4-fullscreen")
+            self.filled_picture("3-fullscreen")
             self.call("toggleFullscreen")
             self.client.poll(lambda: self.client.windows("VantroWindowClass")[0].size, lambda size: size == before,
                              "the window's former size")
@@ -167,7 +192,7 @@ class Demo:
             self.teller.invoke(self.client, "getWindowInfo", engine=engine)
             self.call("setMedia", {"url": server.url("yellow.ts")}, engine=engine)
             self.client.wait_for("onPlaying", engine=engine, timeout=START)
-            self.picture("5-two-windows", colours=1)
+            self.yellow_picture("5-two-windows")
 
     def tell_thumbnail(self, server):
         with self.teller.step("A thumbnail of a moment in a film"):
@@ -208,7 +233,8 @@ def tell(demo, urls, stay):
         with demo.teller.step("Making the test streams"):
             subprocess.run([ROOT / "devkit/streams/make-streams", streams], check=True, stdin=subprocess.DEVNULL)
         with StreamServer(streams) as server:
-            for chapter in (demo.tell_playback, demo.tell_seeking, demo.tell_grid, demo.tell_fullscreen,
+            # Fullscreen before the grid: the scale that the grid's end sets for the window stays when the window grows.
+            for chapter in (demo.tell_playback, demo.tell_seeking, demo.tell_fullscreen, demo.tell_grid,
                             demo.tell_second_window, demo.tell_thumbnail):
                 chapter(server)
             if stay:
