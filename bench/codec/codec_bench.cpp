@@ -1,0 +1,163 @@
+// The codec beside msgpack-cxx (object tree) and nlohmann-json (DOM), each encoding and decoding the same method call
+// in its own format. JSON has no bytes, so that the byte list goes through nlohmann-json's CBOR.
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench/codec/messages.h"
+#include "bench/codec/peers.h"
+#include "flutter_host/standard_method_codec.h"
+
+namespace vantro::bench {
+namespace {
+
+constexpr size_t kByteListSize = 1 << 20;
+
+void CountBytes(benchmark::State& state, size_t size) {
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * size));
+  state.counters["size"] = static_cast<double>(size);
+}
+
+void Encode(benchmark::State& state, const EncodableValue& arguments) {
+  const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
+  const MethodCall call("setMedia", std::make_unique<EncodableValue>(arguments));
+  size_t size = 0;
+  for (auto step : state) {
+    const auto message = codec.EncodeMethodCall(call);
+    benchmark::DoNotOptimize(message->data());
+    size = message->size();
+  }
+  CountBytes(state, size);
+}
+
+void Decode(benchmark::State& state, const EncodableValue& arguments) {
+  const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
+  const auto message = codec.EncodeMethodCall(MethodCall("setMedia", std::make_unique<EncodableValue>(arguments)));
+  for (auto step : state) {
+    const auto call = codec.DecodeMethodCall(message->data(), message->size());
+    benchmark::DoNotOptimize(call->arguments());
+  }
+  CountBytes(state, message->size());
+}
+
+msgpack::sbuffer PackCall(const msgpack::object& arguments) {
+  msgpack::sbuffer buffer;
+  msgpack::packer<msgpack::sbuffer> packer(buffer);
+  packer.pack_array(2);
+  packer.pack("setMedia");
+  packer.pack(arguments);
+  return buffer;
+}
+
+void EncodeMsgpack(benchmark::State& state, const EncodableValue& arguments) {
+  msgpack::zone zone;
+  const msgpack::object object = ToMsgpack(arguments, zone);
+  size_t size = 0;
+  for (auto step : state) {
+    const msgpack::sbuffer buffer = PackCall(object);
+    benchmark::DoNotOptimize(buffer.data());
+    size = buffer.size();
+  }
+  CountBytes(state, size);
+}
+
+void DecodeMsgpack(benchmark::State& state, const EncodableValue& arguments) {
+  msgpack::zone zone;
+  const msgpack::sbuffer buffer = PackCall(ToMsgpack(arguments, zone));
+  for (auto step : state) {
+    const msgpack::object_handle call = msgpack::unpack(buffer.data(), buffer.size());
+    benchmark::DoNotOptimize(call.get().via.array.ptr);
+  }
+  CountBytes(state, buffer.size());
+}
+
+void EncodeJson(benchmark::State& state, const EncodableValue& arguments) {
+  const nlohmann::json call = nlohmann::json::array({"setMedia", ToJson(arguments)});
+  size_t size = 0;
+  for (auto step : state) {
+    const std::string text = call.dump();
+    benchmark::DoNotOptimize(text.data());
+    size = text.size();
+  }
+  CountBytes(state, size);
+}
+
+void DecodeJson(benchmark::State& state, const EncodableValue& arguments) {
+  const std::string text = nlohmann::json::array({"setMedia", ToJson(arguments)}).dump();
+  for (auto step : state) {
+    const nlohmann::json call = nlohmann::json::parse(text);
+    benchmark::DoNotOptimize(call.size());
+  }
+  CountBytes(state, text.size());
+}
+
+void EncodeCbor(benchmark::State& state, const EncodableValue& arguments) {
+  const nlohmann::json call = nlohmann::json::array({"setMedia", ToJson(arguments)});
+  size_t size = 0;
+  for (auto step : state) {
+    const std::vector<uint8_t> bytes = nlohmann::json::to_cbor(call);
+    benchmark::DoNotOptimize(bytes.data());
+    size = bytes.size();
+  }
+  CountBytes(state, size);
+}
+
+void DecodeCbor(benchmark::State& state, const EncodableValue& arguments) {
+  const std::vector<uint8_t> bytes = nlohmann::json::to_cbor(nlohmann::json::array({"setMedia", ToJson(arguments)}));
+  for (auto step : state) {
+    const nlohmann::json call = nlohmann::json::from_cbor(bytes);
+    benchmark::DoNotOptimize(call.size());
+  }
+  CountBytes(state, bytes.size());
+}
+
+// The floor of the byte list: the same bytes into a block of their own.
+void CopyMemory(benchmark::State& state) {
+  const std::vector<uint8_t> source(kByteListSize, 7);
+  for (auto step : state) {
+    const std::unique_ptr<uint8_t[]> copy(new uint8_t[kByteListSize]);
+    std::memcpy(copy.get(), source.data(), kByteListSize);
+    benchmark::DoNotOptimize(copy.get());
+  }
+  CountBytes(state, kByteListSize);
+}
+
+void Register(const std::string& message, const EncodableValue& arguments, bool isText) {
+  using Benchmark = void (*)(benchmark::State&, const EncodableValue&);
+  const struct {
+    std::string name;
+    Benchmark benchmark;
+  } rows[] = {
+      {"encode/vantro", Encode},
+      {"encode/msgpack-cxx", EncodeMsgpack},
+      {isText ? "encode/nlohmann-json" : "encode/nlohmann-json CBOR", isText ? EncodeJson : EncodeCbor},
+      {"decode/vantro", Decode},
+      {"decode/msgpack-cxx", DecodeMsgpack},
+      {isText ? "decode/nlohmann-json" : "decode/nlohmann-json CBOR", isText ? DecodeJson : DecodeCbor},
+  };
+  for (const auto& row : rows) {
+    const Benchmark run = row.benchmark;
+    benchmark::RegisterBenchmark((message + "/" + row.name).c_str(),
+                                 [run, arguments](benchmark::State& state) { run(state, arguments); });
+  }
+}
+
+}  // namespace
+}  // namespace vantro::bench
+
+int main(int argc, char** argv) {
+  using namespace vantro::bench;
+  Register("setMedia", SetMediaArguments(), true);
+  Register("providerChunk1000", ProviderChunk(1000), true);
+  Register("byteList1MiB", ByteList(kByteListSize), false);
+  benchmark::RegisterBenchmark("byteList1MiB/memcpy", CopyMemory);
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}
