@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <mutex>
 #include <vector>
 
 #include <vlc/vlc.h>
@@ -30,6 +31,13 @@ void PassOn(void*, int level, const libvlc_log_t*, const char* format, va_list a
 void ForgetWindowsPluginPath() {
   const char* path = getenv("VLC_PLUGIN_PATH");
   if (path && strchr(path, '\\')) unsetenv("VLC_PLUGIN_PATH");
+}
+
+// With its last instance libvlc unloads its plugins, although a thread that has used one may still be about to end and
+// would then run clean-up code that is gone. One reference to the first instance is kept for good.
+void KeepPluginsLoaded(libvlc_instance_t* native) {
+  static std::once_flag once;
+  std::call_once(once, [native] { libvlc_retain(native); });
 }
 
 libvlc_instance_t* Try(const std::vector<const char*>& arguments) {
@@ -58,6 +66,7 @@ Instance* Instance::Create(int count, const char* const* arguments) {
   }
   if (!native) return nullptr;
   libvlc_log_set(native, PassOn, nullptr);
+  KeepPluginsLoaded(native);
   return new Instance(native);
 }
 
