@@ -1,10 +1,9 @@
 // Serves the method channel "org.vantro.player/communicate" of one window, and sends events back on it.
 //
 // The requests arrive on the main thread and run there, one at a time. SendChannelEvent also runs on libvlc's threads,
-// through the callback that the constructor puts into the player, and reads methodChannel_ without a lock: what ends
-// that traffic is the destructor, which replaces the callback before the channel goes. A callback that libvlc has
-// already begun at that moment is the player's to wait out: the handler must be destroyed while the player still
-// lives, and no playback may be under way.
+// through the callback that the constructor puts into the player, and reads methodChannel_ without a lock. What ends
+// that traffic is the destructor: it replaces the player's callback, which returns when the old one is out of use, and
+// lets the channel go only then. What a thread of libvlc sends after that is lost without an error.
 #pragma once
 
 #include <cstdint>

@@ -22,7 +22,8 @@ struct FrameRequest {
 // other code touches its instance and player.
 class VodThumbnailWorkerPlugin {
  public:
-  // The messenger is borrowed and outlives the plugin. libvlc is not touched before initialize.
+  // The messenger is borrowed, and an engine's may go first: the window destroys its engine before the plugin, whose
+  // channel is inert by then. libvlc is not touched before initialize.
   explicit VodThumbnailWorkerPlugin(vantro::BinaryMessenger* messenger);
   virtual ~VodThumbnailWorkerPlugin();
   VodThumbnailWorkerPlugin(const VodThumbnailWorkerPlugin&) = delete;

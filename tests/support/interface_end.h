@@ -1,0 +1,74 @@
+// The interface's end of a window's channels: sends requests as bytes through the loopback engine, decodes the answers,
+// and keeps the calls that the host makes.
+#pragma once
+
+#include <initializer_list>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "flutter_host/encodable_value.h"
+#include "tests/support/loopback.h"
+
+namespace vantro::test {
+
+constexpr char kPlayerChannel[] = "org.vantro.player/communicate";
+constexpr char kThumbnailChannel[] = "org.vantro.thumbnail/worker";
+
+// How one request was answered.
+struct Answer {
+  enum class Kind { kSuccess, kError, kNotImplemented, kNone };
+  Kind kind = Kind::kNone;
+  EncodableValue value;  // of a success, or the details of an error
+  std::string code;
+  std::string message;
+
+  friend bool operator==(const Answer&, const Answer&) = default;
+  friend std::ostream& operator<<(std::ostream& out, const Answer& answer);
+};
+
+Answer Success(EncodableValue value = EncodableValue());
+Answer Failure(std::string code, std::string message, EncodableValue details = EncodableValue());
+Answer NotImplemented();
+// Nobody listened, or nobody answered.
+Answer NoAnswer();
+
+// A call that the host made. No argument is a null one.
+struct InterfaceCall {
+  std::string method;
+  EncodableValue argument;
+
+  friend bool operator==(const InterfaceCall&, const InterfaceCall&) = default;
+  friend std::ostream& operator<<(std::ostream& out, const InterfaceCall& call);
+};
+
+std::string Describe(const EncodableValue& value);
+
+// A map with string keys. Text values are strings.
+struct Entry {
+  const char* key;
+  EncodableValue value;
+
+  Entry(const char* entryKey, EncodableValue entryValue) : key(entryKey), value(std::move(entryValue)) {}
+  Entry(const char* entryKey, const char* text) : key(entryKey), value(std::string(text)) {}
+};
+EncodableValue MapOf(std::initializer_list<Entry> entries);
+
+class InterfaceEnd {
+ public:
+  explicit InterfaceEnd(Loopback& loopback) : loopback_(loopback) {}
+
+  Answer Ask(int engine, const char* channel, const std::string& method,
+             const EncodableValue& arguments = EncodableValue());
+  // What the host called on the player channel, in order; of one engine, or of all for 0.
+  std::vector<InterfaceCall> Calls(int engine = 0) const;
+  std::vector<std::string> CallNames(int engine = 0) const;
+  void ClearCalls() { sent_.Clear(); }
+
+ private:
+  Loopback& loopback_;
+  SentMessages sent_;
+};
+
+}  // namespace vantro::test

@@ -1,0 +1,219 @@
+// The channel as a whole: its life, the table of methods and the dispatch.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "bridge/method_table.h"
+#include "shell/vantro_window.h"
+#include "tests/unit/bridge/player_channel.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using Value = EncodableValue;
+
+class Dispatch : public PlayerChannelTest {};
+
+TEST(MethodTable, NamesEveryMethodInTheOrderOfComparison) {
+  std::vector<std::string> names;
+  for (const ChannelMethod& method : ChannelMethods()) names.emplace_back(method.name);
+  EXPECT_THAT(
+      names,
+      ElementsAre("setMedia", "play", "pause", "playPause", "stop", "getPosition", "getDuration", "isPlaying", "seek",
+                  "seekTo", "seekToInitialPosition", "setAlphaFlutterView", "showFlutterView", "hideFlutterView",
+                  "resizeVLC", "resizeVLCFull", "vlcViewFront", "vlcViewBack", "getTracksInfo",
+                  "showAvailableSubtitles", "getBuildTime", "getSpuTracks", "setSpu", "setAudioTrack", "setFontSize",
+                  "enableNativeWakelock", "disableNativeWakelock", "isNativeWakelockEnabled", "onStopped",
+                  "setMediaTitle", "setUserAgent", "debugInputLatency", "getWindowInfo", "requestProviderData",
+                  "sendProviderData", "enableMultiView", "disableMultiView", "mvAddStream", "mvReplaceActive",
+                  "mvSetActiveIndex", "mvRemoveActive", "mvSwapTiles", "mvPromoteActiveAndExit", "mvExitFullscreen",
+                  "getDatabaseEncryptionKey", "toggleFullscreen"));
+}
+
+TEST_F(Dispatch, EveryMethodOfTheTableAnswersExactlyOnce) {
+  for (const ChannelMethod& method : ChannelMethods()) {
+    const Answer answer = Ask(std::string(method.name));
+    EXPECT_TRUE(answer.kind == Answer::Kind::kSuccess || answer.kind == Answer::Kind::kError)
+        << method.name << ": " << answer;
+  }
+  EXPECT_EQ(loopback_.ReplyViolations(), 0);
+  EXPECT_EQ(loopback_.PendingReplies(), 0);
+}
+
+TEST_F(Dispatch, UnknownMethodIsWrittenToTheMarkerAndNotImplemented) {
+  EXPECT_EQ(Ask("noSuchMethod"), NotImplemented());
+  EXPECT_TRUE(Marker().running);
+  EXPECT_EQ(Marker().lastAction, "noSuchMethod");
+}
+
+TEST_F(Dispatch, MethodNameThatDiffersOnlyInCaseIsUnknown) {
+  for (const char* name : {"Play", "PLAY", "play ", "pla", "plays", ""}) EXPECT_EQ(Ask(name), NotImplemented()) << name;
+}
+
+TEST_F(Dispatch, WritesTheMarkerBeforeTheMethodRuns) {
+  LoadMedia();
+  std::string during;
+  vlc_.OnCall("libvlc_media_player_get_time", [&] { during = Marker().lastAction; });
+  Ask("getPosition");
+  EXPECT_EQ(during, "getPosition");
+}
+
+TEST_F(Dispatch, WritesTheTimeOfTheCall) {
+  const int64_t before = CurrentUnixTimeMs();
+  Ask("isPlaying");
+  const int64_t after = CurrentUnixTimeMs();
+  EXPECT_GE(Marker().lastActionTs, before);
+  EXPECT_LE(Marker().lastActionTs, after);
+}
+
+TEST_F(Dispatch, PlayerEventReachesTheInterfaceWithItsTextOrWithoutArgument) {
+  player_->eventCallback_("onTimeChanged", "1500");
+  player_->eventCallback_("onPlaying", "");
+  EXPECT_THAT(interface_.Calls(),
+              ElementsAre(InterfaceCall{"onTimeChanged", Value("1500")}, InterfaceCall{"onPlaying", Value()}));
+}
+
+TEST_F(Dispatch, PlayerEventWithNullTextsIsReadAsEmpty) {
+  player_->eventCallback_(nullptr, nullptr);
+  EXPECT_THAT(interface_.Calls(), ElementsAre(InterfaceCall{"", Value()}));
+}
+
+TEST_F(Dispatch, LibvlcEventGoesOutOnLibvlcsThread) {
+  LoadMedia();
+  SentMessages sent;
+  vlc_.RaiseTime(MediaPlayer(), 40);
+  ASSERT_EQ(sent.Count(), 1u);
+  EXPECT_NE(sent.All()[0].thread, GetCurrentThreadId());
+}
+
+TEST_F(Dispatch, HandlerThatEndsSilencesChannelAndPlayer) {
+  EndHandler();
+  player_->eventCallback_("onPlaying", "");
+  EXPECT_FALSE(loopback_.HasListener(engineNumber_, kPlayerChannel));
+  EXPECT_EQ(Ask("play"), NoAnswer());
+  EXPECT_TRUE(interface_.Calls().empty());
+}
+
+TEST_F(Dispatch, HandlerWithoutAPlayerRegistersNothingAndWritesNoMarker) {
+  EndHandler();
+  std::filesystem::remove(MarkerFile());
+  {
+    MethodChannelHandler handler(engine_.get(), nullptr, true, nullptr);
+    EXPECT_FALSE(loopback_.HasListener(engineNumber_, kPlayerChannel));
+    EXPECT_EQ(Ask("play"), NoAnswer());
+    handler.SendChannelEvent("onPlaying", "");
+    handler.ShowToast("message", true);
+  }
+  EXPECT_FALSE(std::filesystem::exists(MarkerFile()));
+  EXPECT_TRUE(interface_.Calls().empty());
+  EXPECT_TRUE(log_.Has("ERROR MethodChannelHandler: Invalid engine or player"));
+}
+
+TEST_F(Dispatch, HandlerWithoutAnEngineRegistersNothing) {
+  EndHandler();
+  MethodChannelHandler handler(nullptr, player_.get(), true, nullptr);
+  EXPECT_FALSE(handler.methodChannel_);
+  EXPECT_TRUE(handler.markerPath_.empty());
+  EXPECT_TRUE(log_.Has("ERROR MethodChannelHandler: Invalid engine or player"));
+}
+
+TEST_F(Dispatch, HandlerWithoutAMessengerRegistersNothing) {
+  EndHandler();
+  FlutterEngine engineThatDoesNotRun;
+  MethodChannelHandler handler(&engineThatDoesNotRun, player_.get(), true, nullptr);
+  EXPECT_FALSE(handler.methodChannel_);
+  EXPECT_TRUE(handler.markerPath_.empty());
+  EXPECT_TRUE(log_.Has("ERROR MethodChannelHandler: Binary messenger not available"));
+}
+
+// One row of the table of errors: the request, its answer, and whether the handler declines it as well.
+struct ErrorRow {
+  const char* method;
+  Value arguments;
+  Answer answer;
+  int duplicates;
+};
+
+TEST_F(Dispatch, EachErrorHasItsCodeMessageAndDetailsAndItsSecondAnswerIsDropped) {
+  const Answer urlRequired = Failure("INVALID_ARGUMENT", "URL is required");
+  const ErrorRow rows[] = {
+      {"setMedia", Value(), urlRequired, 0},
+      {"mvAddStream", Value(), urlRequired, 1},
+      {"mvReplaceActive", Value(), urlRequired, 1},
+      {"mvSetActiveIndex", MapOf({{"index", Value(-1)}}), Failure("INVALID_ARGUMENT", "Invalid index"), 1},
+      {"mvSwapTiles", MapOf({{"from", Value(-1)}, {"to", Value(0)}}), Failure("INVALID_ARGUMENT", "Invalid indices"),
+       1},
+      {"toggleFullscreen", Value(), Failure("WINDOW_ERROR", "Window reference not available"), 1},
+      {"requestProviderData", Value(), Failure("NO_MASTER", "Master window not found", Value(false)), 1},
+      {"sendProviderData", MapOf({}), Failure("INVALID_CHUNK", "Chunk type is missing", Value(false)), 1},
+      {"sendProviderData", Value(), Failure("INVALID_ARGUMENTS", "Arguments must be a map", Value(false)), 1},
+  };
+  for (const ErrorRow& row : rows) {
+    int duplicates = -1;
+    EXPECT_EQ(AskCountingDuplicates(row.method, row.arguments, &duplicates), row.answer) << row.method;
+    EXPECT_EQ(duplicates, row.duplicates) << row.method;
+  }
+}
+
+TEST_F(Dispatch, ViewRequestsWithoutAnEngineFailWithoutASecondAnswer) {
+  handler_->flutterEngine_ = nullptr;
+  for (const char* method : {"showFlutterView", "hideFlutterView", "setAlphaFlutterView"}) {
+    int duplicates = -1;
+    EXPECT_EQ(AskCountingDuplicates(method, Value(), &duplicates),
+              Failure("ENGINE_ERROR", "Flutter engine not available"))
+        << method;
+    EXPECT_EQ(duplicates, 0) << method;
+  }
+}
+
+TEST_F(Dispatch, GridRequestsWithoutAPlayerFailWithASecondAnswerDropped) {
+  handler_->vlcPlayer_ = nullptr;
+  for (const char* method :
+       {"enableMultiView", "disableMultiView", "mvAddStream", "mvReplaceActive", "mvSetActiveIndex", "mvRemoveActive",
+        "mvSwapTiles", "mvPromoteActiveAndExit", "mvExitFullscreen"}) {
+    int duplicates = -1;
+    EXPECT_EQ(AskCountingDuplicates(method, Value(), &duplicates), Failure("VLC_ERROR", "VLC player not available"))
+        << method;
+    EXPECT_EQ(duplicates, 1) << method;
+  }
+}
+
+TEST_F(Dispatch, BuildTimeIsTheCompilersDateAndTime) {
+  const Answer answer = Ask("getBuildTime");
+  ASSERT_TRUE(std::holds_alternative<std::string>(answer.value));
+  EXPECT_TRUE(std::regex_match(*std::get_if<std::string>(&answer.value),
+                               std::regex(R"([A-Z][a-z]{2} [ 123]\d \d{4} \d{2}:\d{2}:\d{2})")))
+      << answer;
+}
+
+TEST_F(Dispatch, DebugInputLatencyIsAcceptedWhateverItSays) {
+  EXPECT_EQ(Ask("debugInputLatency", MapOf({{"enable", Value(true)}})), Success(Value(true)));
+  EXPECT_EQ(Ask("debugInputLatency"), Success(Value(true)));
+}
+
+TEST_F(Dispatch, WakelockIsTheThreadsAndItsFlagTheWindows) {
+  FlutterEngine otherEngine;
+  ASSERT_TRUE(otherEngine.Initialize(parent_.get()));
+  const int otherNumber = loopback_.NewestEngine();
+  VLCPlayer otherPlayer;
+  MethodChannelHandler otherHandler(&otherEngine, &otherPlayer, false, nullptr);
+
+  EXPECT_EQ(Ask("enableNativeWakelock"), Success(Value(true)));
+
+  EXPECT_EQ(Ask("isNativeWakelockEnabled"), Success(Value(true)));
+  EXPECT_EQ(interface_.Ask(otherNumber, kPlayerChannel, "isNativeWakelockEnabled"), Success(Value(false)));
+  // What was set before is what the next call returns.
+  EXPECT_EQ(SetThreadExecutionState(ES_CONTINUOUS), 0x80000003u);
+}
+
+TEST_F(Dispatch, DisablingTheWakelockReleasesIt) {
+  Ask("enableNativeWakelock");
+  EXPECT_EQ(Ask("disableNativeWakelock"), Success(Value(true)));
+  EXPECT_EQ(Ask("isNativeWakelockEnabled"), Success(Value(false)));
+  EXPECT_EQ(SetThreadExecutionState(ES_CONTINUOUS), 0x80000000u);
+}
+
+}  // namespace
+}  // namespace vantro::test

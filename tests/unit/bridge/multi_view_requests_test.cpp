@@ -1,0 +1,180 @@
+// The requests of the grid.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/unit/bridge/player_channel.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Value = EncodableValue;
+
+const Answer kTrue = Success(Value(true));
+const Answer kFalse = Success(Value(false));
+const InterfaceCall kShow{"showMultiViewOverlay", Value()};
+const InterfaceCall kHide{"hideMultiViewOverlay", Value()};
+
+class MultiViewRequests : public PlayerChannelTest {
+ protected:
+  // A grid of this many tiles, one of which played before.
+  void MakeGrid(size_t tiles) {
+    LoadMedia();
+    ASSERT_EQ(Ask("enableMultiView"), kTrue);
+    while (player_->players_.size() < tiles) {
+      ASSERT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}, {"name", "tile"}})), kTrue);
+    }
+    interface_.ClearCalls();
+  }
+};
+
+TEST_F(MultiViewRequests, EnablingTwiceRepliesTrueTwiceAndShowsTheOverlayTwice) {
+  EXPECT_EQ(Ask("enableMultiView"), kTrue);
+  EXPECT_EQ(Ask("enableMultiView"), kTrue);
+  EXPECT_THAT(interface_.Calls(), ElementsAre(kShow, kShow));
+}
+
+TEST_F(MultiViewRequests, DisablingOutsideTheGridRepliesTrueAndHidesTheOverlay) {
+  EXPECT_EQ(Ask("disableMultiView"), kTrue);
+  EXPECT_THAT(interface_.Calls(), ElementsAre(kHide));
+}
+
+TEST_F(MultiViewRequests, DisablingEndsTheGrid) {
+  MakeGrid(2);
+  EXPECT_EQ(Ask("disableMultiView"), kTrue);
+  EXPECT_FALSE(player_->isMultiViewMode_);
+  EXPECT_THAT(interface_.Calls(), ElementsAre(kHide));
+}
+
+TEST_F(MultiViewRequests, ReplyGoesOutBeforeTheOverlayEvent) {
+  // The reply is there when the event is sent: a request is answered or pending.
+  struct Seen {
+    Loopback* loopback;
+    int pendingAtEvent;
+  } seen{&loopback_, -1};
+  const HMODULE engine = GetModuleHandleA("flutter_windows.dll");
+  const auto observe =
+      reinterpret_cast<decltype(&LoopbackSetSendObserver)>(GetProcAddress(engine, "LoopbackSetSendObserver"));
+  const auto deliver = reinterpret_cast<decltype(&LoopbackDeliver)>(GetProcAddress(engine, "LoopbackDeliver"));
+  ASSERT_TRUE(observe && deliver);
+  for (const char* method : {"enableMultiView", "disableMultiView"}) {
+    seen.pendingAtEvent = -1;
+    observe(
+        [](int32_t, const char*, const uint8_t*, size_t, void* userData) {
+          auto* state = static_cast<Seen*>(userData);
+          state->pendingAtEvent = state->loopback->PendingReplies();
+        },
+        &seen);
+    EXPECT_EQ(Ask(method), kTrue);
+    observe(nullptr, nullptr);
+    EXPECT_EQ(seen.pendingAtEvent, 0) << method;
+  }
+}
+
+TEST_F(MultiViewRequests, ExitFullscreenEndsTheGridAndHidesNoOverlay) {
+  MakeGrid(2);
+  EXPECT_EQ(Ask("mvExitFullscreen"), kTrue);
+  EXPECT_FALSE(player_->isMultiViewMode_);
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+}
+
+TEST_F(MultiViewRequests, AddStreamWithTheUpperCaseKeyIsAnError) {
+  for (const char* method : {"mvAddStream", "mvReplaceActive"}) {
+    EXPECT_EQ(Ask(method, MapOf({{"URL", "http://tile"}})), Failure("INVALID_ARGUMENT", "URL is required")) << method;
+  }
+}
+
+TEST_F(MultiViewRequests, AddStreamAddsATileWithItsNameWhichMayBeEmpty) {
+  MakeGrid(1);
+  EXPECT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}, {"name", "News"}})), kTrue);
+  EXPECT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}})), kTrue);
+  ASSERT_EQ(player_->players_.size(), 3u);
+  EXPECT_EQ(player_->players_[1].name, "News");
+  EXPECT_EQ(player_->players_[2].name, "");
+}
+
+TEST_F(MultiViewRequests, ReplaceActivePlaysAnotherStreamInTheActiveTile) {
+  MakeGrid(2);
+  const size_t active = static_cast<size_t>(static_cast<int>(player_->activeIndex_));
+  EXPECT_EQ(Ask("mvReplaceActive", MapOf({{"url", "http://other"}, {"name", "Other"}})), kTrue);
+  ASSERT_EQ(player_->players_.size(), 2u);
+  EXPECT_EQ(player_->players_[active].url, "http://other");
+}
+
+TEST_F(MultiViewRequests, SetActiveIndexOutsideTheGridRepliesFalse) {
+  EXPECT_EQ(Ask("mvSetActiveIndex", MapOf({{"index", Value(0)}})), kFalse);
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+  EXPECT_EQ(log_.CountContaining("[MvSetActiveIndex]"), 0);
+}
+
+TEST_F(MultiViewRequests, SetActiveIndexMakesTheTileActive) {
+  MakeGrid(2);
+  for (int index : {0, 1}) {
+    EXPECT_EQ(Ask("mvSetActiveIndex", MapOf({{"index", Value(index)}})), kTrue);
+    EXPECT_EQ(static_cast<int>(player_->activeIndex_), index);
+  }
+  EXPECT_TRUE(log_.Has("DEBUG [MvSetActiveIndex] Request to set active index to 1"));
+}
+
+TEST_F(MultiViewRequests, SetActiveIndexBeyondTheLastTileChangesNothingAndRepliesTrue) {
+  MakeGrid(2);
+  Ask("mvSetActiveIndex", MapOf({{"index", Value(1)}}));
+  EXPECT_EQ(Ask("mvSetActiveIndex", MapOf({{"index", Value(99)}})), kTrue);
+  EXPECT_EQ(static_cast<int>(player_->activeIndex_), 1);
+}
+
+TEST_F(MultiViewRequests, SetActiveIndexThatIsNegativeOrAbsentIsAnErrorAndADroppedSecondAnswer) {
+  const Answer error = Failure("INVALID_ARGUMENT", "Invalid index");
+  int duplicates = -1;
+  EXPECT_EQ(AskCountingDuplicates("mvSetActiveIndex", MapOf({{"index", Value(-1)}}), &duplicates), error);
+  EXPECT_EQ(duplicates, 1);
+  EXPECT_EQ(AskCountingDuplicates("mvSetActiveIndex", Value(), &duplicates), error);
+  EXPECT_EQ(duplicates, 1);
+}
+
+TEST_F(MultiViewRequests, SetActiveIndexThatIsRefusedIsWrittenToTheMarkerLikeAnyOther) {
+  Ask("mvSetActiveIndex", MapOf({{"index", Value(-1)}}));
+  EXPECT_EQ(Marker().lastAction, "mvSetActiveIndex");
+}
+
+TEST_F(MultiViewRequests, SwapTilesNeedsBothIndices) {
+  const Answer error = Failure("INVALID_ARGUMENT", "Invalid indices");
+  EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}})), error);
+  EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"to", Value(0)}})), error);
+  EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(-1)}})), error);
+}
+
+TEST_F(MultiViewRequests, SwapTilesSwapsAndRepliesThePlayersVerdict) {
+  MakeGrid(2);
+  player_->players_[0].name = "first";
+  player_->players_[1].name = "second";
+  EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(1)}})), kTrue);
+  EXPECT_EQ(player_->players_[0].name, "second");
+  EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(7)}})), kFalse);
+}
+
+TEST_F(MultiViewRequests, RequestsThatThePlayerRefusesReplyFalse) {
+  EXPECT_EQ(Ask("mvRemoveActive"), kFalse);
+  EXPECT_EQ(Ask("mvPromoteActiveAndExit"), kFalse);
+  EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(1)}})), kFalse);
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+}
+
+TEST_F(MultiViewRequests, RemoveActiveRemovesATileButTheFirst) {
+  MakeGrid(2);
+  Ask("mvSetActiveIndex", MapOf({{"index", Value(1)}}));
+  EXPECT_EQ(Ask("mvRemoveActive"), kTrue);
+  EXPECT_EQ(player_->players_.size(), 1u);
+  EXPECT_EQ(Ask("mvRemoveActive"), kFalse);
+}
+
+TEST_F(MultiViewRequests, PromoteLeavesTheGridWithoutAnOverlayEvent) {
+  MakeGrid(2);
+  EXPECT_EQ(Ask("mvPromoteActiveAndExit"), kTrue);
+  EXPECT_FALSE(player_->isMultiViewMode_);
+  EXPECT_THAT(interface_.CallNames(), testing::Not(testing::Contains("hideMultiViewOverlay")));
+}
+
+}  // namespace
+}  // namespace vantro::test

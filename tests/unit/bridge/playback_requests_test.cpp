@@ -1,0 +1,336 @@
+// Loading, transport, position and tracks.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/unit/bridge/player_channel.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Value = EncodableValue;
+
+const Answer kTrue = Success(Value(true));
+const Answer kFalse = Success(Value(false));
+const InterfaceCall kNotReady = Toast("Video not ready yet", "true");
+
+// Takes a function out of the table while it lives.
+template <typename Function>
+class WithoutFunction {
+ public:
+  explicit WithoutFunction(Function& slot) : slot_(slot), before_(slot) { slot = nullptr; }
+  ~WithoutFunction() { slot_ = before_; }
+  WithoutFunction(const WithoutFunction&) = delete;
+  WithoutFunction& operator=(const WithoutFunction&) = delete;
+
+ private:
+  Function& slot_;
+  Function before_;
+};
+
+class PlaybackRequests : public PlayerChannelTest {};
+
+TEST_F(PlaybackRequests, SetMediaPlaysTheLowerCaseUrlOnlyWhenTheOtherIsEmpty) {
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", ""}, {"url", "http://lower"}})), kTrue);
+  EXPECT_EQ(player_->currentUrl_, "http://lower");
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", "http://upper"}, {"url", "http://lower"}})), kTrue);
+  EXPECT_EQ(player_->currentUrl_, "http://upper");
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", Value(5)}, {"url", "http://lower"}})), kTrue);
+  EXPECT_EQ(player_->currentUrl_, "http://lower");
+}
+
+TEST_F(PlaybackRequests, SetMediaPassesTheCapitalTitleOnlyWhenTheOtherIsEmpty) {
+  Ask("setMedia", MapOf({{"URL", kUrl}, {"Title", "Capital"}}));
+  EXPECT_EQ(player_->currentTitle_, "Capital");
+  Ask("setMedia", MapOf({{"URL", kUrl}, {"title", "small"}, {"Title", "Capital"}}));
+  EXPECT_EQ(player_->currentTitle_, "small");
+}
+
+TEST_F(PlaybackRequests, SetMediaWithoutArgumentsIsAnErrorAndLeavesThePlayerAlone) {
+  vlc_.ClearCalls();
+  EXPECT_EQ(Ask("setMedia"), Failure("INVALID_ARGUMENT", "URL is required"));
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+}
+
+TEST_F(PlaybackRequests, SetMediaReadsAndLogsEveryKeyBeforeItAnswers) {
+  const LogCapture log;
+  Ask("setMedia", MapOf({{"initialSeekPositionMs", Value(1)},
+                         {"playerProfile", "windows_fullscreen"},
+                         {"localVodProxyEnabled", Value(true)}}));
+  EXPECT_THAT(log.Lines(),
+              ElementsAre("DEBUG [SetMedia] Received initialSeekPositionMs=1 - will seek before play",
+                          "DEBUG [SetMedia] URL= isLive=1 supportsTimeshift=0 inTimeshiftMode=0",
+                          "DEBUG [SetMedia] Player profile matches (windows_fullscreen)",
+                          "DEBUG [SetMedia] Local proxy enabled flag set",
+                          "DEBUG SetMedia: Final URL after parsing: ''", "DEBUG SetMedia: Using networkCacheMs: 5000"));
+}
+
+TEST_F(PlaybackRequests, SetMediaIsLiveUnlessABooleanSaysOtherwise) {
+  Ask("setMedia", MapOf({{"URL", kUrl}, {"isLiveStream", Value(0)}}));
+  EXPECT_TRUE(player_->isLive_);
+  Ask("setMedia", MapOf({{"URL", kUrl}, {"isLiveStream", Value(false)}}));
+  EXPECT_FALSE(player_->isLive_);
+  Ask("setMedia", MapOf({{"URL", kUrl}}));
+  EXPECT_TRUE(player_->isLive_);
+}
+
+TEST_F(PlaybackRequests, SetMediaHandsOnTheTimeshiftFlags) {
+  Ask("setMedia", MapOf({{"URL", kUrl}, {"supportsTimeshift", Value(true)}, {"isInTimeshiftMode", Value(true)}}));
+  EXPECT_TRUE(player_->supportsTimeshift_);
+  EXPECT_TRUE(player_->inTimeshiftMode_);
+  Ask("setMedia", MapOf({{"URL", kUrl}}));
+  EXPECT_FALSE(player_->supportsTimeshift_);
+  EXPECT_FALSE(player_->inTimeshiftMode_);
+}
+
+TEST_F(PlaybackRequests, SetMediaWithAnotherProfileStillPlays) {
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", kUrl}, {"playerProfile", "other"}})), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+  EXPECT_TRUE(log_.Has("DEBUG [SetMedia] Unexpected player profile 'other' (expected 'windows_fullscreen')"));
+}
+
+TEST_F(PlaybackRequests, SetMediaPassesA5000MillisecondCacheUnlessToldOtherwise) {
+  Ask("setMedia", MapOf({{"URL", kUrl}}));
+  EXPECT_EQ(player_->networkCacheMs_, 5000);
+  Ask("setMedia", MapOf({{"URL", kUrl}, {"networkCacheMs", Value(-1)}}));
+  EXPECT_EQ(player_->networkCacheMs_, -1);
+}
+
+TEST_F(PlaybackRequests, SetMediaSeeksToTheInitialPositionBeforeItPlays) {
+  vlc_.ClearCalls();
+  Ask("setMedia", MapOf({{"URL", kUrl}, {"initialSeekPositionMs", Value(30000)}}));
+  const auto calls = vlc_.Calls();
+  const auto seek = std::find(calls.begin(), calls.end(), "libvlc_media_player_set_time(player1, 30000, 0)");
+  const auto play = std::find(calls.begin(), calls.end(), "libvlc_media_player_play(player1)");
+  EXPECT_NE(seek, calls.end());
+  EXPECT_LT(seek - calls.begin(), play - calls.begin());
+}
+
+TEST_F(PlaybackRequests, SetMediaThatFailsRepliesFalseWithoutAToast) {
+  for (const char* creator : {"libvlc_media_new_uri", "libvlc_media_new_location"}) vlc_.Fail(creator, 2);
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", kUrl}})), kFalse);
+  EXPECT_TRUE(log_.Has("ERROR PLAYER_ERROR: Failed to set media"));
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+}
+
+// One row of the table of failures without a media.
+struct NoMediaRow {
+  const char* method;
+  const char* log;
+};
+
+TEST_F(PlaybackRequests, RequestsThatNeedAMediaToastAndReplyFalseWithoutOne) {
+  const NoMediaRow rows[] = {
+      {"play", "WARNING Play ignored: no media set"},
+      {"playPause", "WARNING PlayPause ignored: no media set"},
+      {"seek", "WARNING Seek ignored: no media set"},
+      {"seekTo", "WARNING Seek ignored: no media set"},
+      {"seekToInitialPosition", "WARNING SeekToInitialPosition ignored: no media set"},
+      {"setSpu", nullptr},
+      {"setAudioTrack", nullptr},
+      {"setFontSize", nullptr},
+  };
+  for (const NoMediaRow& row : rows) {
+    interface_.ClearCalls();
+    LogCapture log;
+    EXPECT_EQ(Ask(row.method), kFalse) << row.method;
+    EXPECT_THAT(interface_.Calls(), ElementsAre(kNotReady)) << row.method;
+    if (row.log) {
+      EXPECT_TRUE(log.Has(row.log)) << row.method;
+    } else {
+      EXPECT_EQ(log.CountContaining("ignored"), 0) << row.method;
+    }
+  }
+}
+
+TEST_F(PlaybackRequests, RequestsThatNeedNoMediaAnswerWithoutOne) {
+  for (const char* method : {"pause", "stop", "onStopped", "getTracksInfo", "getSpuTracks"}) {
+    EXPECT_EQ(Ask(method), kTrue) << method;
+  }
+  EXPECT_EQ(Ask("isPlaying"), kFalse);
+  EXPECT_THAT(interface_.CallNames(), testing::Not(testing::Contains("showToast")));
+}
+
+TEST_F(PlaybackRequests, PlayWithAMediaPlaysAndRepliesTrueWhateverLibvlcSays) {
+  LoadMedia();
+  vlc_.SetResult("libvlc_media_player_play", -1);
+  EXPECT_EQ(Ask("play"), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+}
+
+TEST_F(PlaybackRequests, PlayPausePausesWhatPlays) {
+  LoadMedia();
+  vlc_.SetPlaying(MediaPlayer(), true);
+  EXPECT_EQ(Ask("playPause"), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 1);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 0);
+}
+
+TEST_F(PlaybackRequests, PlayPauseWhilePausedPlaysAndRepliesTrue) {
+  LoadMedia();
+  vlc_.SetPlaying(MediaPlayer(), false);
+  EXPECT_EQ(Ask("playPause"), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 0);
+}
+
+TEST_F(PlaybackRequests, StopAndOnStoppedStopSoThatTheInterfaceHears) {
+  for (const char* method : {"stop", "onStopped"}) {
+    LoadMedia();
+    // setMedia's own stop leaves the next stopped event unreported, until one has come.
+    vlc_.Raise(MediaPlayer(), 0x106);
+    interface_.ClearCalls();
+    EXPECT_EQ(Ask(method), kTrue);
+    EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop"), 1) << method;
+    vlc_.Raise(MediaPlayer(), 0x106);
+    EXPECT_THAT(interface_.CallNames(), ElementsAre("onStopped")) << method;
+  }
+}
+
+TEST_F(PlaybackRequests, PositionAndDurationAreLibvlcs64BitMilliseconds) {
+  vlc_.SetTime(MediaPlayer(), int64_t{5} << 32);
+  vlc_.SetLength(MediaPlayer(), 7200000);
+  EXPECT_EQ(Ask("getPosition"), Success(Value(int64_t{5} << 32)));
+  EXPECT_EQ(Ask("getDuration"), Success(Value(int64_t{7200000})));
+}
+
+TEST_F(PlaybackRequests, PositionAndDurationOfMinusOnePassThrough) {
+  vlc_.SetTime(MediaPlayer(), -1);
+  vlc_.SetLength(MediaPlayer(), -1);
+  EXPECT_EQ(Ask("getPosition"), Success(Value(int64_t{-1})));
+  EXPECT_EQ(Ask("getDuration"), Success(Value(int64_t{-1})));
+}
+
+TEST_F(PlaybackRequests, PositionAndDurationWithoutAPlayerHandleAreZeroAndNoError) {
+  player_->Cleanup();
+  EXPECT_EQ(Ask("getPosition"), Success(Value(int64_t{0})));
+  EXPECT_EQ(Ask("getDuration"), Success(Value(int64_t{0})));
+}
+
+TEST_F(PlaybackRequests, PositionAndDurationWithoutTheirFunctionAreZero) {
+  const WithoutFunction time(LibVlcFunctionTable().libvlc_media_player_get_time);
+  const WithoutFunction length(LibVlcFunctionTable().libvlc_media_player_get_length);
+  vlc_.SetTime(MediaPlayer(), 5);
+  EXPECT_EQ(Ask("getPosition"), Success(Value(int64_t{0})));
+  EXPECT_EQ(Ask("getDuration"), Success(Value(int64_t{0})));
+}
+
+TEST_F(PlaybackRequests, SeekWithoutAPositionSeeksToZero) {
+  LoadMedia();
+  EXPECT_EQ(Ask("seek"), kTrue);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_time"), ElementsAre("libvlc_media_player_set_time(player1, 0, 0)"));
+}
+
+TEST_F(PlaybackRequests, SeekTruncatesADoubleAndTakesAStringForZero) {
+  LoadMedia();
+  Ask("seek", MapOf({{"positionMs", Value(1500.9)}}));
+  Ask("seekTo", MapOf({{"positionMs", Value(-1500.9)}}));
+  Ask("seekToInitialPosition", MapOf({{"positionMs", "1500"}}));
+  EXPECT_THAT(
+      vlc_.CallsOf("libvlc_media_player_set_time"),
+      ElementsAre("libvlc_media_player_set_time(player1, 1500, 0)", "libvlc_media_player_set_time(player1, -1500, 0)",
+                  "libvlc_media_player_set_time(player1, 0, 0)"));
+}
+
+TEST_F(PlaybackRequests, SeekThatFailsLogsToastsLongAndRepliesFalse) {
+  LoadMedia();
+  const WithoutFunction setTime(LibVlcFunctionTable().libvlc_media_player_set_time);
+  const std::pair<const char*, const char*> rows[] = {
+      {"seek", "ERROR PLAYER_ERROR: Failed to seek"},
+      {"seekTo", "ERROR PLAYER_ERROR: Failed to seek"},
+      {"seekToInitialPosition", "ERROR PLAYER_ERROR: Failed to seek to initial position"},
+  };
+  for (const auto& [method, line] : rows) {
+    interface_.ClearCalls();
+    LogCapture log;
+    EXPECT_EQ(Ask(method, MapOf({{"positionMs", Value(5)}})), kFalse) << method;
+    EXPECT_THAT(interface_.Calls(), ElementsAre(Toast("Seek failed", "false"))) << method;
+    EXPECT_TRUE(log.Has(line)) << method;
+  }
+}
+
+TEST_F(PlaybackRequests, TrackIsTheIndexElseTheIdElseZero) {
+  LoadMedia();
+  const std::pair<const char*, const char*> rows[] = {{"setSpu", "libvlc_video_set_spu"},
+                                                      {"setAudioTrack", "libvlc_audio_set_track"}};
+  for (const auto& [method, function] : rows) {
+    const std::string call = std::string(function) + "(player1, ";
+    EXPECT_EQ(Ask(method, MapOf({{"id", Value(3)}})), kTrue);
+    EXPECT_EQ(Ask(method, MapOf({{"id", Value(3)}, {"index", Value(5)}})), kTrue);
+    EXPECT_EQ(Ask(method), kTrue);
+    EXPECT_THAT(vlc_.CallsOf(function), ElementsAre(call + "3)", call + "5)", call + "0)"));
+  }
+}
+
+TEST_F(PlaybackRequests, TrackWithoutItsFunctionIsStillTrue) {
+  LoadMedia();
+  const WithoutFunction spu(LibVlcFunctionTable().libvlc_video_set_spu);
+  const WithoutFunction audio(LibVlcFunctionTable().libvlc_audio_set_track);
+  EXPECT_EQ(Ask("setSpu", MapOf({{"id", Value(3)}})), kTrue);
+  EXPECT_EQ(Ask("setAudioTrack", MapOf({{"id", Value(3)}})), kTrue);
+}
+
+TEST_F(PlaybackRequests, FontSizeIsOnlyChecked) {
+  LoadMedia();
+  EXPECT_EQ(Ask("setFontSize"), kTrue);
+  EXPECT_EQ(Ask("setFontSize", MapOf({{"size", Value(1)}})), kTrue);
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+  for (int size : {0, -1}) {
+    interface_.ClearCalls();
+    EXPECT_EQ(Ask("setFontSize", MapOf({{"size", Value(size)}})), kFalse);
+    EXPECT_THAT(interface_.Calls(), ElementsAre(Toast("Invalid font size", "true"))) << size;
+  }
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+TEST_F(PlaybackRequests, SubtitleTracksAreReadReleasedAndToldWithoutTheirNames) {
+  vlc_.SetSpuTracks(MediaPlayer(), {{1, "English"}, {2, "German"}});
+  for (const char* method : {"getSpuTracks", "showAvailableSubtitles"}) {
+    interface_.ClearCalls();
+    EXPECT_EQ(Ask(method), kTrue);
+    EXPECT_THAT(interface_.Calls(), ElementsAre(InterfaceCall{"spuTracks", Value()})) << method;
+  }
+  EXPECT_EQ(vlc_.CountOf("libvlc_track_description_list_release"), 2);
+}
+
+TEST_F(PlaybackRequests, EmptyTrackListIsStillReleasedAndTold) {
+  EXPECT_EQ(Ask("getSpuTracks"), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_track_description_list_release"), 1);
+  EXPECT_THAT(interface_.CallNames(), ElementsAre("spuTracks"));
+}
+
+TEST_F(PlaybackRequests, TracksInfoTellsSubtitlesThenAudio) {
+  EXPECT_EQ(Ask("getTracksInfo"), kTrue);
+  EXPECT_THAT(interface_.Calls(),
+              ElementsAre(InterfaceCall{"spuTracks", Value()}, InterfaceCall{"audioTracks", Value()}));
+}
+
+TEST_F(PlaybackRequests, TracksWithoutAPlayerHandleRaiseNothingAndReplyTrue) {
+  player_->Cleanup();
+  interface_.ClearCalls();
+  EXPECT_EQ(Ask("getSpuTracks"), kTrue);
+  EXPECT_EQ(Ask("getTracksInfo"), kTrue);
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+}
+
+TEST_F(PlaybackRequests, UserAgentIsStoredTwiceAndNeverUsed) {
+  EXPECT_EQ(Ask("setUserAgent", MapOf({{"UA", "Agent/1.0"}})), kTrue);
+  EXPECT_EQ(handler_->userAgent_, "Agent/1.0");
+  EXPECT_EQ(player_->userAgent_, "Agent/1.0");
+  Ask("setMedia", MapOf({{"URL", kUrl}}));
+  for (const std::string& call : vlc_.Calls()) EXPECT_EQ(call.find("Agent"), std::string::npos) << call;
+  Ask("setUserAgent");
+  EXPECT_EQ(handler_->userAgent_, "");
+  EXPECT_EQ(player_->userAgent_, "");
+}
+
+TEST_F(PlaybackRequests, MediaTitleIsStoredForNothing) {
+  EXPECT_EQ(Ask("setMediaTitle", MapOf({{"title", "News"}})), kTrue);
+  EXPECT_EQ(handler_->mediaTitle_, "News");
+  EXPECT_EQ(player_->currentTitle_, "");
+}
+
+}  // namespace
+}  // namespace vantro::test

@@ -1,0 +1,65 @@
+#include "tests/unit/bridge/player_channel.h"
+
+namespace vantro::test {
+
+namespace {
+
+int CountLines(const std::string& text, const std::string& line) {
+  int count = 0;
+  for (size_t at = 0; (at = text.find(line, at)) != std::string::npos; at += line.size()) ++count;
+  return count;
+}
+
+}  // namespace
+
+BareWindow::BareWindow()
+    : hwnd_(CreateWindowExW(0, L"STATIC", L"bare", WS_POPUP, 0, 0, kParentWidth, kParentHeight, nullptr, nullptr,
+                            GetModuleHandleW(nullptr), nullptr)) {}
+
+PlayerChannelTest::PlayerChannelTest()
+    : player_(std::make_unique<VLCPlayer>()), engine_(std::make_unique<FlutterEngine>()) {
+  EXPECT_TRUE(player_->Initialize(parent_.get()));
+  EXPECT_TRUE(engine_->Initialize(parent_.get()));
+  engineNumber_ = loopback_.NewestEngine();
+  RestartHandler();
+  interface_.ClearCalls();
+}
+
+void PlayerChannelTest::RestartHandler() {
+  handler_.reset();
+  handler_ = std::make_unique<MethodChannelHandler>(engine_.get(), player_.get(), true, nullptr);
+}
+
+Answer PlayerChannelTest::AskCountingDuplicates(const std::string& method, const EncodableValue& arguments,
+                                                int* duplicates) {
+  testing::internal::CaptureStderr();
+  const Answer answer = Ask(method, arguments);
+  std::fflush(stderr);
+  *duplicates = CountLines(testing::internal::GetCapturedStderr(), kDuplicateLine);
+  return answer;
+}
+
+void PlayerChannelTest::LoadMedia() {
+  ASSERT_EQ(Ask("setMedia", MapOf({{"URL", kUrl}})), Success(EncodableValue(true)));
+  vlc_.ClearCalls();
+  interface_.ClearCalls();
+}
+
+NativeMarkerState PlayerChannelTest::Marker() const {
+  std::string text = ReadFileBytes(MarkerFile());
+  std::erase(text, '\r');
+  return ParseNativeMarker(text);
+}
+
+RECT PlayerChannelTest::VideoRect() const {
+  RECT rect{};
+  GetWindowRect(player_->vlcWindow_, &rect);
+  MapWindowPoints(nullptr, parent_.get(), reinterpret_cast<POINT*>(&rect), 2);
+  return rect;
+}
+
+InterfaceCall Toast(const char* message, const char* shortWord) {
+  return {"showToast", MapOf({{"message", message}, {"short", shortWord}})};
+}
+
+}  // namespace vantro::test

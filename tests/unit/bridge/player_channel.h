@@ -1,0 +1,81 @@
+// One window's player channel over the loopback engine and the scripted libvlc: bytes in, bytes out. The window is a
+// bare one, the session marker lies in a folder of the test's own.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bridge/method_channel_handler.h"
+#include "flutter_host/flutter_engine.h"
+#include "player/vlc_player.h"
+#include "tests/support/interface_end.h"
+#include "tests/support/log_capture.h"
+#include "tests/support/loopback.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/scripted_vlc.h"
+
+namespace vantro::test {
+
+constexpr int kParentWidth = 800;
+constexpr int kParentHeight = 600;
+constexpr char kUrl[] = "http://host/stream.ts";
+constexpr char kDuplicateLine[] =
+    "Error: Only one of Success, Error, or NotImplemented can be called, and it can be called exactly once. Ignoring "
+    "duplicate result.";
+
+// A hidden top-level window, client area of the size above.
+class BareWindow {
+ public:
+  BareWindow();
+  ~BareWindow() { DestroyWindow(hwnd_); }
+  BareWindow(const BareWindow&) = delete;
+  BareWindow& operator=(const BareWindow&) = delete;
+  HWND get() const { return hwnd_; }
+
+ private:
+  HWND hwnd_;
+};
+
+class PlayerChannelTest : public testing::Test {
+ protected:
+  // Engine and player, with the handler behind them.
+  PlayerChannelTest();
+
+  Answer Ask(const std::string& method, const EncodableValue& arguments = EncodableValue()) {
+    return interface_.Ask(engineNumber_, kPlayerChannel, method, arguments);
+  }
+  // Asks while the standard error stream is caught, and says how often the line about a second answer stands in it.
+  Answer AskCountingDuplicates(const std::string& method, const EncodableValue& arguments, int* duplicates);
+  // Loads a media, and forgets what that called.
+  void LoadMedia();
+  // Ends the handler of this test and builds another one.
+  void RestartHandler();
+  void EndHandler() { handler_.reset(); }
+
+  std::filesystem::path MarkerFile() const { return scratch_ / kNativeMarkerFileName; }
+  NativeMarkerState Marker() const;
+  libvlc_media_player_t* MediaPlayer() const { return player_->mediaPlayer_.get(); }
+  // The video's window in client pixels of the parent.
+  RECT VideoRect() const;
+
+  ScratchFolder scratch_;
+  TemporaryFolderAt temporaryFolder_{scratch_.path()};
+  LogCapture log_;
+  ScriptedVlc vlc_;
+  Loopback loopback_;
+  InterfaceEnd interface_{loopback_};
+  BareWindow parent_;
+  std::unique_ptr<VLCPlayer> player_;
+  std::unique_ptr<FlutterEngine> engine_;
+  int engineNumber_ = 0;
+  std::unique_ptr<MethodChannelHandler> handler_;
+};
+
+// The toast as the interface receives it.
+InterfaceCall Toast(const char* message, const char* shortWord);
+
+}  // namespace vantro::test

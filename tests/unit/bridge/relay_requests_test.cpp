@@ -1,0 +1,226 @@
+// The relay of provider data between the windows of the registry. The windows are bare objects with an engine, a player
+// and a handler: the relay looks at nothing else.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "shell/vantro_window.h"
+#include "shell/window_manager.h"
+#include "tests/unit/bridge/player_channel.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Value = EncodableValue;
+
+const Answer kTrue = Success(Value(true));
+const InterfaceCall kRequested{"providerDataRequested", Value()};
+
+class RelayRequests : public testing::Test {
+ protected:
+  // The last window goes first: a window takes itself out of the list when it is destroyed.
+  ~RelayRequests() override {
+    while (!GetWindowRegistry().empty()) {
+      const std::unique_ptr<VantroWindow> window = std::move(GetWindowRegistry().back());
+      GetWindowRegistry().pop_back();
+    }
+  }
+
+  void OpenWindows(int count) {
+    for (int i = 0; i < count; ++i) {
+      auto window = std::make_unique<VantroWindow>(GetModuleHandleW(nullptr));
+      window->flutterEngine_ = std::make_unique<FlutterEngine>();
+      ASSERT_TRUE(window->flutterEngine_->Initialize(parent_.get()));
+      engines_.push_back(loopback_.NewestEngine());
+      window->vlcPlayer_ = std::make_unique<VLCPlayer>();
+      window->methodChannelHandler_ = std::make_unique<MethodChannelHandler>(
+          window->flutterEngine_.get(), window->vlcPlayer_.get(), GetWindowRegistry().empty(), window.get());
+      RegisterWindow(std::move(window));
+    }
+    interface_.ClearCalls();
+  }
+  // What the user's closing leaves in the registry.
+  void Close(size_t window) { GetWindowRegistry()[window]->isClosing_ = true; }
+  Answer Ask(size_t window, const char* method, const Value& arguments = Value()) {
+    return interface_.Ask(engines_[window], kPlayerChannel, method, arguments);
+  }
+  std::vector<InterfaceCall> Calls(size_t window) const { return interface_.Calls(engines_[window]); }
+
+  ScratchFolder scratch_;
+  TemporaryFolderAt temporaryFolder_{scratch_.path()};
+  LogCapture log_;
+  ScriptedVlc vlc_;
+  Loopback loopback_;
+  InterfaceEnd interface_{loopback_};
+  BareWindow parent_;
+  std::vector<int> engines_;
+};
+
+Value Chunk(int number) { return MapOf({{"chunkType", "channels"}, {"number", Value(number)}}); }
+
+Value NestedChunk() {
+  return MapOf({
+      {"chunkType", "channels"},
+      {"null", Value()},
+      {"flag", Value(true)},
+      {"int", Value(-1)},
+      {"long", Value(int64_t{1} << 60)},
+      {"real", Value(0.1)},
+      {"bytes", Value(std::vector<uint8_t>{0, 255})},
+      {"ints", Value(std::vector<int32_t>{-1, 2})},
+      {"longs", Value(std::vector<int64_t>{})},
+      {"reals", Value(std::vector<double>{1e300})},
+      {"floats", Value(std::vector<float>{0.5f})},
+      {"list", Value(EncodableList{Value(1), MapOf({{"deep", Value(EncodableList{Value("x"), Value()})}})})},
+      {"map", Value(EncodableMap{{Value(7), Value("by number")}, {Value(), Value("by null")}})},
+  });
+}
+
+TEST_F(RelayRequests, WindowInfoTellsTheFirstWindowFromTheOthers) {
+  OpenWindows(3);
+  for (size_t window = 0; window < 3; ++window) {
+    const auto handler = reinterpret_cast<intptr_t>(GetWindowRegistry()[window]->methodChannelHandler_.get());
+    EXPECT_EQ(Ask(window, "getWindowInfo"),
+              Success(MapOf({{"isMasterWindow", Value(window == 0)}, {"windowId", Value(int64_t{handler})}})));
+  }
+  EXPECT_EQ(log_.Count("DEBUG GetWindowInfo: Returning window information"), 3);
+}
+
+TEST_F(RelayRequests, WindowIdsOfTwoOpenWindowsDiffer) {
+  OpenWindows(2);
+  EXPECT_NE(Describe(Ask(0, "getWindowInfo").value), Describe(Ask(1, "getWindowInfo").value));
+}
+
+TEST_F(RelayRequests, WithOneWindowOnlySendingRepliesTrueAndSendsNothing) {
+  OpenWindows(1);
+  EXPECT_EQ(Ask(0, "sendProviderData", Chunk(1)), kTrue);
+  EXPECT_THAT(Calls(0), IsEmpty());
+}
+
+TEST_F(RelayRequests, WithOneWindowOnlyARequestReachesItself) {
+  OpenWindows(1);
+  EXPECT_EQ(Ask(0, "requestProviderData"), kTrue);
+  EXPECT_THAT(Calls(0), ElementsAre(kRequested));
+}
+
+TEST_F(RelayRequests, WithAnEmptyRegistryThereIsNoMaster) {
+  FlutterEngine engine;
+  ASSERT_TRUE(engine.Initialize(parent_.get()));
+  VLCPlayer player;
+  MethodChannelHandler handler(&engine, &player, true, nullptr);
+  EXPECT_EQ(interface_.Ask(loopback_.NewestEngine(), kPlayerChannel, "requestProviderData"),
+            Failure("NO_MASTER", "Master window not found", Value(false)));
+  EXPECT_TRUE(log_.Has("ERROR RequestProviderData: No master window found"));
+}
+
+TEST_F(RelayRequests, WithAFirstWindowThatHasNoHandlerThereIsNoMaster) {
+  OpenWindows(2);
+  GetWindowRegistry()[0]->methodChannelHandler_.reset();
+  EXPECT_EQ(Ask(1, "requestProviderData"), Failure("NO_MASTER", "Master window not found", Value(false)));
+}
+
+TEST_F(RelayRequests, RequestOfAClientReachesTheFirstWindowAlone) {
+  OpenWindows(3);
+  EXPECT_EQ(Ask(2, "requestProviderData"), kTrue);
+  EXPECT_THAT(Calls(0), ElementsAre(kRequested));
+  EXPECT_THAT(Calls(1), IsEmpty());
+  EXPECT_THAT(Calls(2), IsEmpty());
+  EXPECT_TRUE(log_.Has("INFO RequestProviderData: Client window requesting provider data from master"));
+  EXPECT_TRUE(log_.Has("INFO RequestProviderData: Sending request to master window"));
+}
+
+TEST_F(RelayRequests, ChunkTypeThatIsNoStringOrEmptyOrAbsentIsAnError) {
+  OpenWindows(2);
+  const Answer error = Failure("INVALID_CHUNK", "Chunk type is missing", Value(false));
+  EXPECT_EQ(Ask(0, "sendProviderData", MapOf({{"chunkType", Value(7)}})), error);
+  EXPECT_EQ(Ask(0, "sendProviderData", MapOf({{"chunkType", ""}})), error);
+  EXPECT_EQ(Ask(0, "sendProviderData", MapOf({{"ChunkType", "channels"}})), error);
+  EXPECT_THAT(Calls(1), IsEmpty());
+  EXPECT_EQ(log_.Count("ERROR SendProviderDataDirect: Missing chunk type"), 3);
+}
+
+TEST_F(RelayRequests, ChunkThatIsNoMapIsAnError) {
+  OpenWindows(2);
+  const Answer error = Failure("INVALID_ARGUMENTS", "Arguments must be a map", Value(false));
+  EXPECT_EQ(Ask(0, "sendProviderData", Value(EncodableList{Value("chunkType")})), error);
+  EXPECT_EQ(Ask(0, "sendProviderData"), error);
+  EXPECT_EQ(log_.Count("ERROR SendProviderDataDirect: Invalid arguments"), 2);
+}
+
+TEST_F(RelayRequests, ChunkWithNestedListsAndMapsArrivesEqualAtEightClients) {
+  OpenWindows(9);
+  EXPECT_EQ(Ask(0, "sendProviderData", NestedChunk()), kTrue);
+  EXPECT_THAT(Calls(0), IsEmpty());
+  for (size_t client = 1; client < 9; ++client) {
+    EXPECT_THAT(Calls(client), ElementsAre(InterfaceCall{"providerDataReceived", NestedChunk()})) << client;
+  }
+  EXPECT_TRUE(log_.Has("INFO SendProviderDataDirect: Broadcasting channels chunk directly"));
+}
+
+TEST_F(RelayRequests, ChunksArriveInTheOrderInWhichTheyWereSent) {
+  OpenWindows(3);
+  std::vector<InterfaceCall> sent;
+  for (int number = 0; number < 20; ++number) {
+    Ask(0, "sendProviderData", Chunk(number));
+    sent.push_back({"providerDataReceived", Chunk(number)});
+  }
+  EXPECT_EQ(Calls(1), sent);
+  EXPECT_EQ(Calls(2), sent);
+}
+
+TEST_F(RelayRequests, BothClientsReceiveWhatOneAskedFor) {
+  OpenWindows(3);
+  Ask(1, "requestProviderData");
+  Ask(0, "sendProviderData", Chunk(1));
+  EXPECT_THAT(Calls(1), ElementsAre(InterfaceCall{"providerDataReceived", Chunk(1)}));
+  EXPECT_THAT(Calls(2), ElementsAre(InterfaceCall{"providerDataReceived", Chunk(1)}));
+}
+
+TEST_F(RelayRequests, ClientThatSendsReachesAllClientsItselfIncludedAndNotTheMaster) {
+  OpenWindows(3);
+  EXPECT_EQ(Ask(1, "sendProviderData", Chunk(1)), kTrue);
+  EXPECT_THAT(Calls(0), IsEmpty());
+  EXPECT_EQ(Calls(1).size(), 1u);
+  EXPECT_EQ(Calls(2).size(), 1u);
+}
+
+TEST_F(RelayRequests, FirstWindowStaysTheMasterAfterItIsClosed) {
+  OpenWindows(2);
+  Close(0);
+  EXPECT_EQ(Ask(1, "requestProviderData"), kTrue);
+  EXPECT_THAT(Calls(0), ElementsAre(kRequested));
+}
+
+TEST_F(RelayRequests, ClosedClientIsStillSentTo) {
+  OpenWindows(3);
+  Close(1);
+  EXPECT_EQ(Ask(0, "sendProviderData", Chunk(1)), kTrue);
+  EXPECT_EQ(Calls(1).size(), 1u);
+}
+
+TEST_F(RelayRequests, ChunkIsHandedOnBeforeItsSenderIsAnswered) {
+  OpenWindows(2);
+  struct Seen {
+    Loopback* loopback;
+    int pendingAtSend = -1;
+  } seen{&loopback_};
+  const auto observe = reinterpret_cast<decltype(&LoopbackSetSendObserver)>(
+      GetProcAddress(GetModuleHandleA("flutter_windows.dll"), "LoopbackSetSendObserver"));
+  observe(
+      [](int32_t, const char*, const uint8_t*, size_t, void* userData) {
+        auto* state = static_cast<Seen*>(userData);
+        state->pendingAtSend = state->loopback->PendingReplies();
+      },
+      &seen);
+  Ask(0, "sendProviderData", Chunk(1));
+  observe(nullptr, nullptr);
+  EXPECT_EQ(seen.pendingAtSend, 1);
+}
+
+}  // namespace
+}  // namespace vantro::test

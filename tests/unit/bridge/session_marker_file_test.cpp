@@ -1,0 +1,197 @@
+// The session marker on disk, the report of a crash, and the toasts.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "tests/unit/bridge/player_channel.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Value = EncodableValue;
+
+InterfaceCall CrashEvent(const char* lastAction) {
+  return {"appEvent", MapOf({{"type", "nativeCrashRecovered"}, {"platform", "windows"}, {"lastAction", lastAction}})};
+}
+
+class SessionMarkerFile : public PlayerChannelTest {
+ protected:
+  // Starts a session over a file that an earlier one left.
+  void StartOver(const std::string& leftBehind) {
+    EndHandler();
+    WriteFileBytes(MarkerFile(), leftBehind);
+    interface_.ClearCalls();
+    RestartHandler();
+  }
+};
+
+TEST_F(SessionMarkerFile, IsThreeLinesEndedByCarriageReturnAndLineFeed) {
+  handler_->WriteNativeMarker(true, "setMedia", 1770000000123);
+  EXPECT_EQ(ReadFileBytes(MarkerFile()), "running=1\r\nlastAction=setMedia\r\nlastActionTs=1770000000123\r\n");
+}
+
+TEST_F(SessionMarkerFile, IsReadBackInTextMode) {
+  handler_->WriteNativeMarker(true, "setMedia", 5);
+  EXPECT_EQ(handler_->ReadNativeMarker(), (NativeMarkerState{true, "setMedia", 5}));
+  WriteFileBytes(MarkerFile(), "lastAction=x\nrunning=true");
+  EXPECT_EQ(handler_->ReadNativeMarker(), (NativeMarkerState{true, "x", 0}));
+}
+
+TEST_F(SessionMarkerFile, ReplacesALongerText) {
+  handler_->WriteNativeMarker(true, std::string(5000, 'x'), 1);
+  handler_->WriteNativeMarker(false, "shutdown", 2);
+  EXPECT_EQ(ReadFileBytes(MarkerFile()), "running=0\r\nlastAction=shutdown\r\nlastActionTs=2\r\n");
+}
+
+TEST_F(SessionMarkerFile, SaysStartupAfterTheStartAndShutdownAfterTheEnd) {
+  EXPECT_EQ(Marker().lastAction, "startup");
+  EXPECT_TRUE(Marker().running);
+  const int64_t before = CurrentUnixTimeMs();
+  EndHandler();
+  EXPECT_EQ(Marker().lastAction, "shutdown");
+  EXPECT_FALSE(Marker().running);
+  EXPECT_GE(Marker().lastActionTs, before);
+}
+
+TEST_F(SessionMarkerFile, FirstStartAndStartAfterAnOrderlyEndReportNothing) {
+  EndHandler();
+  std::filesystem::remove(MarkerFile());
+  RestartHandler();
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+  RestartHandler();
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+}
+
+TEST_F(SessionMarkerFile, OfADeadSessionGivesALongToastThenTheEvent) {
+  StartOver("running=1\r\nlastAction=getPosition\r\nlastActionTs=5\r\n");
+  EXPECT_THAT(interface_.Calls(),
+              ElementsAre(Toast("Recovered from crash (last: getPosition)", "false"), CrashEvent("getPosition")));
+}
+
+TEST_F(SessionMarkerFile, ThatSaysTrueCountsAsRunning) {
+  StartOver("running=true\nlastAction=seek\n");
+  EXPECT_THAT(interface_.CallNames(), ElementsAre("showToast", "appEvent"));
+}
+
+TEST_F(SessionMarkerFile, ThatSaysAnythingElseCountsAsEnded) {
+  for (const char* left : {"running=0\n", "running=\n", "running=yes\n", "running\n", "", "running=1", "garbage"}) {
+    const bool runs = std::string(left) == "running=1";
+    StartOver(left);
+    EXPECT_EQ(interface_.Calls().empty(), !runs) << left;
+  }
+}
+
+TEST_F(SessionMarkerFile, WithoutALastActionGivesUnknown) {
+  StartOver("running=1\n");
+  EXPECT_THAT(interface_.Calls(),
+              ElementsAre(Toast("Recovered from crash (last: unknown)", "false"), CrashEvent("unknown")));
+}
+
+TEST_F(SessionMarkerFile, KeepsTheEqualsSignsOfItsLastAction) {
+  StartOver("running=1\nlastAction=a=b\n");
+  EXPECT_THAT(interface_.Calls(), testing::Contains(CrashEvent("a=b")));
+}
+
+TEST_F(SessionMarkerFile, CrashIsReportedOnceUnlessTheSessionCrashesAgain) {
+  StartOver("running=1\nlastAction=seek\n");
+  EXPECT_EQ(Marker().lastAction, "startup");
+  RestartHandler();  // an orderly end in between
+  interface_.ClearCalls();
+  RestartHandler();
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+  // A session that died at once: nobody wrote "shutdown".
+  StartOver("running=1\nlastAction=startup\n");
+  EXPECT_THAT(interface_.Calls(), testing::Contains(CrashEvent("startup")));
+}
+
+TEST_F(SessionMarkerFile, ReportGoesOutBeforeTheChannelListens) {
+  EndHandler();
+  WriteFileBytes(MarkerFile(), "running=1\n");
+  struct Seen {
+    Loopback* loopback;
+    int engine;
+    int sends = 0;
+    bool listening = false;
+  } seen{&loopback_, engineNumber_};
+  const auto observe = reinterpret_cast<decltype(&LoopbackSetSendObserver)>(
+      GetProcAddress(GetModuleHandleA("flutter_windows.dll"), "LoopbackSetSendObserver"));
+  observe(
+      [](int32_t, const char*, const uint8_t*, size_t, void* userData) {
+        auto* state = static_cast<Seen*>(userData);
+        ++state->sends;
+        state->listening = state->listening || state->loopback->HasListener(state->engine, kPlayerChannel);
+      },
+      &seen);
+  RestartHandler();
+  observe(nullptr, nullptr);
+  EXPECT_EQ(seen.sends, 2);
+  EXPECT_FALSE(seen.listening);
+}
+
+TEST_F(SessionMarkerFile, SecondWindowOfAHealthySessionReportsTheFirstOnesLastActionToItselfAlone) {
+  Ask("getDuration");
+  FlutterEngine secondEngine;
+  ASSERT_TRUE(secondEngine.Initialize(parent_.get()));
+  VLCPlayer secondPlayer;
+  const int second = loopback_.NewestEngine();
+  MethodChannelHandler secondHandler(&secondEngine, &secondPlayer, false, nullptr);
+  EXPECT_THAT(interface_.Calls(second),
+              ElementsAre(Toast("Recovered from crash (last: getDuration)", "false"), CrashEvent("getDuration")));
+  EXPECT_THAT(interface_.Calls(engineNumber_), IsEmpty());
+}
+
+TEST_F(SessionMarkerFile, WindowThatGoesEarlyEndsTheMarkerUntilTheNextCall) {
+  FlutterEngine secondEngine;
+  ASSERT_TRUE(secondEngine.Initialize(parent_.get()));
+  VLCPlayer secondPlayer;
+  { MethodChannelHandler secondHandler(&secondEngine, &secondPlayer, false, nullptr); }
+  EXPECT_FALSE(Marker().running);
+  Ask("isPlaying");
+  EXPECT_TRUE(Marker().running);
+  EXPECT_EQ(Marker().lastAction, "isPlaying");
+}
+
+TEST_F(SessionMarkerFile, InAFolderThatCannotBeWrittenIsLostAndTheSessionWorks) {
+  EndHandler();
+  std::filesystem::remove(MarkerFile());
+  std::filesystem::create_directory(MarkerFile());  // in the file's place: no file can be opened there
+  RestartHandler();
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", kUrl}})), Success(Value(true)));
+  EXPECT_EQ(Ask("play"), Success(Value(true)));
+  EndHandler();
+  EXPECT_TRUE(std::filesystem::is_directory(MarkerFile()));
+}
+
+TEST(SessionMarkerPath, IsTheFileInTheTemporaryFolder) {
+  const ScratchFolder folder;
+  const TemporaryFolderAt temporary(folder.path());
+  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(),
+            (folder / "vantro_windows_fullscreen_native_marker.txt").string());
+}
+
+TEST(SessionMarkerPath, IsTheBareNameWithoutATemporaryFolder) {
+  const TemporaryFolderAt temporary(L"C:\\no\\such\\folder");
+  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), "vantro_windows_fullscreen_native_marker.txt");
+}
+
+TEST(SessionMarkerPath, IsTheBareNameWhenTheFolderCannotBeExpressed) {
+  if (GetACP() == CP_UTF8) GTEST_SKIP() << "every name can be expressed in this code page";
+  const ScratchFolder folder;
+  const std::filesystem::path odd = folder / L"\x65E5\x672C";
+  std::filesystem::create_directory(odd);
+  const TemporaryFolderAt temporary(odd);
+  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), "vantro_windows_fullscreen_native_marker.txt");
+}
+
+TEST_F(SessionMarkerFile, ToastCarriesItsFlagAsAWord) {
+  handler_->ShowToast("now", true);
+  handler_->ShowToast("later", false);
+  EXPECT_THAT(interface_.Calls(), ElementsAre(Toast("now", "true"), Toast("later", "false")));
+}
+
+}  // namespace
+}  // namespace vantro::test

@@ -1,0 +1,142 @@
+// The Flutter view and the video's window.
+#include <gtest/gtest.h>
+
+#include "shell/vantro_window.h"
+#include "tests/unit/bridge/player_channel.h"
+
+namespace vantro::test {
+namespace {
+
+using Value = EncodableValue;
+
+const Answer kTrue = Success(Value(true));
+
+class ViewRequests : public PlayerChannelTest {
+ protected:
+  ViewRequests() {
+    loopback_.SetViewObserver(
+        [](int32_t, HWND, UINT message, WPARAM wParam, LPARAM, LRESULT*, void* userData) {
+          const bool isExtendedStyle = static_cast<int>(static_cast<LONG_PTR>(wParam)) == GWL_EXSTYLE;
+          if (message == WM_STYLECHANGED && isExtendedStyle) ++*static_cast<int*>(userData);
+          return 0;
+        },
+        &styleChanges_);
+  }
+
+  HWND View() const { return engine_->flutterWindow_; }
+  bool IsLayered() const { return (GetWindowLongA(View(), GWL_EXSTYLE) & WS_EX_LAYERED) != 0; }
+  int Alpha() const {
+    BYTE alpha = 0;
+    DWORD flags = 0;
+    return GetLayeredWindowAttributes(View(), nullptr, &alpha, &flags) && flags == LWA_ALPHA ? alpha : -1;
+  }
+  void SetLevel(const Value& level) { EXPECT_EQ(Ask("setAlphaFlutterView", MapOf({{"level", level}})), kTrue); }
+
+  int styleChanges_ = 0;  // of the view's extended style
+};
+
+TEST_F(ViewRequests, HideAndShowSwitchTheViewInsideTheOverlay) {
+  EXPECT_EQ(Ask("hideFlutterView"), kTrue);
+  EXPECT_FALSE(engine_->visible_);
+  EXPECT_FALSE(GetWindowLongA(View(), GWL_STYLE) & WS_VISIBLE);
+  EXPECT_EQ(Ask("showFlutterView"), kTrue);
+  EXPECT_TRUE(engine_->visible_);
+  EXPECT_TRUE(GetWindowLongA(View(), GWL_STYLE) & WS_VISIBLE);
+}
+
+TEST_F(ViewRequests, WithoutAViewWindowOnlyTheFieldsChange) {
+  const HWND view = engine_->flutterWindow_;
+  engine_->flutterWindow_ = nullptr;
+  EXPECT_EQ(Ask("hideFlutterView"), kTrue);
+  SetLevel(Value(0.5));
+  EXPECT_FALSE(engine_->visible_);
+  EXPECT_EQ(engine_->alpha_, 0.5);
+  engine_->flutterWindow_ = view;
+  EXPECT_FALSE(IsLayered());
+}
+
+TEST_F(ViewRequests, AlphaBelowOneMakesTheViewLayeredWithTheTruncatedByte) {
+  SetLevel(Value(0.5));
+  EXPECT_EQ(engine_->alpha_, 0.5);
+  EXPECT_TRUE(IsLayered());
+  EXPECT_EQ(Alpha(), 127);
+}
+
+TEST_F(ViewRequests, AlphaOnALayeredViewDoesNotSetTheStyleAgain) {
+  SetLevel(Value(0.5));
+  ASSERT_EQ(styleChanges_, 1);
+  SetLevel(Value(0.25));
+  EXPECT_EQ(styleChanges_, 1);
+  EXPECT_EQ(Alpha(), 63);
+}
+
+TEST_F(ViewRequests, AlphaOfTheIntegerOneRemovesTheLayeredStyle) {
+  SetLevel(Value(0.5));
+  SetLevel(Value(1));
+  EXPECT_FALSE(IsLayered());
+  EXPECT_EQ(engine_->alpha_, 1.0);
+}
+
+TEST_F(ViewRequests, AlphaOfOneOnAnOpaqueViewTouchesNoStyle) {
+  SetLevel(Value(1.0));
+  SetLevel(Value(int64_t{7}));
+  EXPECT_EQ(styleChanges_, 0);
+  EXPECT_EQ(engine_->alpha_, 7.0);
+}
+
+TEST_F(ViewRequests, AlphaThatIsAStringBehavesAsOne) {
+  SetLevel(Value(0.5));
+  SetLevel(Value("0.5"));
+  EXPECT_FALSE(IsLayered());
+  EXPECT_EQ(engine_->alpha_, 1.0);
+}
+
+TEST_F(ViewRequests, AlphaIsNotClampedAndWrapsInTheByte) {
+  const std::pair<Value, int> rows[] = {
+      {Value(0), 0},
+      {Value(0.999), 254},
+      {Value(-0.5), 256 - 127},
+      {Value(-1), 1},
+      {Value(-2.0), 512 - 510},
+      {Value(-1e300), 0},
+      {Value(int64_t{-3}), 768 - 765},
+  };
+  for (const auto& [level, byte] : rows) {
+    SetLevel(level);
+    EXPECT_EQ(Alpha(), byte) << Describe(level);
+  }
+}
+
+TEST_F(ViewRequests, ResizeWithoutArgumentsResizesToFourZeros) {
+  EXPECT_EQ(
+      Ask("resizeVLC", MapOf({{"x", Value(10)}, {"y", Value(20)}, {"width", Value(300)}, {"height", Value(200)}})),
+      kTrue);
+  RECT rect = VideoRect();
+  EXPECT_TRUE(rect.left == 10 && rect.top == 20 && rect.right == 310 && rect.bottom == 220);
+
+  EXPECT_EQ(Ask("resizeVLC"), kTrue);
+
+  rect = VideoRect();
+  EXPECT_TRUE(rect.left == 0 && rect.top == 0 && rect.right == 0 && rect.bottom == 0);
+  EXPECT_TRUE(log_.Has("INFO [Resize] Called with 0x0 isMultiViewMode=0"));
+}
+
+TEST_F(ViewRequests, ResizeFullFillsTheClientAreaBelowTheTitleBar) {
+  EXPECT_EQ(Ask("resizeVLCFull"), kTrue);
+  const RECT rect = VideoRect();
+  EXPECT_EQ(rect.left, 0);
+  EXPECT_EQ(rect.top, TITLE_BAR_HEIGHT);
+  EXPECT_EQ(rect.right, kParentWidth);
+  EXPECT_EQ(rect.bottom, kParentHeight);
+}
+
+TEST_F(ViewRequests, FrontAndBackBothRestoreTheStacking) {
+  for (const char* method : {"vlcViewFront", "vlcViewBack"}) {
+    LogCapture log;
+    EXPECT_EQ(Ask(method), kTrue);
+    EXPECT_EQ(log.CountContaining("EnsureZOrder: parent="), 1) << method;
+  }
+}
+
+}  // namespace
+}  // namespace vantro::test
