@@ -1,0 +1,62 @@
+// A player whose events are recorded, and the steps that put it into a grid of several streams.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "tests/unit/player/player_fixture.h"
+
+namespace vantro::test {
+
+constexpr int kPlaying = 0x104;
+constexpr int kMediaChanged = 0x100;
+constexpr int kPaused = 0x105;
+constexpr int kStopped = 0x106;
+
+// What reached the interface, as "name" or "name:argument". Any thread.
+class RecordedEvents {
+ public:
+  EventCallback Callback() {
+    return [this](const char* name, const char* argument) {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      events_.push_back(*argument ? std::string(name) + ":" + argument : name);
+    };
+  }
+  std::vector<std::string> Take() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return std::move(events_);
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::string> events_;
+};
+
+class GridTest : public PlayerTest {
+ protected:
+  ~GridTest() override { player_.eventCallback_ = nullptr; }
+
+  void StartWithEvents() {
+    Start();
+    player_.eventCallback_ = events_.Callback();
+  }
+  // The single view plays a stream, and becomes the first of the given number of tiles: the later ones play
+  // "http://host/1" and so on under the names "Tile 1" and so on.
+  void StartGrid(int tiles) {
+    StartWithEvents();
+    ASSERT_TRUE(SetMedia("http://host/0"));
+    ASSERT_TRUE(player_.EnableMultiView());
+    for (int index = 1; index < tiles; ++index) ASSERT_TRUE(Add(index));
+    vlc_.ClearCalls();
+  }
+  bool Add(int index) {
+    return player_.MvAddStream("http://host/" + std::to_string(index), "Tile " + std::to_string(index));
+  }
+  MultiViewPlayer& Tile(int index) { return player_.players_.at(static_cast<size_t>(index)); }
+  libvlc_media_player_t* TilePlayer(int index) { return Tile(index).mediaPlayer.get(); }
+
+  RecordedEvents events_;
+};
+
+}  // namespace vantro::test
