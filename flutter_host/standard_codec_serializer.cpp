@@ -71,22 +71,22 @@ class Decoder {
         return;
       case kLargeInteger:
       case kString:
-        ReadArray(value.template emplace<std::string>());
+        ReadArray<std::string>(value);
         return;
       case kUint8List:
-        ReadArray(value.template emplace<std::vector<uint8_t>>());
+        ReadArray<std::vector<uint8_t>>(value);
         return;
       case kInt32List:
-        ReadArray(value.template emplace<std::vector<int32_t>>());
+        ReadArray<std::vector<int32_t>>(value);
         return;
       case kInt64List:
-        ReadArray(value.template emplace<std::vector<int64_t>>());
+        ReadArray<std::vector<int64_t>>(value);
         return;
       case kFloat64List:
-        ReadArray(value.template emplace<std::vector<double>>());
+        ReadArray<std::vector<double>>(value);
         return;
       case kFloat32List:
-        ReadArray(value.template emplace<std::vector<float>>());
+        ReadArray<std::vector<float>>(value);
         return;
       case kList:
         ReadContainer<EncodableList>(value);
@@ -121,24 +121,24 @@ class Decoder {
 
   // Strings and typed lists: a run of equal elements, padded to their size.
   template <class Array>
-  void ReadArray(Array& array) {
-    using Element = typename Array::value_type;
+  void ReadArray(EncodableValue& value) {
+    constexpr size_t kElement = sizeof(typename Array::value_type);
     const size_t count = ReadSize();
-    if constexpr (sizeof(Element) > 1) {
-      if (!in_.failed()) in_.ReadAlignment(sizeof(Element));
+    if constexpr (kElement > 1) {
+      if (!in_.failed()) in_.ReadAlignment(kElement);
     }
-    if (count == 0 || in_.failed()) return;
+    const size_t readable = in_.failed() ? 0 : count;
     if constexpr (std::is_same_v<Reader, ByteBufferStreamReader>) {
-      const uint8_t* bytes = in_.Take(count * sizeof(Element));
-      if (!bytes) return;
-      if constexpr (sizeof(Element) == 1) {
-        array.assign(bytes, bytes + count);
+      const uint8_t* bytes = readable == 0 ? nullptr : in_.Take(readable * kElement);
+      const size_t taken = bytes ? readable : 0;
+      if constexpr (kElement == 1) {
+        value.template emplace<Array>(bytes, bytes + taken);
       } else {
-        array.resize(count);
-        std::memcpy(array.data(), bytes, count * sizeof(Element));
+        Array& array = value.template emplace<Array>(taken);
+        if (taken != 0) std::memcpy(array.data(), bytes, taken * kElement);
       }
     } else {
-      ReadArrayInBlocks(array, count);
+      ReadArrayInBlocks(value.template emplace<Array>(), readable);
     }
   }
 

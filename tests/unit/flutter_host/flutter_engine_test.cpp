@@ -2,8 +2,10 @@
 #include "flutter_host/flutter_engine.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -13,6 +15,7 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
 #include "tests/unit/flutter_host/bundle_fixture.h"
+#include "tests/unit/shell/import_hook.h"
 
 namespace vantro {
 namespace {
@@ -322,6 +325,41 @@ std::string QueryErrorOf(const std::function<void()>& start) {
     return error.what();
   }
   return "no error";
+}
+
+// Makes the file system refuse to tell about every path that ends in the name.
+class RefusedStatus {
+ public:
+  explicit RefusedStatus(std::wstring name) {
+    original = reinterpret_cast<decltype(original)>(hook_.Original());
+    refused = std::move(name);
+  }
+  ~RefusedStatus() { refused.clear(); }
+  RefusedStatus(const RefusedStatus&) = delete;
+  RefusedStatus& operator=(const RefusedStatus&) = delete;
+
+ private:
+  static int Status(const wchar_t* path, struct _stat64* status) {
+    if (!refused.empty() && std::wstring_view(path).ends_with(refused)) {
+      errno = EACCES;
+      return -1;
+    }
+    return original(path, status);
+  }
+  static inline std::wstring refused;
+  static inline int (*original)(const wchar_t*, struct _stat64*) = nullptr;
+  test::ImportHook hook_{"msvcrt.dll", "_wstat64", reinterpret_cast<void*>(&Status)};
+};
+
+TEST_F(FlutterEngineTest, FailedTestOfExistencePassesOutWithItsName) {
+  RefusedStatus status(L"icudtl.dat");
+  EXPECT_NE(QueryErrorOf([this] { engine_.Initialize(parent_); }).find("exists"), std::string::npos);
+}
+
+TEST_F(FlutterEngineTest, FailedStatusOfAnEntryPassesOutWithItsName) {
+  AddDebugBundle();
+  RefusedStatus status(L"kernel_blob.bin");
+  EXPECT_NE(QueryErrorOf([this] { engine_.Initialize(parent_); }).find("directory_entry::status"), std::string::npos);
 }
 
 TEST_F(FlutterEngineTest, FailedSizeQueryPassesOutWithItsName) {
