@@ -242,6 +242,7 @@ void Player::OnStopped() {
   State before = state_.load(std::memory_order_relaxed);
   if (before != State::kEnded && before != State::kError) state_.store(State::kStopped, std::memory_order_relaxed);
   time_.store(-1, std::memory_order_relaxed);
+  length_.store(-1, std::memory_order_relaxed);
   if (!stoppedTold_.exchange(true)) events_->Push(Plain(kStopped));
 }
 
@@ -269,16 +270,10 @@ void Player::RunCommands(std::shared_ptr<Player> self) {
   self = nullptr;
 }
 
+// libvlc's own state lags behind its play function, so the one kept here counts.
 bool Player::Running() const {
-  switch (libvlc_media_player_get_state(native_)) {
-    case libvlc_Opening:
-    case libvlc_Buffering:
-    case libvlc_Playing:
-    case libvlc_Paused:
-      return true;
-    default:
-      return false;
-  }
+  State state = state_.load();
+  return state == State::kOpening || state == State::kPlaying || state == State::kPaused;
 }
 
 void Player::DoSetMedia(MediaRef media) {
@@ -292,9 +287,16 @@ void Player::DoSetMedia(MediaRef media) {
 }
 
 void Player::DoPlay() {
-  State state = state_.load(std::memory_order_relaxed);
-  if (state == State::kEnded || state == State::kError) libvlc_media_player_stop(native_);
-  if (loaded_ && !Running() && (seekBeforePlay_ > 0 || startTimeGiven_)) {
+  if (!loaded_) return;
+  if (!Running()) Start();
+  libvlc_media_player_play(native_);
+}
+
+// Makes a player that is not running ready for libvlc's play.
+void Player::Start() {
+  State before = state_.load();
+  if (before == State::kEnded || before == State::kError) libvlc_media_player_stop(native_);
+  if (seekBeforePlay_ > 0 || startTimeGiven_) {
     char option[64];
     int64_t start = seekBeforePlay_ > 0 ? seekBeforePlay_ : 0;
     snprintf(option, sizeof option, ":start-time=%" PRId64 ".%03" PRId64, start / 1000, start % 1000);
@@ -302,7 +304,7 @@ void Player::DoPlay() {
     startTimeGiven_ = start > 0;
     seekBeforePlay_ = -1;
   }
-  libvlc_media_player_play(native_);
+  state_.store(State::kOpening);
 }
 
 void Player::DoSeek(int64_t milliseconds) {

@@ -78,6 +78,7 @@ class Player {
   void Enqueue(Command command);
   void DoSetMedia(MediaRef media);
   void DoPlay();
+  void Start();
   void DoSeek(int64_t milliseconds);
   void DoStop();
   void DoClose();

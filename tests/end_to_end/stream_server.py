@@ -16,7 +16,8 @@ What the addresses of url() give, served by nginx:
 
 What the addresses of fault_url() give. file=NAME names what is sent, test.ts by default; byte positions refer to it:
 
-    stall?at=BYTES&for=SECONDS   sends up to BYTES, nothing for SECONDS (default 5) on an open connection, then the rest
+    stall?at=BYTES&for=SECONDS   sends up to BYTES, nothing for SECONDS (default 15) on an open connection, then the
+                                 rest; a client that reads ahead shows the gap when it has played those BYTES
     reset?at=BYTES               sends up to BYTES, then resets the connection
     garbage?bytes=N              N (default 1 MiB) bytes that are no stream, always the same ones
     slow?wait=SECONDS            takes the connection and answers after SECONDS (default 2)
@@ -182,7 +183,7 @@ class FaultServer:
         at = int(options["at"])
         self._send_head(connection, len(content))
         connection.sendall(content[:at])
-        self._ending.wait(float(options.get("for", "5")))
+        self._ending.wait(float(options.get("for", "15")))
         connection.sendall(content[at:])
 
     def _reset(self, connection, options):

@@ -42,6 +42,12 @@ Function Load(const char* name) {
   return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
 }
 
+struct Track {
+  int id;
+  char* name;
+  Track* next;
+};
+
 using EventFunction = void (*)(const Event*, void*);
 struct Vlc {
   void* (*New)(int, const char* const*) = Load<decltype(New)>("libvlc_new");
@@ -62,6 +68,21 @@ struct Vlc {
   bool (*IsPlaying)(void*) = Load<decltype(IsPlaying)>("libvlc_media_player_is_playing");
   int64_t (*GetTime)(void*) = Load<decltype(GetTime)>("libvlc_media_player_get_time");
   int (*SetTime)(void*, int64_t, bool) = Load<decltype(SetTime)>("libvlc_media_player_set_time");
+  int64_t (*GetLength)(void*) = Load<decltype(GetLength)>("libvlc_media_player_get_length");
+  int (*SetVolume)(void*, int) = Load<decltype(SetVolume)>("libvlc_audio_set_volume");
+  int (*GetVolume)(void*) = Load<decltype(GetVolume)>("libvlc_audio_get_volume");
+  void (*SetMute)(void*, int) = Load<decltype(SetMute)>("libvlc_audio_set_mute");
+  int (*GetMute)(void*) = Load<decltype(GetMute)>("libvlc_audio_get_mute");
+  void (*SetScale)(void*, float) = Load<decltype(SetScale)>("libvlc_video_set_scale");
+  // Null with a current libvlc 4.
+  unsigned (*Width)(void*) = Load<decltype(Width)>("libvlc_video_get_width");
+  unsigned (*Height)(void*) = Load<decltype(Height)>("libvlc_video_get_height");
+  Track* (*AudioTracks)(void*) = Load<decltype(AudioTracks)>("libvlc_audio_get_track_description");
+  Track* (*Subtitles)(void*) = Load<decltype(Subtitles)>("libvlc_video_get_spu_description");
+  int (*SetAudioTrack)(void*, int) = Load<decltype(SetAudioTrack)>("libvlc_audio_set_track");
+  int (*SetSubtitle)(void*, int) = Load<decltype(SetSubtitle)>("libvlc_video_set_spu");
+  void (*ReleaseTracks)(Track*) = Load<decltype(ReleaseTracks)>("libvlc_track_description_list_release");
+  void (*Stop)(void*) = Load<decltype(Stop)>("libvlc_media_player_stop");
   int (*StopAsync)(void*) = Load<decltype(StopAsync)>("libvlc_media_player_stop_async");
   int (*Snapshot)(void*, unsigned, const char*, unsigned, unsigned) =
       Load<decltype(Snapshot)>("libvlc_video_take_snapshot");
@@ -227,6 +248,66 @@ void PlayToTheEnd(Session& session, const char* url) {
   Check(record.Count(0x106) == 0, "Stopped is told once");
 }
 
+std::vector<int> TrackIds(const Vlc& vlc, Track* list) {
+  std::vector<int> ids;
+  for (Track* track = list; track; track = track->next) {
+    if (track->id >= 0) ids.push_back(track->id);
+  }
+  vlc.ReleaseTracks(list);
+  return ids;
+}
+
+void SeekRightAway(Session& session, const char* url) {
+  const Vlc& vlc = session.vlc;
+  session.Load(url);
+  session.record.lastTime = -1;
+  vlc.Play(session.player);
+  vlc.SetTime(session.player, 30000, false);
+  Check(PumpUntil([&] { return session.record.lastTime >= 29000; }, 3000), "a seek right behind play is obeyed");
+  Check(vlc.GetLength(session.player) > 59000 && vlc.GetLength(session.player) < 61000, "the length is known");
+  Check(vlc.SetVolume(session.player, -1) == -1 && vlc.SetVolume(session.player, 40) == 0 &&
+            vlc.GetVolume(session.player) == 40,
+        "the volume is kept, a negative one refused");
+  vlc.SetMute(session.player, 1);
+  Check(vlc.GetMute(session.player) == 1, "mute is kept");
+}
+
+// What only early versions of libvlc 4 have; `session` plays the media with the tracks.
+void TracksAndStop(Session& session) {
+  const Vlc& vlc = session.vlc;
+  if (!vlc.Stop) {
+    Check(!vlc.Width && !vlc.Height && !vlc.AudioTracks && !vlc.Subtitles && !vlc.ReleaseTracks,
+          "what a current libvlc 4 lacks is lacking");
+    return;
+  }
+  Check(PumpUntil([&] { return vlc.Width(session.player) == 640 && vlc.Height(session.player) == 360; }),
+        "the picture's size is known");
+  std::vector<int> audio = TrackIds(vlc, vlc.AudioTracks(session.player));
+  std::vector<int> subtitles = TrackIds(vlc, vlc.Subtitles(session.player));
+  Check(audio.size() == 2 && subtitles.size() == 1, "two audio tracks and a subtitle track are listed");
+  Check(audio.size() == 2 && vlc.SetAudioTrack(session.player, audio[1]) == 0, "the other audio track is taken");
+  Check(subtitles.size() == 1 && vlc.SetSubtitle(session.player, subtitles[0]) == 0, "the subtitle track is taken");
+  session.record.Clear();
+  vlc.Stop(session.player);
+  Check(!vlc.IsPlaying(session.player), "nothing plays behind stop");
+  Check(PumpUntil([&] { return session.record.Count(0x106) == 1; }), "stop tells Stopped");
+}
+
+void Scale(Session& session, HWND window, const char* url) {
+  const Vlc& vlc = session.vlc;
+  Record& record = session.record;
+  vlc.SetHwnd(session.player, window);
+  record.Clear();
+  session.Load(url);
+  vlc.Play(session.player);
+  PumpUntil([&] { return record.Count(0x104) > 0 && record.Count(0x10B) > 0 && record.lastTime < 5000; });
+  Check(PumpUntil([&] { return LitPoints(window) == 39; }), "a red picture fills the window's width");
+  vlc.SetScale(session.player, 0.5f);
+  Check(PumpUntil([&] { return LitPoints(window) > 10 && LitPoints(window) < 25; }), "at scale 0.5 it is smaller");
+  vlc.SetScale(session.player, 0.0f);
+  Check(PumpUntil([&] { return LitPoints(window) == 39; }), "at scale 0 it fits again");
+}
+
 void LoseWindow(Session& session) {
   HWND window = MakeWindow();
   session.vlc.SetHwnd(session.player, window);
@@ -284,6 +365,9 @@ int main(int argc, char** argv) {
     PlayAndSeek(session, window, argv[1]);
     ReplaceAndStop(session, window, other);
     PlayToTheEnd(session, argv[3]);
+    SeekRightAway(session, argv[3]);
+    TracksAndStop(session);
+    Scale(session, window, other);
     LoseWindow(session);
     vlc.PlayerRelease(session.player);
   }
