@@ -6,6 +6,7 @@
 
 #include "bridge/method_table.h"
 #include "shell/vantro_window.h"
+#include "tests/support/local_app_data.h"
 #include "tests/unit/bridge/player_channel.h"
 
 namespace vantro::test {
@@ -191,6 +192,34 @@ TEST_F(Dispatch, BuildTimeIsTheCompilersDateAndTime) {
 TEST_F(Dispatch, DebugInputLatencyIsAcceptedWhateverItSays) {
   EXPECT_EQ(Ask("debugInputLatency", MapOf({{"enable", Value(true)}})), Success(Value(true)));
   EXPECT_EQ(Ask("debugInputLatency"), Success(Value(true)));
+}
+
+TEST_F(Dispatch, DatabaseKeyIsTheSame32BytesAtEveryRequest) {
+  const ScratchFolder appData;
+  const LocalAppDataAt redirection(appData.path());
+  const Answer key = Ask("getDatabaseEncryptionKey");
+  const auto* bytes = std::get_if<std::vector<uint8_t>>(&key.value);
+  ASSERT_TRUE(bytes) << key;
+  EXPECT_EQ(bytes->size(), 32u);
+  EXPECT_EQ(Ask("getDatabaseEncryptionKey"), key);
+}
+
+TEST_F(Dispatch, DatabaseKeyThatCannotBeKeptIsAnErrorWithoutASecondAnswer) {
+  const LocalAppDataAt redirection(scratch_ / "no such folder");
+  int duplicates = -1;
+  EXPECT_EQ(AskCountingDuplicates("getDatabaseEncryptionKey", Value(), &duplicates),
+            Failure("DB_KEY_ERROR", "Failed to load database encryption key", Value(false)));
+  EXPECT_EQ(duplicates, 0);
+}
+
+TEST_F(Dispatch, ToggleFullscreenTogglesItsWindow) {
+  VantroWindow window(GetModuleHandleW(nullptr));
+  handler_->window_ = &window;
+  EXPECT_EQ(Ask("toggleFullscreen"), Success(Value(true)));
+  EXPECT_TRUE(window.isFullscreen_);
+  EXPECT_EQ(Ask("toggleFullscreen"), Success(Value(true)));
+  EXPECT_FALSE(window.isFullscreen_);
+  handler_->window_ = nullptr;
 }
 
 TEST_F(Dispatch, WakelockIsTheThreadsAndItsFlagTheWindows) {
