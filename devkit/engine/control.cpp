@@ -1,6 +1,5 @@
 // The functions of loopback_control.h.
 #include "devkit/engine/loopback_control.h"
-
 #include "devkit/engine/registry.h"
 
 using vantro::loopback::Bytes;
@@ -25,11 +24,13 @@ int32_t LoopbackDeliver(int32_t engine, const char* channel, const uint8_t* byte
     Bytes bytes;
   };
   const auto taken = std::make_shared<Taken>();  // shared with an answer that comes too late
-  const bool heard = Registry::Get().Deliver(engine, channel, bytes, size, [taken](const uint8_t* data, size_t length) {
-    taken->answered = true;
-    if (length > 0) taken->bytes.assign(data, data + length);
-  });
-  if (reply) reply(taken->bytes.empty() ? nullptr : taken->bytes.data(), taken->bytes.size(), taken->answered, userData);
+  const bool heard =
+      Registry::Get().Deliver(engine, channel, bytes, size, [taken](const uint8_t* answer, size_t length) {
+        taken->answered = true;
+        if (length > 0) taken->bytes.assign(answer, answer + length);
+      });
+  const uint8_t* data = taken->bytes.empty() ? nullptr : taken->bytes.data();
+  if (reply) reply(data, taken->bytes.size(), taken->answered, userData);
   return heard;
 }
 

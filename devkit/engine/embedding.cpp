@@ -53,13 +53,11 @@ FlutterDesktopViewRef FlutterDesktopViewControllerGetView(FlutterDesktopViewCont
 }
 
 bool FlutterDesktopViewControllerHandleTopLevelWindowProc(FlutterDesktopViewControllerRef controller, HWND hwnd,
-                                                          UINT message, WPARAM wParam, LPARAM lParam,
-                                                          LRESULT* result) {
+                                                          UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) {
   Registry& registry = Registry::Get();
   const int32_t engine = controller->engine->number;
-  registry.top_level_observer.Notify([&](LoopbackTopLevelObserver observer, void* data) {
-    observer(engine, hwnd, message, wParam, lParam, data);
-  });
+  registry.top_level_observer.Notify(
+      [&](LoopbackTopLevelObserver observer, void* data) { observer(engine, hwnd, message, wParam, lParam, data); });
   return registry.TopLevelResult(message, result);
 }
 

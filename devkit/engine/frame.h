@@ -1,8 +1,8 @@
 // What passes over the loopback socket.
 //
 // A frame is, little-endian: u32 number of bytes that follow; u8 kind; i32 engine; u64 id; u64 time; u32 thread; u16
-// length of the channel's name; the name; the payload, to the end. The time is microseconds since the engine's library was
-// first used and the thread is the sender's, both 0 towards the host.
+// length of the channel's name; the name; the payload, to the end. The time is microseconds since the engine's library
+// was first used and the thread is the sender's, both 0 towards the host.
 #pragma once
 
 #include <cstddef>

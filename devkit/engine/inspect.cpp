@@ -111,7 +111,8 @@ std::string Post(const MessageArguments& to) {
 
 std::string Send(const MessageArguments& to) {
   DWORD_PTR result = 0;
-  const LRESULT ok = SendMessageTimeoutA(Handle(to.hwnd), to.message, to.wparam, to.lparam, SMTO_NORMAL, kSendLimit, &result);
+  const LRESULT ok =
+      SendMessageTimeoutA(Handle(to.hwnd), to.message, to.wparam, to.lparam, SMTO_NORMAL, kSendLimit, &result);
   return Format("{\"ok\":%s,\"result\":%lld}", ok ? "true" : "false", static_cast<long long>(result));
 }
 

@@ -1,10 +1,10 @@
 // What an interface program may ask about the host's process, so that a black-box test sees windows as a user would:
 //
-//   windows            JSON list of the process's windows: handle, parent, owner, class, title, rectangle, styles, visible
-//   focus              JSON with the active, focused and capturing windows of the window thread
-//   post  send         payload: u64 handle, u32 message, u64 wParam, i64 lParam. Posts, or sends with a limit of 5 s; JSON
-//                      with ok and result
-//   capture            payload: u64 handle. A BMP file of the window's picture, children included; empty on failure
+//   windows  JSON list of the process's windows: handle, parent, owner, class, title, rectangle, styles, visible
+//   focus    JSON with the active, focused and capturing windows of the window thread
+//   post     payload: u64 handle, u32 message, u64 wParam, i64 lParam. Posts it; JSON with ok
+//   send     the same, sent with a limit of 5 s; JSON with ok and result
+//   capture  payload: u64 handle. A BMP file of the window's picture, children included; empty on failure
 //
 // All of it runs on the socket's thread and needs nothing of the window thread but that it answers sent messages.
 #pragma once

@@ -255,9 +255,8 @@ void InterfaceServer::EngineDestroyed(int32_t engine) {
   Enqueue(MakeFrame(FrameKind::kEngineDestroyed, engine), false);
   if (Registry::Get().EngineCount() > 0) return;
   std::unique_lock guard(outbound_mutex_);
-  outbound_changed_.wait_for(guard, kLastWords, [this] {
-    return client_ == INVALID_SOCKET || (outbound_.empty() && !writing_);
-  });
+  outbound_changed_.wait_for(guard, kLastWords,
+                             [this] { return client_ == INVALID_SOCKET || (outbound_.empty() && !writing_); });
 }
 
 void InterfaceServer::Deliver(const Frame& frame) {
@@ -298,7 +297,8 @@ void InterfaceServer::DeliverOne() {
     if (size > 0) reply.payload.assign(data, data + size);
     Enqueue(std::move(reply), false);
   };
-  const bool heard = Registry::Get().Deliver(frame.engine, frame.channel, frame.payload.data(), frame.payload.size(), answer);
+  const bool heard =
+      Registry::Get().Deliver(frame.engine, frame.channel, frame.payload.data(), frame.payload.size(), answer);
   if (*answered || frame.id == 0) return;
   Frame silence = MakeFrame(heard ? FrameKind::kNotAnswered : FrameKind::kNoListener, frame.engine);
   silence.id = frame.id;

@@ -1,12 +1,12 @@
 // The socket to the interface: a program that plays the part of the Dart side.
 //
-// VANTRO_LOOPBACK_PORT asks for it: the first engine then listens on 127.0.0.1 at that port, 0 for any; the port that was
-// taken is written to the file that VANTRO_LOOPBACK_PORT_FILE names. One interface is connected at a time, the next one
-// waits for its turn. While none is connected what the host sends is kept, up to a limit beyond which the oldest messages
-// are dropped and counted.
+// VANTRO_LOOPBACK_PORT asks for it: the first engine then listens on 127.0.0.1 at that port, 0 for any; the port that
+// was taken is written to the file that VANTRO_LOOPBACK_PORT_FILE names. One interface is connected at a time, the next
+// one waits for its turn. While none is connected what the host sends is kept, up to a limit beyond which the oldest
+// messages are dropped and counted.
 //
-// Messages from the interface are delivered on the thread that made the first engine, by a posted message, one a turn of
-// the host's message loop.
+// Messages from the interface are delivered on the thread that made the first engine, by a posted message, one a turn
+// of the host's message loop.
 #pragma once
 
 #include <winsock2.h>
@@ -39,8 +39,8 @@ class InterfaceServer {
   void EngineCreated(int32_t engine);
   void Violation(int32_t engine, const std::string& text);
   void Input(int32_t engine, UINT message, WPARAM wParam, LPARAM lParam);
-  // Waits a moment for the connected interface to get everything when this was the last engine: the process is likely to
-  // end next.
+  // Waits a moment for the connected interface to get everything when this was the last engine: the process is likely
+  // to end next.
   void EngineDestroyed(int32_t engine);
 
  private:

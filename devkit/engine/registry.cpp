@@ -145,7 +145,8 @@ bool Registry::Send(FlutterDesktopMessenger* messenger, const char* channel, con
                     FlutterDesktopBinaryReply reply, void* user_data) {
   const int32_t engine = messenger->engine;
   if (engine == 0) return false;
-  send_observer.Notify([&](LoopbackSendObserver observer, void* data) { observer(engine, channel, bytes, size, data); });
+  send_observer.Notify(
+      [&](LoopbackSendObserver observer, void* data) { observer(engine, channel, bytes, size, data); });
   InterfaceServer* const server = InterfaceServer::Active();
   if (server) {
     server->HostMessage(engine, channel, bytes, size, reply, user_data);

@@ -1,5 +1,5 @@
-// What lives in the loopback engine: engines, messengers, views, the answers that are owed, and the faults and observers
-// that a test has set.
+// What lives in the loopback engine: engines, messengers, views, the answers that are owed, and the faults and
+// observers that a test has set.
 //
 // One lock guards all of it and is never held while host code, a test's observer or the interface's socket is called.
 #pragma once
@@ -98,8 +98,8 @@ class Registry {
 
   // Null when a fault asks for it.
   FlutterDesktopEngine* CreateEngine(const FlutterDesktopEngineProperties& properties);
-  // Counts the answers that the host still owes as violations, makes the messenger unavailable under its lock, and drops
-  // the engine's reference.
+  // Counts the answers that the host still owes as violations, makes the messenger unavailable under its lock, and
+  // drops the engine's reference.
   void DestroyEngine(FlutterDesktopEngine* engine);
   void NoteViewSize(int width, int height);
 

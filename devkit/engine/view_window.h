@@ -1,5 +1,5 @@
-// The window of a view: a child of its own class, first parented to the message-only window, into which nothing is drawn
-// but a small badge when the glass stand-in is on.
+// The window of a view: a child of its own class, first parented to the message-only window, into which nothing is
+// drawn but a small badge when the glass stand-in is on.
 //
 // Where no compositor makes the overlay's glass (VANTRO_LOOPBACK_GLASS=1), the window that carries the view is cut to
 // the badge's shape, so that the video under it can be seen. Its rectangle stays what it was.

@@ -1,5 +1,5 @@
-// A host of a page for the simulator's own tests. Its window carries the view, and its channel "echo" answers every message
-// with the message's bytes, but for a first byte that asks for something else:
+// A host of a page for the simulator's own tests. Its window carries the view, and its channel "echo" answers every
+// message with the message's bytes, but for a first byte that asks for something else:
 //
 //   0xF0  no answer        0xF1  two answers     0xF2  an empty answer
 //   0xF3  the rest is sent on the channel "said" from another thread, then an empty answer
@@ -45,8 +45,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   windowClass.hInstance = instance;
   windowClass.lpszClassName = L"EchoHost";
   RegisterClassW(&windowClass);
-  const HWND window = CreateWindowExW(0, L"EchoHost", L"echo \"host\"", WS_POPUP | WS_VISIBLE, 10, 20, 300, 200, nullptr,
-                                      nullptr, instance, nullptr);
+  const HWND window = CreateWindowExW(0, L"EchoHost", L"echo \"host\"", WS_POPUP | WS_VISIBLE, 10, 20, 300, 200,
+                                      nullptr, nullptr, instance, nullptr);
   FlutterDesktopEngineProperties properties{};
   const auto engine = FlutterDesktopEngineCreate(&properties);
   const auto controller = FlutterDesktopViewControllerCreate(300, 200, engine);

@@ -1,13 +1,13 @@
-// host_launcher STATUSFILE PROGRAM [ARGUMENT ...]: starts the program, writes its process id to the status file, waits for
-// its end and adds its whole exit code, which Wine would cut to eight bits:
+// host_launcher STATUSFILE PROGRAM [ARGUMENT ...]: starts the program, writes its process id to the status file, waits
+// for its end and adds its whole exit code, which Wine would cut to eight bits:
 //
 //   pid 264
 //   exit 0xC0000005
 //
 // When its own standard input ends it terminates the program with 0xDEAD, so that no program outlives who started it.
 //
-// host_launcher --keep: holds the prefix's services and desktop until its standard input ends. A desktop that nobody uses
-// goes after a second, and a program that starts in that moment fails with 0xC0000142.
+// host_launcher --keep: holds the prefix's services and desktop until its standard input ends. A desktop that nobody
+// uses goes after a second, and a program that starts in that moment fails with 0xC0000142.
 #include <windows.h>
 
 #include <cstdio>

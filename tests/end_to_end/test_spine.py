@@ -4,10 +4,9 @@ from tests.support.pictures import bmp_colours, screen_colours
 
 
 def video_window(client):
-    """The child window of the main window that libvlc draws into: the largest one."""
-    (window,) = client.windows("VantroWindowClass")
-    children = [child for child in client.windows() if child.parent == window.handle]
-    return max(children, key=lambda child: child.size[0] * child.size[1])
+    """The child window of the main window that libvlc draws into."""
+    (window,) = client.windows("VantroVlcHostWindow")
+    return window
 
 
 def playing(client, url, **options):

@@ -48,7 +48,7 @@ def test_a_key_on_the_overlay_reaches_the_view(host):
     client = host().client
     (overlay,) = client.windows("VantroFlutterOverlay")
     client.post(overlay.handle, WM_KEYDOWN, ord("A"), 1)
-    client.wait_until(lambda: any(key.message == WM_KEYDOWN and key.wparam == ord("A") for key in client.inputs), "the key")
+    client.wait_until(lambda: (WM_KEYDOWN, ord("A")) in [(key.message, key.wparam) for key in client.inputs], "the key")
 
 
 def test_f11_on_the_overlay_fills_the_screen_and_comes_back(host):
@@ -57,4 +57,5 @@ def test_f11_on_the_overlay_fills_the_screen_and_comes_back(host):
     (window,) = client.windows("VantroWindowClass")
     for expected in ((1024, 768), window.size):
         client.post(overlay.handle, WM_KEYDOWN, VK_F11, 1)
-        client.poll(lambda: client.windows("VantroWindowClass")[0].size, lambda size: size == expected, f"size {expected}")
+        client.poll(lambda: client.windows("VantroWindowClass")[0].size, lambda size: size == expected,
+                    f"size {expected}")

@@ -1,8 +1,8 @@
 """The fixtures that integration and end-to-end tests share.
 
-`host` and `player_host` are functions that start a host and return it; whatever a test starts ends with the test, and the
-end is looked at: no answer may have been given twice or left out, nothing the host said may be undecodable. A test that
-expects otherwise says so with allow_violations.
+`host` and `player_host` are functions that start a host and return it; whatever a test starts ends with the test, and
+the end is looked at: no answer may have been given twice or left out, nothing the host said may be undecodable. A test
+that expects otherwise says so with allow_violations.
 
 A test that does not end within its limit is ended by a watchdog that prints where every thread stands. The limit is
 60 seconds, or what the marker time_limit(seconds) says.
@@ -103,8 +103,8 @@ def host(wine_prefix, tmp_path):
 
 @pytest.fixture
 def player_host(wine_prefix, tmp_path):
-    """Starts the built host with the bridge, so that real streams play. Its windows have no display; their pictures come
-    from client.capture."""
+    """Starts the built host with the bridge, so that real streams play. Its windows have no display; their pictures
+    come from client.capture."""
     libraries = hosts.bridge()
     _require(hosts.BUILD / "vantro.exe", *libraries.values())
     yield from _starter(wine_prefix, tmp_path, libraries)

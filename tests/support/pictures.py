@@ -35,6 +35,6 @@ def screen_colours(display, path, rect):
     display.screenshot(pathlib.Path(path))
     left, top, right, bottom = rect
     crop = f"{right - left}x{bottom - top}+{left}+{top}"
-    raw = subprocess.run(["convert-im6.q16", str(path), "-crop", crop, "+repage", "-sample", "50x40!", "-depth", "8", "rgb:-"],
-                         check=True, stdin=subprocess.DEVNULL, capture_output=True, timeout=30).stdout
+    command = ["convert-im6.q16", str(path), "-crop", crop, "+repage", "-sample", "50x40!", "-depth", "8", "rgb:-"]
+    raw = subprocess.run(command, check=True, stdin=subprocess.DEVNULL, capture_output=True, timeout=30).stdout
     return _shares([tuple(raw[at : at + 3]) for at in range(0, len(raw), 3)])

@@ -101,7 +101,8 @@ def test_every_truncation_is_an_error(cut):
         codec.decode_method_call(whole[:cut])
 
 
-@pytest.mark.parametrize("data", ["0f", "80", "07 01 ff", "00 00"], ids=["type 15", "type 128", "not UTF-8", "trailing"])
+@pytest.mark.parametrize("data", ["0f", "80", "07 01 ff", "00 00"],
+                         ids=["type 15", "type 128", "not UTF-8", "trailing"])
 def test_bytes_that_no_encoder_writes_are_an_error(data):
     with pytest.raises(codec.CodecError):
         codec.decode_message(bytes.fromhex(data))

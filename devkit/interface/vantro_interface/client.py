@@ -148,6 +148,13 @@ class Client:
             raise NotAnswered(f"engine {frame.engine}, {channel}")
         return frame.payload
 
+    def settle(self, timeout=None):
+        """Returns when the host's message loop has taken a message: it is up, and what was posted before is done."""
+        try:
+            self.send_bytes(b"", channel="settle", timeout=timeout)
+        except NoListener:
+            pass
+
     def command(self, name, payload=b"", timeout=None):
         """A question to the engine about its process; devkit/engine/inspect.h lists them."""
         return self._ask(Frame(Kind.COMMAND, channel=name, payload=payload), timeout).payload

@@ -61,7 +61,8 @@ class Writer:
             self.align(8)
             self.bytes += struct.pack("<d", value)
         elif isinstance(value, str):
-            self._sized(BIG_INTEGER if isinstance(value, BigInteger) else STRING, value.encode("utf-8", "surrogateescape"))
+            kind = BIG_INTEGER if isinstance(value, BigInteger) else STRING
+            self._sized(kind, value.encode("utf-8", "surrogateescape"))
         elif isinstance(value, (bytes, bytearray)):
             self._sized(BYTES, value)
         elif isinstance(value, array.array):

@@ -15,7 +15,8 @@ import shlex
 import sys
 
 from . import codec, methods
-from .client import PLAYER_CHANNEL, THUMBNAIL_CHANNEL, Client, ConnectionLost, NoListener, NotAnswered, WaitTimeout, shorten
+from .client import (PLAYER_CHANNEL, THUMBNAIL_CHANNEL, Client, ConnectionLost, NoListener, NotAnswered, WaitTimeout,
+                     shorten)
 from .host import ROOT
 
 PORT_FILE = ROOT / "out/demo/host/port.txt"
@@ -127,7 +128,8 @@ def set_up_line_editing():
 def main():
     parser = argparse.ArgumentParser(prog="./dev console", description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("port", nargs="?", type=int, help="the loopback engine's port; that of the running demo if left out")
+    parser.add_argument("port", nargs="?", type=int,
+                        help="the loopback engine's port; that of the running demo if left out")
     port = parser.parse_args().port
     if port is None:
         if not PORT_FILE.exists():

@@ -1,4 +1,4 @@
-"""A screen for hosts with the x11 driver: the user's own when DISPLAY is set, else an Xvfb of its own; and pictures of it."""
+"""A screen for hosts with the x11 driver, the user's own when DISPLAY is set, else an Xvfb; and pictures of it."""
 
 import os
 import pathlib

@@ -44,7 +44,7 @@ def bridge(variant="early4"):
 
 
 class Prefix:
-    """A Wine prefix cloned for this object. The driver is "null" (windows without a display) or "x11" (needs DISPLAY)."""
+    """A Wine prefix cloned for this object. The driver is "null" (windows nobody sees) or "x11" (on a display)."""
 
     def __init__(self, folder, driver="null", display=None):
         self.folder = pathlib.Path(folder)
@@ -147,10 +147,11 @@ class Host:
     # Life.
 
     def start(self, *arguments, connect=True):
-        """Starts the process; returns when an interface is connected, or at once without connect."""
+        """Starts the process; returns when an interface is connected and the message loop runs, or at once without
+        connect."""
         self.launch(*arguments)
         if connect:
-            self.connect()
+            self.connect().settle(START_TIMEOUT)
         return self
 
     def launch(self, *arguments):

@@ -1,4 +1,4 @@
-"""The channels' methods with the keys of their arguments: what the console completes. docs/channel.md describes them."""
+"""The channels' methods with the keys of their arguments, for the console. docs/channel.md describes them."""
 
 PLAYER_METHODS = {
     "setMedia": ["URL", "url", "title", "Title", "networkCacheMs", "initialSeekPositionMs", "isLiveStream",

@@ -120,7 +120,9 @@ TEST_F(LoopbackEngineTest, SendsAreTakenFromAnyThread) {
 
 TEST_F(LoopbackEngineTest, AReplyIsRefusedUntilAnAnswerIsSet) {
   Bytes answer;
-  const auto take = [](const uint8_t* data, size_t size, void* to) { static_cast<Bytes*>(to)->assign(data, data + size); };
+  const auto take = [](const uint8_t* data, size_t size, void* to) {
+    static_cast<Bytes*>(to)->assign(data, data + size);
+  };
   EXPECT_FALSE(FlutterDesktopMessengerSendWithReply(Messenger(), kChannel, nullptr, 0, take, &answer));
 
   loopback_.SetSendAnswer({5, 6});

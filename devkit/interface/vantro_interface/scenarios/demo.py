@@ -53,7 +53,8 @@ class Demo:
         """Loads a stream and waits until it plays and its time rises."""
         mark = self.client.mark()
         self.call("setMedia", {"url": url, "networkCacheMs": 500, **options})
-        self.client.wait_until(lambda: any(event.method in ("onPlaying", "onError") for event in self.client.events[mark:]),
+        outcomes = ("onPlaying", "onError")
+        self.client.wait_until(lambda: any(event.method in outcomes for event in self.client.events[mark:]),
                                "onPlaying", START)
         for event in self.client.since(mark):
             if event.method == "onError":
@@ -62,7 +63,7 @@ class Demo:
         self.rising_time(mark)
 
     def rising_time(self, mark, milliseconds=1000):
-        """Waits until the time has risen by that much. Late events of the stream before do not count: they fall back."""
+        """Waits until the time has risen by that much. Late events of the stream before do not count."""
 
         def risen():
             lowest = None
@@ -82,12 +83,12 @@ class Demo:
             path = self.display.screenshot(self.out / f"{name}.png")
             return region_colours(path, video_area(self.client))[0]
 
-        seen = self.client.poll(look, lambda count: count >= colours, f"a picture in the video area ({name})", pause=0.2)
+        seen = self.client.poll(look, lambda count: count >= colours, f"a picture in the video area ({name})")
         self.teller.line(f"   screenshot {name}.png: {seen} colours in the video area")
         self.pictures.append(f"{name}.png")
 
     def filled_picture(self, name):
-        """Keeps a screenshot on which the picture reaches the lower right corner, where the test picture is never black."""
+        """Keeps a screenshot on which the picture reaches the lower right corner, where it is never black."""
 
         def look():
             path = self.display.screenshot(self.out / f"{name}.png")
@@ -159,7 +160,8 @@ class Demo:
             path = self.display.screenshot(self.out / "4-grid.png")
             left, top, right, bottom = video_area(self.client)
             middle, half = (left + right) // 2, (top + bottom) // 2
-            corners = {"red": (right - 90, top + 40), "green": (left + 40, bottom - 90), "blue": (middle + 90, half + 90)}
+            corners = {"red": (right - 90, top + 40), "green": (left + 40, bottom - 90),
+                       "blue": (middle + 90, half + 90)}
             return {name: colour_name(path, (x, y, x + 50, y + 50)) for name, (x, y) in corners.items()}
 
         self.client.poll(show, lambda seen: all(name == colour for name, colour in seen.items()),
@@ -280,7 +282,7 @@ def main():
     pictures, failure = [], None
     try:
         with Display() as display, Prefix(ROOT / "out/wine/demo", "x11", display.name) as prefix, \
-                Host(prefix, out / "host", libraries=bridge(), glass=True, timeout=20, on_event=teller.on_event) as host:
+                Host(prefix, out / "host", libraries=bridge(), glass=True, on_event=teller.on_event) as host:
             with teller.step(f"Starting {BUILD / 'vantro.exe'}"):
                 host.start()
                 teller.line(f"   process {host.client.hello['pid']} on display {display.name}")
