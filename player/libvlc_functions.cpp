@@ -1,8 +1,7 @@
 #include "player/libvlc_functions.h"
 
-#include <windows.h>
-
 #include <shlwapi.h>
+#include <windows.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -18,7 +17,8 @@ constexpr unsigned kMajorVersionShift = 24;
 // The first major version whose media creators take the string alone.
 constexpr int kFirstMajorWithoutInstance = 4;
 
-#define SLOT(name) {#name, offsetof(LibVlcFunctions, name)}
+#define SLOT(name) \
+  { #name, offsetof(LibVlcFunctions, name) }
 constexpr LibVlcSlot kSlots[] = {
     SLOT(libvlc_new),
     SLOT(libvlc_release),

@@ -86,8 +86,8 @@ LibVlcFunctions& LibVlcFunctionTable();
 HMODULE GetLibVlcModule();
 HMODULE GetLibVlcCoreModule();
 
-// The search behind both: the loaded module of this name, then the path relative to the executable's directory, then the
-// loader's search path. Null with the last error of the loader if none has it.
+// The search behind both: the loaded module of this name, then the path relative to the executable's directory, then
+// the loader's search path. Null with the last error of the loader if none has it.
 HMODULE FindVlcLibrary(const char* fileName, const char* bundledPath);
 
 // The text of libvlc's last error; a fixed one when there is none or the library can't tell. Valid until the next call

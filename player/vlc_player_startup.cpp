@@ -52,10 +52,10 @@ bool HasRequiredSymbols(const LibVlcFunctions& vlc) {
       vlc.libvlc_media_player_event_manager && vlc.libvlc_event_attach) {
     return true;
   }
-  LOG_ERROR(
-      "Missing required libvlc symbols (new=%d, player_new=%d, set_hwnd=%d, event_manager=%d, event_attach=%d)",
-      vlc.libvlc_new != nullptr, vlc.libvlc_media_player_new != nullptr, vlc.libvlc_media_player_set_hwnd != nullptr,
-      vlc.libvlc_media_player_event_manager != nullptr, vlc.libvlc_event_attach != nullptr);
+  LOG_ERROR("Missing required libvlc symbols (new=%d, player_new=%d, set_hwnd=%d, event_manager=%d, event_attach=%d)",
+            vlc.libvlc_new != nullptr, vlc.libvlc_media_player_new != nullptr,
+            vlc.libvlc_media_player_set_hwnd != nullptr, vlc.libvlc_media_player_event_manager != nullptr,
+            vlc.libvlc_event_attach != nullptr);
   return false;
 }
 

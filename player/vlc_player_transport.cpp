@@ -211,8 +211,9 @@ void VLCPlayer::StopInternal(bool suppress) {
 }
 
 void VLCPlayer::SetVolume(int volume) {
-  LOG_INFO("[VLCPlayer::SetVolume] Called with volume=%d, current volume_=%d, mediaPlayer_.get()=%p, isMultiViewMode_=%d",
-           volume, volume_, static_cast<void*>(mediaPlayer_.get()), static_cast<int>(isMultiViewMode_));
+  LOG_INFO(
+      "[VLCPlayer::SetVolume] Called with volume=%d, current volume_=%d, mediaPlayer_.get()=%p, isMultiViewMode_=%d",
+      volume, volume_, static_cast<void*>(mediaPlayer_.get()), static_cast<int>(isMultiViewMode_));
   if (!mediaPlayer_) {
     volume_ = volume;
     LOG_INFO("[VLCPlayer::SetVolume] No mediaPlayer_.get(), just caching volume");

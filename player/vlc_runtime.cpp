@@ -1,9 +1,8 @@
 #include "player/vlc_runtime.h"
 
-#include <windows.h>
-
 #include <shlobj.h>
 #include <shlwapi.h>
+#include <windows.h>
 
 #include <filesystem>
 #include <system_error>
@@ -31,8 +30,7 @@ bool Exists(const std::string& path) {
   if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
   const DWORD error = GetLastError();
   if (MeansAbsent(error)) return false;
-  throw std::filesystem::filesystem_error("exists",
-                                          std::error_code(static_cast<int>(error), std::system_category()));
+  throw std::filesystem::filesystem_error("exists", std::error_code(static_cast<int>(error), std::system_category()));
 }
 
 bool FileExists(const std::string& path) { return PathFileExistsA(path.c_str()) != FALSE; }

@@ -47,13 +47,15 @@ void Script::ReadEnvironment() {
   }
   for (const std::string& entry : Split(Environment("VANTRO_SCRIPTED_RESULTS"), ';')) {
     const auto [function, values] = Cut(entry, '=');
-    for (const std::string& value : Split(values, ',')) results[function].push_back(std::strtoll(value.c_str(), nullptr, 0));
+    for (const std::string& value : Split(values, ','))
+      results[function].push_back(std::strtoll(value.c_str(), nullptr, 0));
   }
   for (const std::string& entry : Split(Environment("VANTRO_SCRIPTED_EVENTS"), ';')) {
     const auto [function, events] = Cut(entry, '=');
     for (const std::string& event : Split(events, ',')) {
       const auto [type, value] = Cut(event, ':');
-      following[function].push_back({static_cast<int32_t>(std::strtol(type.c_str(), nullptr, 0)), std::atof(value.c_str())});
+      following[function].push_back(
+          {static_cast<int32_t>(std::strtol(type.c_str(), nullptr, 0)), std::atof(value.c_str())});
     }
   }
 }

@@ -69,8 +69,7 @@ void* ScriptedMediaOf(const void* player);
 
 // The attachment of the index on the player in the order of attaching: 0 when there is none.
 typedef void (*ScriptedCallback)(const void* event, void* userData);
-int32_t ScriptedAttached(const void* player, int32_t index, int32_t* type, ScriptedCallback* callback,
-                         void** userData);
+int32_t ScriptedAttached(const void* player, int32_t index, int32_t* type, ScriptedCallback* callback, void** userData);
 // Raises one event on a thread of its own and waits until it is delivered. The payload is the first eight bytes of the
 // event's union. Returns the number of callbacks called.
 int32_t ScriptedRaise(const void* player, int32_t type, uint64_t payload);

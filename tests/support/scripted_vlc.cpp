@@ -175,8 +175,8 @@ std::vector<std::string> ScriptedVlc::Violations() const {
   std::vector<std::string> violations;
   const int count = CONTROL(ScriptedViolationCount)();
   for (int index = 0; index < count; ++index) {
-    violations.push_back(ReadText(
-        [&](char* buffer, size_t size) { return CONTROL(ScriptedViolation)(index, buffer, size); }));
+    violations.push_back(
+        ReadText([&](char* buffer, size_t size) { return CONTROL(ScriptedViolation)(index, buffer, size); }));
   }
   return violations;
 }

@@ -64,6 +64,20 @@ class PlayerTest : public testing::Test {
   VLCPlayer player_;
 };
 
+// A player that has been started, with the calls of the start forgotten.
+class StartedPlayerTest : public PlayerTest {
+ protected:
+  void SetUp() override { Start(); }
+
+  libvlc_media_player_t* Player() { return player_.mediaPlayer_.get(); }
+  // The lines of the log that hold the tag.
+  std::vector<std::string> LinesOf(const std::string& tag) {
+    std::vector<std::string> lines = log_.Lines();
+    std::erase_if(lines, [&](const std::string& line) { return line.find(tag) == std::string::npos; });
+    return lines;
+  }
+};
+
 // Where a child window stands in its parent's client area, and how large it is.
 inline RECT PlaceInParent(HWND child) {
   RECT place{};

@@ -66,10 +66,9 @@ TEST_F(PlayerStartup, TheConstructorTouchesNoLibvlcAndSetsTheDefaults) {
 
 TEST_F(PlayerStartup, MakesTheCallsInOrder) {
   ASSERT_TRUE(Initialize());
-  std::vector<std::string> expected = {
-      "libvlc_get_version()", kFourArguments, "libvlc_media_player_new(instance1)",
-      "libvlc_media_player_set_hwnd(player1, " + vlc_.Name(player_.vlcWindow_) + ")",
-      "libvlc_media_player_event_manager(player1)"};
+  std::vector<std::string> expected = {"libvlc_get_version()", kFourArguments, "libvlc_media_player_new(instance1)",
+                                       "libvlc_media_player_set_hwnd(player1, " + vlc_.Name(player_.vlcWindow_) + ")",
+                                       "libvlc_media_player_event_manager(player1)"};
   for (const std::string& call : EventCalls("libvlc_event_attach")) expected.push_back(call);
   expected.push_back("libvlc_audio_set_volume(player1, 100)");
   EXPECT_THAT(vlc_.Calls(), ElementsAreArray(expected));
@@ -148,7 +147,8 @@ TEST_F(PlayerStartup, AnEmptyVersionSlotIsUnknown) {
 // The child window.
 
 TEST_F(PlayerStartup, TheChildWindowFillsTheParentAtTheBottom) {
-  const HWND sibling = CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 10, 10, parent_.get(), nullptr, nullptr, nullptr);
+  const HWND sibling =
+      CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 10, 10, parent_.get(), nullptr, nullptr, nullptr);
   ASSERT_TRUE(Initialize());
   const HWND child = player_.vlcWindow_;
   EXPECT_EQ(GetParent(child), parent_.get());
@@ -216,8 +216,8 @@ class InstanceFailure : public PlayerStartup {
 
   std::vector<std::string> LinesAfterTheStages() {
     std::vector<std::string> lines = log_.Lines();
-    const auto last = std::find(lines.begin(), lines.end(),
-                                "WARNING Failed with plugin path, trying bare minimum (no args)");
+    const auto last =
+        std::find(lines.begin(), lines.end(), "WARNING Failed with plugin path, trying bare minimum (no args)");
     return last == lines.end() ? lines : std::vector<std::string>(last + 1, lines.end());
   }
 };
@@ -293,7 +293,8 @@ TEST_P(MissingSlot, EndsTheStartBeforeAnInstanceIsMade) {
   EXPECT_TRUE(IsWindow(player_.vlcWindow_));
 }
 
-#define REQUIRED(name, line) RequiredSlot{#name, offsetof(LibVlcFunctions, name), line}
+#define REQUIRED(name, line) \
+  RequiredSlot { #name, offsetof(LibVlcFunctions, name), line }
 INSTANTIATE_TEST_SUITE_P(
     Table, MissingSlot,
     testing::Values(

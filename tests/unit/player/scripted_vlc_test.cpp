@@ -6,6 +6,8 @@
 #include <windows.h>
 
 #include <atomic>
+#include <fstream>
+#include <string>
 
 #include "player/libvlc_functions.h"
 
@@ -42,9 +44,8 @@ TEST_F(ScriptedVlcTest, RecordsCallsInOrderWithTheirArgumentsAndThread) {
   const VlcInstancePtr instance(libvlc_new(1, arguments));
   const VlcMediaPlayerPtr player(libvlc_media_player_new(instance.get()));
   libvlc_media_player_set_time(player.get(), 5000, false);
-  EXPECT_THAT(vlc_.Calls(),
-              ElementsAre("libvlc_new(1, \"--intf=dummy\")", "libvlc_media_player_new(instance1)",
-                          "libvlc_media_player_set_time(player1, 5000, 0)"));
+  EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_new(1, \"--intf=dummy\")", "libvlc_media_player_new(instance1)",
+                                        "libvlc_media_player_set_time(player1, 5000, 0)"));
   EXPECT_THAT(vlc_.ThreadsOf("libvlc_new"), ElementsAre(GetCurrentThreadId()));
 }
 
@@ -130,6 +131,56 @@ TEST_F(ScriptedVlcTest, StatisticsArriveInTheProductsLayout) {
   ASSERT_TRUE(libvlc_media_get_stats(media.get(), &stats));
   EXPECT_EQ(stats.i_displayed_pictures, 3'000'000'001u);
   EXPECT_EQ(stats.i_played_abuffers, 7u);
+}
+
+// Scripting by the environment, as a program sees it that is tested from outside: this program again, as a child that
+// knows itself by its environment.
+
+constexpr char kCallsFile[] = "scripted_calls.txt";
+constexpr char kCallsVariable[] = "VANTRO_SCRIPTED_CALLS";
+
+void BehaveAsTheScriptedProgram() {
+  EXPECT_EQ(libvlc_new(0, nullptr), nullptr);
+  const VlcInstancePtr instance(libvlc_new(0, nullptr));
+  const VlcMediaPlayerPtr player(libvlc_media_player_new(instance.get()));
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  EXPECT_EQ(vlc.libvlc_media_player_get_time(player.get()), 11);
+  EXPECT_EQ(vlc.libvlc_media_player_get_time(player.get()), 22);
+  Received received;
+  vlc.libvlc_event_attach(vlc.libvlc_media_player_event_manager(player.get()), 0x103, Receive, &received);
+  libvlc_media_player_play(player.get());
+  while (received.calls == 0) SwitchToThread();
+  EXPECT_EQ(received.last.u.cache, 50.0f);
+  vlc.libvlc_event_detach(vlc.libvlc_media_player_event_manager(player.get()), 0x103, Receive, &received);
+}
+
+TEST(ScriptedEnvironment, ScriptsAProgramFromOutside) {
+  if (GetEnvironmentVariableA(kCallsVariable, nullptr, 0) > 0) return BehaveAsTheScriptedProgram();
+  DeleteFileA(kCallsFile);
+  SetEnvironmentVariableA(kCallsVariable, kCallsFile);
+  SetEnvironmentVariableA("VANTRO_SCRIPTED_FAIL", "libvlc_new:1");
+  SetEnvironmentVariableA("VANTRO_SCRIPTED_RESULTS", "libvlc_media_player_get_time=11,22");
+  SetEnvironmentVariableA("VANTRO_SCRIPTED_EVENTS", "libvlc_media_player_play=0x102,0x103:50");
+  char program[MAX_PATH] = "";
+  GetModuleFileNameA(nullptr, program, MAX_PATH);
+  std::string command =
+      std::string("\"") + program + "\" --gtest_filter=ScriptedEnvironment.ScriptsAProgramFromOutside";
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION child{};
+  ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &child));
+  for (const char* name : {"CALLS", "FAIL", "RESULTS", "EVENTS"})
+    SetEnvironmentVariableA((std::string("VANTRO_SCRIPTED_") + name).c_str(), nullptr);
+  WaitForSingleObject(child.hProcess, INFINITE);
+  DWORD code = 1;
+  GetExitCodeProcess(child.hProcess, &code);
+  CloseHandle(child.hProcess);
+  CloseHandle(child.hThread);
+  EXPECT_EQ(code, 0u);
+  std::ifstream calls(kCallsFile);
+  std::string first;
+  std::getline(calls, first);
+  EXPECT_EQ(first, "libvlc_new(0, null)");
 }
 
 }  // namespace

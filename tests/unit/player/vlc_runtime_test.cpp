@@ -3,9 +3,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
-
 #include <shlobj.h>
+#include <windows.h>
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,0 +1,146 @@
+// The player in a process that has no libvlc.dll at all. The functions that the host imports directly are defined here,
+// so that the program starts without the library; they count what is released.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "player/vlc_player.h"
+#include "tests/support/log_capture.h"
+
+namespace {
+
+int releasedInstances = 0;
+int releasedPlayers = 0;
+int releasedMedia = 0;
+
+}  // namespace
+
+extern "C" {
+
+void libvlc_release(libvlc_instance_t*) { ++releasedInstances; }
+void libvlc_media_player_release(libvlc_media_player_t*) { ++releasedPlayers; }
+void libvlc_media_release(libvlc_media_t*) { ++releasedMedia; }
+bool libvlc_media_get_stats(libvlc_media_t*, libvlc_media_stats_t*) { return false; }
+
+}  // extern "C"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+char handles[3];
+
+class PlayerWithoutLibVlc : public testing::Test {
+ protected:
+  PlayerWithoutLibVlc() { releasedInstances = releasedPlayers = releasedMedia = 0; }
+
+  // As if an instance and a player had been made: the operations go on to ask for the table.
+  void GiveHandles(VLCPlayer& player) {
+    player.vlcInstance_.reset(reinterpret_cast<libvlc_instance_t*>(&handles[0]));
+    player.mediaPlayer_.reset(reinterpret_cast<libvlc_media_player_t*>(&handles[1]));
+    player.media_.reset(reinterpret_cast<libvlc_media_t*>(&handles[2]));
+  }
+  std::vector<std::string> Failures() {
+    std::vector<std::string> lines = log_.Lines();
+    std::erase_if(lines, [](const std::string& line) { return !line.starts_with("ERROR "); });
+    return lines;
+  }
+
+  LogCapture log_;
+  VLCPlayer player_;
+};
+
+TEST_F(PlayerWithoutLibVlc, TheModuleIsNullAndTheTableNotLoaded) {
+  EXPECT_EQ(GetLibVlcModule(), nullptr);
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
+  EXPECT_FALSE(GetLibVlcFunctions().loaded);
+}
+
+TEST_F(PlayerWithoutLibVlc, InitializeFailsAtTheLibraryAndKeepsTheChildWindow) {
+  const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+  EXPECT_FALSE(player_.Initialize(parent));
+  EXPECT_EQ(log_.Lines().back(), "ERROR Failed to load libvlc.dll, error: 126");
+  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+  DestroyWindow(parent);
+}
+
+TEST_F(PlayerWithoutLibVlc, CleanupReleasesNothingAndTheHandlesReleaseThemselves) {
+  {
+    VLCPlayer player;
+    GiveHandles(player);
+    player.Cleanup();
+    EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for cleanup"));
+    EXPECT_NE(player.mediaPlayer_.get(), nullptr);
+    EXPECT_EQ(releasedPlayers, 0);
+  }
+  EXPECT_EQ(releasedPlayers, 1);
+  EXPECT_EQ(releasedMedia, 1);
+  EXPECT_EQ(releasedInstances, 1);
+}
+
+TEST_F(PlayerWithoutLibVlc, CreateMediaFails) {
+  EXPECT_EQ(player_.CreateMedia("http://host/a"), nullptr);
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for CreateMedia"));
+}
+
+TEST_F(PlayerWithoutLibVlc, SetMediaFailsAndChangesNothing) {
+  GiveHandles(player_);
+  EXPECT_FALSE(player_.SetMedia("http://host/a", "", 0, 0, true, false, false));
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for SetMedia"));
+  EXPECT_EQ(player_.currentUrl_, "");
+  EXPECT_NE(player_.media_.get(), nullptr);
+}
+
+TEST_F(PlayerWithoutLibVlc, PlayFails) {
+  GiveHandles(player_);
+  player_.Play();
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for Play",
+                                      "ERROR [VLCPlayer::Play] ERROR: Failed to load VLC DLL"));
+}
+
+TEST_F(PlayerWithoutLibVlc, PauseFails) {
+  GiveHandles(player_);
+  player_.Pause();
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for Pause"));
+}
+
+TEST_F(PlayerWithoutLibVlc, IsPlayingIsFalse) {
+  GiveHandles(player_);
+  EXPECT_FALSE(player_.IsPlaying());
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for IsPlaying"));
+}
+
+TEST_F(PlayerWithoutLibVlc, StopInternalFailsAndTheWatchdogKeepsRunning) {
+  GiveHandles(player_);
+  player_.stallWatchdogActive_ = true;
+  player_.StopInternal(true);
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for StopInternal"));
+  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(player_.suppressStoppedEvent_);
+}
+
+TEST_F(PlayerWithoutLibVlc, SetVolumeFailsAndCachesTheVolume) {
+  GiveHandles(player_);
+  player_.SetVolume(20);
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for SetVolume",
+                                      "ERROR [VLCPlayer::SetVolume] ERROR: Failed to load VLC DLL"));
+  EXPECT_EQ(player_.volume_, 20);
+}
+
+TEST_F(PlayerWithoutLibVlc, SeekToIsFalse) {
+  GiveHandles(player_);
+  EXPECT_FALSE(player_.SeekTo(1000));
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for SeekTo"));
+}
+
+TEST_F(PlayerWithoutLibVlc, TheTrackListsAreNotReadAndNothingIsLogged) {
+  GiveHandles(player_);
+  player_.RefreshSpuTracks();
+  player_.RefreshAudioTracks();
+  EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace vantro::test
