@@ -1,0 +1,54 @@
+// A program of its own: each window class is registered once a process.
+#include <string>
+
+#include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/window_fixture.h"
+
+namespace vantro {
+namespace {
+
+std::wstring refusedClass;
+DWORD refusalError = 0;
+decltype(&RegisterClassExW) realRegister = nullptr;
+ATOM WINAPI RefuseOneClass(const WNDCLASSEXW* windowClass) {
+  if (refusedClass != windowClass->lpszClassName) return realRegister(windowClass);
+  SetLastError(refusalError);
+  return 0;
+}
+
+class ClassRegistration : public test::WindowTest {
+ protected:
+  ClassRegistration() : hook_("user32.dll", "RegisterClassExW", reinterpret_cast<void*>(RefuseOneClass)) {
+    realRegister = reinterpret_cast<decltype(&RegisterClassExW)>(hook_.Original());
+  }
+  static std::unique_ptr<VantroWindow> Make() { return std::make_unique<VantroWindow>(GetModuleHandleA(nullptr)); }
+
+  test::ImportHook hook_;
+};
+
+TEST_F(ClassRegistration, RefusedClassFailsTheStartAndIsTriedAgainByTheNextWindow) {
+  refusedClass = L"VantroWindowClass";
+  refusalError = ERROR_NOT_ENOUGH_MEMORY;
+  auto first = Make();
+  EXPECT_FALSE(first->Initialize());
+  EXPECT_TRUE(log_.Has("ERROR RegisterClassExW failed with error: 8"));
+  EXPECT_TRUE(log_.Has("ERROR VantroWindow::InitializeWindow() failed"));
+  first.reset();
+
+  refusedClass = L"VantroFlutterOverlay";
+  refusalError = ERROR_CLASS_ALREADY_EXISTS;
+  auto second = Make();
+  EXPECT_FALSE(second->Initialize());
+  EXPECT_EQ(log_.Count("INFO Registering window class for the first time"), 2);
+  EXPECT_TRUE(log_.Has("ERROR CreateFlutterOverlay: Failed to register overlay class: 1410"));
+  EXPECT_TRUE(log_.Has("ERROR VantroWindow::InitializeFlutter() failed"));
+  Destroy(std::move(second));
+
+  refusedClass.clear();
+  OpenWindow();
+  EXPECT_TRUE(log_.Has("INFO CreateFlutterOverlay: Overlay window class registered"));
+  EXPECT_TRUE(log_.Has("INFO Window class already registered - skipping registration"));
+}
+
+}  // namespace
+}  // namespace vantro

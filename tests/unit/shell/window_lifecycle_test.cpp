@@ -1,0 +1,343 @@
+// How a window comes up, where its start can fail, and how its object ends.
+#include <algorithm>
+
+#include "shell/shell_ids.h"
+#include "shell/window_manager.h"
+#include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/window_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::DrainQueue;
+using test::ImportHook;
+
+// Positions of lines in the log; a line that is missing stands at the end.
+class LineOrder {
+ public:
+  explicit LineOrder(const test::LogCapture& log) : lines_(log.Lines()) {}
+  size_t At(const std::string& fragment) const {
+    return static_cast<size_t>(std::find_if(lines_.begin(), lines_.end(),
+                                            [&](const std::string& line) {
+                                              return line.find(fragment) != std::string::npos;
+                                            }) -
+                               lines_.begin());
+  }
+  // Whether all the fragments are there, each after the one before.
+  testing::AssertionResult Follow(const std::vector<std::string>& fragments) const {
+    size_t from = 0;
+    for (const auto& fragment : fragments) {
+      while (from < lines_.size() && lines_[from].find(fragment) == std::string::npos) ++from;
+      if (from == lines_.size()) return testing::AssertionFailure() << "not there in this order: " << fragment;
+      ++from;
+    }
+    return testing::AssertionSuccess();
+  }
+
+ private:
+  std::vector<std::string> lines_;
+};
+
+class WindowStart : public test::WindowTest {
+ protected:
+  // Runs a start that is to fail; the object is gone afterwards.
+  void FailToStart() {
+    auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+    EXPECT_FALSE(window->Initialize());
+    Destroy(std::move(window));
+  }
+};
+
+TEST_F(WindowStart, RunsItsStepsInOrder) {
+  const auto window = BringUp();
+  EXPECT_TRUE(LineOrder(log_).Follow({
+      "INFO === NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ===",
+      "INFO VantroWindow constructor called",
+      "DEBUG Window class name: VantroWindowClass",
+      "DEBUG Window title: Vantro",
+      "INFO VantroWindow::Initialize() started",
+      "INFO VantroWindow::InitializeWindow() started",
+      "DEBUG Creating window with class name: VantroWindowClass",
+      "INFO Window created successfully with HWND: ",
+      "INFO Set this pointer in GWLP_USERDATA: ",
+      "RemoveStandardTitleBar: Removing Windows title bar",
+      "CreateCustomTitleBar: Creating controls in DWM extended area",
+      "INFO VantroWindow::InitializeWindow() succeeded",
+      "INFO VantroWindow::InitializeVLC() started",
+      "VLC path: ",
+      "INFO Creating VLCPlayer instance",
+      "INFO Calling VLCPlayer::Initialize",
+      "INFO VLC initialized successfully",
+      "INFO VantroWindow::InitializeVLC() succeeded",
+      "CreateFlutterOverlay: Starting Flutter overlay creation",
+      "CreateFlutterOverlay: Created overlay window: ",
+      "INFO VantroWindow::CreateFlutterOverlay() succeeded",
+      "INFO VantroWindow::InitializeFlutter() started",
+      "DEBUG Checking for Flutter assets...",
+      "WARNING WARNING: Flutter assets directory not found at: ",
+      "WARNING WARNING: ICU data file not found at: ",
+      "DEBUG InitializeFlutter: Checking overlay handle: ",
+      "INFO Initializing Flutter with SEPARATE window: ",
+      "INFO Flutter engine initialized successfully",
+      "INFO Method channel handler created successfully",
+      "INFO Binary messenger is available",
+      "INFO VOD thumbnail worker plugin created successfully",
+      "INFO Flutter initialization completed successfully",
+      "DEBUG After Flutter init - IsWindow check: VALID",
+      "INFO Window hook installed successfully for window synchronization",
+      "DEBUG === EnableOverlayMouseInput CALLED ===",
+      "DEBUG Final Z-order: Set Flutter overlay on top after all initialization",
+      "INFO VantroWindow::InitializeFlutter() succeeded",
+      "INFO VantroWindow::Initialize() completed successfully",
+  }));
+  EXPECT_FALSE(IsWindowVisible(window->hwnd_));
+  DestroyWindow(window->hwnd_);
+}
+
+TEST_F(WindowStart, RegistersTheClassOnceAProcess) {
+  OpenWindow();
+  const test::LogCapture later;
+  OpenWindow();
+  EXPECT_TRUE(later.Has("INFO Window class already registered - skipping registration"));
+  EXPECT_EQ(later.CountContaining("Registering window class for the first time"), 0);
+}
+
+TEST_F(WindowStart, EveryWindowAnnouncesANewSession) {
+  OpenWindow();
+  OpenWindow();
+  EXPECT_EQ(log_.Count("INFO === NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ==="), 2);
+}
+
+TEST_F(WindowStart, EveryWindowInstallsAHookOfItsOwn) {
+  const VantroWindow& first = OpenWindow();
+  const VantroWindow& second = OpenWindow();
+  EXPECT_NE(first.windowHook_, nullptr);
+  EXPECT_NE(second.windowHook_, nullptr);
+  EXPECT_NE(first.windowHook_, second.windowHook_);
+}
+
+TEST_F(WindowStart, OnlyTheWindowBeforeAllOthersIsMaster) {
+  EXPECT_TRUE(OpenWindow().methodChannelHandler_->isMasterWindow_);
+  EXPECT_FALSE(OpenWindow().methodChannelHandler_->isMasterWindow_);
+  EXPECT_FALSE(OpenWindow().methodChannelHandler_->isMasterWindow_);
+}
+
+TEST_F(WindowStart, MissingAssetsAreWarningsOnly) {
+  OpenWindow();
+  EXPECT_EQ(log_.CountContaining("WARNING: Flutter assets directory not found at: "), 1);
+  EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
+}
+
+TEST_F(WindowStart, WithoutIconResourcesTheSystemIconStandsIn) {
+  OpenWindow();
+  WNDCLASSEXW registered{};
+  registered.cbSize = sizeof registered;
+  ASSERT_TRUE(GetClassInfoExW(GetModuleHandleW(nullptr), L"VantroWindowClass", &registered));
+  EXPECT_EQ(registered.hIcon, LoadIconA(nullptr, IDI_APPLICATION));
+  EXPECT_EQ(registered.style, 11u);
+  EXPECT_EQ(registered.cbWndExtra, 8);
+}
+
+// Where it can fail.
+
+HWND WINAPI FailToCreateMainWindow(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND, HMENU,
+                                   HINSTANCE, void*) {
+  SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+  return nullptr;
+}
+
+TEST_F(WindowStart, FailsWithoutANativeWindowAndDiagnoses) {
+  Destroy(BringUp());  // the class is there and stays
+  const test::LogCapture failure;
+  const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(FailToCreateMainWindow));
+  auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  EXPECT_FALSE(window->Initialize());
+  EXPECT_TRUE(LineOrder(failure).Follow({
+      "ERROR CreateWindowW failed with error: 1400",
+      "ERROR Invalid window handle - this may be due to an issue with the window class registration",
+      "ERROR Test window creation also failed with error: 1400",
+      "ERROR VantroWindow::InitializeWindow() failed",
+  }));
+  EXPECT_EQ(failure.CountContaining("InitializeVLC"), 0);
+  window.reset();
+  DrainQueue();
+}
+
+TEST_F(WindowStart, FailsWithoutThePlayerAndDiagnosesTheLibrary) {
+  vlc_.Fail("libvlc_new", 100);
+  FailToStart();
+  EXPECT_TRUE(LineOrder(log_).Follow({
+      "VLC path: ",
+      "VLC directory exists",
+      "libvlc.dll exists at: ",
+      "libvlccore.dll exists at: ",
+      "ERROR VLC initialization failed",
+      "Manually loading libvlc.dll succeeded",
+      "Found libvlc_new function in libvlc.dll",
+      "ERROR VantroWindow::InitializeVLC() failed",
+  }));
+  EXPECT_EQ(log_.CountContaining("CreateFlutterOverlay"), 0);
+}
+
+// By name, so that only the overlay's creation fails.
+decltype(&CreateWindowExW) realCreateWindow = nullptr;
+HWND WINAPI FailToCreateOverlay(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
+                                int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
+  if (std::wstring(className) == L"VantroFlutterOverlay") {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+  }
+  return realCreateWindow(exStyle, className, title, style, x, y, width, height, parent, menu, instance, data);
+}
+
+TEST_F(WindowStart, WithoutAnOverlayFailsAtTheViewAndNotSooner) {
+  const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(FailToCreateOverlay));
+  realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
+  FailToStart();
+  EXPECT_TRUE(LineOrder(log_).Follow({
+      "ERROR CreateFlutterOverlay: Failed to create overlay window: 8",
+      "WARNING VantroWindow::CreateFlutterOverlay() failed",
+      "INFO VantroWindow::InitializeFlutter() started",
+      "ERROR ERROR: No separate Flutter window available! Cannot initialize Flutter.",
+      "ERROR ERROR: flutterHostWindow_ is NULL in InitializeFlutter!",
+      "ERROR VantroWindow::InitializeFlutter() failed",
+  }));
+}
+
+TEST_F(WindowStart, DeadOverlayFailsTheView) {
+  auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  ASSERT_TRUE(window->InitializeWindow());
+  ASSERT_TRUE(window->CreateFlutterOverlay());
+  DestroyWindow(window->flutterHostWindow_);
+  EXPECT_FALSE(window->InitializeFlutter());
+  EXPECT_TRUE(log_.Has("ERROR ERROR: flutterHostWindow_ is not a valid window in InitializeFlutter!"));
+  Destroy(std::move(window));
+}
+
+TEST_F(WindowStart, DeadMainWindowFailsThePlayer) {
+  auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  ASSERT_TRUE(window->InitializeWindow());
+  test::KeepWindowClass();
+  DestroyWindow(window->hwnd_);
+  EXPECT_FALSE(window->InitializeVLC());
+  EXPECT_TRUE(log_.Has("ERROR ERROR: Invalid window handle before VLC initialization"));
+  EXPECT_TRUE(log_.Has("ERROR IsWindow() reports handle is not a valid window"));
+  window->hwnd_ = nullptr;
+  EXPECT_FALSE(window->InitializeVLC());
+  EXPECT_TRUE(log_.Has("ERROR Window handle is NULL"));
+}
+
+TEST_F(WindowStart, FailsWithoutAView) {
+  LoopbackFaults faults{};
+  faults.fail_view_controller_create = 1;
+  loopback_.SetFaults(faults);
+  FailToStart();
+  EXPECT_TRUE(log_.Has("ERROR Flutter engine initialization failed"));
+  EXPECT_TRUE(log_.Has("ERROR VantroWindow::InitializeFlutter() failed"));
+  EXPECT_EQ(loopback_.EngineCount(), 0);
+}
+
+TEST_F(WindowStart, WithoutAMessengerGoesOnWithoutThumbnails) {
+  LoopbackFaults faults{};
+  faults.no_messenger = 100;
+  loopback_.SetFaults(faults);
+  const VantroWindow& window = OpenWindow();
+  EXPECT_EQ(window.vodThumbnailPlugin_, nullptr);
+  EXPECT_TRUE(log_.Has("WARNING WARNING: Binary messenger is null"));
+  EXPECT_TRUE(log_.Has("WARNING WARNING: Cannot create VOD thumbnail worker plugin - messenger is null"));
+  EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
+}
+
+HHOOK WINAPI FailToHook(int, HOOKPROC, HINSTANCE, DWORD) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return nullptr;
+}
+
+TEST_F(WindowStart, GoesOnWithoutAHook) {
+  const ImportHook hook("user32.dll", "SetWindowsHookExA", reinterpret_cast<void*>(FailToHook));
+  EXPECT_EQ(OpenWindow().windowHook_, nullptr);
+  EXPECT_TRUE(log_.Has("ERROR Failed to set window hook: 5"));
+}
+
+// The newest window.
+
+TEST_F(WindowStart, ConstructionTakesThePlaceOfTheNewestWindow) {
+  const VantroWindow& first = OpenWindow();
+  EXPECT_EQ(VantroWindow::instance_, &first);
+  const VantroWindow& second = OpenWindow();
+  EXPECT_EQ(VantroWindow::instance_, &second);
+}
+
+TEST_F(WindowStart, FailedWindowTakesThePlaceAndItsEndLeavesItEmpty) {
+  OpenWindow();
+  vlc_.Fail("libvlc_new", 100);
+  auto failed = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  EXPECT_FALSE(failed->Initialize());
+  EXPECT_EQ(VantroWindow::instance_, failed.get());
+  Destroy(std::move(failed));
+  EXPECT_EQ(VantroWindow::instance_, nullptr);
+}
+
+TEST_F(WindowStart, EndOfAnOlderObjectLeavesTheNewestWindowAlone) {
+  auto older = BringUp();
+  const VantroWindow& newest = OpenWindow();
+  Destroy(std::move(older));
+  EXPECT_EQ(VantroWindow::instance_, &newest);
+}
+
+// The end.
+
+TEST_F(WindowStart, EndTakesTheHandlerBeforeTheEngineBeforeThePlayer) {
+  auto window = BringUp();
+  vlc_.OnCall("libvlc_media_player_release", [this, w = window.get()] {
+    EXPECT_EQ(w->methodChannelHandler_, nullptr);
+    EXPECT_EQ(w->flutterEngine_, nullptr);
+    EXPECT_EQ(loopback_.EngineCount(), 0);
+    EXPECT_TRUE(IsWindow(w->flutterHostWindow_));
+  });
+  const int released = vlc_.CountOf("libvlc_media_player_release");
+  Destroy(std::move(window));
+  EXPECT_GT(vlc_.CountOf("libvlc_media_player_release"), released);
+}
+
+TEST_F(WindowStart, EndDestroysALiveOverlayButNotTheMainWindow) {
+  auto window = BringUp();
+  const HWND native = window->hwnd_;
+  const HWND overlay = window->flutterHostWindow_;
+  window.reset();
+  EXPECT_FALSE(IsWindow(overlay));
+  ASSERT_TRUE(IsWindow(native));
+  // The system alone answers its messages now.
+  EXPECT_EQ(SendMessageA(native, WM_VANTRO_NEW_WINDOW, 0, 0), 0);
+  EXPECT_EQ(log_.CountContaining("RECEIVED WM_VANTRO_NEW_WINDOW"), 0);
+  DestroyWindow(native);
+}
+
+TEST_F(WindowStart, EndOfTheLastWindowBeforeShutdownForcesTheExit) {
+  auto window = BringUp();
+  DrainQueue();
+  Destroy(std::move(window));
+  EXPECT_EQ(log_.CountContaining("~VantroWindow: This was the last window - forcing application exit"), 1);
+  EXPECT_EQ(log_.CountContaining("not found in registry"), 1);
+  EXPECT_EQ(DrainQueue(), 1);
+}
+
+TEST_F(WindowStart, EndWhileOthersAreRegisteredForcesNoExit) {
+  OpenWindow();
+  auto window = BringUp();
+  DrainQueue();
+  Destroy(std::move(window));
+  EXPECT_EQ(DrainQueue(), 0);
+}
+
+TEST_F(WindowStart, EndKillsTheSearchTimer) {
+  auto window = BringUp();
+  window->searchDebounceTimer_ = SetTimer(window->hwnd_, 1001, 500, nullptr);
+  const HWND native = window->hwnd_;
+  window.reset();
+  EXPECT_FALSE(KillTimer(native, 1001));
+  DestroyWindow(native);
+}
+
+}  // namespace
+}  // namespace vantro
