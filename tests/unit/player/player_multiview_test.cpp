@@ -1,0 +1,679 @@
+// The session of several streams: how it begins, changes and ends.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "common/log.h"
+#include "tests/unit/player/grid_fixture.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+static_assert(!std::is_copy_constructible_v<MultiViewPlayer> && !std::is_copy_assignable_v<MultiViewPlayer>);
+
+class MultiViewTest : public GridTest {
+ protected:
+  std::vector<std::string> Urls() {
+    std::vector<std::string> urls;
+    for (const MultiViewPlayer& tile : player_.players_) urls.push_back(tile.url);
+    return urls;
+  }
+};
+
+TEST(MultiViewPlayerTest, MovingOntoARecordReleasesItsPlayer) {
+  ScriptedVlc vlc;
+  const VlcInstancePtr instance(libvlc_new(0, nullptr));
+  MultiViewPlayer first;
+  first.mediaPlayer.reset(libvlc_media_player_new(instance.get()));
+  MultiViewPlayer second;
+  second.mediaPlayer.reset(libvlc_media_player_new(instance.get()));
+  second.name = "second";
+  first = std::move(second);
+  EXPECT_THAT(vlc.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player1)"));
+  EXPECT_EQ(first.mediaPlayer.get(), vlc.Player(2));
+  EXPECT_FALSE(second.mediaPlayer);
+  EXPECT_EQ(first.name, "second");
+}
+
+TEST(MultiViewPlayerTest, ARecordThatDiesReleasesItsPlayerAndKeepsItsWindow) {
+  ScriptedVlc vlc;
+  const ParentWindow window(100, 100);
+  const VlcInstancePtr instance(libvlc_new(0, nullptr));
+  {
+    MultiViewPlayer record;
+    record.window = window.get();
+    record.mediaPlayer.reset(libvlc_media_player_new(instance.get()));
+  }
+  EXPECT_EQ(vlc.LivePlayers(), 0);
+  EXPECT_TRUE(IsWindow(window.get()));
+}
+
+// Entering.
+
+TEST_F(MultiViewTest, TheSingleViewBecomesTheFirstTileWithoutTouchingItsStream) {
+  StartWithEvents();
+  ASSERT_TRUE(SetMedia("http://host/0"));
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.EnableMultiView());
+  EXPECT_TRUE(player_.isMultiViewMode_);
+  EXPECT_FALSE(player_.mediaPlayer_);
+  ASSERT_EQ(player_.players_.size(), 1u);
+  EXPECT_EQ(TilePlayer(0), vlc_.Player(1));
+  EXPECT_EQ(Tile(0).window, player_.vlcWindow_);
+  EXPECT_EQ(Tile(0).name, "Title");
+  EXPECT_EQ(Tile(0).url, "http://host/0");
+  EXPECT_TRUE(Tile(0).isOriginal);
+  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_audio_set_mute(player1, 0)", "libvlc_audio_set_volume(player1, 100)"));
+  EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] *** CALLED *** isMultiViewMode=0, existing players=0"));
+  EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] Enabling multiview - clearing 0 existing players"));
+  EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] Adding existing resizable player to multiview"));
+}
+
+TEST_F(MultiViewTest, EnteringTwiceChangesNothingTheSecondTime) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  EXPECT_TRUE(player_.EnableMultiView());
+  EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/1"));
+  EXPECT_EQ(player_.activeIndex_, 1);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  EXPECT_TRUE(log_.Has("WARNING [EnableMultiView] Already in multiview mode - ignoring duplicate call"));
+}
+
+TEST_F(MultiViewTest, EnteringWithoutAPlayerStillMakesTheFirstRecord) {
+  EXPECT_TRUE(player_.EnableMultiView());
+  ASSERT_EQ(player_.players_.size(), 1u);
+  EXPECT_FALSE(Tile(0).mediaPlayer);
+  EXPECT_TRUE(Tile(0).isOriginal);
+}
+
+TEST_F(MultiViewTest, EnteringNeitherStopsNorStartsTheWatchdog) {
+  StartWithEvents();
+  player_.EnableMultiView();
+  EXPECT_FALSE(player_.stallWatchdogActive_);
+  player_.DisableMultiView();
+  player_.StartStallWatchdog();
+  player_.EnableMultiView();
+  EXPECT_TRUE(player_.stallWatchdogActive_);
+}
+
+// Adding.
+
+TEST_F(MultiViewTest, AnAddedStreamGetsASilentPlayerThatPlaysInAWindowOfItsOwn) {
+  StartGrid(1);
+  ASSERT_TRUE(Add(1));
+  const std::string window = PointerText(Tile(1).window);
+  std::vector<std::string> calls = vlc_.Calls();
+  calls.resize(9);
+  EXPECT_THAT(calls,
+              ElementsAre("libvlc_media_player_new(instance1)", "libvlc_media_player_set_hwnd(player2, " + window + ")",
+                          "libvlc_media_new_uri(\"http://host/1\")", "libvlc_media_player_set_media(player2, media2)",
+                          "libvlc_media_release(media2)", "libvlc_audio_set_volume(player2, 0)",
+                          "libvlc_media_player_play(player2)", "libvlc_media_player_event_manager(player2)",
+                          testing::HasSubstr("0x104")));
+  EXPECT_EQ(Tile(1).name, "Tile 1");
+  EXPECT_FALSE(Tile(1).isOriginal);
+  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_EQ(vlc_.Mute(TilePlayer(1)), 1);
+  EXPECT_EQ(vlc_.Volume(TilePlayer(1)), 0);
+}
+
+TEST_F(MultiViewTest, AnAddedTilesEventsGoToThisPlayer) {
+  StartGrid(2);
+  const std::vector<ScriptedAttachment> attached = vlc_.Attached(TilePlayer(1));
+  ASSERT_EQ(attached.size(), 2u);
+  EXPECT_EQ(attached[0].type, 260);
+  EXPECT_EQ(attached[1].type, 256);
+  for (const ScriptedAttachment& attachment : attached) {
+    EXPECT_EQ(attachment.userData, &player_);
+    EXPECT_EQ(attachment.callback, reinterpret_cast<void*>(&VLCPlayer::VlcEventCallback));
+  }
+}
+
+TEST_F(MultiViewTest, AnAddedTilesWindowIsAChildOfTheParent) {
+  StartGrid(2);
+  const HWND window = Tile(1).window;
+  char className[64] = "";
+  GetClassNameA(window, className, sizeof className);
+  char title[64] = "";
+  GetWindowTextA(window, title, sizeof title);
+  EXPECT_STREQ(className, "VantroVlcHostWindow");
+  EXPECT_STREQ(title, "VLC Player Window");
+  EXPECT_EQ(GetParent(window), parent_.get());
+  EXPECT_EQ(GetWindowLongPtrA(window, GWL_STYLE) & 0x56000000, 0x56000000);
+  EXPECT_EQ(GetWindowLongPtrA(window, GWL_EXSTYLE) & WS_EX_NOPARENTNOTIFY, WS_EX_NOPARENTNOTIFY);
+}
+
+TEST_F(MultiViewTest, AnAddIsLogged) {
+  StartGrid(1);
+  ASSERT_TRUE(Add(1));
+  EXPECT_TRUE(log_.Has(
+      "DEBUG [MvAddStream] *** CALLED *** url=http://host/1, name=Tile 1, isMultiViewMode=1, current player count=1"));
+  EXPECT_TRUE(log_.Has("DEBUG [MvAddStream] Created window: " + PointerText(Tile(1).window)));
+  EXPECT_TRUE(log_.Has("DEBUG [MvAddStream] Created VLC player: " + PointerText(TilePlayer(1))));
+  EXPECT_TRUE(log_.Has("DEBUG [AttachEventsToPlayer] Attached events to player " + PointerText(TilePlayer(1))));
+  EXPECT_TRUE(log_.Has("DEBUG [MvAddStream] Attached events to new player"));
+  EXPECT_TRUE(log_.Has("DEBUG [MvAddStream] Added player, total count now: 2"));
+  EXPECT_EQ(log_.Lines().back(), "INFO [MvAddStream] *** SUCCESS *** Final player count: 2");
+}
+
+TEST_F(MultiViewTest, AnAddLaysOutThenSetsTheAudioThenRescales) {
+  StartGrid(1);
+  ASSERT_TRUE(Add(1));
+  const std::vector<std::string> lines = log_.Lines();
+  const auto at = [&](const std::string& fragment) {
+    return std::find_if(lines.rbegin(), lines.rend(),
+                        [&](const std::string& line) { return line.find(fragment) != std::string::npos; })
+        .base();
+  };
+  EXPECT_LT(at("[UpdateGridLayout] Parent size"), at("[UpdateActiveAudio] *** CALLED ***"));
+  EXPECT_LT(at("[UpdateActiveAudio] *** CALLED ***"), at("[UpdateMultiViewScaling] ***"));
+}
+
+TEST_F(MultiViewTest, AnAddOutsideTheGridLeavesASilentWindowWhereItWasBorn) {
+  StartWithEvents();
+  ASSERT_TRUE(Add(1));
+  ASSERT_EQ(player_.players_.size(), 1u);
+  const HWND window = Tile(0).window;
+  const RECT place = PlaceInParent(window);
+  EXPECT_EQ(place.left, 100);
+  EXPECT_EQ(place.top, 100);
+  EXPECT_EQ(place.right - place.left, 100);
+  EXPECT_EQ(place.bottom - place.top, 100);
+  EXPECT_EQ(vlc_.Volume(TilePlayer(0)), 0);
+  player_.EnableMultiView();
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
+  EXPECT_TRUE(IsWindow(window));
+  EXPECT_EQ(player_.players_.size(), 1u);
+}
+
+TEST_F(MultiViewTest, AFifthTileAndLaterOnesAreAccepted) {
+  StartGrid(7);
+  EXPECT_EQ(player_.players_.size(), 7u);
+}
+
+TEST_F(MultiViewTest, AnAddWithoutAUrlIsRefused) {
+  StartGrid(1);
+  EXPECT_FALSE(player_.MvAddStream("", "Name"));
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::MvAddStream] ERROR: URL is empty."));
+}
+
+int ChildCount(HWND parent) {
+  int count = 0;
+  EnumChildWindows(
+      parent,
+      [](HWND, LPARAM counter) -> BOOL {
+        ++*reinterpret_cast<int*>(counter);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+TEST_F(MultiViewTest, AnAddWithoutAWindowIsRefused) {
+  StartGrid(1);
+  player_.parentWindow_ = nullptr;
+  EXPECT_FALSE(Add(1));
+  EXPECT_TRUE(log_.Has("ERROR [MvAddStream] FAILED to create player window"));
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  player_.parentWindow_ = parent_.get();
+}
+
+TEST_F(MultiViewTest, AnAddWhosePlayerCannotBeMadeLeavesNoWindow) {
+  StartGrid(1);
+  vlc_.Fail("libvlc_media_player_new");
+  EXPECT_FALSE(Add(1));
+  EXPECT_TRUE(log_.Has("ERROR [MvAddStream] FAILED to create VLC media player"));
+  EXPECT_EQ(player_.players_.size(), 1u);
+  EXPECT_EQ(ChildCount(parent_.get()), 1);
+}
+
+TEST_F(MultiViewTest, AnAddWithoutAFunctionItNeedsLeavesNoWindow) {
+  StartGrid(1);
+  LibVlcFunctionTable().libvlc_media_player_set_media = nullptr;
+  EXPECT_FALSE(Add(1));
+  EXPECT_TRUE(log_.Has(
+      "ERROR [MvAddStream] Missing required libvlc function pointers (new=1, set_hwnd=1, set_media=0, play=1)"));
+  EXPECT_EQ(ChildCount(parent_.get()), 1);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+TEST_F(MultiViewTest, AnAddWhoseMediaCannotBeMadeIsNoFailure) {
+  StartGrid(1);
+  vlc_.SetResult("libvlc_media_new_uri", 0);
+  vlc_.SetResult("libvlc_media_new_location", 0);
+  EXPECT_TRUE(Add(1));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_media"), 0);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+  EXPECT_EQ(Tile(1).url, "http://host/1");
+}
+
+TEST_F(MultiViewTest, AttachingNeedsAPlayerAndTheFunctions) {
+  StartGrid(1);
+  player_.AttachEventsToPlayer(nullptr);
+  vlc_.SetResult("libvlc_media_player_event_manager", 0);
+  player_.AttachEventsToPlayer(TilePlayer(0));
+  LibVlcFunctionTable().libvlc_event_attach = nullptr;
+  player_.AttachEventsToPlayer(TilePlayer(0));
+  EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_event_manager(player1)"));
+}
+
+// Replacing.
+
+TEST_F(MultiViewTest, AReplacedStreamKeepsItsTile) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  const HWND window = Tile(1).window;
+  Tile(1).stall.lastAudio = 7;
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.MvReplaceActive("http://host/new", "New"));
+  EXPECT_THAT(vlc_.Calls(),
+              ElementsAre("libvlc_media_player_stop(player2)", "libvlc_media_new_uri(\"http://host/new\")",
+                          "libvlc_media_player_set_media(player2, media3)", "libvlc_media_release(media3)",
+                          "libvlc_media_player_play(player2)", "libvlc_audio_set_mute(player1, 1)",
+                          "libvlc_audio_set_volume(player1, 0)", "libvlc_audio_set_mute(player2, 0)",
+                          "libvlc_audio_set_volume(player2, 100)"));
+  EXPECT_EQ(Tile(1).window, window);
+  EXPECT_EQ(Tile(1).url, "http://host/new");
+  EXPECT_EQ(Tile(1).name, "New");
+  EXPECT_FALSE(Tile(1).isOriginal);
+  EXPECT_EQ(Tile(1).stall.lastAudio, 7);
+}
+
+TEST_F(MultiViewTest, AReplaceWhoseMediaCannotBeMadeTakesTheNamesAllTheSame) {
+  StartGrid(1);
+  vlc_.SetResult("libvlc_media_new_uri", 0);
+  vlc_.SetResult("libvlc_media_new_location", 0);
+  EXPECT_TRUE(player_.MvReplaceActive("http://host/new", "New"));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_media"), 0);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+  EXPECT_EQ(Tile(0).url, "http://host/new");
+}
+
+TEST_F(MultiViewTest, AReplaceIsRefusedWithoutUrlGridOrValidIndex) {
+  StartWithEvents();
+  EXPECT_FALSE(player_.MvReplaceActive("", "New"));
+  EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::MvReplaceActive] ERROR: URL is empty."));
+  const size_t lines = log_.Lines().size();
+  EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
+  EXPECT_EQ(log_.Lines().size(), lines);
+  player_.EnableMultiView();
+  player_.activeIndex_ = 1;
+  EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
+  player_.activeIndex_ = -1;
+  EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
+}
+
+TEST_F(MultiViewTest, AReplaceWithoutAFunctionItNeedsChangesNothing) {
+  StartGrid(1);
+  LibVlcFunctionTable().libvlc_media_player_stop = nullptr;
+  EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
+  EXPECT_TRUE(log_.Has("ERROR [MvReplaceActive] Missing libvlc functions (stop=0, set_media=1, play=1)"));
+  EXPECT_EQ(Tile(0).url, "http://host/0");
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+// Removing.
+
+TEST_F(MultiViewTest, ARemovedTileIsStoppedItsWindowDestroyedAndItsPlayerReleased) {
+  StartGrid(3);
+  player_.SetActiveIndexSafe(2);
+  const HWND window = Tile(2).window;
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.MvRemoveActive());
+  std::vector<std::string> calls = vlc_.Calls();
+  calls.resize(2);
+  EXPECT_THAT(calls, ElementsAre("libvlc_media_player_stop(player3)", "libvlc_media_player_release(player3)"));
+  EXPECT_FALSE(IsWindow(window));
+  EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/1"));
+  EXPECT_EQ(player_.activeIndex_, 1);
+  EXPECT_TRUE(log_.Has("DEBUG [MvRemoveActive] *** CALLED *** isMultiViewMode=1, player count=3, activeIndex=2"));
+  EXPECT_TRUE(log_.Has("DEBUG [MvRemoveActive] Need to adjust active index from 2 to 1"));
+}
+
+TEST_F(MultiViewTest, RemovingTheSecondTileMakesTheFirstActiveAndClosesTheGap) {
+  StartGrid(3);
+  player_.SetActiveIndexSafe(1);
+  EXPECT_TRUE(player_.MvRemoveActive());
+  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/2"));
+  EXPECT_EQ(vlc_.Mute(TilePlayer(0)), 0);
+  EXPECT_EQ(vlc_.Mute(TilePlayer(1)), 1);
+}
+
+TEST_F(MultiViewTest, TheFirstTileCannotBeRemoved) {
+  StartGrid(2);
+  EXPECT_FALSE(player_.MvRemoveActive());
+  EXPECT_EQ(player_.players_.size(), 2u);
+  EXPECT_TRUE(log_.Has("WARNING [MvRemoveActive] Cannot remove - conditions not met"));
+}
+
+TEST_F(MultiViewTest, ARemovalIsRefusedOutsideTheGridWithOneTileOrAWrongIndex) {
+  StartWithEvents();
+  EXPECT_FALSE(player_.MvRemoveActive());
+  player_.EnableMultiView();
+  player_.activeIndex_ = 1;
+  EXPECT_FALSE(player_.MvRemoveActive());
+  EXPECT_EQ(log_.Count("WARNING [MvRemoveActive] Cannot remove - conditions not met"), 2);
+  ASSERT_TRUE(Add(1));
+  player_.activeIndex_ = 5;
+  EXPECT_FALSE(player_.MvRemoveActive());
+  EXPECT_EQ(log_.Count("WARNING [MvRemoveActive] Cannot remove - conditions not met"), 2);
+  EXPECT_EQ(player_.players_.size(), 2u);
+}
+
+TEST_F(MultiViewTest, RemovingTheOriginalTileAfterASwapStopsNothingKeepsItsWindowAndReleasesItsPlayer) {
+  StartGrid(2);
+  ASSERT_TRUE(player_.MvSwapTiles(0, 1));
+  ASSERT_EQ(player_.activeIndex_, 1);
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.MvRemoveActive());
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop"), 0);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player1)"));
+  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+}
+
+// Swapping.
+
+TEST_F(MultiViewTest, ASwapExchangesTheRecordsWhole) {
+  StartGrid(2);
+  const HWND second = Tile(1).window;
+  Tile(1).stall.lastAudio = 7;
+  EXPECT_TRUE(player_.MvSwapTiles(0, 1));
+  EXPECT_THAT(Urls(), ElementsAre("http://host/1", "http://host/0"));
+  EXPECT_EQ(TilePlayer(0), vlc_.Player(2));
+  EXPECT_EQ(Tile(0).window, second);
+  EXPECT_EQ(Tile(0).stall.lastAudio, 7);
+  EXPECT_FALSE(Tile(0).isOriginal);
+  EXPECT_TRUE(Tile(1).isOriginal);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_release"), 0);
+}
+
+struct SwapRow {
+  int active;
+  int from;
+  int to;
+  int activeAfter;
+};
+
+class SwapTest : public MultiViewTest, public testing::WithParamInterface<SwapRow> {};
+
+TEST_P(SwapTest, TheActiveIndexFollowsItsTile) {
+  const SwapRow& row = GetParam();
+  StartGrid(3);
+  player_.SetActiveIndexSafe(row.active);
+  const std::string url = Tile(row.active).url;
+  EXPECT_TRUE(player_.MvSwapTiles(row.from, row.to));
+  EXPECT_EQ(player_.activeIndex_, row.activeAfter);
+  EXPECT_EQ(Tile(player_.activeIndex_).url, url);
+  EXPECT_EQ(vlc_.Mute(TilePlayer(row.activeAfter)), 0);
+  EXPECT_TRUE(log_.Has("DEBUG [MvSwapTiles] Swapped " + std::to_string(row.from) + " <-> " + std::to_string(row.to) +
+                       ", activeIndex needs to change from " + std::to_string(row.active) + " to " +
+                       std::to_string(row.activeAfter)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, SwapTest,
+                         testing::Values(SwapRow{0, 0, 2, 2}, SwapRow{2, 0, 2, 0}, SwapRow{1, 0, 2, 1}));
+
+TEST_F(MultiViewTest, ASwapOutsideTheGridIsRefused) {
+  StartWithEvents();
+  EXPECT_FALSE(player_.MvSwapTiles(0, 1));
+}
+
+TEST_F(MultiViewTest, ASwapOfWrongIndicesChangesNothing) {
+  StartGrid(2);
+  const size_t lines = log_.Lines().size();
+  for (const auto& [from, to] : std::vector<std::pair<int, int>>{{-1, 0}, {0, -1}, {0, 2}, {2, 0}, {1, 1}})
+    EXPECT_FALSE(player_.MvSwapTiles(from, to));
+  EXPECT_EQ(log_.Lines().size(), lines);
+  EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/1"));
+}
+
+// The active index.
+
+TEST_F(MultiViewTest, AnActiveIndexOutOfRangeIsLoggedAndKept) {
+  StartGrid(2);
+  for (const int index : {-1, 2}) {
+    player_.SetActiveIndexSafe(index);
+    EXPECT_TRUE(log_.Has("ERROR [SetActiveIndexSafe] ERROR: Invalid index " + std::to_string(index) +
+                         " (valid range: 0-1), keeping current 0 - CURRENT PLAYER COUNT: 2"));
+  }
+  EXPECT_EQ(log_.Count("DEBUG [SetActiveIndexSafe] Player 1: window=" + PointerText(Tile(1).window) +
+                       " player=" + PointerText(TilePlayer(1)) + " name=Tile 1"),
+            2);
+  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+TEST_F(MultiViewTest, TheSameActiveIndexIsNoChange) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(0);
+  EXPECT_TRUE(log_.Has("DEBUG [SetActiveIndexSafe] activeIndex already 0 (no change)"));
+}
+
+TEST_F(MultiViewTest, ANewActiveIndexIsStoredWithoutTouchingTheAudio) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  EXPECT_EQ(player_.activeIndex_, 1);
+  EXPECT_TRUE(log_.Has("DEBUG [SetActiveIndexSafe] Changing activeIndex from 0 to 1"));
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+TEST_F(MultiViewTest, OutsideTheGridTheActiveIndexStays) {
+  StartWithEvents();
+  player_.SetActiveIndexSafe(1);
+  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_TRUE(log_.Has("WARNING [SetActiveIndexSafe] Ignoring - not in multiview mode"));
+}
+
+// Leaving.
+
+TEST_F(MultiViewTest, LeavingKeepsTheOriginalStreamAndEndsAllOthers) {
+  StartGrid(3);
+  const HWND second = Tile(1).window;
+  const HWND third = Tile(2).window;
+  vlc_.SetVolume(TilePlayer(0), 30);
+  EXPECT_TRUE(player_.DisableMultiView());
+  EXPECT_FALSE(player_.isMultiViewMode_);
+  EXPECT_TRUE(player_.players_.empty());
+  EXPECT_EQ(player_.mediaPlayer_.get(), vlc_.Player(1));
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_stop"),
+              ElementsAre("libvlc_media_player_stop(player2)", "libvlc_media_player_stop(player3)"));
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"),
+              ElementsAre("libvlc_media_player_release(player2)", "libvlc_media_player_release(player3)"));
+  EXPECT_FALSE(IsWindow(second));
+  EXPECT_FALSE(IsWindow(third));
+  EXPECT_EQ(vlc_.Volume(vlc_.Player(1)), 100);
+  EXPECT_EQ(player_.volume_, 100);
+}
+
+TEST_F(MultiViewTest, LeavingGivesTheOriginalWindowTheWholeClientArea) {
+  StartGrid(2);
+  ASSERT_NE(PlaceInParent(player_.vlcWindow_).right, 800);
+  vlc_.SetSize(TilePlayer(0), 400, 400);
+  vlc_.ClearCalls();
+  player_.DisableMultiView();
+  const RECT place = PlaceInParent(player_.vlcWindow_);
+  EXPECT_EQ(place.left, 0);
+  EXPECT_EQ(place.top, 0);
+  EXPECT_EQ(place.right, 800);
+  EXPECT_EQ(place.bottom, 600);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_video_set_scale"), ElementsAre("libvlc_video_set_scale(player1, 1.5)"));
+  EXPECT_TRUE(
+      log_.Has("DEBUG [DisableMultiView] Keeping original player in child window: " + PointerText(player_.vlcWindow_)));
+  EXPECT_TRUE(log_.Has("DEBUG [DisableMultiView] Reset VLC scale to 1.500000 for full window 800x600 (video 400x400)"));
+}
+
+TEST_F(MultiViewTest, LeavingWithoutAVideoSizeSetsTheScaleToAutomatic) {
+  StartGrid(2);
+  player_.DisableMultiView();
+  EXPECT_THAT(vlc_.CallsOf("libvlc_video_set_scale"), ElementsAre("libvlc_video_set_scale(player1, 0)"));
+  EXPECT_TRUE(log_.Has("DEBUG [DisableMultiView] Reset VLC scale to auto (0.0)"));
+}
+
+TEST_F(MultiViewTest, LeavingOutsideTheGridChangesNothing) {
+  StartWithEvents();
+  player_.SetVolume(40);
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.DisableMultiView());
+  EXPECT_EQ(player_.volume_, 40);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  EXPECT_TRUE(log_.Has("DEBUG [DisableMultiView] *** CALLED *** isMultiViewMode_=0, player count=0"));
+  EXPECT_TRUE(log_.Has("WARNING [DisableMultiView] Already disabled, returning"));
+}
+
+TEST_F(MultiViewTest, LeavingAfterASwapMovedTheOriginalTileLeavesNoPlayer) {
+  StartGrid(2);
+  ASSERT_TRUE(player_.MvSwapTiles(0, 1));
+  const HWND first = Tile(0).window;
+  const RECT before = PlaceInParent(player_.vlcWindow_);
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.DisableMultiView());
+  EXPECT_FALSE(player_.mediaPlayer_);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop"), 0);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"),
+              ElementsAre("libvlc_media_player_release(player2)", "libvlc_media_player_release(player1)"));
+  EXPECT_TRUE(IsWindow(first));
+  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+  const RECT after = PlaceInParent(player_.vlcWindow_);
+  EXPECT_TRUE(EqualRect(&before, &after));
+  EXPECT_FALSE(SetMedia("http://host/next"));
+  EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance"));
+}
+
+TEST_F(MultiViewTest, WhileTheGridIsOnTransportFindsNoPlayer) {
+  StartGrid(2);
+  player_.Play();
+  player_.Pause();
+  player_.SetVolume(30);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  EXPECT_EQ(player_.volume_, 30);
+}
+
+// Promoting.
+
+TEST_F(MultiViewTest, APromotedUrlIsOpenedAnewOnTheOriginalPlayer) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.MvPromoteActiveAndExit());
+  std::vector<std::string> calls = vlc_.Calls();
+  calls.resize(6);
+  EXPECT_THAT(calls, ElementsAre("libvlc_media_player_stop(player1)", "libvlc_media_new_uri(\"http://host/1\")",
+                                 "libvlc_media_player_set_media(player1, media3)", "libvlc_media_release(media3)",
+                                 "libvlc_media_player_play(player1)", "libvlc_media_player_stop(player2)"));
+  EXPECT_EQ(player_.mediaPlayer_.get(), vlc_.Player(1));
+  EXPECT_EQ(vlc_.LivePlayers(), 1);
+  EXPECT_FALSE(player_.isMultiViewMode_);
+}
+
+TEST_F(MultiViewTest, AfterAPromotionAReloadBringsTheOldStreamBack) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  player_.MvPromoteActiveAndExit();
+  EXPECT_EQ(player_.currentUrl_, "http://host/0");
+  EXPECT_EQ(player_.currentTitle_, "Title");
+  vlc_.ClearCalls();
+  player_.RestartMediaPreservingTime();
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_new_uri"), ElementsAre("libvlc_media_new_uri(\"http://host/0\")"));
+}
+
+TEST_F(MultiViewTest, PromotingTheFirstTileJustLeaves) {
+  StartGrid(2);
+  EXPECT_TRUE(player_.MvPromoteActiveAndExit());
+  EXPECT_FALSE(player_.isMultiViewMode_);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_new_uri"), 0);
+}
+
+TEST_F(MultiViewTest, PromotingATileWithoutAUrlChangesNothing) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  Tile(1).url.clear();
+  EXPECT_FALSE(player_.MvPromoteActiveAndExit());
+  EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::MvPromoteActiveAndExit] ERROR: URL is empty."));
+  EXPECT_TRUE(player_.isMultiViewMode_);
+}
+
+TEST_F(MultiViewTest, PromotingAfterASwapMovedTheOriginalTileLeavesNoPlayer) {
+  StartGrid(3);
+  ASSERT_TRUE(player_.MvSwapTiles(0, 2));
+  player_.SetActiveIndexSafe(1);
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.MvPromoteActiveAndExit());
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_new_uri"), 0);
+  EXPECT_FALSE(player_.mediaPlayer_);
+}
+
+TEST_F(MultiViewTest, PromotingWithoutAFunctionItNeedsChangesNothing) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  LibVlcFunctionTable().libvlc_media_player_stop = nullptr;
+  vlc_.ClearCalls();
+  EXPECT_FALSE(player_.MvPromoteActiveAndExit());
+  EXPECT_TRUE(log_.Has("ERROR [MvPromoteActiveAndExit] Missing VLC functions (stop=0, set_media=1)"));
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  EXPECT_EQ(Tile(0).url, "http://host/0");
+}
+
+TEST_F(MultiViewTest, PromotingIsRefusedOutsideTheGridAndForAWrongIndex) {
+  StartWithEvents();
+  EXPECT_FALSE(player_.MvPromoteActiveAndExit());
+  player_.EnableMultiView();
+  player_.activeIndex_ = 3;
+  EXPECT_FALSE(player_.MvPromoteActiveAndExit());
+}
+
+TEST_F(MultiViewTest, AGridWhoseFirstTileHasNoPlayerIsReplacedAndPromotedByNameOnly) {
+  StartGrid(2);
+  Tile(0).mediaPlayer.reset();
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.MvReplaceActive("http://host/new", "New"));
+  EXPECT_EQ(Tile(0).url, "http://host/new");
+  player_.SetActiveIndexSafe(1);
+  EXPECT_TRUE(player_.MvPromoteActiveAndExit());
+  EXPECT_FALSE(player_.mediaPlayer_);
+}
+
+// The end.
+
+TEST_F(MultiViewTest, FiveHundredRoundsLeaveNoPlayerMediaOrWindowBehind) {
+  StartWithEvents();
+  ASSERT_TRUE(SetMedia("http://host/0"));
+  debugLoggingEnabled = false;  // half a million lines tell nothing more
+  for (int round = 0; round < 500; ++round) {
+    player_.EnableMultiView();
+    ASSERT_TRUE(Add(1));
+    ASSERT_TRUE(Add(2));
+    ASSERT_TRUE(player_.MvSwapTiles(1, 2));
+    player_.SetActiveIndexSafe(1);
+    ASSERT_TRUE(player_.MvPromoteActiveAndExit());
+    vlc_.ClearCalls();
+  }
+  EXPECT_EQ(vlc_.LivePlayers(), 1);
+  EXPECT_EQ(ChildCount(parent_.get()), 1);
+  EXPECT_EQ(player_.eventReaders_.RetiredCount(), 0u);
+}
+
+TEST_F(MultiViewTest, TheDestructorReleasesTheTilesThatAreLeft) {
+  ParentWindow parent(800, 600);
+  {
+    VLCPlayer player;
+    ASSERT_TRUE(player.Initialize(parent.get()));
+    player.EnableMultiView();
+    ASSERT_TRUE(player.MvAddStream("http://host/1", "Tile"));
+    EXPECT_EQ(vlc_.LivePlayers(), 2);
+  }
+  EXPECT_EQ(vlc_.LivePlayers(), 0);
+}
+
+}  // namespace
+}  // namespace vantro::test
