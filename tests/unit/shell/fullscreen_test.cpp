@@ -1,0 +1,477 @@
+// Fullscreen and the title bar that comes and goes, on a real window.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "shell/shell_ids.h"
+#include "tests/unit/shell/call_log.h"
+#include "tests/unit/shell/shell_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::CallLog;
+using test::LogCapture;
+using test::PumpUntil;
+using Lines = std::vector<std::string>;
+
+// The three flags that make the state.
+struct BarState {
+  bool isFullscreen;
+  bool isTitleBarVisible;
+  bool isMouseInTopArea;
+
+  bool operator==(const BarState&) const = default;
+};
+constexpr BarState kNormal{false, true, false};
+constexpr BarState kBarHidden{true, false, false};
+constexpr BarState kPointerAtTop{true, true, true};
+constexpr BarState kCountingDown{true, true, false};
+
+class Fullscreen : public test::ShellTest {
+ protected:
+  Fullscreen() {
+    GetWindowRect(Window().hwnd_, &normalRect_);
+    monitor_ = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    // Away from the top, so that a real tick of the tracking timer changes nothing.
+    SetCursorPos(monitor_.right / 2, monitor_.bottom - 10);
+  }
+
+  BarState State() { return {Window().isFullscreen_, Window().isTitleBarVisible_, Window().isMouseInTopArea_}; }
+  bool Tracks() { return Window().mouseTrackingTimer_ != 0; }
+  bool CountsDown() { return Window().titleBarAutoHideTimer_ != 0; }
+  void PointerAt(int y) { Window().RunTopAreaStep(y, TopAreaCaller::kTrackingTimer); }
+  void Tick(UINT_PTR timer) { SendMessageA(Window().hwnd_, WM_TIMER, timer, 0); }
+
+  static RECT RectOf(HWND window) {
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return rect;
+  }
+  static DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)); }
+  // A point of the main window's client area on the screen.
+  POINT OnScreen(int x, int y) {
+    POINT point{x, y};
+    ClientToScreen(Window().hwnd_, &point);
+    return point;
+  }
+
+  RECT normalRect_{};
+  RECT monitor_{};
+};
+
+#define EXPECT_RECT(actual, expectedLeft, expectedTop, expectedRight, expectedBottom) \
+  do {                                                                               \
+    const RECT rect_ = (actual);                                                     \
+    EXPECT_EQ(rect_.left, expectedLeft);                                             \
+    EXPECT_EQ(rect_.top, expectedTop);                                               \
+    EXPECT_EQ(rect_.right, expectedRight);                                           \
+    EXPECT_EQ(rect_.bottom, expectedBottom);                                         \
+  } while (false)
+
+TEST_F(Fullscreen, CoversTheMonitorAsABorderlessPopup) {
+  Window().ToggleFullscreen();
+  EXPECT_RECT(RectOf(Window().hwnd_), monitor_.left, monitor_.top, monitor_.right, monitor_.bottom);
+  EXPECT_EQ(StyleOf(Window().hwnd_) & ~WS_CLIPSIBLINGS, 0x90000000u);
+}
+
+TEST_F(Fullscreen, SavesRectangleAndStylesOnEntering) {
+  const DWORD style = StyleOf(Window().hwnd_);
+  const auto exStyle = static_cast<DWORD>(GetWindowLongA(Window().hwnd_, GWL_EXSTYLE));
+  Window().ToggleFullscreen();
+  EXPECT_RECT(Window().savedWindowRect_, normalRect_.left, normalRect_.top, normalRect_.right, normalRect_.bottom);
+  EXPECT_EQ(Window().savedStyle_, style);
+  EXPECT_EQ(Window().savedExStyle_, exStyle);
+}
+
+TEST_F(Fullscreen, LeavingRestoresRectangleAndStyles) {
+  const DWORD style = StyleOf(Window().hwnd_);
+  Window().ToggleFullscreen();
+  Window().ToggleFullscreen();
+  EXPECT_RECT(RectOf(Window().hwnd_), normalRect_.left, normalRect_.top, normalRect_.right, normalRect_.bottom);
+  EXPECT_EQ(StyleOf(Window().hwnd_), style);
+}
+
+TEST_F(Fullscreen, EnteringTakesItsEffectsInOrder) {
+  LogCapture log;
+  CallLog calls(Window());
+  Window().ToggleFullscreen();
+  EXPECT_EQ(calls.Calls(),
+            (Lines{
+                "SetWindowLongA main -16 0x90000000",
+                "SetWindowPos main after=0 0,0 1024x768 flags=96",
+                "SetWindowPos overlay after=0 0,0 1024x768 flags=64",
+                "SetWindowPos view after=0 0,0 1024x768 flags=80",
+                "SetFocus view",
+                "ShowWindow close 0",
+                "ShowWindow maximize 0",
+                "ShowWindow minimize 0",
+                "ShowWindow search 0",
+                "ShowWindow file 0",
+                "ShowWindow help 0",
+                "ShowWindow volume 0",
+                "ShowWindow speaker 0",
+                "ShowWindow icon 0",
+                "ShowWindow title 0",
+                "SetWindowPos overlay after=0 0,0 1024x768 flags=80",
+                "SetWindowPos view after=0 0,0 1024x768 flags=80",
+                "InvalidateRect main 0,0-1024,30 erase",
+                "UpdateWindow main",
+                "SetTimer main 1002 100ms",
+                "InvalidateRect maximize all erase",
+            }));
+  const Lines lines = log.Lines();
+  EXPECT_EQ(lines.front(), "INFO ToggleFullscreen: Entering fullscreen mode");
+  EXPECT_TRUE(lines[1].starts_with("DEBUG ToggleFullscreen: Saved window state - pos:("));
+  EXPECT_EQ(lines[2], "INFO ToggleFullscreen: Monitor rect: 0,0 to 1024,768");
+  EXPECT_TRUE(log.Has("DEBUG HideTitleBarControls: Hiding title bar controls in fullscreen"));
+  EXPECT_TRUE(
+      log.Has("INFO HideTitleBarControls: Repositioned overlay to cover full screen (1024x768 at 0,0)"));
+  EXPECT_TRUE(log.Has("DEBUG HideTitleBarControls: Invalidated and updated title bar area"));
+  EXPECT_EQ(lines[lines.size() - 2], "INFO Started mouse tracking timer for fullscreen mode");
+  EXPECT_EQ(lines.back(), "INFO Entered fullscreen mode - title bar will auto-hide");
+}
+
+TEST_F(Fullscreen, SavedStateIsLoggedWithPositionSizeAndStyles) {
+  const auto exStyle = static_cast<DWORD>(GetWindowLongA(Window().hwnd_, GWL_EXSTYLE));
+  char expected[200];
+  std::snprintf(expected, sizeof expected,
+                "DEBUG ToggleFullscreen: Saved window state - pos:(%ld,%ld) size:%ldx%ld style:0x%08lX exStyle:0x%08lX",
+                normalRect_.left, normalRect_.top, normalRect_.right - normalRect_.left,
+                normalRect_.bottom - normalRect_.top, StyleOf(Window().hwnd_), exStyle);
+  LogCapture log;
+  Window().ToggleFullscreen();
+  EXPECT_TRUE(log.Has(expected)) << expected;
+}
+
+TEST_F(Fullscreen, LeavingTakesItsEffectsInOrder) {
+  Window().ToggleFullscreen();
+  Window().savedWindowRect_ = {40, 30, 940, 630};
+  Window().savedStyle_ = WS_THICKFRAME | WS_CLIPSIBLINGS;  // without WS_VISIBLE, which is forced on
+  Window().savedExStyle_ = WS_EX_WINDOWEDGE;
+  PointerAt(10);
+  PointerAt(100);
+  ASSERT_EQ(State(), kCountingDown);
+  Window().isTitleBarVisible_ = false;
+  LogCapture log;
+  CallLog calls(Window());
+  Window().ToggleFullscreen();
+  const Lines& made = calls.Calls();
+  ASSERT_GE(made.size(), 9u);
+  EXPECT_EQ(Lines(made.begin(), made.begin() + 5), (Lines{
+                                                       "SetWindowLongA main -16 0x14040000",
+                                                       "SetWindowLongA main -20 0x00000100",
+                                                       "ShowWindow main 5",
+                                                       "SetWindowPos main after=-2 40,30 900x600 flags=96",
+                                                       "KillTimer main 1002",
+                                                   }));
+  // Back below the bar, and without a second move: the bar's own overlay branch belongs to fullscreen.
+  EXPECT_EQ(calls.Of("SetWindowPos").size(), 3u);
+  EXPECT_TRUE(made[5].starts_with("SetWindowPos overlay after=0 "));
+  EXPECT_TRUE(made[5].ends_with(" flags=64"));
+  EXPECT_TRUE(made[6].starts_with("SetWindowPos view after=0 0,0 "));
+  EXPECT_EQ(Lines(made.begin() + 7, made.begin() + 18),
+            (Lines{"SetFocus view", "ShowWindow close 5", "ShowWindow maximize 5", "ShowWindow minimize 5",
+                   "ShowWindow search 5", "ShowWindow file 5", "ShowWindow help 5", "ShowWindow volume 5",
+                   "ShowWindow speaker 5", "ShowWindow icon 5", "ShowWindow title 5"}));
+  EXPECT_TRUE(made[18].ends_with(",30 keep")) << made[18];
+  EXPECT_EQ(Lines(made.begin() + 19, made.end()),
+            (Lines{"UpdateWindow main", "KillTimer main 1003", "InvalidateRect maximize all erase",
+                   "InvalidateRect main all erase"}));
+  EXPECT_EQ(log.Lines().front(), "INFO ToggleFullscreen: Exiting fullscreen mode");
+  EXPECT_EQ(log.Lines()[1], "DEBUG ToggleFullscreen: Restoring window - pos:(40,30) size:900x600 style:0x04040000");
+  EXPECT_TRUE(log.Has("INFO Stopped mouse tracking timer"));
+  EXPECT_TRUE(log.Has("DEBUG StopTitleBarAutoHideTimer: Stopped auto-hide timer"));
+  EXPECT_EQ(log.CountContaining("Repositioned overlay"), 0);
+  EXPECT_EQ(log.Lines().back(), "INFO Exited fullscreen mode - title bar controls restored");
+}
+
+TEST_F(Fullscreen, TooSmallSavedRectangleYields1280By720At100With100AndAWarning) {
+  Window().ToggleFullscreen();
+  Window().savedWindowRect_ = {10, 20, 10 + 639, 20 + 400};
+  LogCapture log;
+  CallLog calls(Window());
+  Window().ToggleFullscreen();
+  EXPECT_TRUE(log.Has("WARNING ToggleFullscreen: Invalid saved dimensions (639x400), using defaults"));
+  EXPECT_EQ(calls.Of("SetWindowPos").front(), "SetWindowPos main after=-2 100,100 1280x720 flags=96");
+  EXPECT_RECT(Window().savedWindowRect_, 100, 100, 10 + 639, 20 + 400);
+}
+
+TEST_F(Fullscreen, OverlayCoversTheScreenWhileTheBarIsHidden) {
+  Window().ToggleFullscreen();
+  EXPECT_RECT(RectOf(Window().flutterHostWindow_), 0, 0, monitor_.right, monitor_.bottom);
+  EXPECT_RECT(RectOf(Window().flutterEngine_->flutterWindow_), 0, 0, monitor_.right, monitor_.bottom);
+}
+
+TEST_F(Fullscreen, OverlayLeavesTheBarFreeWhileItShows) {
+  Window().ToggleFullscreen();
+  LogCapture log;
+  PointerAt(10);
+  EXPECT_RECT(RectOf(Window().flutterHostWindow_), 0, 30, monitor_.right, monitor_.bottom);
+  EXPECT_RECT(RectOf(Window().flutterEngine_->flutterWindow_), 0, 30, monitor_.right, monitor_.bottom);
+  EXPECT_TRUE(log.Has("INFO ShowTitleBarControls: Repositioned overlay below title bar (1024x738 at 0,30)"));
+}
+
+TEST_F(Fullscreen, AMoveWhileTheBarShowsPutsTheOverlayOverItAgain) {
+  Window().ToggleFullscreen();
+  PointerAt(10);
+  SendMessageA(Window().hwnd_, WM_MOVE, 0, 0);
+  EXPECT_RECT(RectOf(Window().flutterHostWindow_), 0, 0, monitor_.right, monitor_.bottom);
+}
+
+TEST_F(Fullscreen, OverlayIsBackBelowTheBarAfterLeaving) {
+  Window().ToggleFullscreen();
+  Window().ToggleFullscreen();
+  const POINT below = OnScreen(0, 30);
+  EXPECT_EQ(RectOf(Window().flutterHostWindow_).left, below.x);
+  EXPECT_EQ(RectOf(Window().flutterHostWindow_).top, below.y);
+}
+
+TEST_F(Fullscreen, HidesAllTenControlsAndShowsThemWithTheBar) {
+  const HWND controls[] = {Window().closeButton_, Window().maximizeButton_, Window().minimizeButton_,
+                           Window().searchBox_,   Window().fileButton_,     Window().helpButton_,
+                           Window().volumeControl_, Window().speakerIcon_,  Window().appIconStatic_,
+                           Window().titleStatic_};
+  Window().ToggleFullscreen();
+  for (const HWND control : controls) EXPECT_FALSE(IsWindowVisible(control));
+  PointerAt(0);
+  for (const HWND control : controls) EXPECT_TRUE(IsWindowVisible(control));
+}
+
+TEST_F(Fullscreen, AMissingControlIsSkipped) {
+  Window().searchBox_ = nullptr;
+  CallLog calls(Window());
+  Window().ToggleFullscreen();
+  EXPECT_EQ(calls.Of("ShowWindow").size(), 9u);
+}
+
+TEST_F(Fullscreen, ShowingTwiceAndHidingTwiceDoNothingTheSecondTime) {
+  CallLog calls(Window());
+  Window().ShowTitleBarControls();
+  EXPECT_TRUE(calls.Calls().empty());
+  Window().HideTitleBarControls();
+  calls.Clear();
+  Window().HideTitleBarControls();
+  EXPECT_TRUE(calls.Calls().empty());
+}
+
+TEST_F(Fullscreen, ShowingTheBarPaintsItAtOnce) {
+  Window().ToggleFullscreen();
+  LogCapture log;
+  CallLog calls(Window());
+  PointerAt(10);
+  EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect main 0,0-1024,30 keep"}));
+  EXPECT_TRUE(log.Has("DEBUG ShowTitleBarControls: Showing title bar controls in fullscreen"));
+  EXPECT_TRUE(log.Has("DEBUG ShowTitleBarControls: Painted title bar background directly"));
+  EXPECT_TRUE(log.Has("DEBUG ShowTitleBarControls: Title bar background painted and invalidated"));
+  const HDC dc = GetDC(Window().hwnd_);
+  EXPECT_EQ(GetPixel(dc, 300, 15), RGB(70, 70, 95));
+  ReleaseDC(Window().hwnd_, dc);
+}
+
+// The reachable states, one transition a test.
+
+TEST_F(Fullscreen, StartsNormalWithoutTimers) {
+  EXPECT_EQ(State(), kNormal);
+  EXPECT_FALSE(Tracks());
+  EXPECT_FALSE(CountsDown());
+}
+
+TEST_F(Fullscreen, EnteringHidesTheBarAndTracksThePointer) {
+  Window().ToggleFullscreen();
+  EXPECT_EQ(State(), kBarHidden);
+  EXPECT_TRUE(Tracks());
+  EXPECT_FALSE(CountsDown());
+}
+
+TEST_F(Fullscreen, PointerEnteringTheTopAreaBringsTheBar) {
+  Window().ToggleFullscreen();
+  LogCapture log;
+  PointerAt(50);
+  EXPECT_EQ(State(), kPointerAtTop);
+  EXPECT_FALSE(CountsDown());
+  EXPECT_EQ(log.Lines().back(), "INFO WM_TIMER: Mouse entered top area (y=50) - showing title bar");
+}
+
+TEST_F(Fullscreen, PointerLeavingTheTopAreaStartsTheCountdown) {
+  Window().ToggleFullscreen();
+  PointerAt(50);
+  LogCapture log;
+  CallLog calls(Window());
+  PointerAt(51);
+  EXPECT_EQ(State(), kCountingDown);
+  EXPECT_TRUE(CountsDown());
+  EXPECT_EQ(calls.Calls(), (Lines{"SetTimer main 1003 3000ms"}));
+  EXPECT_EQ(log.Lines(), (Lines{"DEBUG StartTitleBarAutoHideTimer: Started auto-hide timer",
+                                "INFO WM_TIMER: Mouse left top area (y=51) - starting auto-hide timer"}));
+}
+
+TEST_F(Fullscreen, PointerReturningDuringTheCountdownStopsIt) {
+  Window().ToggleFullscreen();
+  PointerAt(10);
+  PointerAt(100);
+  CallLog calls(Window());
+  PointerAt(10);
+  EXPECT_EQ(State(), kPointerAtTop);
+  EXPECT_EQ(calls.Calls(), (Lines{"KillTimer main 1003"}));
+  EXPECT_FALSE(CountsDown());
+}
+
+TEST_F(Fullscreen, EndOfTheCountdownHidesTheBar) {
+  Window().ToggleFullscreen();
+  PointerAt(10);
+  PointerAt(100);
+  Tick(kTitleBarAutoHideTimerId);
+  EXPECT_EQ(State(), kBarHidden);
+  EXPECT_FALSE(CountsDown());
+  EXPECT_TRUE(Tracks());
+}
+
+TEST_F(Fullscreen, ToggleLeavesFromEveryFullscreenState) {
+  const auto leave = [this] {
+    Window().ToggleFullscreen();
+    EXPECT_EQ(State(), kNormal);
+    EXPECT_FALSE(Tracks());
+    EXPECT_FALSE(CountsDown());
+    Window().ToggleFullscreen();
+  };
+  Window().ToggleFullscreen();
+  leave();  // the bar is hidden
+  PointerAt(10);
+  leave();  // the pointer is at the top
+  PointerAt(10);
+  PointerAt(100);
+  leave();  // counting down
+}
+
+TEST_F(Fullscreen, RestartedCountdownReplacesTheRunningOne) {
+  Window().ToggleFullscreen();
+  Window().StartTitleBarAutoHideTimer();
+  CallLog calls(Window());
+  Window().StartTitleBarAutoHideTimer();
+  EXPECT_EQ(calls.Calls(), (Lines{"KillTimer main 1003", "SetTimer main 1003 3000ms"}));
+}
+
+TEST_F(Fullscreen, StoppingWithoutACountdownDoesNothing) {
+  LogCapture log;
+  CallLog calls(Window());
+  Window().StopTitleBarAutoHideTimer();
+  EXPECT_TRUE(calls.Calls().empty());
+  EXPECT_TRUE(log.Lines().empty());
+}
+
+struct CallerLines {
+  TopAreaCaller caller;
+  const char* entered;
+  const char* left;
+};
+class TopAreaCallers : public Fullscreen, public testing::WithParamInterface<CallerLines> {};
+
+TEST_P(TopAreaCallers, LogInTheirOwnWords) {
+  Window().ToggleFullscreen();
+  LogCapture log;
+  Window().RunTopAreaStep(7, GetParam().caller);
+  Window().RunTopAreaStep(77, GetParam().caller);
+  EXPECT_TRUE(log.Has(GetParam().entered));
+  EXPECT_TRUE(log.Has(GetParam().left));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fullscreen, TopAreaCallers,
+    testing::Values(CallerLines{TopAreaCaller::kTrackingTimer,
+                                "INFO WM_TIMER: Mouse entered top area (y=7) - showing title bar",
+                                "INFO WM_TIMER: Mouse left top area (y=77) - starting auto-hide timer"},
+                    CallerLines{TopAreaCaller::kMainWindow,
+                                "INFO MAIN WINDOW: Mouse entered top area - SHOWING TITLE BAR",
+                                "INFO MAIN WINDOW: Mouse left top area - starting auto-hide timer"},
+                    CallerLines{TopAreaCaller::kOverlay,
+                                "INFO OverlayWindowProc: Mouse entered top area - SHOWING TITLE BAR",
+                                "INFO OverlayWindowProc: Mouse left top area - starting auto-hide timer"}));
+
+TEST_F(Fullscreen, TogglingTwiceInQuickSuccessionLeavesBarShownNoTimersAndPointerOutside) {
+  Window().ToggleFullscreen();
+  Window().ToggleFullscreen();
+  EXPECT_EQ(State(), kNormal);
+  EXPECT_FALSE(Tracks());
+  EXPECT_FALSE(CountsDown());
+  EXPECT_TRUE(IsWindowVisible(Window().searchBox_));
+}
+
+TEST_F(Fullscreen, PointerAtTheTopWhileEnteringBringsTheBarBackAtTheNextTick) {
+  SetCursorPos(500, 5);
+  Window().ToggleFullscreen();
+  ASSERT_EQ(State(), kBarHidden);
+  EXPECT_TRUE(PumpUntil([this] { return State() == kPointerAtTop; }));
+}
+
+TEST_F(Fullscreen, RealPointerBringsTheBarAndItGoesThreeSecondsAfterThePointer) {
+  Window().ToggleFullscreen();
+  SetCursorPos(500, 5);
+  ASSERT_TRUE(PumpUntil([this] { return State() == kPointerAtTop; }));
+  SetCursorPos(500, 400);
+  ASSERT_TRUE(PumpUntil([this] { return State() == kCountingDown; }));
+  const DWORD began = GetTickCount();
+  ASSERT_TRUE(PumpUntil([this] { return State() == kBarHidden; }));
+  EXPECT_NEAR(GetTickCount() - began, 3000, 500);
+}
+
+TEST_F(Fullscreen, StrayTicksAfterLeavingDoNothing) {
+  Window().ToggleFullscreen();
+  Window().ToggleFullscreen();
+  SetCursorPos(500, OnScreen(0, 5).y);
+  CallLog calls(Window());
+  Tick(kMouseTrackingTimerId);
+  Tick(kTitleBarAutoHideTimerId);
+  EXPECT_TRUE(calls.Calls().empty());
+  EXPECT_EQ(State(), kNormal);
+}
+
+TEST_F(Fullscreen, LeavingDropsAlwaysOnTopWhoseSettingStaysOn) {
+  Window().HandleMenuCommand(kAlwaysOnTopCommand);
+  Window().ToggleFullscreen();
+  CallLog calls(Window());
+  Window().ToggleFullscreen();
+  EXPECT_TRUE(calls.Of("SetWindowPos").front().starts_with("SetWindowPos main after=-2 "));
+  EXPECT_FALSE(GetWindowLongA(Window().hwnd_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  EXPECT_TRUE(Window().alwaysOnTop_);
+}
+
+TEST_F(Fullscreen, WindowOnNoMonitorOpensOnThePrimaryOne) {
+  SetWindowPos(Window().hwnd_, nullptr, 5000, 5000, 800, 500, SWP_NOZORDER);
+  Window().ToggleFullscreen();
+  EXPECT_RECT(RectOf(Window().hwnd_), 0, 0, monitor_.right, monitor_.bottom);
+}
+
+TEST_F(Fullscreen, GlyphOfTheMaximizeButtonShowsTheState) {
+  const auto glyphAt = [this](int dx, int dy) {
+    RECT area{};
+    GetClientRect(Window().maximizeButton_, &area);
+    UpdateWindow(Window().maximizeButton_);
+    const HDC dc = GetDC(Window().maximizeButton_);
+    const COLORREF color = GetPixel(dc, area.right / 2 + dx, area.bottom / 2 + dy);
+    ReleaseDC(Window().maximizeButton_, dc);
+    return color;
+  };
+  constexpr COLORREF kWhite = RGB(255, 255, 255);
+  // The front square of the two has an edge 3 pixels right of the centre, where the single square has none.
+  UpdateWindow(Window().maximizeButton_);
+  EXPECT_NE(glyphAt(3, 0), kWhite);
+  Window().ToggleFullscreen();
+  PointerAt(10);
+  EXPECT_EQ(glyphAt(3, 0), kWhite);
+  Window().ToggleFullscreen();
+  EXPECT_NE(glyphAt(3, 0), kWhite);
+  EXPECT_EQ(glyphAt(5, 0), kWhite);
+}
+
+TEST_F(Fullscreen, TogglingADeadWindowIsHarmless) {
+  DestroyWindow(Window().hwnd_);
+  Window().ToggleFullscreen();
+  Window().ToggleFullscreen();
+  EXPECT_EQ(State(), kNormal);
+}
+
+}  // namespace
+}  // namespace vantro

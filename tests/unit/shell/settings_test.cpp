@@ -1,0 +1,353 @@
+// The window's settings in a registry key of the test's own.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/unit/shell/call_log.h"
+#include "tests/unit/shell/shell_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::CallLog;
+using test::LogCapture;
+
+constexpr wchar_t kKey[] = L"Software\\Vantro\\WindowSettings";
+
+struct StoredValue {
+  DWORD type = 0;
+  std::vector<BYTE> data;
+
+  bool operator==(const StoredValue&) const = default;
+};
+
+std::optional<StoredValue> Stored(const wchar_t* name) {
+  DWORD size = 0;
+  if (RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_ANY, nullptr, nullptr, &size) != ERROR_SUCCESS) {
+    return std::nullopt;
+  }
+  HKEY key = nullptr;
+  RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_READ, &key);
+  StoredValue value;
+  RegQueryValueExW(key, name, nullptr, &value.type, nullptr, &size);
+  value.data.resize(size);
+  RegQueryValueExW(key, name, nullptr, nullptr, value.data.data(), &size);
+  RegCloseKey(key);
+  return value;
+}
+
+StoredValue Dword(DWORD number) {
+  const auto* bytes = reinterpret_cast<const BYTE*>(&number);
+  return {REG_DWORD, {bytes, bytes + sizeof number}};
+}
+
+// As the host writes a text: with its terminator and one further zero.
+StoredValue Text(const std::wstring& text) {
+  const std::wstring terminated = text + std::wstring(2, L'\0');
+  const auto* bytes = reinterpret_cast<const BYTE*>(terminated.data());
+  return {REG_SZ, {bytes, bytes + terminated.size() * sizeof(wchar_t)}};
+}
+
+void Store(const wchar_t* name, const StoredValue& value) {
+  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kKey, name, value.type, value.data.data(),
+                            static_cast<DWORD>(value.data.size())),
+            ERROR_SUCCESS);
+}
+
+bool KeyExists() {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+  RegCloseKey(key);
+  return true;
+}
+
+// Settings need no native window unless always-on-top is applied.
+class Settings : public testing::Test {
+ protected:
+  void SetEveryMember() {
+    window_.alwaysOnTop_ = true;
+    window_.vlcHwAccel_ = "dxva2";
+    window_.vlcAudioOutput_ = "wasapi";
+    window_.vlcDeinterlace_ = "blend";
+    window_.vlcEqualizerEnabled_ = true;
+    window_.vlcCompressorEnabled_ = true;
+  }
+
+  test::ScratchRegistry registry_;
+  VantroWindow window_{GetModuleHandleW(nullptr)};
+};
+
+TEST_F(Settings, FirstStartFindsNoKeyAndKeepsTheDefaults) {
+  LogCapture log;
+  window_.LoadSettings();
+  EXPECT_FALSE(window_.alwaysOnTop_);
+  EXPECT_EQ(window_.vlcHwAccel_, "auto");
+  EXPECT_EQ(window_.vlcAudioOutput_, "directsound");
+  EXPECT_EQ(window_.vlcDeinterlace_, "off");
+  EXPECT_FALSE(window_.vlcEqualizerEnabled_);
+  EXPECT_FALSE(window_.vlcCompressorEnabled_);
+  EXPECT_EQ(log.Lines(),
+            (std::vector<std::string>{"INFO LoadSettings: Loading application settings from registry",
+                                      "DEBUG LoadSettings: Registry key not found, using default settings"}));
+}
+
+TEST_F(Settings, LoadingCreatesNoKeyAndTheFirstSaveDoes) {
+  window_.LoadSettings();
+  EXPECT_FALSE(KeyExists());
+  window_.SaveSettings();
+  EXPECT_TRUE(KeyExists());
+}
+
+TEST_F(Settings, SaveWritesEachValueWithItsTypeAndSize) {
+  SetEveryMember();
+  window_.SaveSettings();
+  EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(1));
+  EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"dxva2"));
+  EXPECT_EQ(Stored(L"VLCAudioOutput"), Text(L"wasapi"));
+  EXPECT_EQ(Stored(L"VLCDeinterlace"), Text(L"blend"));
+  EXPECT_EQ(Stored(L"VLCEqualizerEnabled"), Dword(1));
+  EXPECT_EQ(Stored(L"VLCCompressorEnabled"), Dword(1));
+  // "dxva2" and its terminator are 12 bytes, and 2 follow.
+  EXPECT_EQ(Stored(L"VLCHwAccel")->data.size(), 14u);
+}
+
+TEST_F(Settings, SaveWritesTheDefaults) {
+  window_.SaveSettings();
+  EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
+  EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"auto"));
+  EXPECT_EQ(Stored(L"VLCAudioOutput"), Text(L"directsound"));
+  EXPECT_EQ(Stored(L"VLCDeinterlace"), Text(L"off"));
+  EXPECT_EQ(Stored(L"VLCEqualizerEnabled"), Dword(0));
+  EXPECT_EQ(Stored(L"VLCCompressorEnabled"), Dword(0));
+}
+
+TEST_F(Settings, SaveWritesAnEmptyTextAsTwoZeros) {
+  window_.vlcHwAccel_ = "";
+  window_.SaveSettings();
+  EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L""));
+}
+
+TEST_F(Settings, SaveLogsEachValueInOrder) {
+  SetEveryMember();
+  window_.vlcCompressorEnabled_ = false;
+  LogCapture log;
+  window_.SaveSettings();
+  EXPECT_EQ(log.Lines(), (std::vector<std::string>{
+                             "INFO SaveSettings: Saving application settings to registry",
+                             "INFO SaveSettings: Always on top setting saved: enabled",
+                             "INFO SaveSettings: VLC Hardware Acceleration saved: dxva2",
+                             "INFO SaveSettings: VLC Audio Output saved: wasapi",
+                             "INFO SaveSettings: VLC Deinterlacing saved: blend",
+                             "INFO SaveSettings: VLC Equalizer enabled saved: enabled",
+                             "INFO SaveSettings: VLC Compressor enabled saved: disabled",
+                         }));
+}
+
+TEST_F(Settings, PerWindowAlwaysOnTopIsNotStored) {
+  window_.alwaysOnTopThisWindow_ = true;
+  window_.SaveSettings();
+  HKEY key = nullptr;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_READ, &key), ERROR_SUCCESS);
+  DWORD values = 0;
+  RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
+                   nullptr);
+  RegCloseKey(key);
+  EXPECT_EQ(values, 6u);
+  EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
+}
+
+TEST_F(Settings, LoadGivesBackWhatSaveWroteAndLogsIt) {
+  SetEveryMember();
+  window_.SaveSettings();
+  VantroWindow next(GetModuleHandleW(nullptr));
+  LogCapture log;
+  next.LoadSettings();
+  EXPECT_TRUE(next.alwaysOnTop_);
+  EXPECT_EQ(next.vlcHwAccel_, "dxva2");
+  EXPECT_EQ(next.vlcAudioOutput_, "wasapi");
+  EXPECT_EQ(next.vlcDeinterlace_, "blend");
+  EXPECT_TRUE(next.vlcEqualizerEnabled_);
+  EXPECT_TRUE(next.vlcCompressorEnabled_);
+  EXPECT_EQ(log.Lines(), (std::vector<std::string>{
+                             "INFO LoadSettings: Loading application settings from registry",
+                             "INFO LoadSettings: Always on top setting loaded: enabled",
+                             "INFO LoadSettings: VLC Hardware Acceleration loaded: dxva2",
+                             "INFO LoadSettings: VLC Audio Output loaded: wasapi",
+                             "INFO LoadSettings: VLC Deinterlacing loaded: blend",
+                             "INFO LoadSettings: VLC Equalizer enabled loaded: enabled",
+                             "INFO LoadSettings: VLC Compressor enabled loaded: enabled",
+                             "INFO LoadSettings: Applying always on top setting",
+                         }));
+}
+
+TEST_F(Settings, EmptyKeyClearsAlwaysOnTopAndLeavesTheOtherMembers) {
+  Store(L"Foreign", Dword(1));
+  SetEveryMember();
+  LogCapture log;
+  window_.LoadSettings();
+  EXPECT_FALSE(window_.alwaysOnTop_);
+  EXPECT_EQ(window_.vlcHwAccel_, "dxva2");
+  EXPECT_TRUE(window_.vlcEqualizerEnabled_);
+  EXPECT_TRUE(log.Has(
+      "DEBUG LoadSettings: Always on top setting not found in registry, using default (disabled)"));
+  EXPECT_EQ(log.Lines().size(), 2u);
+}
+
+TEST_F(Settings, AbsentValueLeavesItsMemberAndTheOthersAreLoaded) {
+  Store(L"VLCDeinterlace", Text(L"mean"));
+  window_.LoadSettings();
+  EXPECT_EQ(window_.vlcHwAccel_, "auto");
+  EXPECT_EQ(window_.vlcDeinterlace_, "mean");
+}
+
+TEST_F(Settings, AnyNumberButZeroReadsAsTrue) {
+  Store(L"VLCEqualizerEnabled", Dword(2));
+  Store(L"VLCCompressorEnabled", Dword(0x80000000));
+  window_.LoadSettings();
+  EXPECT_TRUE(window_.vlcEqualizerEnabled_);
+  EXPECT_TRUE(window_.vlcCompressorEnabled_);
+}
+
+TEST_F(Settings, UnknownHardwareAccelerationIsLoadedKeptAndWrittenBackUnchanged) {
+  Store(L"VLCHwAccel", Text(L"vulkan"));
+  window_.LoadSettings();
+  EXPECT_EQ(window_.vlcHwAccel_, "vulkan");
+  window_.SaveSettings();
+  EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"vulkan"));
+}
+
+TEST_F(Settings, TextBeyondTheMenusAlphabetRoundTrips) {
+  window_.vlcAudioOutput_ = "g\xC3\xBCnstig \xF0\x9F\x8E\xAC";
+  window_.SaveSettings();
+  VantroWindow next(GetModuleHandleW(nullptr));
+  next.LoadSettings();
+  EXPECT_EQ(next.vlcAudioOutput_, window_.vlcAudioOutput_);
+}
+
+TEST_F(Settings, TextIsCutAtItsFirstZero) {
+  Store(L"VLCHwAccel", Text(std::wstring(L"none\0dxva2", 10)));
+  window_.LoadSettings();
+  EXPECT_EQ(window_.vlcHwAccel_, "none");
+}
+
+TEST_F(Settings, TextWithoutATerminatorEndsWithItsData) {
+  StoredValue value = Text(L"none");
+  value.type = REG_BINARY;  // a text would get its terminator on the way in
+  value.data.resize(4 * sizeof(wchar_t));
+  Store(L"VLCHwAccel", value);
+  window_.LoadSettings();
+  EXPECT_EQ(window_.vlcHwAccel_, "none");
+}
+
+TEST_F(Settings, TextOf512BytesIsReadAndALongerOneCountsAsAbsent) {
+  Store(L"VLCHwAccel", Text(std::wstring(254, L'a')));
+  Store(L"VLCAudioOutput", Text(std::wstring(255, L'b')));
+  window_.LoadSettings();
+  EXPECT_EQ(window_.vlcHwAccel_, std::string(254, 'a'));
+  EXPECT_EQ(window_.vlcAudioOutput_, "directsound");
+}
+
+TEST_F(Settings, TextThatFillsTheBufferWithoutATerminatorIsReadWhole) {
+  StoredValue value = Text(std::wstring(256, L'c'));
+  value.type = REG_BINARY;
+  value.data.resize(512);
+  Store(L"VLCHwAccel", value);
+  window_.LoadSettings();
+  EXPECT_EQ(window_.vlcHwAccel_, std::string(256, 'c'));
+}
+
+TEST_F(Settings, AlwaysOnTopStoredAsALongTextFailsToReadAndDefaultsToOff) {
+  Store(L"AlwaysOnTop", Text(L"yes"));
+  window_.alwaysOnTop_ = true;
+  window_.LoadSettings();
+  EXPECT_FALSE(window_.alwaysOnTop_);
+}
+
+TEST_F(Settings, AlwaysOnTopStoredAsAShortTextReadsAsOnWhateverItsType) {
+  StoredValue value = Text(L"0");
+  value.data.resize(4);  // the character and one zero
+  Store(L"AlwaysOnTop", value);
+  window_.LoadSettings();
+  EXPECT_TRUE(window_.alwaysOnTop_);
+}
+
+TEST_F(Settings, NumberStoredUnderATextIsTakenAsText) {
+  Store(L"VLCHwAccel", Dword(0x00620061));  // "ab"
+  window_.LoadSettings();
+  EXPECT_EQ(window_.vlcHwAccel_, "ab");
+}
+
+TEST_F(Settings, WindowDestroyedLastDecidesWhatTheNextStartFinds) {
+  VantroWindow other(GetModuleHandleW(nullptr));
+  window_.LoadSettings();
+  other.LoadSettings();
+  window_.alwaysOnTop_ = true;
+  window_.SaveSettings();
+  EXPECT_FALSE(other.alwaysOnTop_);
+  other.SaveSettings();
+  EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
+}
+
+// The registry's answers when it refuses.
+LSTATUS WINAPI RefuseCreate(HKEY, LPCWSTR, DWORD, LPWSTR, DWORD, REGSAM, LPSECURITY_ATTRIBUTES, PHKEY, LPDWORD) {
+  return ERROR_ACCESS_DENIED;
+}
+LSTATUS WINAPI RefuseSet(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD) { return ERROR_WRITE_FAULT; }
+
+TEST_F(Settings, KeyThatCannotBeCreatedIsLoggedAndNothingIsWritten) {
+  LogCapture log;
+  {
+    const test::ImportHook hook("advapi32.dll", "RegCreateKeyExW", reinterpret_cast<void*>(&RefuseCreate));
+    window_.SaveSettings();
+  }
+  EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
+                                                   "ERROR SaveSettings: Failed to create registry key: 5"}));
+  EXPECT_FALSE(KeyExists());
+}
+
+TEST_F(Settings, OnlyAFailureOfTheFirstValueIsLogged) {
+  LogCapture log;
+  const test::ImportHook hook("advapi32.dll", "RegSetValueExW", reinterpret_cast<void*>(&RefuseSet));
+  window_.SaveSettings();
+  EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
+                                                   "ERROR SaveSettings: Failed to save always on top setting: 29"}));
+}
+
+using SettingsOfAWindow = test::ShellTest;
+
+TEST_F(SettingsOfAWindow, StoredAlwaysOnTopIsAppliedToWindowAndOverlay) {
+  Store(L"AlwaysOnTop", Dword(1));
+  CallLog calls(Window());
+  Window().LoadSettings();
+  EXPECT_EQ(calls.Calls(), (std::vector<std::string>{"SetWindowPos main after=-1 0,0 0x0 flags=3",
+                                                     "SetWindowPos overlay after=-1 0,0 0x0 flags=3"}));
+  // Wine raises an owner's popup into the topmost band and leaves the owner itself out of it, so only the overlay's
+  // style can be looked at.
+  EXPECT_TRUE(GetWindowLongA(Window().flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+}
+
+TEST_F(SettingsOfAWindow, NothingIsAppliedWithoutAlwaysOnTop) {
+  Store(L"AlwaysOnTop", Dword(0));
+  CallLog calls(Window());
+  LogCapture log;
+  Window().LoadSettings();
+  EXPECT_TRUE(calls.Calls().empty());
+  EXPECT_TRUE(log.Has("INFO LoadSettings: Always on top setting loaded: disabled"));
+}
+
+TEST_F(SettingsOfAWindow, DestroyingTheWindowSavesThem) {
+  Window().vlcDeinterlace_ = "linear";
+  DestroyWindow(Window().hwnd_);
+  EXPECT_EQ(Stored(L"VLCDeinterlace"), Text(L"linear"));
+}
+
+TEST_F(SettingsOfAWindow, NewWindowLoadsWhatIsStored) {
+  Store(L"VLCHwAccel", Text(L"none"));
+  EXPECT_EQ(AddWindow().vlcHwAccel_, "none");
+}
+
+}  // namespace
+}  // namespace vantro
