@@ -1,0 +1,155 @@
+"""The process: one instance, windows by second launches, the end, the dump of a crash."""
+
+import itertools
+import subprocess
+
+import pytest
+
+from tests.support.messages import WM_CLOSE, WM_COMMAND
+from vantro_interface import host as hosts
+
+MAIN_WINDOW = "VantroWindowClass"
+BOX = "#32770"
+IDOK = 1
+WM_GETMINMAXINFO = 0x24
+ACCESS_VIOLATION = 0xC0000005
+NOWHERE = 0x8
+TOOL = hosts.BUILD / "devkit/interface/process_tool.exe"
+
+NO_WINDOW_FOUND = "WARNING Could not find existing Vantro window - no instance running?"
+
+
+def second_launch(host, *arguments):
+    launch = host.make()
+    launch.start(*arguments, connect=False)
+    return launch
+
+
+def wait_for_windows(client, count):
+    return client.poll(lambda: client.windows(MAIN_WINDOW), lambda windows: len(windows) == count, f"{count} windows")
+
+
+def wait_for_box(client):
+    (box,) = client.poll(lambda: client.windows(BOX), lambda boxes: len(boxes) == 1, "a message box")
+    return box
+
+
+def dismiss(client, box):
+    client.post(box.handle, WM_COMMAND, IDOK)
+
+
+# One instance.
+
+
+def test_a_second_launch_opens_a_window_in_the_first_process_and_ends_with_0(host):
+    first = host()
+    launch = second_launch(host)
+    assert launch.wait() == 0
+    wait_for_windows(first.client, 2)
+    assert "INFO PostMessage result: SUCCESS" in launch.log
+    assert not any("COM initialized" in line for line in launch.log)
+
+
+def test_two_second_launches_in_quick_succession_open_two_windows(host):
+    first = host()
+    launches = [second_launch(host), second_launch(host)]
+    assert [launch.wait() for launch in launches] == [0, 0]
+    wait_for_windows(first.client, 3)
+
+
+def test_a_second_launch_before_the_first_has_a_window_warns_and_opens_none(host, wine_prefix):
+    holder = subprocess.Popen([hosts.WINE, str(TOOL), "hold", "Vantro_SingleInstance_Mutex"],
+                              env=wine_prefix.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL)
+    try:
+        assert holder.stdout.readline().strip() == b"held"
+        launch = second_launch(host)
+        assert launch.wait() == 0
+        assert NO_WINDOW_FOUND in launch.log
+        assert not any("Window instance created" in line for line in launch.log)
+    finally:
+        holder.stdin.close()
+        holder.wait(10)
+
+
+def test_arguments_change_nothing(host):
+    vantro = host("--new-window", "http://host/stream.ts", "/?")
+    wait_for_windows(vantro.client, 1)
+    assert vantro.quit() == 0
+
+
+# Starts that fail.
+
+
+def test_a_player_that_does_not_come_up_shows_a_box_and_ends_with_1(host):
+    libraries = {"libvlc.dll": hosts.scripted("full")["libvlc.dll"]}  # no libvlccore.dll beside it
+    vantro = host.make(libraries=libraries)
+    vantro.start(connect=False)
+    vantro.wait_for_log("ERROR Failed to initialize application window")
+    assert any("ERROR: libvlccore.dll not found at: " in line for line in vantro.log)
+    vantro.prefix.run(TOOL, "answer", "Error")
+    assert vantro.wait() == 1
+
+
+# The end.
+
+
+@pytest.mark.parametrize("order", list(itertools.permutations(range(3))), ids=lambda order: "".join(map(str, order)))
+def test_three_windows_closed_in_any_order_end_the_process_once_with_0(host, order):
+    vantro = host()
+    for count in (2, 3):
+        assert second_launch(host).wait() == 0
+        wait_for_windows(vantro.client, count)
+    windows = sorted(vantro.client.windows(MAIN_WINDOW), key=lambda window: window.handle)
+    for position, index in enumerate(order):
+        vantro.client.post(windows[index].handle, WM_CLOSE)
+        if position < 2:
+            wait_for_windows(vantro.client, 2 - position)
+    assert vantro.wait() == 0
+    ends = [line for line in vantro.log if "WM_CLOSE: No active windows remain - exiting application" in line]
+    assert len(ends) == 1
+    assert sum("~VantroWindow: Destructor called for window" in line for line in vantro.log) == 3
+    assert vantro.log[-1] == "INFO Application terminated"
+
+
+# The crash.
+
+
+def crash_on_main_thread(vantro):
+    (window,) = vantro.client.windows(MAIN_WINDOW)
+    vantro.client.send(window.handle, WM_GETMINMAXINFO, 0, NOWHERE)
+
+
+def crash_on_another_thread(vantro):
+    vantro.prefix.run(TOOL, "fault", vantro.pid)
+
+
+CRASHES = [crash_on_main_thread, crash_on_another_thread]
+
+
+@pytest.mark.parametrize("crash", CRASHES)
+def test_a_crash_leaves_a_minidump_tells_the_user_and_ends_with_the_exceptions_code(host, crash):
+    host.allow_violations = True
+    vantro = host()
+    crash(vantro)
+    box = wait_for_box(vantro.client)
+    assert box.title == "Fatal Error"
+    assert (vantro.folder / "Vantro_Crash.dmp").read_bytes()[:4] == b"MDMP"
+    dismiss(vantro.client, box)
+    assert vantro.wait() == ACCESS_VIOLATION
+    assert "ERROR CRASH DETECTED! Generating minidump..." in vantro.log
+    assert "ERROR Minidump generated: Vantro_Crash.dmp" in vantro.log
+
+
+@pytest.mark.parametrize("crash", CRASHES)
+def test_a_crash_that_cannot_write_its_dump_still_tells_the_user(host, crash):
+    host.allow_violations = True
+    vantro = host.make()
+    (vantro.folder / "Vantro_Crash.dmp").mkdir()  # stands for a folder that can't be written to
+    vantro.start()
+    crash(vantro)
+    box = wait_for_box(vantro.client)
+    dismiss(vantro.client, box)
+    assert vantro.wait() == ACCESS_VIOLATION
+    assert "ERROR Failed to create minidump file" in vantro.log
+    assert "ERROR Minidump generated: Vantro_Crash.dmp" not in vantro.log
