@@ -1,4 +1,5 @@
 // Start-up and end of the player over a whole libvlc, and start-up failing at each stage that a call can fail at.
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -413,6 +414,18 @@ TEST_F(PlayerStartup, TheStopOfCleanupIsNotToldToTheInterface) {
   vlc_.OnCall("libvlc_media_player_stop", [&] { vlc_.Raise(player, player_event::kStopped); });
   player_.Cleanup();
   EXPECT_THAT(told, IsEmpty());
+}
+
+TEST_F(PlayerStartup, CleanupAmidAStormOfEventsLetsNoneFollow) {
+  Start();
+  std::atomic<int> told{0};
+  player_.eventCallback_ = [&](const char*, const char*) { ++told; };
+  vlc_.StartStorm(player_.mediaPlayer_.get(), 2, {std::begin(kEventTypes), std::end(kEventTypes)});
+  while (told < 50) SwitchToThread();
+  player_.Cleanup();
+  const int toldByThen = told;
+  vlc_.StopStorms();
+  EXPECT_EQ(told, toldByThen);
 }
 
 TEST_F(PlayerStartup, TheDestructorLeavesNothingAlive) {
