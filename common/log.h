@@ -7,6 +7,16 @@
 
 #include <atomic>
 
+// Checks the format as the standard's printf has it (%zu, %lld), which is what the build's own printf takes. clang knows
+// the form by the plain name only.
+#if defined(__clang__)
+#define VANTRO_PRINTF_FORMAT(format, first) __attribute__((format(printf, format, first)))
+#elif defined(__GNUC__)
+#define VANTRO_PRINTF_FORMAT(format, first) __attribute__((format(gnu_printf, format, first)))
+#else
+#define VANTRO_PRINTF_FORMAT(format, first)
+#endif
+
 namespace vantro {
 
 enum LogLevel : int {
@@ -25,7 +35,7 @@ extern "C" std::atomic<bool> debugLoggingEnabled;
 void WriteLog(int level, const char* text);
 
 // Formats like printf and hands the result, of any length, to WriteLog.
-void WriteLogFormatted(int level, const char* format, ...) __attribute__((format(gnu_printf, 2, 3)));
+void WriteLogFormatted(int level, const char* format, ...) VANTRO_PRINTF_FORMAT(2, 3);
 
 }  // namespace vantro
 
