@@ -61,7 +61,6 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   bool closed_ = false;
   std::recursive_mutex callbackLock_;
   std::vector<Listener> listeners_;
-
 };
 
 }  // namespace vantro::vlc_bridge

@@ -1,8 +1,8 @@
 // The functions of libvlc 4 by the names under which the .spec files export them. Each only finds the object behind its
 // handle and calls it; every one may be called on any thread of the program.
-#include <cstring>
-
 #include <vlc/vlc.h>
+
+#include <cstring>
 
 #include "instance.h"
 #include "libvlc4_abi.h"

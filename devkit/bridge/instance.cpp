@@ -1,5 +1,7 @@
 #include "instance.h"
 
+#include <vlc/vlc.h>
+
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -7,8 +9,6 @@
 #include <iterator>
 #include <mutex>
 #include <vector>
-
-#include <vlc/vlc.h>
 
 #include "report.h"
 

@@ -20,13 +20,20 @@ constexpr auto kPeriod = std::chrono::seconds(1);
 
 const char* NameOf(Player::State state) {
   switch (state) {
-    case Player::State::kIdle: return "idle";
-    case Player::State::kOpening: return "opening";
-    case Player::State::kPlaying: return "playing";
-    case Player::State::kPaused: return "paused";
-    case Player::State::kStopped: return "stopped";
-    case Player::State::kEnded: return "ended";
-    case Player::State::kError: return "error";
+    case Player::State::kIdle:
+      return "idle";
+    case Player::State::kOpening:
+      return "opening";
+    case Player::State::kPlaying:
+      return "playing";
+    case Player::State::kPaused:
+      return "paused";
+    case Player::State::kStopped:
+      return "stopped";
+    case Player::State::kEnded:
+      return "ended";
+    case Player::State::kError:
+      return "error";
   }
   return "?";
 }

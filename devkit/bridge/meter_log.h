@@ -1,5 +1,5 @@
-// With VANTRO_BRIDGE_STATS=FILE set, FILE gets one line of JSON a second for every player, by which a test can tell what
-// is shown and heard:
+// With VANTRO_BRIDGE_STATS=FILE set, FILE gets one line of JSON a second for every player, by which a test can tell
+// what is shown and heard:
 //
 //   {"at":12.003,"player":"00007F1234567890","url":"http://...","state":"playing","time":4200,"volume":100,"mute":false,
 //    "rms":0.0884,"frequency":440.1,"displayed":105,"abuffers":196}

@@ -1,12 +1,12 @@
 #include "painter.h"
 
+#include <windows.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
 #include <vector>
-
-#include <windows.h>
 
 #include "canvas.h"
 #include "picture_placement.h"

@@ -1,10 +1,10 @@
 #include "paths.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-
-#include <windows.h>
 
 namespace vantro::vlc_bridge {
 namespace {

@@ -1,5 +1,7 @@
 #include "player.h"
 
+#include <vlc/vlc.h>
+
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
@@ -7,8 +9,6 @@
 #include <thread>
 #include <unordered_map>
 #include <utility>
-
-#include <vlc/vlc.h>
 
 #include "instance.h"
 #include "painter.h"
@@ -20,10 +20,10 @@ namespace {
 constexpr auto kPatience = std::chrono::seconds(10);
 
 constexpr libvlc_event_e kWatchedEvents[] = {
-    libvlc_MediaPlayerMediaChanged,   libvlc_MediaPlayerNothingSpecial,  libvlc_MediaPlayerOpening,
-    libvlc_MediaPlayerBuffering,      libvlc_MediaPlayerPlaying,         libvlc_MediaPlayerPaused,
-    libvlc_MediaPlayerStopped,        libvlc_MediaPlayerEndReached,      libvlc_MediaPlayerEncounteredError,
-    libvlc_MediaPlayerTimeChanged,    libvlc_MediaPlayerPositionChanged, libvlc_MediaPlayerSeekableChanged,
+    libvlc_MediaPlayerMediaChanged,  libvlc_MediaPlayerNothingSpecial,  libvlc_MediaPlayerOpening,
+    libvlc_MediaPlayerBuffering,     libvlc_MediaPlayerPlaying,         libvlc_MediaPlayerPaused,
+    libvlc_MediaPlayerStopped,       libvlc_MediaPlayerEndReached,      libvlc_MediaPlayerEncounteredError,
+    libvlc_MediaPlayerTimeChanged,   libvlc_MediaPlayerPositionChanged, libvlc_MediaPlayerSeekableChanged,
     libvlc_MediaPlayerLengthChanged,
 };
 

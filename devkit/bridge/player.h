@@ -96,8 +96,8 @@ class Player {
   std::atomic<State> state_{State::kIdle};
   std::atomic<int64_t> time_{-1};
   std::atomic<int64_t> length_{-1};
-  std::atomic<bool> started_{false};       // the program asked to play and not to stop since, and no end came
-  std::atomic<bool> stoppedTold_{false};   // Stopped was sent since the last opening or new media
+  std::atomic<bool> started_{false};      // the program asked to play and not to stop since, and no end came
+  std::atomic<bool> stoppedTold_{false};  // Stopped was sent since the last opening or new media
 
   std::mutex commandLock_;
   std::condition_variable commanded_;

@@ -1,9 +1,9 @@
 #include "windows_thread.h"
 
+#include <windows.h>
+
 #include <memory>
 #include <utility>
-
-#include <windows.h>
 
 namespace vantro::vlc_bridge {
 namespace {

@@ -1,8 +1,17 @@
-// bridge_smoke URL OTHER_URL SEEKABLE_URL ROUNDS: drives the bridge as the host does, through GetProcAddress
-// and a window of its own, and prints one line per check. SEEKABLE_URL is a media of 60 s that libvlc 3 can seek in (it
-// cannot in a transport stream over HTTP). Ends with 0 if all held.
+// Drives the bridge as the host does, through GetProcAddress and a window of its own, and prints one line per check.
+// Ends with 0 if all held.
+//
+//   bridge_smoke all URL OTHER_URL SEEKABLE_URL ROUNDS
+//       everything; OTHER_URL shows red, SEEKABLE_URL is a media of 60 s with two audio tracks and a subtitle track
+//       that libvlc 3 can seek in (it cannot in a transport stream over HTTP)
+//   bridge_smoke play TEXT...
+//       each TEXT, a path if it has no "://", comes to play
+//   bridge_smoke misuse URL
+//       seeks inside a callback
+
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
@@ -56,6 +65,7 @@ struct Vlc {
   const char* (*Version)() = Load<decltype(Version)>("libvlc_get_version");
   void* (*MediaNew)(const char*) = Load<decltype(MediaNew)>("libvlc_media_new_location");
   void (*MediaRelease)(void*) = Load<decltype(MediaRelease)>("libvlc_media_release");
+  void* (*MediaNewPath)(const char*) = Load<decltype(MediaNewPath)>("libvlc_media_new_path");
   void (*AddOption)(void*, const char*) = Load<decltype(AddOption)>("libvlc_media_add_option");
   bool (*GetStats)(void*, Stats*) = Load<decltype(GetStats)>("libvlc_media_get_stats");
   void* (*PlayerNew)(void*) = Load<decltype(PlayerNew)>("libvlc_media_player_new");
@@ -84,8 +94,8 @@ struct Vlc {
   void (*ReleaseTracks)(Track*) = Load<decltype(ReleaseTracks)>("libvlc_track_description_list_release");
   void (*Stop)(void*) = Load<decltype(Stop)>("libvlc_media_player_stop");
   int (*StopAsync)(void*) = Load<decltype(StopAsync)>("libvlc_media_player_stop_async");
-  int (*Snapshot)(void*, unsigned, const char*, unsigned, unsigned) =
-      Load<decltype(Snapshot)>("libvlc_video_take_snapshot");
+  int (*Snapshot)(void*, unsigned, const char*, unsigned,
+                  unsigned) = Load<decltype(Snapshot)>("libvlc_video_take_snapshot");
   int (*Attach)(void*, int, EventFunction, void*) = Load<decltype(Attach)>("libvlc_event_attach");
   void (*Detach)(void*, int, EventFunction, void*) = Load<decltype(Detach)>("libvlc_event_detach");
 };
@@ -164,8 +174,9 @@ struct Session {
   explicit Session(const Vlc& functions, void* instance) : vlc(functions), player(functions.PlayerNew(instance)) {
     for (int type = 0x100; type <= 0x10D; ++type) vlc.Attach(vlc.Manager(player), type, OnEvent, &record);
   }
-  void Load(const char* url) {
-    void* media = vlc.MediaNew(url);
+  void Load(const std::string& text) {
+    bool path = text.find("://") == std::string::npos;
+    void* media = path ? vlc.MediaNewPath(text.c_str()) : vlc.MediaNew(text.c_str());
     vlc.AddOption(media, ":network-caching=300");
     vlc.SetMedia(player, media);
     vlc.MediaRelease(media);
@@ -238,8 +249,7 @@ void PlayToTheEnd(Session& session, const char* url) {
   record.lastTime = -1;
   vlc.SetTime(session.player, 57000, false);
   vlc.Play(session.player);
-  Check(PumpUntil([&] { return record.lastTime >= 55000; }, 3000),
-        "a seek before play is where play starts");
+  Check(PumpUntil([&] { return record.lastTime >= 55000; }, 3000), "a seek before play is where play starts");
   Check(PumpUntil([&] { return record.Count(0x106) > 0; }, 15000), "Stopped comes at the end");
   record.Clear();
   record.lastTime = -1;
@@ -326,21 +336,70 @@ void Rounds(const Vlc& vlc, void* instance, HWND window, const char* url, int ro
     vlc.Play(session.player);
     played += PumpUntil([&] { return session.record.Count(0x104) > 0; });
     if (i % 2) vlc.StopAsync(session.player);
-    for (int type = 0x100; type <= 0x10D; ++type) vlc.Detach(vlc.Manager(session.player), type, OnEvent, &session.record);
+    for (int type = 0x100; type <= 0x10D; ++type)
+      vlc.Detach(vlc.Manager(session.player), type, OnEvent, &session.record);
     vlc.PlayerRelease(session.player);
   }
-  Check(played == rounds, std::to_string(played) + " of " + std::to_string(rounds) + " rounds of new player, play, release");
+  Check(played == rounds,
+        std::to_string(played) + " of " + std::to_string(rounds) + " rounds of new player, play, release");
+}
+
+void Everything(const Vlc& vlc, HWND window, const std::vector<const char*>& urls, int rounds) {
+  Check(vlc.AbiVersion() == 0x040C0000, "the library says that it is libvlc 4");
+  Check(vlc.Version()[0] == '4', std::string("its version is ") + vlc.Version());
+  const char* arguments[] = {"--intf=dummy", "--no-video-title-show", "--aout=directsound", "--http-reconnect",
+                             "--no-such-option-in-libvlc-3"};
+  void* instance = vlc.New(5, arguments);
+  Check(instance != nullptr, "an unknown option does not fail libvlc_new");
+  Session session(vlc, instance);
+  PlayAndSeek(session, window, urls[0]);
+  ReplaceAndStop(session, window, urls[1]);
+  PlayToTheEnd(session, urls[2]);
+  SeekRightAway(session, urls[2]);
+  TracksAndStop(session);
+  Scale(session, window, urls[1]);
+  LoseWindow(session);
+  vlc.PlayerRelease(session.player);
+  Rounds(vlc, instance, window, urls[1], rounds);
+  vlc.Release(instance);
+}
+
+void PlayEach(const Vlc& vlc, const std::vector<const char*>& texts) {
+  void* instance = vlc.New(0, nullptr);
+  Session session(vlc, instance);
+  for (const char* text : texts) {
+    session.record.Clear();
+    session.Load(text);
+    vlc.Play(session.player);
+    Check(PumpUntil([&] { return session.record.Count(0x104) > 0; }), std::string(text) + " plays");
+  }
+  vlc.PlayerRelease(session.player);
+  vlc.Release(instance);
+}
+
+void SeekInsideCallback(const Vlc& vlc, const char* url) {
+  void* instance = vlc.New(0, nullptr);
+  Session session(vlc, instance);
+  vlc.Attach(
+      vlc.Manager(session.player), 0x10B,
+      [](const Event* event, void* functions) { static_cast<const Vlc*>(functions)->SetTime(event->sender, 0, false); },
+      const_cast<Vlc*>(&vlc));
+  session.Load(url);
+  vlc.Play(session.player);
+  Check(PumpUntil([&] { return session.record.Count(0x10B) > 1; }), "the process is alive behind the call");
+  vlc.PlayerRelease(session.player);
+  vlc.Release(instance);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 5) {
-    std::printf("usage: bridge_smoke URL OTHER_URL SEEKABLE_URL ROUNDS\n");
+  std::string mode = argc > 2 ? argv[1] : "";
+  std::vector<const char*> arguments(argv + std::min(argc, 2), argv + argc);
+  if ((mode != "all" || argc != 6) && mode != "play" && mode != "misuse") {
+    std::printf("usage: bridge_smoke all URL OTHER_URL SEEKABLE_URL ROUNDS | play TEXT... | misuse URL\n");
     return 2;
   }
-  const char* other = argv[2];
-  int rounds = std::atoi(argv[4]);
   library = LoadLibraryA("libvlc.dll");
   if (!library) {
     std::printf("FAILED no libvlc.dll, error %lu\n", GetLastError());
@@ -352,27 +411,10 @@ int main(int argc, char** argv) {
   windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
   windowClass.lpszClassName = L"BridgeSmoke";
   RegisterClassW(&windowClass);
-  HWND window = MakeWindow();
   Vlc vlc;
-  Check(vlc.AbiVersion() == 0x040C0000, "the library says that it is libvlc 4");
-  Check(vlc.Version()[0] == '4', std::string("its version is ") + vlc.Version());
-  const char* arguments[] = {"--intf=dummy", "--no-video-title-show", "--aout=directsound", "--http-reconnect",
-                             "--no-such-option-in-libvlc-3"};
-  void* instance = vlc.New(5, arguments);
-  Check(instance != nullptr, "an unknown option does not fail libvlc_new");
-  {
-    Session session(vlc, instance);
-    PlayAndSeek(session, window, argv[1]);
-    ReplaceAndStop(session, window, other);
-    PlayToTheEnd(session, argv[3]);
-    SeekRightAway(session, argv[3]);
-    TracksAndStop(session);
-    Scale(session, window, other);
-    LoseWindow(session);
-    vlc.PlayerRelease(session.player);
-  }
-  Rounds(vlc, instance, window, other, rounds);
-  vlc.Release(instance);
+  if (mode == "all") Everything(vlc, MakeWindow(), arguments, std::atoi(argv[5]));
+  if (mode == "play") PlayEach(vlc, arguments);
+  if (mode == "misuse") SeekInsideCallback(vlc, arguments[0]);
   std::printf("%d failed\n", failures);
   return failures ? 1 : 0;
 }
