@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "flutter_host/standard_method_codec.h"
 #include "shell/window_manager.h"
 
 namespace vantro::test {
@@ -94,6 +95,18 @@ std::unique_ptr<VantroWindow> ShellTest::MakeWindow() {
   UpdateWindow(window->hwnd_);
   PumpPending();
   return window;
+}
+
+std::vector<std::string> ShellTest::CallsToInterface() const {
+  std::vector<std::string> calls;
+  const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
+  for (const SentMessages::Message& message : sent_.All()) {
+    const auto call = codec.DecodeMethodCall(message.bytes.data(), message.bytes.size());
+    if (!call) continue;
+    const std::string* text = call->arguments() ? std::get_if<std::string>(call->arguments()) : nullptr;
+    calls.push_back(text ? call->method_name() + "(" + *text + ")" : call->method_name());
+  }
+  return calls;
 }
 
 void ShellTest::SetClientWidth(VantroWindow& window, int width) {

@@ -6,6 +6,8 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "shell/vantro_window.h"
 #include "tests/support/log_capture.h"
@@ -43,6 +45,8 @@ class ShellTest : public testing::Test {
   VantroWindow& AddWindow();
   // Initialized and shown, with the caller as its owner and not registered.
   static std::unique_ptr<VantroWindow> MakeWindow();
+  // What the host called on the interface since sent_ began, as "method" or, with a string argument, "method(text)".
+  std::vector<std::string> CallsToInterface() const;
   // The client area gets this width; its height stays.
   static void SetClientWidth(VantroWindow& window, int width);
 

@@ -1,0 +1,52 @@
+#include "shell/menu_tables.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace vantro {
+namespace {
+
+void CollectIds(std::span<const MenuItem> items, std::vector<WORD>* ids) {
+  for (const MenuItem& item : items) {
+    if (item.id) ids->push_back(item.id);
+    CollectIds(item.submenu, ids);
+  }
+}
+
+std::vector<WORD> IdsOf(std::span<const MenuItem> items) {
+  std::vector<WORD> ids;
+  CollectIds(items, &ids);
+  return ids;
+}
+
+TEST(MenuTables, NameEachCommandOnce) {
+  std::vector<WORD> ids = IdsOf(FileMenuItems());
+  CollectIds(HelpMenuItems(), &ids);
+  EXPECT_EQ(std::set<WORD>(ids.begin(), ids.end()).size(), ids.size());
+}
+
+TEST(MenuTables, OfferEveryMediaChoice) {
+  const std::vector<WORD> ids = IdsOf(FileMenuItems());
+  const std::set<WORD> offered(ids.begin(), ids.end());
+  for (const MediaChoice& choice : MediaChoices()) EXPECT_TRUE(offered.count(choice.id)) << choice.id;
+}
+
+TEST(MenuTables, CheckAtMostOneItemOfASetting) {
+  MenuState state;
+  state.hwAccel = "dxva2";
+  for (const MediaChoice& choice : MediaChoices()) {
+    EXPECT_EQ(MenuItemFlags(choice.id, state), choice.id == 40022 ? UINT{MF_CHECKED} : 0u) << choice.id;
+  }
+}
+
+TEST(MenuTables, CheckNothingForATextThatDiffersInCase) {
+  MenuState state;
+  state.hwAccel = "AUTO";
+  for (const MediaChoice& choice : MediaChoices()) EXPECT_EQ(MenuItemFlags(choice.id, state), 0u);
+}
+
+}  // namespace
+}  // namespace vantro

@@ -1,0 +1,488 @@
+// The File and Help menus as they open, and every command's effect.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "shell/shell_ids.h"
+#include "shell/window_manager.h"
+#include "tests/unit/shell/call_log.h"
+#include "tests/unit/shell/shell_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::CallLog;
+using test::LogCapture;
+using Lines = std::vector<std::string>;
+
+constexpr UINT kGetMenuOfPopup = 0x1E1;  // MN_GETHMENU
+
+std::string Narrow(const std::wstring& text) { return std::string(text.begin(), text.end()); }
+
+// A menu as lines: "[x]" checked, "[-]" grey, submenus indented.
+void Describe(HMENU menu, const std::string& indent, Lines* lines) {
+  for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+    wchar_t text[128] = L"";
+    MENUITEMINFOW item{};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID | MIIM_SUBMENU | MIIM_STRING;
+    item.dwTypeData = text;
+    item.cch = 128;
+    EXPECT_TRUE(GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &item));
+    if (item.fType & MFT_SEPARATOR) {
+      lines->push_back(indent + "---");
+      continue;
+    }
+    std::string line = indent;
+    if (item.fState & MFS_CHECKED) line += "[x] ";
+    if (item.fState & MFS_GRAYED) line += "[-] ";
+    line += Narrow(text);
+    if (!item.hSubMenu) line += " (" + std::to_string(item.wID) + ")";
+    lines->push_back(line);
+    if (item.hSubMenu) Describe(item.hSubMenu, indent + "  ", lines);
+  }
+}
+
+// What the test does once the menu stands: its modal loop runs timers.
+struct OpenMenu {
+  Lines lines;
+  RECT place{};
+  std::vector<WPARAM> keys;
+  bool seen = false;
+};
+OpenMenu* awaited = nullptr;
+
+void CALLBACK LookAtMenu(HWND, UINT, UINT_PTR timer, DWORD) {
+  const HWND popup = FindWindowW(L"#32768", nullptr);
+  if (!popup || !IsWindowVisible(popup) || !awaited) return;
+  KillTimer(nullptr, timer);
+  awaited->seen = true;
+  GetWindowRect(popup, &awaited->place);
+  Describe(reinterpret_cast<HMENU>(SendMessageW(popup, kGetMenuOfPopup, 0, 0)), "", &awaited->lines);
+  for (const WPARAM key : awaited->keys) PostMessageW(popup, WM_KEYDOWN, key, 0);
+  if (awaited->keys.empty()) EndMenu();
+}
+
+class Menus : public test::ShellTest {
+ protected:
+  // Opens a menu for real, reads it, then presses the keys in it, or closes it if there are none.
+  OpenMenu Open(const std::function<void()>& show, std::vector<WPARAM> keys = {}) {
+    OpenMenu menu;
+    menu.keys = std::move(keys);
+    awaited = &menu;
+    const UINT_PTR timer = SetTimer(nullptr, 0, 10, LookAtMenu);
+    show();
+    KillTimer(nullptr, timer);
+    awaited = nullptr;
+    EXPECT_TRUE(menu.seen);
+    test::PumpPending();
+    return menu;
+  }
+  OpenMenu OpenFile(std::vector<WPARAM> keys = {}) {
+    return Open([this] { Window().ShowFileMenu(); }, std::move(keys));
+  }
+  OpenMenu OpenHelp(std::vector<WPARAM> keys = {}) {
+    return Open([this] { Window().ShowHelpMenu(); }, std::move(keys));
+  }
+  bool FileMenuHas(const std::string& line) {
+    const Lines lines = OpenFile().lines;
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+  }
+};
+
+TEST_F(Menus, FileMenuOfANewWindow) {
+  EXPECT_EQ(OpenFile().lines, (Lines{
+                                  "&New Window (40001)",
+                                  "---",
+                                  "&Settings... (40002)",
+                                  "&VLC Settings",
+                                  "  &Hardware Acceleration",
+                                  "    [x] &Auto (40020)",
+                                  "    &None (40021)",
+                                  "    &DXVA2 (40022)",
+                                  "    D3&D11VA (40023)",
+                                  "  &Audio Output",
+                                  "    [x] &DirectSound (40030)",
+                                  "    &WASAPI (40031)",
+                                  "    &MMDevice (40032)",
+                                  "  &Deinterlacing",
+                                  "    [x] &Off (40040)",
+                                  "    &Linear (40041)",
+                                  "    &Blend (40042)",
+                                  "    &Mean (40043)",
+                                  "  ---",
+                                  "  &Equalizer (40050)",
+                                  "  &Compressor (40051)",
+                                  "  ---",
+                                  "  &Restore Defaults (40052)",
+                                  "---",
+                                  "Always on &Top (40003)",
+                                  "---",
+                                  "&Fullscreen\tF11 (40008)",
+                                  "---",
+                                  "E&xit (40004)",
+                              }));
+}
+
+TEST_F(Menus, HelpMenuHasItsOneItem) { EXPECT_EQ(OpenHelp().lines, (Lines{"&About Vantro... (40005)"})); }
+
+TEST_F(Menus, OpenBelowTheirButtons) {
+  RECT file{}, help{};
+  GetWindowRect(Window().fileButton_, &file);
+  GetWindowRect(Window().helpButton_, &help);
+  CallLog calls(Window());
+  OpenFile();
+  OpenHelp();
+  const auto expected = [](const RECT& button) {
+    return "TrackPopupMenu main " + std::to_string(button.left) + "," + std::to_string(button.bottom) + " flags=0";
+  };
+  EXPECT_EQ(calls.Of("TrackPopupMenu"), (Lines{expected(file), expected(help)}));
+}
+
+TEST_F(Menus, OpeningIsLogged) {
+  LogCapture log;
+  OpenFile();
+  OpenHelp();
+  EXPECT_TRUE(log.Has("DEBUG ShowFileMenu: Showing File popup menu"));
+  EXPECT_TRUE(log.Has("DEBUG ShowHelpMenu: Showing Help popup menu"));
+}
+
+TEST_F(Menus, ThisWindowItemIsThereOnlyWhileMoreThanOneWindowIsActive) {
+  const std::string item = "Always on Top - &This Window (40006)";
+  EXPECT_FALSE(FileMenuHas(item));
+  VantroWindow& second = AddWindow();
+  EXPECT_TRUE(FileMenuHas(item));
+  const Lines ofSecond = Open([&] { second.ShowFileMenu(); }).lines;
+  EXPECT_NE(std::find(ofSecond.begin(), ofSecond.end(), item), ofSecond.end());
+  second.isClosing_ = true;
+  EXPECT_FALSE(FileMenuHas(item));
+}
+
+TEST_F(Menus, ThisWindowItemFollowsAlwaysOnTop) {
+  AddWindow();
+  const Lines lines = OpenFile().lines;
+  const auto top = std::find(lines.begin(), lines.end(), "Always on &Top (40003)");
+  ASSERT_NE(top, lines.end());
+  EXPECT_EQ(*(top + 1), "Always on Top - &This Window (40006)");
+  EXPECT_EQ(*(top + 2), "---");
+}
+
+TEST_F(Menus, ThisWindowItemIsGreyWhileAlwaysOnTopIsSet) {
+  AddWindow();
+  Window().alwaysOnTop_ = true;
+  EXPECT_TRUE(FileMenuHas("[-] Always on Top - &This Window (40006)"));
+  Window().alwaysOnTopThisWindow_ = true;
+  EXPECT_TRUE(FileMenuHas("[x] [-] Always on Top - &This Window (40006)"));
+}
+
+TEST_F(Menus, CheckMarksFollowTheFlagsAtTheMomentOfOpening) {
+  AddWindow();
+  Window().alwaysOnTopThisWindow_ = true;
+  Window().vlcEqualizerEnabled_ = true;
+  Window().vlcCompressorEnabled_ = true;
+  Window().isFullscreen_ = true;
+  const Lines lines = OpenFile().lines;
+  Window().isFullscreen_ = false;
+  for (const char* checked : {"[x] Always on Top - &This Window (40006)", "  [x] &Equalizer (40050)",
+                              "  [x] &Compressor (40051)", "[x] &Fullscreen\tF11 (40008)", "Always on &Top (40003)"}) {
+    EXPECT_NE(std::find(lines.begin(), lines.end(), checked), lines.end()) << checked;
+  }
+  Window().alwaysOnTop_ = true;
+  EXPECT_TRUE(FileMenuHas("[x] Always on &Top (40003)"));
+}
+
+TEST_F(Menus, CheckMarksFollowTheMediaSettings) {
+  Window().vlcHwAccel_ = "d3d11va";
+  Window().vlcAudioOutput_ = "mmdevice";
+  Window().vlcDeinterlace_ = "mean";
+  const Lines lines = OpenFile().lines;
+  for (const char* checked :
+       {"    [x] D3&D11VA (40023)", "    [x] &MMDevice (40032)", "    [x] &Mean (40043)", "    &Auto (40020)"}) {
+    EXPECT_NE(std::find(lines.begin(), lines.end(), checked), lines.end()) << checked;
+  }
+}
+
+TEST_F(Menus, UnknownHardwareAccelerationChecksNoItem) {
+  Window().vlcHwAccel_ = "vulkan";
+  const Lines lines = OpenFile().lines;
+  EXPECT_EQ(Lines(lines.begin() + 5, lines.begin() + 9),
+            (Lines{"    &Auto (40020)", "    &None (40021)", "    &DXVA2 (40022)", "    D3&D11VA (40023)"}));
+}
+
+TEST_F(Menus, ChosenItemComesBackAsACommand) {
+  LogCapture log;
+  OpenHelp({VK_DOWN, VK_RETURN});
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: About menu item selected"));
+}
+
+TEST_F(Menus, ItemIsChosenByItsKey) {
+  LogCapture log;
+  OpenFile({'T'});
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Always on Top menu item selected"));
+  EXPECT_TRUE(Window().alwaysOnTop_);
+}
+
+TEST_F(Menus, FileAndHelpButtonsOpenTheirMenus) {
+  const auto click = [this](HWND button) {
+    return Open([=] { SendMessageA(button, BM_CLICK, 0, 0); }).lines.size();
+  };
+  EXPECT_EQ(click(Window().fileButton_), 29u);
+  EXPECT_EQ(click(Window().helpButton_), 1u);
+}
+
+TEST_F(Menus, MissingButtonMeansNoMenu) {
+  DestroyWindow(Window().fileButton_);
+  CallLog calls(Window());
+  Window().ShowFileMenu();
+  EXPECT_TRUE(calls.Of("TrackPopupMenu").empty());
+}
+
+int menusRefusedAfter = 0;
+HMENU WINAPI RefuseMenu() {
+  if (menusRefusedAfter-- > 0) {
+    return reinterpret_cast<decltype(&CreatePopupMenu)>(
+        GetProcAddress(GetModuleHandleA("user32.dll"), "CreatePopupMenu"))();
+  }
+  return nullptr;
+}
+
+TEST_F(Menus, MenuThatCannotBeCreatedIsLogged) {
+  menusRefusedAfter = 0;
+  const test::ImportHook hook("user32.dll", "CreatePopupMenu", reinterpret_cast<void*>(&RefuseMenu));
+  LogCapture log;
+  Window().ShowFileMenu();
+  Window().ShowHelpMenu();
+  EXPECT_EQ(log.Lines(), (Lines{"DEBUG ShowFileMenu: Showing File popup menu",
+                                "ERROR ShowFileMenu: Failed to create popup menu",
+                                "DEBUG ShowHelpMenu: Showing Help popup menu",
+                                "ERROR ShowHelpMenu: Failed to create popup menu"}));
+}
+
+TEST_F(Menus, VlcSettingsThatCannotBeCreatedAreLeftOut) {
+  menusRefusedAfter = 1;
+  const test::ImportHook hook("user32.dll", "CreatePopupMenu", reinterpret_cast<void*>(&RefuseMenu));
+  EXPECT_EQ(OpenFile().lines, (Lines{"&New Window (40001)", "---", "&Settings... (40002)", "---",
+                                     "Always on &Top (40003)", "---", "&Fullscreen\tF11 (40008)", "---",
+                                     "E&xit (40004)"}));
+}
+
+using Commands = test::ShellTest;
+
+struct MediaRow {
+  WORD id;
+  std::string VantroWindow::*member;
+  const char* value;
+  const char* logLine;
+};
+constexpr MediaRow kMediaRows[] = {
+    {40020, &VantroWindow::vlcHwAccel_, "auto", "VLC Hardware Acceleration - Auto"},
+    {40021, &VantroWindow::vlcHwAccel_, "none", "VLC Hardware Acceleration - None"},
+    {40022, &VantroWindow::vlcHwAccel_, "dxva2", "VLC Hardware Acceleration - DXVA2"},
+    {40023, &VantroWindow::vlcHwAccel_, "d3d11va", "VLC Hardware Acceleration - D3D11VA"},
+    {40030, &VantroWindow::vlcAudioOutput_, "directsound", "VLC Audio Output - DirectSound"},
+    {40031, &VantroWindow::vlcAudioOutput_, "wasapi", "VLC Audio Output - WASAPI"},
+    {40032, &VantroWindow::vlcAudioOutput_, "mmdevice", "VLC Audio Output - MMDevice"},
+    {40040, &VantroWindow::vlcDeinterlace_, "off", "VLC Deinterlacing - Off"},
+    {40041, &VantroWindow::vlcDeinterlace_, "linear", "VLC Deinterlacing - Linear"},
+    {40042, &VantroWindow::vlcDeinterlace_, "blend", "VLC Deinterlacing - Blend"},
+    {40043, &VantroWindow::vlcDeinterlace_, "mean", "VLC Deinterlacing - Mean"},
+};
+
+TEST_F(Commands, MediaChoicesSetTheirMemberLogAndSave) {
+  for (const MediaRow& row : kMediaRows) {
+    SCOPED_TRACE(row.id);
+    Window().*row.member = "other";
+    LogCapture log;
+    Window().HandleMenuCommand(row.id);
+    EXPECT_EQ(Window().*row.member, row.value);
+    const Lines lines = log.Lines();
+    ASSERT_EQ(lines.size(), 9u);
+    EXPECT_EQ(lines[0], "DEBUG HandleMenuCommand: Received command " + std::to_string(row.id));
+    EXPECT_EQ(lines[1], std::string("INFO HandleMenuCommand: ") + row.logLine);
+    EXPECT_EQ(lines[2], "INFO SaveSettings: Saving application settings to registry");
+  }
+}
+
+TEST_F(Commands, EqualizerAndCompressorToggleAndSave) {
+  LogCapture log;
+  Window().HandleMenuCommand(40050);
+  EXPECT_TRUE(Window().vlcEqualizerEnabled_);
+  EXPECT_FALSE(Window().vlcCompressorEnabled_);
+  Window().HandleMenuCommand(40051);
+  EXPECT_TRUE(Window().vlcCompressorEnabled_);
+  Window().HandleMenuCommand(40050);
+  EXPECT_FALSE(Window().vlcEqualizerEnabled_);
+  EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Equalizer toggled"), 2);
+  EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Compressor toggled"), 1);
+  EXPECT_EQ(log.Count("INFO SaveSettings: Saving application settings to registry"), 3);
+}
+
+TEST_F(Commands, RestoreDefaultsResetsTheFiveMediaSettingsAndSaves) {
+  Window().vlcHwAccel_ = "none";
+  Window().vlcAudioOutput_ = "wasapi";
+  Window().vlcDeinterlace_ = "mean";
+  Window().vlcEqualizerEnabled_ = true;
+  Window().vlcCompressorEnabled_ = true;
+  LogCapture log;
+  Window().HandleMenuCommand(40052);
+  EXPECT_EQ(Window().vlcHwAccel_, "auto");
+  EXPECT_EQ(Window().vlcAudioOutput_, "directsound");
+  EXPECT_EQ(Window().vlcDeinterlace_, "off");
+  EXPECT_FALSE(Window().vlcEqualizerEnabled_);
+  EXPECT_FALSE(Window().vlcCompressorEnabled_);
+  EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: VLC Restore Defaults selected");
+  EXPECT_EQ(log.Lines()[2], "INFO SaveSettings: Saving application settings to registry");
+  EXPECT_EQ(log.Lines().back(), "INFO VLC settings restored to defaults");
+}
+
+TEST_F(Commands, AlwaysOnTopTogglesWindowAndOverlayAndSaves) {
+  LogCapture log;
+  CallLog calls(Window());
+  Window().HandleMenuCommand(40003);
+  EXPECT_TRUE(Window().alwaysOnTop_);
+  Window().HandleMenuCommand(40003);
+  EXPECT_FALSE(Window().alwaysOnTop_);
+  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3",
+                                  "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
+                                  "SetWindowPos main after=-2 0,0 0x0 flags=3",
+                                  "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top menu item selected"), 2);
+  EXPECT_TRUE(log.Has("INFO Always on top enabled"));
+  EXPECT_TRUE(log.Has("INFO Always on top disabled"));
+  EXPECT_TRUE(log.Has("INFO SaveSettings: Always on top setting saved: enabled"));
+  EXPECT_TRUE(log.Has("INFO SaveSettings: Always on top setting saved: disabled"));
+}
+
+TEST_F(Commands, AlwaysOnTopTouchesThisWindowOnly) {
+  VantroWindow& second = AddWindow();
+  Window().HandleMenuCommand(40003);
+  EXPECT_FALSE(second.alwaysOnTop_);
+  EXPECT_FALSE(GetWindowLongA(second.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+}
+
+TEST_F(Commands, AlwaysOnTopWithoutAnOverlayTouchesTheWindowAlone) {
+  DestroyWindow(Window().flutterHostWindow_);
+  CallLog calls(Window());
+  Window().HandleMenuCommand(40003);
+  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3"}));
+}
+
+TEST_F(Commands, ThisWindowTogglesWindowAndOverlayAndIsNotSaved) {
+  LogCapture log;
+  CallLog calls(Window());
+  Window().HandleMenuCommand(40006);
+  EXPECT_TRUE(Window().alwaysOnTopThisWindow_);
+  Window().HandleMenuCommand(40006);
+  EXPECT_FALSE(Window().alwaysOnTopThisWindow_);
+  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3",
+                                  "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
+                                  "SetWindowPos main after=-2 0,0 0x0 flags=3",
+                                  "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top - This Window menu item selected"), 2);
+  EXPECT_TRUE(log.Has("INFO Always on top enabled for this window only"));
+  EXPECT_TRUE(log.Has("INFO Always on top disabled for this window only"));
+  EXPECT_EQ(log.CountContaining("SaveSettings"), 0);
+}
+
+TEST_F(Commands, ThisWindowChosenWhileGreyFlipsTheFlagAndNothingElse) {
+  Window().alwaysOnTop_ = true;
+  LogCapture log;
+  CallLog calls(Window());
+  Window().HandleMenuCommand(40006);
+  EXPECT_TRUE(Window().alwaysOnTopThisWindow_);
+  EXPECT_TRUE(calls.Calls().empty());
+  EXPECT_EQ(log.Lines().back(),
+            "INFO Global always on top is enabled - window-specific setting has no effect");
+  // The next toggle without the setting goes by the flag as it flips then.
+  Window().alwaysOnTop_ = false;
+  Window().HandleMenuCommand(40006);
+  EXPECT_EQ(calls.Calls().front(), "SetWindowPos main after=-2 0,0 0x0 flags=3");
+}
+
+TEST_F(Commands, SettingsAndAboutAskTheInterfaceWithoutAnArgument) {
+  sent_.Clear();
+  LogCapture log;
+  Window().HandleMenuCommand(40002);
+  Window().HandleMenuCommand(40005);
+  EXPECT_EQ(CallsToInterface(), (Lines{"settings_requested", "about_requested"}));
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Settings menu item selected"));
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: About menu item selected"));
+}
+
+TEST_F(Commands, SettingsAndAboutWithoutAChannelHandlerAreSwallowed) {
+  Window().methodChannelHandler_.reset();
+  sent_.Clear();
+  Window().HandleMenuCommand(40002);
+  Window().HandleMenuCommand(40005);
+  EXPECT_TRUE(CallsToInterface().empty());
+}
+
+TEST_F(Commands, ExitAndTheCloseButtonPostTheSameCloseToThisWindow) {
+  CallLog calls(Window());
+  LogCapture log;
+  Window().HandleMenuCommand(40004);
+  Window().HandleMenuCommand(999);
+  EXPECT_EQ(calls.Calls(), (Lines{"PostMessageA main 16 0 0", "PostMessageA main 16 0 0"}));
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Exit menu item selected"));
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Close button clicked"));
+}
+
+TEST_F(Commands, ExitClosesThisWindowOnly) {
+  VantroWindow& second = AddWindow();
+  second.HandleMenuCommand(40004);
+  test::PumpPending();
+  EXPECT_FALSE(IsWindow(second.hwnd_));
+  EXPECT_TRUE(IsWindow(Window().hwnd_));
+}
+
+TEST_F(Commands, MinimizeButtonMinimizes) {
+  CallLog calls(Window());
+  LogCapture log;
+  Window().HandleMenuCommand(997);
+  EXPECT_EQ(calls.Calls(), (Lines{"ShowWindow main 6"}));
+  EXPECT_TRUE(IsIconic(Window().hwnd_));
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Minimize button clicked"));
+}
+
+TEST_F(Commands, MaximizeButtonNeverMaximizesButTogglesFullscreen) {
+  LogCapture log;
+  Window().HandleMenuCommand(998);
+  EXPECT_TRUE(Window().isFullscreen_);
+  EXPECT_FALSE(IsZoomed(Window().hwnd_));
+  Window().HandleMenuCommand(998);
+  EXPECT_FALSE(Window().isFullscreen_);
+  EXPECT_EQ(log.Count("INFO HandleMenuCommand: Maximize button clicked - toggling fullscreen"), 2);
+}
+
+TEST_F(Commands, FullscreenItemTogglesFullscreen) {
+  LogCapture log;
+  Window().HandleMenuCommand(40008);
+  EXPECT_TRUE(Window().isFullscreen_);
+  EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Fullscreen menu item selected"));
+}
+
+TEST_F(Commands, NewWindowOpensOneMore) {
+  LogCapture log;
+  Window().HandleMenuCommand(40001);
+  EXPECT_EQ(GetWindowRegistry().size(), 2u);
+  EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: New Window menu item selected");
+}
+
+TEST_F(Commands, UnknownIdsLogAndDoNothing) {
+  for (const WORD id : {0, 104, 996, 1000, 1002, 40000, 40007, 40009, 40010, 40011, 40024, 40033, 40044, 40053}) {
+    SCOPED_TRACE(id);
+    LogCapture log;
+    CallLog calls(Window());
+    Window().HandleMenuCommand(id);
+    EXPECT_EQ(log.Lines(), (Lines{"DEBUG HandleMenuCommand: Received command " + std::to_string(id),
+                                  "DEBUG HandleMenuCommand: Unknown command " + std::to_string(id)}));
+    EXPECT_TRUE(calls.Calls().empty());
+  }
+}
+
+}  // namespace
+}  // namespace vantro

@@ -1,0 +1,140 @@
+// The search box: typing restarts a wait, and the end of the wait sends the text.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "shell/shell_ids.h"
+#include "tests/unit/shell/call_log.h"
+#include "tests/unit/shell/shell_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::CallLog;
+using test::LogCapture;
+using test::PumpUntil;
+using Lines = std::vector<std::string>;
+
+class Search : public test::ShellTest {
+ protected:
+  Search() { sent_.Clear(); }
+
+  // As a key typed into the box: EN_CHANGE follows.
+  void Type(char character) { SendMessageA(Window().searchBox_, WM_CHAR, static_cast<WPARAM>(character), 0); }
+  void SetText(const wchar_t* text) { SetWindowTextW(Window().searchBox_, text); }
+  void EndOfTheWait() { SendMessageA(Window().hwnd_, WM_TIMER, kSearchDebounceTimerId, 0); }
+};
+
+TEST_F(Search, TypingStartsAWaitOf500Milliseconds) {
+  LogCapture log;
+  CallLog calls(Window());
+  Type('a');
+  EXPECT_EQ(calls.Of("SetTimer"), (Lines{"SetTimer main 1001 500ms"}));
+  EXPECT_NE(Window().searchDebounceTimer_, 0u);
+  EXPECT_EQ(log.CountContaining("HandleSearchInput: Debounce timer set (500ms)"), 1);
+  EXPECT_EQ(log.CountContaining("WM_COMMAND: Skipping focus redirect for search box text change"), 1);
+}
+
+TEST_F(Search, EachChangeRestartsTheWaitAndOnlyTheLastTextIsSent) {
+  CallLog calls(Window());
+  Type('a');
+  Type('b');
+  Type('c');
+  EXPECT_EQ(calls.Of("KillTimer"), (Lines{"KillTimer main 1001", "KillTimer main 1001"}));
+  ASSERT_TRUE(PumpUntil([this] { return sent_.Count() > 0; }));
+  EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(abc)"}));
+}
+
+TEST_F(Search, TextIsSentHalfASecondAfterTheLastChange) {
+  const DWORD began = GetTickCount();
+  Type('a');
+  ASSERT_TRUE(PumpUntil([this] { return sent_.Count() > 0; }));
+  EXPECT_NEAR(GetTickCount() - began, 500, 250);
+}
+
+TEST_F(Search, EndOfTheWaitStopsTheTimerAndLogs) {
+  Type('a');
+  LogCapture log;
+  CallLog calls(Window());
+  EndOfTheWait();
+  EXPECT_EQ(calls.Calls(), (Lines{"KillTimer main 1001"}));
+  EXPECT_EQ(Window().searchDebounceTimer_, 0u);
+  EXPECT_EQ(log.Lines(), (Lines{"DEBUG WM_TIMER: Search debounce complete, query: 'a'",
+                                "DEBUG WM_TIMER: Sent search query to Flutter - Flutter will handle focus"}));
+}
+
+TEST_F(Search, ClearedBoxSendsNoArgumentInsteadOfAnEmptyText) {
+  SetText(L"a");
+  SetText(L"");
+  sent_.Clear();
+  EndOfTheWait();
+  EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed"}));
+}
+
+TEST_F(Search, TextIsSentAsUtf8) {
+  SetText(L"Stra\u00DFe \u6771");
+  EndOfTheWait();
+  EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(Stra\xC3\x9F" "e \xE6\x9D\xB1)"}));
+}
+
+TEST_F(Search, TextIsCutAt1023Characters) {
+  SetText(std::wstring(1100, L'x').c_str());
+  EndOfTheWait();
+  EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(" + std::string(1023, 'x') + ")"}));
+}
+
+TEST_F(Search, MovingTheWindowWhileTypingTakesTheFocusAndKeepsTextAndTimer) {
+  SetFocus(Window().searchBox_);
+  Type('a');
+  SetWindowPos(Window().hwnd_, nullptr, 30, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+  EXPECT_EQ(GetFocus(), Window().flutterEngine_->flutterWindow_);
+  EXPECT_NE(Window().searchDebounceTimer_, 0u);
+  ASSERT_TRUE(PumpUntil([this] { return sent_.Count() > 0; }));
+  EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(a)"}));
+}
+
+TEST_F(Search, TypingLeavesTheFocusInTheBox) {
+  SetFocus(Window().searchBox_);
+  Type('a');
+  EXPECT_EQ(GetFocus(), Window().searchBox_);
+}
+
+TEST_F(Search, NotificationOfAClickOnTheBoxIsAnUnknownCommand) {
+  LogCapture log;
+  SendMessageA(Window().hwnd_, WM_COMMAND, MAKEWPARAM(kSearchBoxId, 0),
+               reinterpret_cast<LPARAM>(Window().searchBox_));
+  EXPECT_TRUE(log.Has("DEBUG HandleMenuCommand: Unknown command 104"));
+}
+
+TEST_F(Search, ChangeWithoutASearchBoxStartsNoWait) {
+  Window().searchBox_ = nullptr;
+  CallLog calls(Window());
+  Window().HandleSearchInput();
+  EXPECT_TRUE(calls.Calls().empty());
+}
+
+TEST_F(Search, EndOfTheWaitWithoutASearchBoxOnlyStopsTheTimer) {
+  Type('a');
+  Window().searchBox_ = nullptr;
+  CallLog calls(Window());
+  LogCapture log;
+  EndOfTheWait();
+  EXPECT_EQ(calls.Calls(), (Lines{"KillTimer main 1001"}));
+  EXPECT_TRUE(log.Lines().empty());
+  EXPECT_EQ(sent_.Count(), 0u);
+}
+
+TEST_F(Search, WithoutAChannelHandlerNothingIsSent) {
+  SetText(L"a");
+  Window().methodChannelHandler_.reset();
+  sent_.Clear();
+  LogCapture log;
+  EndOfTheWait();
+  EXPECT_EQ(sent_.Count(), 0u);
+  EXPECT_EQ(log.Lines(), (Lines{"DEBUG WM_TIMER: Search debounce complete, query: 'a'"}));
+}
+
+}  // namespace
+}  // namespace vantro
