@@ -1,0 +1,134 @@
+// libvlc's threads at full speed against a main thread that changes everything that they read. The scripted library
+// tells each call with a handle that is no longer alive.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "common/log.h"
+#include "tests/unit/player/grid_fixture.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::IsEmpty;
+
+constexpr ULONGLONG kStormMs = 1500;
+
+class StormTest : public GridTest {
+ protected:
+  // The log is off: its lines would be all that a storm does.
+  StormTest() { debugLoggingEnabled = false; }
+
+  void StartStorm(libvlc_media_player_t* player, int threads) {
+    vlc_.StartStorm(player, threads, {0x104, 0x10B, 0x100, 0x10C, 0x105, 0x103, 0x106, 0x10D, 5, 0x10A});
+  }
+  // Runs the action again and again while a storm goes on.
+  template <typename Action>
+  void Weather(const Action& action) {
+    const ULONGLONG end = GetTickCount64() + kStormMs;
+    do {
+      action();
+      player_.RunStallPass(GetTickCount64);
+      // The library records every call.
+      vlc_.ClearCalls();
+    } while (GetTickCount64() < end);
+    EXPECT_GT(vlc_.StopStorms(), 0);
+  }
+  void MakeWatchable(int player) {
+    libvlc_media_player_t* const handle = vlc_.Player(player);
+    vlc_.SetPlaying(handle, true);
+    vlc_.SetSize(handle, 640, 360);
+    vlc_.SetAudioTracks(handle, {{0, "Sound"}});
+  }
+};
+
+TEST_F(StormTest, TilesComeGoAndSwapUnderEventsFromFourThreads) {
+  StartGrid(3);
+  player_.eventCallback_ = [](const char*, const char*) {};
+  for (const int player : {1, 2, 3}) MakeWatchable(player);
+  StartStorm(vlc_.Player(1), 2);
+  StartStorm(vlc_.Player(2), 1);
+  StartStorm(vlc_.Player(3), 1);
+  int round = 0;
+  Weather([&] {
+    ASSERT_TRUE(Add(++round));
+    vlc_.SetSize(Tile(static_cast<int>(player_.players_.size()) - 1).mediaPlayer.get(), 640, 360);
+    player_.MvSwapTiles(1, static_cast<int>(player_.players_.size()) - 1);
+    player_.SetActiveIndexSafe(1);
+    ASSERT_TRUE(player_.MvRemoveActive());
+    player_.UpdateGridLayout();
+  });
+  EXPECT_THAT(vlc_.Violations(), IsEmpty());
+  player_.eventReaders_.Reclaim();
+  EXPECT_EQ(vlc_.LivePlayers(), 3);
+}
+
+TEST_F(StormTest, TheGridBeginsAndEndsUnderEvents) {
+  StartWithEvents();
+  player_.eventCallback_ = [](const char*, const char*) {};
+  ASSERT_TRUE(SetMedia("http://host/0"));
+  MakeWatchable(1);
+  StartStorm(vlc_.Player(1), 4);
+  Weather([&] {
+    player_.EnableMultiView();
+    ASSERT_TRUE(Add(1));
+    ASSERT_TRUE(Add(2));
+    player_.SetActiveIndexSafe(2);
+    ASSERT_TRUE(player_.MvPromoteActiveAndExit());
+  });
+  EXPECT_THAT(vlc_.Violations(), IsEmpty());
+  player_.eventReaders_.Reclaim();
+  EXPECT_EQ(vlc_.LivePlayers(), 1);
+}
+
+TEST_F(StormTest, SetMediaStopAndSeekRunUnderEvents) {
+  StartWithEvents();
+  player_.eventCallback_ = [](const char*, const char*) {};
+  MakeWatchable(1);
+  StartStorm(vlc_.Player(1), 4);
+  Weather([&] {
+    ASSERT_TRUE(SetMedia("http://host/0", 1000));
+    player_.SeekTo(5000);
+    player_.primaryStall_.restartTicksMs.push_back(1);
+    player_.StopInternal(false);
+  });
+  EXPECT_THAT(vlc_.Violations(), IsEmpty());
+  EXPECT_EQ(vlc_.LiveMedia(), 1);
+}
+
+TEST_F(StormTest, AReplacedCallbackIsNeverCalledAfterItsReplacement) {
+  StartWithEvents();
+  StartStorm(vlc_.Player(1), 4);
+  std::atomic<int> calledWhenDead{0};
+  Weather([&] {
+    const auto alive = std::make_shared<std::atomic<bool>>(true);
+    player_.eventCallback_ = [alive, &calledWhenDead](const char*, const char*) {
+      if (!*alive) ++calledWhenDead;
+    };
+    player_.eventCallback_ = nullptr;
+    *alive = false;
+  });
+  EXPECT_EQ(calledWhenDead, 0);
+}
+
+TEST_F(StormTest, APlayerMayBeDestroyedUnderItsOwnEvents) {
+  for (int round = 0; round < 30; ++round) {
+    auto player = std::make_unique<VLCPlayer>();
+    ASSERT_TRUE(player->Initialize(parent_.get()));
+    std::atomic<int> events{0};
+    player->eventCallback_ = [&](const char*, const char*) { ++events; };
+    StartStorm(player->mediaPlayer_.get(), 2);
+    while (events == 0) SwitchToThread();
+    player.reset();
+    vlc_.StopStorms();
+    vlc_.ClearCalls();
+  }
+  EXPECT_EQ(vlc_.LivePlayers(), 0);
+}
+
+}  // namespace
+}  // namespace vantro::test
