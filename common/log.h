@@ -10,11 +10,11 @@
 // Checks the format as the standard's printf has it (%zu, %lld), which is what the build's own printf takes. clang knows
 // the form by the plain name only.
 #if defined(__clang__)
-#define VANTRO_PRINTF_FORMAT(format, first) __attribute__((format(printf, format, first)))
+#define VANTRO_PRINTF_FORMAT(text, first) __attribute__((format(printf, text, first)))
 #elif defined(__GNUC__)
-#define VANTRO_PRINTF_FORMAT(format, first) __attribute__((format(gnu_printf, format, first)))
+#define VANTRO_PRINTF_FORMAT(text, first) __attribute__((format(gnu_printf, text, first)))
 #else
-#define VANTRO_PRINTF_FORMAT(format, first)
+#define VANTRO_PRINTF_FORMAT(text, first)
 #endif
 
 namespace vantro {
