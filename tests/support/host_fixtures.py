@@ -19,7 +19,12 @@ from vantro_interface.display import Display
 
 DEFAULT_LIMIT = 60
 
-__all__ = ["watchdog", "wine_prefix", "fresh_prefix", "host", "player_host", "screen", "screen_prefix", "screen_host"]
+__all__ = ["pytest_configure", "watchdog", "wine_prefix", "fresh_prefix", "host", "player_host", "screen",
+           "screen_prefix", "screen_host"]
+
+
+def pytest_configure(config):
+    config.addinivalue_line("markers", "time_limit(seconds): how long the test may take before the watchdog ends it")
 
 
 @pytest.fixture(autouse=True)
