@@ -1,0 +1,310 @@
+// The volume slider and the speaker: clicks, drags, what reaches the player, what is drawn.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "shell/shell_ids.h"
+#include "tests/unit/shell/call_log.h"
+#include "tests/unit/shell/picture.h"
+#include "tests/unit/shell/shell_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::CallLog;
+using test::Canvas;
+using test::LogCapture;
+using Lines = std::vector<std::string>;
+
+class VolumeControl : public test::ShellTest {
+ protected:
+  // Puts the pointer at a place of the slider.
+  void PointAt(int x, int y) {
+    POINT point{x, y};
+    ClientToScreen(Window().volumeControl_, &point);
+    SetCursorPos(point.x, point.y);
+  }
+  void Send(UINT message) { SendMessageA(Window().hwnd_, message, 0, 0); }
+};
+
+TEST_F(VolumeControl, StartsAtFullVolume) { EXPECT_EQ(Window().volume_, 100); }
+
+TEST_F(VolumeControl, ClickSetsTheVolumeOfWindowAndPlayerAndRedraws) {
+  LogCapture log;
+  CallLog calls(Window());
+  Window().HandleVolumeClick(40, 7);
+  EXPECT_EQ(Window().volume_, 50);
+  EXPECT_EQ(Window().vlcPlayer_->volume_, 50);
+  EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect volume all erase"}));
+  EXPECT_EQ(log.CountContaining("HandleVolumeClick: x=40, y=7"), 1);
+  EXPECT_EQ(log.CountContaining("VLC volume set to: 50"), 1);
+  EXPECT_EQ(log.Lines().back(), "INFO Volume changed to: 50%");
+}
+
+TEST_F(VolumeControl, ClickReachesTheLibrary) {
+  Window().HandleVolumeClick(20, 0);
+  EXPECT_EQ(vlc_.Volume(vlc_.Player()), 25);
+}
+
+TEST_F(VolumeControl, WithoutAPlayerTheVolumeIsKeptAndAWarningLogged) {
+  Window().methodChannelHandler_.reset();
+  Window().vlcPlayer_.reset();
+  LogCapture log;
+  Window().HandleVolumeClick(8, 0);
+  EXPECT_EQ(Window().volume_, 10);
+  EXPECT_TRUE(log.Has("WARNING VLC player not available for volume control"));
+  EXPECT_EQ(log.CountContaining("VLC volume set to"), 0);
+}
+
+TEST_F(VolumeControl, InTheGridTheVolumeIsOnlyRemembered) {
+  ASSERT_TRUE(Window().vlcPlayer_->EnableMultiView());
+  vlc_.ClearCalls();
+  Window().HandleVolumeClick(40, 0);
+  EXPECT_EQ(Window().vlcPlayer_->volume_, 50);
+  EXPECT_EQ(vlc_.CountOf("libvlc_audio_set_volume"), 0);
+}
+
+TEST_F(VolumeControl, PressOnTheSliderStartsADragWithCapture) {
+  PointAt(40, 10);
+  Send(WM_LBUTTONDOWN);
+  EXPECT_TRUE(Window().isVolumeDragging_);
+  EXPECT_TRUE(Window().showVolumePercent_);
+  EXPECT_EQ(Window().volume_, 50);
+  EXPECT_EQ(GetCapture(), Window().hwnd_);
+}
+
+TEST_F(VolumeControl, DragFollowsThePointerAndClampsBeyondTheEnds) {
+  PointAt(40, 10);
+  Send(WM_LBUTTONDOWN);
+  PointAt(20, 10);
+  Send(WM_MOUSEMOVE);
+  EXPECT_EQ(Window().volume_, 25);
+  PointAt(-30, 10);
+  Send(WM_MOUSEMOVE);
+  EXPECT_EQ(Window().volume_, 0);
+  PointAt(150, 10);
+  Send(WM_MOUSEMOVE);
+  EXPECT_EQ(Window().volume_, 100);
+}
+
+TEST_F(VolumeControl, ReleaseEndsTheDragAndRedraws) {
+  PointAt(40, 10);
+  Send(WM_LBUTTONDOWN);
+  CallLog calls(Window());
+  Send(WM_LBUTTONUP);
+  EXPECT_FALSE(Window().isVolumeDragging_);
+  EXPECT_FALSE(Window().showVolumePercent_);
+  EXPECT_EQ(GetCapture(), nullptr);
+  EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect volume all erase"}));
+  PointAt(60, 10);
+  Send(WM_MOUSEMOVE);
+  EXPECT_EQ(Window().volume_, 50);
+}
+
+TEST_F(VolumeControl, CommandOfTheSliderStartsTheDragAtThePointer) {
+  PointAt(60, 5);
+  LogCapture log;
+  CallLog calls(Window());
+  Window().HandleMenuCommand(kVolumeControlId);
+  EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: Volume control clicked (ID 1001)");
+  EXPECT_EQ(log.Lines()[2], "DEBUG Volume control WM_COMMAND: click at relative (60, 5)");
+  EXPECT_TRUE(Window().isVolumeDragging_);
+  EXPECT_TRUE(Window().showVolumePercent_);
+  EXPECT_EQ(Window().volume_, 75);
+  EXPECT_EQ(calls.Of("SetCapture"), (Lines{"SetCapture main"}));
+}
+
+TEST_F(VolumeControl, CommandWithoutTheSliderEndsAfterItsLogLine) {
+  Window().volumeControl_ = nullptr;
+  LogCapture log;
+  Window().HandleMenuCommand(kVolumeControlId);
+  EXPECT_EQ(log.Lines().size(), 2u);
+  EXPECT_FALSE(Window().isVolumeDragging_);
+}
+
+// Drawing needs neither a native window nor a player.
+class VolumeDrawing : public testing::Test {
+ protected:
+  VolumeDrawing() { std::filesystem::create_directories(folder_); }
+  ~VolumeDrawing() override {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::remove_all(ProgramFolder() / "img");
+    std::filesystem::remove(ProgramFolder() / "speaker.ico");
+  }
+
+  static DRAWITEMSTRUCT Item(const Canvas& canvas, UINT id) {
+    DRAWITEMSTRUCT item{};
+    item.CtlType = ODT_STATIC;
+    item.CtlID = id;
+    item.hDC = canvas.Dc();
+    item.rcItem = canvas.Area();
+    return item;
+  }
+  // In a working directory that holds only what the test put there; the log stays where it is read.
+  LRESULT Draw(const Canvas& canvas, UINT id) {
+    DRAWITEMSTRUCT item = Item(canvas, id);
+    std::filesystem::current_path(folder_);
+    const LRESULT result = window_.OnDrawItem(id, reinterpret_cast<LPARAM>(&item));
+    std::filesystem::current_path(home_);
+    return result;
+  }
+  static std::filesystem::path ProgramFolder() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path();
+  }
+  static void CopyPicture(const char* name, const std::filesystem::path& to) {
+    std::filesystem::create_directories(to.parent_path());
+    std::filesystem::copy_file(std::filesystem::path(VANTRO_PICTURES) / name, to);
+  }
+
+  const std::filesystem::path home_ = std::filesystem::current_path();
+  const std::filesystem::path folder_ = home_ / "working";
+  VantroWindow window_{GetModuleHandleW(nullptr)};
+};
+
+struct SliderPicture {
+  const char* picture;
+  int volume;
+};
+class SliderPictures : public VolumeDrawing, public testing::WithParamInterface<SliderPicture> {};
+
+TEST_P(SliderPictures, EqualTheirPicture) {
+  const Canvas canvas(80, 20);
+  window_.volume_ = GetParam().volume;
+  EXPECT_EQ(Draw(canvas, kVolumeControlId), TRUE);
+  EXPECT_EQ(canvas.Count(Canvas::kUntouched), 0);
+  canvas.ExpectEqualsPicture(GetParam().picture);
+}
+
+INSTANTIATE_TEST_SUITE_P(Volume, SliderPictures,
+                         testing::Values(SliderPicture{"volume_0", 0}, SliderPicture{"volume_50", 50},
+                                         SliderPicture{"volume_100", 100}),
+                         [](const auto& slider) { return std::string(slider.param.picture); });
+
+TEST_F(VolumeDrawing, VolumeZeroDrawsOnlyTheOutline) {
+  const Canvas empty(80, 20), full(80, 20);
+  window_.volume_ = 0;
+  Draw(empty, kVolumeControlId);
+  window_.volume_ = 100;
+  Draw(full, kVolumeControlId);
+  EXPECT_EQ(empty.Count(RGB(0, 200, 0)), 0);
+  EXPECT_GT(full.Count(RGB(0, 200, 0)), 300);
+}
+
+TEST_F(VolumeDrawing, PercentageIsDrawnOnlyWhileItIsAskedFor) {
+  const Canvas plain(80, 20), withPercent(80, 20);
+  Draw(plain, kVolumeControlId);
+  window_.showVolumePercent_ = true;
+  Draw(withPercent, kVolumeControlId);
+  EXPECT_GT(withPercent.Count(RGB(255, 255, 255)), plain.Count(RGB(255, 255, 255)) + 10);
+}
+
+TEST_F(VolumeDrawing, AnotherStaticIsAnsweredAndNotDrawn) {
+  const Canvas canvas(20, 20);
+  EXPECT_EQ(Draw(canvas, 77), TRUE);
+  EXPECT_EQ(canvas.Count(Canvas::kUntouched), 400);
+}
+
+TEST_F(VolumeDrawing, SpeakerWithoutAFileIsDrawnByHandWithOneSetOfLinesAPaint) {
+  const Canvas canvas(20, 20);
+  LogCapture log;
+  Draw(canvas, kSpeakerIconId);
+  Draw(canvas, kSpeakerIconId);
+  canvas.ExpectEqualsPicture("speaker_by_hand");
+  const Lines lines = log.Lines();
+  ASSERT_EQ(lines.size(), 10u);
+  EXPECT_TRUE(lines[0].starts_with("DEBUG Speaker icon: Looking for PNG in working directory: "));
+  EXPECT_TRUE(lines[0].ends_with("\\working\\speaker.png"));
+  EXPECT_TRUE(lines[1].starts_with("DEBUG Speaker icon: PNG not in working dir, trying exe directory: "));
+  EXPECT_TRUE(lines[1].ends_with("\\img\\speaker.png"));
+  EXPECT_EQ(lines[2], "DEBUG Speaker icon: PNG failed, trying ICO in working directory");
+  EXPECT_EQ(lines[3], "DEBUG Speaker icon: ICO not in working dir, trying exe directory");
+  EXPECT_EQ(lines[4], "DEBUG Speaker icon: Could not load PNG or ICO, using fallback drawing");
+  EXPECT_EQ(Lines(lines.begin(), lines.begin() + 5), Lines(lines.begin() + 5, lines.end()));
+}
+
+// The picture files are one flat orange; a drawn one fills the 16 by 16 square in the middle.
+constexpr COLORREF kOrange = RGB(255, 128, 0);
+
+void ExpectOrangeSquare(const Canvas& canvas) {
+  EXPECT_EQ(canvas.Pixel(2, 2), kOrange);
+  EXPECT_EQ(canvas.Pixel(9, 9), kOrange);
+  EXPECT_EQ(canvas.Pixel(16, 16), kOrange);
+  EXPECT_EQ(canvas.Pixel(1, 1), kTitleBarColor);
+  EXPECT_EQ(canvas.Pixel(18, 18), kTitleBarColor);
+}
+
+TEST_F(VolumeDrawing, SpeakerPngInTheWorkingDirectoryIsDrawn) {
+  CopyPicture("speaker_file.png", folder_ / "speaker.png");
+  const Canvas canvas(20, 20);
+  LogCapture log;
+  Draw(canvas, kSpeakerIconId);
+  ExpectOrangeSquare(canvas);
+  ASSERT_EQ(log.Lines().size(), 2u);
+  EXPECT_EQ(log.Lines().back(), "DEBUG Speaker icon: Successfully loaded PNG");
+}
+
+TEST_F(VolumeDrawing, SpeakerPngInTheProgramsImgFolderIsDrawn) {
+  CopyPicture("speaker_file.png", ProgramFolder() / "img" / "speaker.png");
+  const Canvas canvas(20, 20);
+  LogCapture log;
+  Draw(canvas, kSpeakerIconId);
+  ExpectOrangeSquare(canvas);
+  EXPECT_EQ(log.Lines().size(), 3u);
+}
+
+TEST_F(VolumeDrawing, SpeakerIcoInTheWorkingDirectoryIsDrawn) {
+  CopyPicture("speaker_file.ico", folder_ / "speaker.ico");
+  const Canvas canvas(20, 20);
+  LogCapture log;
+  Draw(canvas, kSpeakerIconId);
+  ExpectOrangeSquare(canvas);
+  EXPECT_EQ(log.Lines().back(), "DEBUG Speaker icon: PNG failed, trying ICO in working directory");
+}
+
+TEST_F(VolumeDrawing, SpeakerIcoBesideTheProgramIsDrawn) {
+  CopyPicture("speaker_file.ico", ProgramFolder() / "speaker.ico");
+  const Canvas canvas(20, 20);
+  LogCapture log;
+  Draw(canvas, kSpeakerIconId);
+  ExpectOrangeSquare(canvas);
+  EXPECT_EQ(log.Lines().back(), "DEBUG Speaker icon: ICO not in working dir, trying exe directory");
+}
+
+TEST_F(VolumeDrawing, DamagedSpeakerPngFallsThroughToTheNextPlace) {
+  CopyPicture("speaker_file.ico", folder_ / "speaker.png");
+  std::filesystem::resize_file(folder_ / "speaker.png", 10);
+  CopyPicture("speaker_file.ico", ProgramFolder() / "speaker.ico");
+  const Canvas canvas(20, 20);
+  Draw(canvas, kSpeakerIconId);
+  ExpectOrangeSquare(canvas);
+}
+
+TEST_F(VolumeDrawing, SpeakerPictureStaysSquareAndCentredInAWiderControl) {
+  CopyPicture("speaker_file.png", folder_ / "speaker.png");
+  const Canvas canvas(60, 20);
+  Draw(canvas, kSpeakerIconId);
+  EXPECT_EQ(canvas.Pixel(22, 10), kOrange);
+  EXPECT_EQ(canvas.Pixel(37, 10), kOrange);
+  EXPECT_EQ(canvas.Pixel(20, 10), kTitleBarColor);
+  EXPECT_EQ(canvas.Pixel(39, 10), kTitleBarColor);
+}
+
+TEST_F(VolumeDrawing, PaintingLeavesNoGdiObjectBehind) {
+  const Canvas canvas(80, 20);
+  Draw(canvas, kVolumeControlId);
+  Draw(canvas, kSpeakerIconId);
+  const DWORD before = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+  for (int i = 0; i < 200; ++i) {
+    Draw(canvas, kVolumeControlId);
+    Draw(canvas, kSpeakerIconId);
+  }
+  EXPECT_EQ(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), before);
+}
+
+}  // namespace
+}  // namespace vantro
