@@ -169,14 +169,25 @@ HWND VantroWindow::LiveFlutterChild() const {
 
 // Sees every message that is sent to a window of the thread, before its procedure does. Only the newest window is
 // followed; an older one moves its overlay in its own handlers.
+//
+// Every window has installed a hook, and each hook hands the message to the next: this procedure runs once a window for
+// one message. The first run follows the main window, the others only pass on, so that a move syncs once from here
+// however many windows the process has opened.
 LRESULT CALLBACK VantroWindow::WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam) {
+  static LPARAM messageInChain = 0;
+  const LPARAM outerMessage = messageInChain;
   if (nCode >= 0) {
     if (!instance_) return CallNextHookEx(nullptr, nCode, wParam, lParam);
     const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
-    if (sent && sent->hwnd == instance_->hwnd_) instance_->FollowMainWindow(sent->message, sent->wParam);
+    messageInChain = lParam;
+    if (sent && lParam != outerMessage && sent->hwnd == instance_->hwnd_) {
+      instance_->FollowMainWindow(sent->message, sent->wParam);
+    }
   }
   // Read again: what ran above may have ended the window.
-  return CallNextHookEx(instance_ ? instance_->windowHook_ : nullptr, nCode, wParam, lParam);
+  const LRESULT result = CallNextHookEx(instance_ ? instance_->windowHook_ : nullptr, nCode, wParam, lParam);
+  messageInChain = outerMessage;
+  return result;
 }
 
 void VantroWindow::FollowMainWindow(UINT message, WPARAM wParam) {

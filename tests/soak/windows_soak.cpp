@@ -1,0 +1,193 @@
+// windows_soak [WINDOWS [MOVES]]: opens and closes windows one after the other, holds eight at once, then moves and
+// resizes one with its overlay. Prints what a closed window costs, since its object is kept until the process ends, and
+// fails when an overlay is ever not where it belongs.
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "shell/vantro_window.h"
+#include "shell/window_manager.h"
+
+namespace vantro {
+namespace {
+
+constexpr int kShortWindows = 16;
+constexpr int kShortMoves = 400;
+constexpr int kWindowsAtOnce = 8;
+constexpr unsigned kSeed = 4;
+
+struct Usage {
+  DWORD handles;  // of the kernel
+  DWORD gdiObjects;
+  DWORD userObjects;
+  size_t committedBytes;
+};
+
+// A system that does not count the process's handles answers 0; the place of a new one then tells how many there are,
+// since the lowest free place is taken.
+DWORD HandleCount() {
+  DWORD count = 0;
+  if (GetProcessHandleCount(GetCurrentProcess(), &count) && count != 0) return count;
+  const HANDLE probe = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+  count = static_cast<DWORD>(reinterpret_cast<uintptr_t>(probe) / 4);
+  CloseHandle(probe);
+  return count;
+}
+
+Usage Measure() {
+  Usage usage{};
+  usage.handles = HandleCount();
+  usage.gdiObjects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+  usage.userObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  PROCESS_MEMORY_COUNTERS memory{};
+  GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+  usage.committedBytes = memory.PagefileUsage;
+  return usage;
+}
+
+double SecondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+int ServeQueue() {
+  int quits = 0;
+  MSG message;
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) {
+      ++quits;
+      continue;
+    }
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+  }
+  return quits;
+}
+
+[[noreturn]] void Fail(const char* what) {
+  std::printf("FAILED: %s\n", what);
+  std::fflush(stdout);
+  std::_Exit(1);
+}
+
+// The overlay lies exactly over the client area below the title bar.
+bool OverlayIsInPlace(const VantroWindow& window) {
+  RECT expected{};
+  GetClientRect(window.hwnd_, &expected);
+  MapWindowPoints(window.hwnd_, HWND_DESKTOP, reinterpret_cast<POINT*>(&expected), 2);
+  expected.top += TITLE_BAR_HEIGHT;
+  RECT actual{};
+  GetWindowRect(window.flutterHostWindow_, &actual);
+  return EqualRect(&expected, &actual);
+}
+
+VantroWindow& OpenFirst() {
+  auto first = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  if (!first->Initialize()) Fail("the first window does not come up");
+  ShowWindow(first->hwnd_, SW_SHOWNORMAL);
+  VantroWindow& window = *first;
+  RegisterWindow(std::move(first));
+  return window;
+}
+
+VantroWindow& OpenAnother(VantroWindow& reference) {
+  const size_t before = GetWindowRegistry().size();
+  CreateNewWindow(reference);
+  if (GetWindowRegistry().size() != before + 1) Fail("a window does not come up");
+  ServeQueue();
+  return *GetWindowRegistry().back();
+}
+
+void Close(const VantroWindow& window) {
+  SendMessageA(window.hwnd_, WM_CLOSE, 0, 0);
+  if (IsWindow(window.hwnd_) || IsWindow(window.flutterHostWindow_)) Fail("a closed window still has its native windows");
+}
+
+void OpenAndCloseOneByOne(VantroWindow& first, int count) {
+  Close(OpenAnother(first));  // what the first of its kind loads counts for none
+  ServeQueue();
+  const Usage before = Measure();
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < count; ++i) {
+    Close(OpenAnother(first));
+    if (ServeQueue() != 0) Fail("a quit message while a window is open");
+  }
+  const double seconds = SecondsSince(start);
+  const Usage after = Measure();
+  std::printf("in use at the end: %lu handles, %lu GDI objects, %lu user objects, %zu KiB\n", after.handles,
+              after.gdiObjects, after.userObjects, after.committedBytes / 1024);
+  std::printf("%d windows opened and closed: %.1f ms each; kept by each closed window: %.2f handles, %.2f GDI objects, "
+              "%.2f user objects, %.1f KiB\n",
+              count, seconds * 1000 / count, (1.0 * after.handles - before.handles) / count,
+              (1.0 * after.gdiObjects - before.gdiObjects) / count,
+              (1.0 * after.userObjects - before.userObjects) / count,
+              (static_cast<double>(after.committedBytes) - static_cast<double>(before.committedBytes)) / 1024 / count);
+}
+
+void OpenManyAtOnce(VantroWindow& first) {
+  const auto start = std::chrono::steady_clock::now();
+  std::vector<VantroWindow*> open;
+  for (int i = 1; i < kWindowsAtOnce; ++i) open.push_back(&OpenAnother(first));
+  for (const VantroWindow* window : open) {
+    SetWindowPos(window->hwnd_, nullptr, 30, 40, 700, 500, SWP_NOZORDER);
+    if (!OverlayIsInPlace(*window)) Fail("an overlay is not in its place while eight windows are open");
+  }
+  for (const VantroWindow* window : open) Close(*window);
+  ServeQueue();
+  std::printf("%d windows at once: opened, moved and closed in %.2f s\n", kWindowsAtOnce, SecondsSince(start));
+}
+
+void MoveAndResize(VantroWindow& window, int count) {
+  std::mt19937 random(kSeed);
+  std::uniform_int_distribution<int> position(-300, 900);
+  std::uniform_int_distribution<int> width(kMinimumWindowWidth, 1600);
+  std::uniform_int_distribution<int> height(kMinimumWindowHeight, 1000);
+  const Usage before = Measure();
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < count; ++i) {
+    SetWindowPos(window.hwnd_, nullptr, position(random), position(random), width(random), height(random),
+                 SWP_NOZORDER);
+    if (!OverlayIsInPlace(window)) Fail("an overlay did not follow its window");
+    if (i % 16 == 0) ServeQueue();
+  }
+  const double seconds = SecondsSince(start);
+  const Usage after = Measure();
+  std::printf("%d moves and resizes, each with its overlay in place: %.3f ms each; handles %+ld, memory %+.1f KiB\n", count,
+              seconds * 1000 / count, static_cast<long>(after.handles) - static_cast<long>(before.handles),
+              (static_cast<double>(after.committedBytes) - static_cast<double>(before.committedBytes)) / 1024);
+}
+
+int Run(int windows, int moves) {
+  VantroWindow& first = OpenFirst();
+  MoveAndResize(first, moves);
+  OpenManyAtOnce(first);
+  OpenAndCloseOneByOne(first, windows);
+  Close(first);
+  if (ServeQueue() != 1) Fail("not exactly one quit message for the last window");
+  const auto start = std::chrono::steady_clock::now();
+  const size_t objects = GetWindowRegistry().size();
+  ShutdownWindowManager();
+  std::printf("%zu window objects destroyed at the end in %.2f s\n", objects, SecondsSince(start));
+  std::fflush(stdout);
+  return 0;
+}
+
+}  // namespace
+}  // namespace vantro
+
+int main(int argc, char** argv) {
+  const int windows = argc > 1 ? std::atoi(argv[1]) : vantro::kShortWindows;
+  const int moves = argc > 2 ? std::atoi(argv[2]) : vantro::kShortMoves;
+  if (windows < 1 || moves < 1) {
+    std::fprintf(stderr, "usage: windows_soak [WINDOWS [MOVES]]\n");
+    return 2;
+  }
+  return vantro::Run(windows, moves);
+}
