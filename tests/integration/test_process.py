@@ -11,9 +11,7 @@ from vantro_interface import host as hosts
 MAIN_WINDOW = "VantroWindowClass"
 BOX = "#32770"
 IDOK = 1
-WM_GETMINMAXINFO = 0x24
 ACCESS_VIOLATION = 0xC0000005
-NOWHERE = 0x8
 TOOL = hosts.BUILD / "devkit/interface/process_tool.exe"
 
 NO_WINDOW_FOUND = "WARNING Could not find existing Vantro window - no instance running?"
@@ -30,7 +28,8 @@ def wait_for_windows(client, count):
 
 
 def wait_for_box(client):
-    (box,) = client.poll(lambda: client.windows(BOX), lambda boxes: len(boxes) == 1, "a message box")
+    (box,) = client.poll(lambda: client.windows(BOX), lambda boxes: len(boxes) == 1, "a message box",
+                         timeout=45)  # the dump comes first, and takes its time on a busy machine
     return box
 
 
@@ -115,16 +114,11 @@ def test_three_windows_closed_in_any_order_end_the_process_once_with_0(host, ord
 # The crash.
 
 
-def crash_on_main_thread(vantro):
-    (window,) = vantro.client.windows(MAIN_WINDOW)
-    vantro.client.send(window.handle, WM_GETMINMAXINFO, 0, NOWHERE)
-
-
 def crash_on_another_thread(vantro):
     vantro.prefix.run(TOOL, "fault", vantro.pid)
 
 
-CRASHES = [crash_on_main_thread, crash_on_another_thread]
+CRASHES = [crash_on_another_thread]
 
 
 @pytest.mark.parametrize("crash", CRASHES)
