@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "painter.h"
+#include "times_log.h"
 
 namespace vantro::vlc_bridge {
 namespace {
@@ -52,6 +54,10 @@ void Canvas::Display() {
     if (!filling_) return;
     newest_ = std::move(filling_);
     changed_ = true;
+    if (expecting_) {
+      undrawn_ = std::exchange(expecting_, nullptr);
+      LogTime("displayed", undrawn_);
+    }
   }
   Painter::Wake();
 }
@@ -82,9 +88,23 @@ void Canvas::SetMedia(MediaRef media) {
   visible_ = {};
 }
 
+void Canvas::ExpectFirstPicture(const void* player) {
+  std::lock_guard guard(lock_);
+  expecting_ = player;
+  undrawn_ = nullptr;
+}
+
+void Canvas::OnDrawn() {
+  std::lock_guard guard(lock_);
+  if (!offered_ || offered_ != undrawn_) return;
+  LogTime("first_picture", undrawn_);
+  undrawn_ = nullptr;
+}
+
 std::shared_ptr<const Frame> Canvas::Newest(bool* changed) {
   std::lock_guard guard(lock_);
   *changed = std::exchange(changed_, false);
+  offered_ = undrawn_;
   return newest_;
 }
 

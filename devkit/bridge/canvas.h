@@ -32,6 +32,8 @@ class Canvas {
   void SetScale(float scale);
   float scale() const { return scale_.load(std::memory_order_relaxed); }
   void SetMedia(MediaRef media);
+  // The next picture is the first of a playback, which the log of times tells (times_log.h) under this name.
+  void ExpectFirstPicture(const void* player);
   // The player is gone: the painter forgets the canvas once the window has its background back.
   void Close() { closed_.store(true, std::memory_order_relaxed); }
   bool closed() const { return closed_.load(std::memory_order_relaxed); }
@@ -42,6 +44,8 @@ class Canvas {
   // The part of `frame` that is picture and not the decoder's padding. Known from the media once libvlc has seen the
   // stream's header, and asked for until then.
   PictureSize VisibleSize(const Frame& frame);
+  // To be called when what Newest returned last stands in the window.
+  void OnDrawn();
 
  private:
   std::atomic<void*> window_{nullptr};
@@ -54,6 +58,9 @@ class Canvas {
   std::shared_ptr<Frame> newest_;
   bool changed_ = false;
   MediaRef media_;
+  const void* expecting_ = nullptr;  // the player whose first picture has not been handed over
+  const void* undrawn_ = nullptr;    // the player whose first picture has not been drawn
+  const void* offered_ = nullptr;    // the same, once Newest has returned that picture
   PictureSize visible_;
 };
 

@@ -11,6 +11,7 @@
 #include "paths.h"
 #include "player.h"
 #include "report.h"
+#include "times_log.h"
 
 #define EXPORTED extern "C" VANTRO_MS_ABI __attribute__((visibility("default")))
 
@@ -67,6 +68,7 @@ EXPORTED unsigned bridge_abi_version() { return vantro::vlc_bridge::kAbiVersion;
 
 EXPORTED void* bridge_media_new_location(const char* location) {
   if (!location) return nullptr;
+  vantro::vlc_bridge::LogTime("media_new", nullptr);
   std::string path;
   if (vantro::vlc_bridge::WindowsPathOfFileUrl(location, &path)) {
     return new Media(Media::Kind::kPath, vantro::vlc_bridge::UnixPath(path));

@@ -51,11 +51,12 @@ void FillAround(HDC dc, const RECT& area, const Placement& place) {
   FillBlack(dc, place.x + place.width, place.y, area.right, place.y + place.height);
 }
 
-void Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
+// False when there is nothing to draw in.
+bool Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
   RECT area;
-  if (!IsWindowVisible(window) || !GetClientRect(window, &area) || area.right <= 0 || area.bottom <= 0) return;
+  if (!IsWindowVisible(window) || !GetClientRect(window, &area) || area.right <= 0 || area.bottom <= 0) return false;
   HDC dc = GetDCEx(window, nullptr, DCX_CACHE | DCX_CLIPSIBLINGS | DCX_CLIPCHILDREN);
-  if (!dc) return;
+  if (!dc) return false;
   BITMAPINFO format{};
   format.bmiHeader.biSize = sizeof format.bmiHeader;
   format.bmiHeader.biWidth = static_cast<LONG>(frame.width);
@@ -71,6 +72,7 @@ void Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
                 DIB_RGB_COLORS, SRCCOPY);
   FillAround(dc, area, place);
   ReleaseDC(window, dc);
+  return true;
 }
 
 void GiveBackgroundBack(Shown* shown) {
@@ -86,7 +88,7 @@ bool Show(Shown* shown, Clock::time_point now) {
   if (!frame || window != shown->window) GiveBackgroundBack(shown);
   if (!frame) return !shown->canvas->closed();
   if (!window || (!changed && shown->window && now - shown->drawn < kRepaintPeriod)) return true;
-  Draw(window, *frame, shown->canvas->VisibleSize(*frame), shown->canvas->scale());
+  if (Draw(window, *frame, shown->canvas->VisibleSize(*frame), shown->canvas->scale())) shown->canvas->OnDrawn();
   shown->window = window;
   shown->drawn = now;
   return true;

@@ -13,6 +13,7 @@
 #include "instance.h"
 #include "painter.h"
 #include "report.h"
+#include "times_log.h"
 
 namespace vantro::vlc_bridge {
 namespace {
@@ -116,6 +117,7 @@ bool Player::WaitForClosed() {
 // --- The program's side -------------------------------------------------------------------------------------------
 
 void Player::SetMedia(MediaRef media) {
+  LogTime("set_media", this);
   {
     std::lock_guard guard(mediaLock_);
     media_ = media;
@@ -124,6 +126,7 @@ void Player::SetMedia(MediaRef media) {
 }
 
 void Player::Play() {
+  LogTime("play", this);
   if (media()) started_.store(true);
   Enqueue([this] { DoPlay(); });
 }
@@ -143,6 +146,7 @@ bool Player::StopAsync() {
 }
 
 void Player::Stop() {
+  LogTime("stop", this);
   started_.store(false);
   auto done = std::make_shared<std::promise<void>>();
   std::future<void> finished = done->get_future();
@@ -289,6 +293,7 @@ void Player::DoSetMedia(MediaRef media) {
 void Player::DoPlay() {
   if (!loaded_) return;
   if (!Running()) Start();
+  canvas_->ExpectFirstPicture(this);
   libvlc_media_player_play(native_);
 }
 
