@@ -1,0 +1,164 @@
+"""The stall watchdog over real streams: a wedged one is nudged, a wedged tile is reloaded, a frozen one left alone.
+
+One host plays everything side by side, because each wedge takes its 8 s of healthy stream and some seconds of checks:
+window 1 a stream whose pictures stop, window 2 one whose sound stops, window 3 a grid whose original tile gets no more
+data and whose other tiles are wedged in both ways. The tests look at what was recorded.
+"""
+
+import dataclasses
+import datetime
+import itertools
+
+import pytest
+
+from vantro_interface.host import Host, bridge
+
+from tests.end_to_end.stream_server import StreamServer
+from tests.support.playback_events import times
+
+PICTURES_STOP, SOUND_STOPS, GRID = 1, 2, 3
+WEDGED = [pytest.param(PICTURES_STOP, "video_wedged", id="pictures-stop"),
+          pytest.param(SOUND_STOPS, "audio_wedged", id="sound-stops")]
+TILES = [pytest.param("video", "video_wedged", id="pictures-stop"),
+         pytest.param("audio", "audio_wedged", id="sound-stops")]
+BYTES_BEFORE_FREEZING = 250000  # some 3 s of the test picture
+
+
+@dataclasses.dataclass
+class Record:
+    """What one run left: its log lines as (seconds, text), its events, and how often the server was asked."""
+
+    lines: list
+    events: list
+    asked: dict  # the wedged tile's name: requests before its reload, and in all
+    frozen_plays: bool  # asked behind the events, when the original tile was the single view again
+
+    def stalls(self, fragment=""):
+        return [(at, text) for at, text in self.lines if "[StallDetector]" in text and fragment in text]
+
+    def stall(self, fragment):
+        """The seconds of the first such line."""
+        assert self.stalls(fragment), f"no log line with {fragment!r}"
+        return self.stalls(fragment)[0][0]
+
+    def of(self, window, *methods):
+        return [event for event in self.events if event.engine == window and event.method in methods]
+
+
+def log_lines(host):
+    lines = (host.folder / "vantro_debug.log").read_text(encoding="utf-8").splitlines()
+    stamped = [line.split(" ", 3) for line in lines if line.startswith("[")]
+    moments = [(datetime.datetime.fromisoformat(f"{day} {time}"), text) for _, day, time, text in stamped]
+    return [((moment - moments[0][0]).total_seconds(), text) for moment, text in moments]
+
+
+def open_window(prefix, folder, client):
+    """A second launch makes the running host open a window."""
+    count = len(client.engines)
+    with Host(prefix, folder, libraries=bridge()) as launch:
+        launch.start(connect=False).wait()
+    client.wait_until(lambda: len(client.engines) == count + 1, "the window's engine")
+    client.poll(lambda: len(client.windows("VantroWindowClass")), lambda windows: windows == count + 1, "the window")
+    return client.engines[-1]
+
+
+def asked(server, tile):
+    return sum(f"tile={tile} " in line for line in server.requests())
+
+
+def play_all(client, server):
+    for window, url in ((PICTURES_STOP, server.url("video-stops.ts")), (SOUND_STOPS, server.url("audio-stops.ts")),
+                        (GRID, server.fault_url(f"stall?at={BYTES_BEFORE_FREEZING}&for=60"))):
+        assert client.invoke("setMedia", {"url": url, "networkCacheMs": 300}, engine=window) is True
+    client.wait_for("onPlaying", engine=GRID)
+    assert client.invoke("enableMultiView", engine=GRID) is True
+    for name in ("video", "audio"):
+        address = server.url(f"{name}-stops.ts?tile={name}")
+        assert client.invoke("mvAddStream", {"url": address, "name": name}, engine=GRID) is True
+
+
+@pytest.fixture(scope="module")
+def record(wine_prefix, streams, tmp_path_factory):
+    wine_prefix.forget()
+    folder = tmp_path_factory.mktemp("wedged")
+    with StreamServer(streams) as server, Host(wine_prefix, folder / "host", libraries=bridge(), timeout=40) as host:
+        client = host.start().client
+        for window in (SOUND_STOPS, GRID):
+            assert open_window(wine_prefix, folder / f"launch{window}", client) == window
+        play_all(client, server)
+        before = {name: asked(server, name) for name in ("video", "audio")}
+        for name in before:
+            host.wait_for_log(f"mv_{name} wedge persisted")
+        for window in (PICTURES_STOP, SOUND_STOPS):
+            client.wait_until(lambda: [event.method for event in client.events if event.engine == window].count(
+                "onPaused") == 2, "a second nudge")
+        counts = {}
+        for name, count in before.items():
+            client.poll(lambda: asked(server, name), lambda now: now > count, f"the tile {name}'s second request")
+            counts[name] = (count, asked(server, name))
+        events = client.since()
+        assert client.invoke("disableMultiView", engine=GRID) is True
+        record = Record([], events, counts, frozen_plays=client.invoke("isPlaying", engine=GRID))
+        assert host.quit() == 0
+        record.lines = log_lines(host)
+    return record
+
+
+@pytest.mark.parametrize("window, reason", WEDGED)
+def test_three_wedge_checks_are_a_detection_and_a_nudge(record, window, reason):
+    checks = record.stalls(f"primary wedge tick ({reason})")[:3]
+    assert [text.rsplit("=", 1)[1] for _, text in checks] == ["1", "2", "3"]
+    assert all(0.9 < later - earlier < 2 for (earlier, _), (later, _) in itertools.pairwise(checks))
+    assert record.stall(f"primary wedge detected ({reason}) after 3 ticks") - checks[2][0] < 0.5
+    assert record.stalls("primary wedge detected – performing cheap pause/resume nudge")
+
+
+@pytest.mark.parametrize("window, reason", WEDGED)
+def test_a_nudge_pauses_the_stream_for_300_ms_and_plays_it_on(record, window, reason):
+    first_pause, *_ = record.of(window, "onPaused")
+    resumed = [event for event in record.of(window, "onPlaying") if event.time > first_pause.time]
+    assert 0.25 < resumed[0].time - first_pause.time < 1.5
+
+
+@pytest.mark.parametrize("window, reason", WEDGED)
+def test_a_single_view_is_nudged_again_because_its_pause_clears_the_record(record, window, reason):
+    first, second = record.of(window, "onPaused")[:2]
+    assert 3.2 < second.time - first.time < 8
+    assert record.stalls("primary wedge persisted") == []
+
+
+@pytest.mark.parametrize("tile, reason", TILES)
+def test_a_tile_is_nudged_and_then_reloaded_three_seconds_later(record, tile, reason):
+    nudged = record.stall(f"mv_{tile} wedge detected – performing cheap pause/resume nudge")
+    reloaded = record.stall(f"mv_{tile} wedge persisted after cheap nudge – restarting media")
+    assert len(record.stalls(f"mv_{tile} wedge detected ({reason}) after 3 ticks")) >= 2
+    assert 2.7 < reloaded - nudged < 5
+
+
+@pytest.mark.parametrize("tile, reason", TILES)
+def test_a_reloaded_tile_asks_for_its_stream_again(record, tile, reason):
+    before, in_all = record.asked[tile]
+    assert 0 < before < in_all
+
+
+def test_a_reloaded_tile_tells_a_change_of_media(record):
+    # Three loads before: the original's, and one for each further tile.
+    assert len(record.of(GRID, "onMediaChanged")) == 5
+
+
+def test_a_tile_s_pause_is_not_told_and_its_resume_is(record):
+    assert record.of(GRID, "onPaused") == []
+    assert len(record.of(GRID, "onPlaying")) >= 5
+
+
+def test_a_stream_that_gets_no_more_data_is_left_alone(record):
+    told = record.of(GRID, "onTimeChanged")
+    assert record.frozen_plays is True
+    assert record.events[-1].time - told[-1].time > 5, "it was not frozen"
+    assert times(told)[-1] < BYTES_BEFORE_FREEZING / (2622976 / 30) * 1000 + 1000
+    assert record.stalls("mv_primary") == []
+
+
+def test_the_watchdog_gives_up_on_nothing_that_it_cures(record):
+    assert record.stalls("restart budget exceeded") == []
+    assert [event for event in record.events if event.method == "onError"] == []
