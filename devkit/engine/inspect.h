@@ -5,8 +5,10 @@
 //   post     payload: u64 handle, u32 message, u64 wParam, i64 lParam. Posts it; JSON with ok
 //   send     the same, sent with a limit of 5 s; JSON with ok and result
 //   capture  payload: u64 handle. A BMP file of the window's picture, children included; empty on failure
+//   fault    writes to address 0 on the window thread, as a fault in the host's own code there would; JSON with ok
 //
-// All of it runs on the socket's thread and needs nothing of the window thread but that it answers sent messages.
+// All of it but the fault runs on the socket's thread and needs nothing of the window thread but that it answers sent
+// messages.
 #pragma once
 
 #include <cstdint>

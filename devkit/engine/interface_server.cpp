@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <thread>
 
 #include "devkit/engine/inspect.h"
@@ -19,6 +20,8 @@ constexpr int kProtocol = 1;
 constexpr size_t kOutboundLimit = 64u << 20;  // bytes kept for an interface that is not there
 constexpr auto kLastWords = std::chrono::milliseconds(1000);
 constexpr UINT kDeliver = WM_APP;
+constexpr UINT kFault = WM_APP + 1;
+constexpr char kFaultCommand[] = "fault";
 constexpr wchar_t kInboxClass[] = L"LoopbackEngineInbox";
 
 std::string Environment(const char* name) {
@@ -65,6 +68,11 @@ bool SendAll(SOCKET socket, const std::vector<uint8_t>& bytes) {
     sent += static_cast<size_t>(count);
   }
   return true;
+}
+
+__attribute__((noinline)) void WriteToNull() {
+  volatile int* volatile nowhere = nullptr;  // twice volatile: the compiler may not know that it is null
+  *nowhere = 1;
 }
 
 Frame MakeFrame(FrameKind kind, int32_t engine) {
@@ -263,7 +271,12 @@ void InterfaceServer::Deliver(const Frame& frame) {
   if (frame.kind == FrameKind::kCommand) {
     Frame result = MakeFrame(FrameKind::kResult, frame.engine);
     result.id = frame.id;
-    result.payload = RunCommand(frame.channel, frame.payload, window_thread_);
+    if (frame.channel == kFaultCommand) {
+      const std::string_view posted = PostMessageW(inbox_, kFault, 0, 0) ? R"({"ok":true})" : R"({"ok":false})";
+      result.payload.assign(posted.begin(), posted.end());
+    } else {
+      result.payload = RunCommand(frame.channel, frame.payload, window_thread_);
+    }
     Enqueue(std::move(result), false);
     return;
   }
@@ -318,6 +331,7 @@ void InterfaceServer::AnswerHost(const Frame& frame) {
 }
 
 LRESULT CALLBACK InterfaceServer::InboxProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == kFault) WriteToNull();
   if (message != kDeliver) return DefWindowProcW(hwnd, message, wParam, lParam);
   reinterpret_cast<InterfaceServer*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA))->DeliverOne();
   return 0;

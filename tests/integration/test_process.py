@@ -33,6 +33,11 @@ def wait_for_box(client):
     return box
 
 
+def box_text(client, box):
+    """What the message box says: its label, beside the one that shows the icon."""
+    return "".join(window.title for window in client.windows("Static") if window.parent == box.handle)
+
+
 def dismiss(client, box):
     client.post(box.handle, WM_COMMAND, IDOK)
 
@@ -113,12 +118,19 @@ def test_three_windows_closed_in_any_order_end_the_process_once_with_0(host, ord
 
 # The crash.
 
+CRASH_TEXT = ("Vantro has encountered a fatal error and needs to close. "
+              "A crash report (Vantro_Crash.dmp) has been generated.")
+
 
 def crash_on_another_thread(vantro):
     vantro.prefix.run(TOOL, "fault", vantro.pid)
 
 
-CRASHES = [crash_on_another_thread]
+def crash_on_the_main_thread(vantro):
+    vantro.client.command("fault")
+
+
+CRASHES = [crash_on_the_main_thread, crash_on_another_thread]
 
 
 @pytest.mark.parametrize("crash", CRASHES)
@@ -128,6 +140,7 @@ def test_a_crash_leaves_a_minidump_tells_the_user_and_ends_with_the_exceptions_c
     crash(vantro)
     box = wait_for_box(vantro.client)
     assert box.title == "Fatal Error"
+    assert box_text(vantro.client, box) == CRASH_TEXT
     assert (vantro.folder / "Vantro_Crash.dmp").read_bytes()[:4] == b"MDMP"
     dismiss(vantro.client, box)
     assert vantro.wait() == ACCESS_VIOLATION
