@@ -1,0 +1,21 @@
+"""The short form of the playback storm: the stream changes faster than it can open, and the process stays level."""
+
+import pytest
+
+from tests.soak.playback_storm import Storm
+
+ROUNDS = 40
+
+
+@pytest.mark.time_limit(120)
+def test_forty_changes_of_stream_leave_threads_and_files_level_and_a_host_that_plays(player_host, server):
+    host = player_host(log=False)
+    storm = Storm(host, server)
+    storm.run(ROUNDS, seconds=90, between=10)
+    assert storm.rounds == ROUNDS
+    # Too few rounds to tell growth of memory from its noise: ./dev soak does that.
+    assert storm.uneven() == []
+    mark = host.client.mark()
+    assert host.client.invoke("setMedia", {"url": server.url("test.ts"), "networkCacheMs": 300}) is True
+    host.client.wait_for("onTimeChanged", lambda event: int(event.arguments) >= 500, after=mark)
+    assert host.quit() == 0
