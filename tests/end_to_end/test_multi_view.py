@@ -4,6 +4,7 @@ comes back. Each stream has a colour and a tone of its own, so that picture and 
 import pytest
 
 from tests.end_to_end.grid import ScreenPart, TITLE_BAR, cells, client_area, differences, picture_in
+from tests.soak.multi_view_rounds import Rounds
 from tests.support.meters import Meters
 
 TONES = {"red": 330, "green": 440, "blue": 550, "yellow": 660}  # hertz
@@ -89,10 +90,11 @@ def test_the_first_tile_keeps_the_place_of_the_single_view(grid):
     grid.assert_window_shows(lambda width, height: [(picture_in((0, TITLE_BAR, width, height)), "red")])
 
 
-@pytest.mark.parametrize("count", [2, 3, 4, 5])
-def test_each_tile_shows_its_stream_in_its_cell_and_the_gaps_are_black(grid, count):
-    grid.open(*FIVE[:count])
-    grid.assert_tiles_show(*FIVE[:count])
+def test_each_tile_shows_its_stream_in_its_cell_and_the_gaps_are_black_from_two_tiles_to_five(grid):
+    grid.open(FIVE[0])
+    for count in (2, 3, 4, 5):
+        grid.add(FIVE[count - 1])
+        grid.assert_tiles_show(*FIVE[:count])
 
 
 def test_one_tile_that_is_laid_out_fills_the_window(grid):
@@ -182,7 +184,6 @@ def test_leaving_fullscreen_ends_the_grid_and_hides_no_overlay(grid):
     mark = grid.client.mark()
     assert grid.client.invoke("mvExitFullscreen") is True
     grid.assert_window_shows(lambda width, height: [(picture_in((0, 0, width, height)), "red")])
-    grid.assert_only("red", among=("red",))
     assert "hideMultiViewOverlay" not in [event.method for event in grid.client.since(mark)]
 
 
@@ -196,3 +197,45 @@ def test_a_promoted_stream_is_opened_anew_in_the_single_view(grid):
     (reading,) = grid.meters.wait(grid.client, lambda second: [one.stream for one in second] == ["blue"], "blue alone")
     assert reading.state == "playing"
     assert len(grid.video_windows()) == 1
+
+
+def test_an_original_that_was_not_the_active_tile_comes_back_silent_until_the_next_play(grid):
+    grid.open("red", "green")
+    grid.activate(1)
+    assert grid.client.invoke("disableMultiView") is True
+    grid.meters.wait(grid.client, lambda second: [(one.stream, one.volume, one.mute) for one in second]
+                     == [("red", 100, True)], "red alone, muted at full volume")
+    assert grid.client.invoke("play") is True
+    grid.assert_only("red", among=("red",))
+
+
+# What comes and goes with the tiles.
+
+
+def test_rounds_of_add_swap_replace_remove_and_each_way_out_leave_one_player_and_one_window(grid):
+    rounds = Rounds(grid.client, grid.meters, grid.url)
+    rounds.begin()
+    for number in range(1, 10):
+        rounds.play(count_players=number % 3 == 0)
+
+
+def test_the_window_of_a_tile_swapped_to_the_front_stays_when_the_grid_ends_and_no_player_does(grid):
+    grid.open("red", "green", "blue")
+    assert grid.client.invoke("mvSwapTiles", {"from": 0, "to": 1}) is True
+    assert grid.client.invoke("disableMultiView") is True
+    assert len(grid.video_windows()) == 2  # the single view's own and the former tile's
+    assert grid.client.invoke("setMedia", {"url": grid.url("red")}) is False
+    grid.add("yellow")  # outside the grid: a player to be seen among the missing ones
+    grid.meters.wait(grid.client, lambda second: [one.stream for one in second] == ["yellow"], "no player but yellow's")
+
+
+def test_a_stream_added_outside_the_grid_is_silent_and_leaves_its_window_to_the_next_grid(grid):
+    grid.play("red")
+    grid.add("green")
+    grid.meters.wait(grid.client, lambda second: {one.stream: (one.volume, one.heard) for one in second}
+                     == {"red": (100, True), "green": (0, False)}, "green at volume 0 beside red")
+    assert grid.client.invoke("enableMultiView") is True
+    grid.meters.wait(grid.client, lambda second: [one.stream for one in second] == ["red"], "no player but red's")
+    assert len(grid.video_windows()) == 2
+    assert grid.client.invoke("disableMultiView") is True
+    assert len(grid.video_windows()) == 2
