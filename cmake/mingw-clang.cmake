@@ -4,9 +4,13 @@ set(CMAKE_C_COMPILER clang)
 set(CMAKE_CXX_COMPILER clang++)
 set(CMAKE_C_COMPILER_TARGET x86_64-w64-windows-gnu)
 set(CMAKE_CXX_COMPILER_TARGET x86_64-w64-windows-gnu)
-file(GLOB VANTRO_GCC_ROOTS /usr/lib/gcc/x86_64-w64-mingw32/*-posix)
+
+file(GLOB VANTRO_GCC_ROOTS /usr/lib/gcc/${VANTRO_TRIPLE}/*-posix)
 list(GET VANTRO_GCC_ROOTS 0 VANTRO_GCC_ROOT)
-set(CMAKE_CXX_FLAGS_INIT "-nostdinc++ -isystem ${VANTRO_GCC_ROOT}/include/c++ -isystem ${VANTRO_GCC_ROOT}/include/c++/x86_64-w64-mingw32 -isystem ${VANTRO_GCC_ROOT}/include/c++/backward -femulated-tls")
-set(CMAKE_CXX_LINK_EXECUTABLE "x86_64-w64-mingw32-g++-posix <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
-set(CMAKE_C_COMPILER_WORKS TRUE)
-set(CMAKE_CXX_COMPILER_WORKS TRUE)
+set(VANTRO_CXX_HEADERS "${VANTRO_GCC_ROOT}/include/c++")
+# Emulated: gcc's library keeps its thread-local variables that way.
+set(CMAKE_CXX_FLAGS_INIT "-nostdinc++ -isystem ${VANTRO_CXX_HEADERS} -isystem ${VANTRO_CXX_HEADERS}/${VANTRO_TRIPLE} \
+-isystem ${VANTRO_CXX_HEADERS}/backward -femulated-tls")
+
+# CMake's platform files, read after this one, would have clang link.
+set(CMAKE_USER_MAKE_RULES_OVERRIDE "${CMAKE_CURRENT_LIST_DIR}/mingw-clang-link.cmake")

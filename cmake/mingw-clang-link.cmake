@@ -1,0 +1,10 @@
+# Links with mingw's compiler, which knows where its libraries are. The flags are clang's and no business of the linker.
+set(VANTRO_C_DRIVER ${VANTRO_TRIPLE}-gcc-posix)
+set(VANTRO_CXX_DRIVER ${VANTRO_TRIPLE}-g++-posix)
+foreach(language C CXX)
+  foreach(rule CREATE_SHARED_MODULE CREATE_SHARED_LIBRARY LINK_EXECUTABLE)
+    set(name CMAKE_${language}_${rule})
+    string(REPLACE "<CMAKE_${language}_COMPILER>" "${VANTRO_${language}_DRIVER}" ${name} "${${name}}")
+    string(REGEX REPLACE "<FLAGS>|<LANGUAGE_COMPILE_FLAGS>" "" ${name} "${${name}}")
+  endforeach()
+endforeach()
