@@ -9,7 +9,7 @@
 
 namespace vantro {
 
-__attribute__((dllexport)) std::atomic<bool> debugLoggingEnabled{false};
+VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled{false};
 
 namespace {
 

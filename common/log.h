@@ -17,6 +17,13 @@
 #define VANTRO_PRINTF_FORMAT(text, first)
 #endif
 
+// On the declaration too: not every compiler takes an export that only the definition names.
+#ifdef _WIN32
+#define VANTRO_EXPORTED __declspec(dllexport)
+#else
+#define VANTRO_EXPORTED
+#endif
+
 namespace vantro {
 
 enum LogLevel : int {
@@ -28,7 +35,7 @@ enum LogLevel : int {
 
 // Switches the whole log. False at start, and nothing in the host sets it: a shipped run writes no line and creates no
 // file. The executable exports it under this name, so that a debugger or a support tool can switch the log on.
-extern "C" std::atomic<bool> debugLoggingEnabled;
+extern "C" VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled;
 
 // Writes one line. A level above 3 is dropped; a negative one prints "UNKNOWN". Does not test debugLoggingEnabled:
 // callers come through the macros below. The text is one line without its newline, and may not be null.
