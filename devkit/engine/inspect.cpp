@@ -29,7 +29,7 @@ std::string Quoted(const std::wstring& text) {
 uint64_t Number(HWND hwnd) { return reinterpret_cast<uintptr_t>(hwnd); }
 HWND Handle(uint64_t number) { return reinterpret_cast<HWND>(static_cast<uintptr_t>(number)); }
 
-std::string Format(const char* format, ...) __attribute__((format(gnu_printf, 1, 2)));
+std::string Format(const char* format, ...) __attribute__((format(__MINGW_PRINTF_FORMAT, 1, 2)));
 std::string Format(const char* format, ...) {
   char text[512];
   va_list arguments;
