@@ -1,13 +1,17 @@
 // process_tool fault PID: starts a thread in the process whose first instruction is not there, so that it faults on a
 // thread that is not the main one.
 // process_tool answer TITLE: waits for a message box of this title and presses its OK.
+// process_tool handles PID: prints how many handles of the kernel the process holds.
 // process_tool hold MUTEX: makes the named mutex, says "held", and holds it until its standard input ends.
 #include <windows.h>
+#include <winternl.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -29,6 +33,35 @@ int Answer(const wchar_t* title) {
   return 7;
 }
 
+// The list of all handles of the system, because Wine does not count those of one process (GetProcessHandleCount is 0).
+int Handles(DWORD processId) {
+  struct Entry {
+    ULONG owner;
+    UCHAR type;
+    UCHAR flags;
+    USHORT handle;
+    void* object;
+    ULONG access;
+  };
+  struct List {
+    ULONG count;
+    Entry entries[1];
+  };
+  constexpr auto kSystemHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
+  std::vector<List> lists(4096);
+  ULONG needed = 0;
+  NTSTATUS status;
+  while ((status = NtQuerySystemInformation(kSystemHandleInformation, lists.data(),
+                                            static_cast<ULONG>(lists.size() * sizeof(List)), &needed)) < 0) {
+    if (status != static_cast<NTSTATUS>(0xC0000004)) return 8;  // anything but a list that is too short
+    lists.resize(lists.size() * 2);
+  }
+  const List& list = lists.front();
+  std::printf("%d\n", static_cast<int>(std::count_if(list.entries, list.entries + list.count,
+                                                     [&](const Entry& entry) { return entry.owner == processId; })));
+  return 0;
+}
+
 int Hold(const wchar_t* name) {
   if (!CreateMutexW(nullptr, FALSE, name)) return 5;
   std::puts("held");
@@ -46,7 +79,8 @@ int wmain(int argc, wchar_t** argv) {
   const std::wstring verb = argc == 3 ? argv[1] : L"";
   if (verb == L"fault") return Fault(std::wcstoul(argv[2], nullptr, 10));
   if (verb == L"answer") return Answer(argv[2]);
+  if (verb == L"handles") return Handles(std::wcstoul(argv[2], nullptr, 10));
   if (verb == L"hold") return Hold(argv[2]);
-  std::fprintf(stderr, "usage: process_tool fault PID | answer TITLE | hold MUTEX\n");
+  std::fprintf(stderr, "usage: process_tool fault PID | answer TITLE | handles PID | hold MUTEX\n");
   return 2;
 }

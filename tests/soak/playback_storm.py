@@ -5,12 +5,13 @@
 
 A round is one setMedia. What follows it changes from round to round: nothing at all, the wait for onPlaying, the wait
 for a time. Every 25 rounds the player is stopped and the process is measured when it has come to rest. It must come to
-rest with the threads and files that it had the first time, and its memory must not grow from one half of the storm to
+rest with the threads, files and handles that it had the first time, and its memory must not grow from one half of the storm to
 the other. A request without an answer within 20 s counts as a deadlock: the host is killed, and the kernel's view of
 its threads is printed.
 """
 
 import argparse
+import dataclasses
 import pathlib
 import statistics
 import subprocess
@@ -22,7 +23,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
 
 from tests.end_to_end.stream_server import StreamServer  # noqa: E402
-from tests.support.process_usage import process_of, standing, usage  # noqa: E402
+from tests.support.process_usage import Usage, process_of, standing, usage  # noqa: E402
 from vantro_interface import host as hosts  # noqa: E402
 from vantro_interface.client import WaitTimeout  # noqa: E402
 
@@ -31,11 +32,21 @@ ROUNDS_BETWEEN_SAMPLES = 25
 REST_SECONDS = 10
 SLACK_THREADS = 2  # libvlc keeps a worker or two for a while
 SLACK_FILES = 8
+SLACK_HANDLES = 4  # ended threads whose handles the system still closes
 GROWTH_KIB_A_ROUND = 16
+PROCESS_TOOL = hosts.BUILD / "devkit/interface/process_tool.exe"
+
+
+@dataclasses.dataclass(frozen=True)
+class Sample:
+    """The process at rest."""
+
+    usage: Usage
+    handles: int  # of the Windows kernel
 
 
 class Storm:
-    """Runs over a started host. samples are the usages at rest, the first one before the storm's first half."""
+    """Runs over a started host."""
 
     def __init__(self, host, server):
         self.host = host
@@ -65,19 +76,17 @@ class Storm:
     def uneven(self):
         """What the process holds more of at rest than it did the first time, as sentences."""
         first, last = self.samples[0], self.samples[-1]
-        found = []
-        if last.threads > first.threads + SLACK_THREADS:
-            found.append(f"{first.threads} threads became {last.threads}")
-        if last.files > first.files + SLACK_FILES:
-            found.append(f"{first.files} open files became {last.files}")
-        return found
+        pairs = [("threads", first.usage.threads, last.usage.threads, SLACK_THREADS),
+                 ("open files", first.usage.files, last.usage.files, SLACK_FILES),
+                 ("handles", first.handles, last.handles, SLACK_HANDLES)]
+        return [f"{before} {what} became {after}" for what, before, after, slack in pairs if after > before + slack]
 
     def growth(self):
         """KiB a round: the written memory of the last quarter beside that of the second one, by their medians. The
         first quarter is left out: caches fill and code is loaded."""
         quarter = max(1, len(self.samples) // 4)
-        early = statistics.median(sample.written_kib for sample in self.samples[quarter:2 * quarter])
-        late = statistics.median(sample.written_kib for sample in self.samples[-quarter:])
+        early = statistics.median(sample.usage.written_kib for sample in self.samples[quarter:2 * quarter])
+        late = statistics.median(sample.usage.written_kib for sample in self.samples[-quarter:])
         return (late - early) / (self.rounds / 2)
 
     def _change(self):
@@ -104,16 +113,18 @@ class Storm:
         assert self.host.client.invoke("stop") is True
         limit = time.monotonic() + REST_SECONDS
         best = usage(self._process)
-        while self.samples and best.threads > self.samples[0].threads and time.monotonic() < limit:
+        while self.samples and best.threads > self.samples[0].usage.threads and time.monotonic() < limit:
             time.sleep(0.1)
             best = min(best, usage(self._process), key=lambda now: (now.threads, now.files))
-        self.samples.append(best)
+        handles = self.host.prefix.run(PROCESS_TOOL, "handles", self.host.pid)
+        self.samples.append(Sample(best, int(handles)))
 
 
 def tell(storm):
     now = storm.samples[-1]
-    print(f"{storm.rounds:6} rounds: {now.threads} threads, {now.files} files, {now.written_kib} KiB written, "
-          f"{now.resident_kib} KiB resident; slowest setMedia {storm.slowest * 1000:.0f} ms", flush=True)
+    print(f"{storm.rounds:6} rounds: {now.usage.threads} threads, {now.usage.files} files, {now.handles} handles, "
+          f"{now.usage.written_kib} KiB written, {now.usage.resident_kib} KiB resident; "
+          f"slowest setMedia {storm.slowest * 1000:.0f} ms", flush=True)
 
 
 def main():
@@ -140,7 +151,7 @@ def main():
             return 1
     print(f"{storm.rounds} rounds in {time.monotonic() - began:.0f} s, {storm.growth():.2f} KiB a round")
     problems += [f"the host ended with {code:#x}"] if code else []
-    print("\n".join(f"failed: {problem}" for problem in problems) or "level: threads, files and memory")
+    print("\n".join(f"failed: {problem}" for problem in problems) or "level: threads, files, handles and memory")
     return 1 if problems else 0
 
 
