@@ -38,11 +38,16 @@ class Display:
             self._server.wait()
             self._server = None
 
-    def screenshot(self, path):
-        """The screen as a PNG; of a user's own display only the Wine desktop's window."""
+    def screenshot(self, path, rect=None):
+        """The screen as a PNG, or a part (left, top, right, bottom) of it; of a user's own display only the Wine
+        desktop's window."""
         path = pathlib.Path(path)
         window = "root" if self._server else DESKTOP_TITLE
-        subprocess.run(["import-im6.q16", "-window", window, str(path)], check=True, stdin=subprocess.DEVNULL,
+        part = []
+        if rect:
+            left, top, right, bottom = rect
+            part = ["-crop", f"{right - left}x{bottom - top}+{left}+{top}", "+repage"]
+        subprocess.run(["import-im6.q16", "-window", window, *part, str(path)], check=True, stdin=subprocess.DEVNULL,
                        env={**os.environ, "DISPLAY": self.name}, timeout=30)
         return path
 

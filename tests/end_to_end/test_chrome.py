@@ -1,0 +1,313 @@
+"""The title bar, its menus and its buttons, in the hands of a user: the pointer and the keyboard of a real screen."""
+
+import pytest
+
+from tests.support.messages import VK_ESCAPE, WM_KEYDOWN
+from vantro_interface.display import region_colours
+from vantro_interface.host import scripted
+from vantro_interface.user import User, centre
+
+SCREEN = (1600, 900)
+FILE, HELP, SEARCH, VOLUME = 40010, 40011, 104, 1001
+CLOSE, FULLSCREEN, MINIMIZE = 999, 998, 997
+
+MAIN_WINDOW = "VantroWindowClass"
+OVERLAY = "VantroFlutterOverlay"
+MENU = "#32768"
+WS_MINIMIZE = 0x20000000
+WS_EX_TOPMOST = 0x8
+
+BAR = (70, 70, 95)
+PRESSED = (55, 55, 80)
+GREEN = (0, 200, 0)
+
+
+class Chrome:
+    """The newest host's first window, as it is when asked, and a user before it."""
+
+    def __init__(self, host, user, display, folder):
+        self.host, self.client, self.user = host, host.client, user
+        self._display, self._folder = display, folder
+        self._shift = 6
+
+    @property
+    def window(self):
+        """The main window of the first interface; later windows lie above it."""
+        return self.client.windows(MAIN_WINDOW)[-1]
+
+    @property
+    def overlay(self):
+        (overlay,) = self.client.windows(OVERLAY)
+        return overlay
+
+    @property
+    def menus(self):
+        return self.client.windows(MENU)
+
+    def control(self, number):
+        window = self.window.handle
+        (control,) = [found for found in self.client.windows() if found.id == number and found.parent == window]
+        return control
+
+    def click(self, number):
+        """Beside the place of the click before, so that two are never a double click."""
+        x, y = centre(self.control(number))
+        self._shift = -self._shift
+        self.user.click(x + self._shift, y)
+
+    def drag(self, start, end):
+        """Takes the window by its bar or frame; the way begins when the window has the pointer."""
+        self.user.press(*start)
+        self.client.poll(lambda: self.client.focus()["capture"], lambda seen: seen == self.window.handle, "the capture")
+        self.user.move(*end)
+        self.user.release()
+
+    def click_caption(self):
+        """On the free strip between Help and the volume control."""
+        _, top, right, bottom = self.control(HELP).rect
+        self.user.click(right + 60, (top + bottom) // 2)
+
+    def open_menu(self, number):
+        self.click(number)
+        return self.client.poll(lambda: self.menus, lambda menus: len(menus) == 1, "the menu")[0]
+
+    def choose(self, number, *keys):
+        """Opens a menu of the bar, then presses the underlined letters one by one."""
+        self.open_menu(number)
+        for count, key in enumerate(keys[:-1], 2):
+            self.user.key(key)
+            self.client.poll(lambda: self.menus, lambda menus: len(menus) == count, "the submenu")
+        self.user.key(keys[-1])
+        self.client.poll(lambda: self.menus, lambda menus: not menus, "the end of the menu")
+
+    def wait_for_size(self, size):
+        self.client.poll(lambda: self.window.size, lambda seen: seen == size, f"size {size}")
+
+    def wait_for_bar(self, visible):
+        """In fullscreen: until the controls are there, or gone."""
+        self.client.poll(lambda: self.control(CLOSE).visible, lambda seen: seen is visible, f"controls: {visible}")
+
+    def wait_for_focus(self, handle):
+        self.client.poll(lambda: self.client.focus()["focus"], lambda seen: seen == handle, "the focus")
+
+    def colour(self, x, y):
+        """The colour of four pixels of the screen."""
+        return self._look(x, y, x + 2, y + 2)[1]
+
+    def wait_for_colour(self, x, y, colour):
+        self.client.poll(lambda: self.colour(x, y), lambda seen: seen == colour, f"colour {colour}")
+
+    def drawn_in(self, left, top, right, bottom):
+        """Whether a part of the screen is of more than one colour."""
+        return self._look(left, top, right, bottom)[0] > 1
+
+    def _look(self, left, top, right, bottom):
+        picture = self._display.screenshot(self._folder / "screen.png", (left, top, right, bottom))
+        return region_colours(picture, (0, 0, right - left, bottom - top))
+
+
+@pytest.fixture
+def chrome(screen_host, screen, tmp_path):
+    """A host whose interface covers its video, as the real one does."""
+    user = User(screen)
+    user.move(SCREEN[0] - 1, SCREEN[1] - 1)  # where an earlier test left the pointer does not matter
+    return Chrome(screen_host(glass=False, libraries=scripted("full")), user, screen, tmp_path)
+
+
+# Menus.
+
+
+def test_file_opens_its_menu_at_the_lower_left_corner_of_the_button_and_escape_closes_it(chrome):
+    menu = chrome.open_menu(FILE)
+    button = chrome.control(FILE)
+    assert menu.rect[:2] == (button.rect[0], button.rect[3])
+    chrome.user.key("Escape")
+    chrome.client.poll(lambda: chrome.menus, lambda menus: not menus, "the end of the menu")
+
+
+def test_settings_in_the_file_menu_asks_the_interface_for_its_settings(chrome):
+    chrome.choose(FILE, "s")
+    assert chrome.client.wait_for("settings_requested").arguments is None
+
+
+def test_about_in_the_help_menu_asks_the_interface_for_its_about(chrome):
+    chrome.choose(HELP, "a")
+    assert chrome.client.wait_for("about_requested").arguments is None
+
+
+def test_new_window_the_first_item_under_the_pointer_opens_a_second_window(chrome):
+    left, top, _, _ = chrome.open_menu(FILE).rect
+    chrome.user.click(left + 30, top + 10)
+    chrome.client.wait_until(lambda: len(chrome.client.engines) == 2, "the second engine")
+    chrome.client.poll(lambda: chrome.client.windows(MAIN_WINDOW), lambda windows: len(windows) == 2, "two windows")
+    assert chrome.client.invoke("getWindowInfo", engine=2)["isMasterWindow"] is False
+
+
+def test_exit_the_last_item_under_the_pointer_ends_the_process_with_0(chrome):
+    left, _, _, bottom = chrome.open_menu(FILE).rect
+    chrome.user.click(left + 30, bottom - 10)
+    assert chrome.host.wait() == 0
+
+
+def test_a_choice_two_submenus_deep_is_saved_and_found_by_the_next_start(chrome, screen_host):
+    chrome.choose(FILE, "v", "h", "d")
+    chrome.host.wait_for_log("SaveSettings: VLC Hardware Acceleration saved: dxva2")
+    chrome.host.quit()
+    screen_host(libraries=scripted("full")).wait_for_log("LoadSettings: VLC Hardware Acceleration loaded: dxva2")
+
+
+def test_always_on_top_raises_the_overlay_and_is_taken_back_by_a_second_choice(chrome):
+    # Wine leaves the mark off the window itself as long as it has a popup; it only stands right below.
+    chrome.choose(FILE, "t")
+    chrome.host.wait_for_log("INFO Always on top enabled")
+    chrome.client.poll(lambda: chrome.overlay.exstyle & WS_EX_TOPMOST, bool, "a topmost overlay")
+    chrome.choose(FILE, "t")
+    chrome.host.wait_for_log("INFO Always on top disabled")
+    chrome.host.wait_for_log("SaveSettings: Always on top setting saved: disabled")
+
+
+# Fullscreen.
+
+
+def test_fullscreen_from_the_file_menu_fills_the_screen_and_escape_on_the_window_leaves_it(chrome):
+    before = chrome.window.size
+    chrome.choose(FILE, "f")
+    chrome.wait_for_size(SCREEN)
+    chrome.user.move(800, 10)
+    chrome.wait_for_bar(True)
+    chrome.click_caption()
+    chrome.wait_for_focus(chrome.window.handle)
+    chrome.user.key("Escape")
+    chrome.wait_for_size(before)
+    assert chrome.control(CLOSE).visible
+
+
+def test_f11_on_the_window_fills_the_screen_and_the_keys_belong_to_the_interface_from_then_on(chrome):
+    chrome.click_caption()
+    chrome.wait_for_focus(chrome.window.handle)
+    chrome.user.key("F11")
+    chrome.wait_for_size(SCREEN)
+    chrome.user.key("Escape")
+    chrome.client.wait_until(
+        lambda: (WM_KEYDOWN, VK_ESCAPE) in [(key.message, key.wparam) for key in chrome.client.inputs], "the key")
+    assert chrome.window.size == SCREEN
+
+
+def test_the_maximize_button_fills_the_screen_and_brings_the_window_back(chrome):
+    before = chrome.window.size
+    chrome.click(FULLSCREEN)
+    chrome.wait_for_size(SCREEN)
+    chrome.wait_for_bar(True)  # the pointer is still at the top
+    chrome.click(FULLSCREEN)
+    chrome.wait_for_size(before)
+
+
+def test_the_bar_comes_with_the_pointer_at_the_top_and_goes_when_it_has_left(chrome):
+    chrome.choose(FILE, "f")
+    chrome.wait_for_size(SCREEN)
+    chrome.user.move(800, 400)
+    chrome.wait_for_bar(False)
+    assert chrome.overlay.rect == (0, 0, *SCREEN)
+    chrome.user.move(800, 50)
+    chrome.wait_for_bar(True)
+    assert chrome.overlay.rect == (0, 30, *SCREEN)
+    chrome.user.move(800, 51)
+    chrome.wait_for_bar(False)
+    assert chrome.overlay.rect == (0, 0, *SCREEN)
+
+
+# The volume control.
+
+
+def test_dragging_the_slider_sets_the_volume_and_shows_it_until_the_button_is_let_go(chrome):
+    left, top, right, bottom = chrome.control(VOLUME).rect
+    upper_left = (left + 24, top + 3, left + 40, top + 8)  # above the slope, where only the percentage can stand
+    chrome.user.press(left + 20, top + 10)
+    chrome.host.wait_for_log("VLC volume set to: 25")
+    chrome.user.move(left + 40, top + 10)
+    chrome.host.wait_for_log("VLC volume set to: 50")
+    chrome.client.poll(lambda: chrome.drawn_in(*upper_left), bool, "the percentage")
+    chrome.wait_for_colour(left + 36, bottom - 4, GREEN)
+    chrome.wait_for_colour(right - 8, bottom - 6, BAR)
+    chrome.user.release()
+    chrome.client.poll(lambda: chrome.drawn_in(*upper_left), lambda seen: not seen, "the end of the percentage")
+
+
+def test_a_drag_beyond_the_ends_gives_0_and_100(chrome):
+    left, top, right, _ = chrome.control(VOLUME).rect
+    chrome.user.press(left + 40, top + 10)
+    chrome.host.wait_for_log("VLC volume set to: 50")
+    chrome.user.move(left - 200, top + 200)
+    chrome.host.wait_for_log("VLC volume set to: 0")
+    chrome.user.move(right + 60, top + 200)
+    chrome.host.wait_for_log("VLC volume set to: 100")
+    chrome.user.release()
+
+
+# The search box.
+
+
+def queries(client, mark):
+    return [event.arguments for event in client.since(mark) if event.method == "search_query_changed"]
+
+
+def test_typing_sends_the_last_text_once_and_clearing_it_sends_no_argument(chrome):
+    mark = chrome.client.mark()
+    chrome.click(SEARCH)
+    chrome.wait_for_focus(chrome.control(SEARCH).handle)
+    chrome.user.type("news")
+    chrome.client.wait_for("search_query_changed", after=mark)
+    chrome.user.key(*["BackSpace"] * 4)
+    chrome.client.wait_for("search_query_changed", lambda event: event.arguments is None, after=mark)
+    assert queries(chrome.client, mark) == ["news", None]
+
+
+def test_f11_and_escape_do_nothing_in_the_search_box(chrome):
+    before = chrome.window.size
+    mark = chrome.client.mark()
+    chrome.click(SEARCH)
+    chrome.wait_for_focus(chrome.control(SEARCH).handle)
+    chrome.user.key("F11", "Escape", "a")
+    assert chrome.client.wait_for("search_query_changed", after=mark).arguments == "a"
+    assert chrome.window.size == before
+
+
+# The window's buttons and edges.
+
+
+def test_a_pressed_button_is_darker_and_does_nothing_when_let_go_elsewhere(chrome):
+    left, top, _, _ = chrome.control(CLOSE).rect
+    chrome.user.press(left + 10, top + 5)
+    chrome.wait_for_colour(left + 3, top + 3, PRESSED)
+    chrome.user.move(left + 10, top + 200)
+    chrome.wait_for_colour(left + 3, top + 3, BAR)
+    chrome.user.release()
+    chrome.client.settle()
+    assert chrome.window.visible
+
+
+def test_minimize_minimizes(chrome):
+    chrome.click(MINIMIZE)
+    chrome.client.poll(lambda: chrome.window.style & WS_MINIMIZE, bool, "a minimized window")
+
+
+def test_the_close_button_ends_the_process_with_0(chrome):
+    chrome.click(CLOSE)
+    assert chrome.host.wait() == 0
+
+
+def test_the_bar_moves_the_window_with_its_overlay(chrome):
+    before = chrome.window.rect
+    _, top, right, _ = chrome.control(HELP).rect
+    chrome.drag((right + 60, top + 10), (right + 160, top + 70))
+    moved = tuple(edge + by for edge, by in zip(before, (100, 60, 100, 60)))
+    chrome.client.poll(lambda: chrome.window.rect, lambda rect: rect == moved, f"the window at {moved}")
+    left, top, right, bottom = chrome.overlay.rect
+    frame = 3  # the thick frame's on each side
+    assert (left, top, right, bottom) == (moved[0] + frame, moved[1] + frame + 30, moved[2] - frame, moved[3] - frame)
+
+
+def test_the_lower_right_corner_makes_the_window_no_smaller_than_640_by_360(chrome):
+    _, _, right, bottom = chrome.window.rect
+    chrome.drag((right - 2, bottom - 2), (200, 200))  # the frame: the overlay covers the rest of the edge
+    chrome.wait_for_size((640, 360))
