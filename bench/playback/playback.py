@@ -1,0 +1,473 @@
+"""Measures playback in the built host beside a bare program that makes the same libvlc calls (bare_player.cpp).
+
+    playback.py [--rounds N] [--results FILE]
+
+Both programs run at the same time in one Wine prefix, each with the bridge beside it, and take turns, so that what else
+the machine does falls on both alike. Prints tables; --results also writes the figures as JSON.
+"""
+
+import argparse
+import contextlib
+import json
+import os
+import pathlib
+import shutil
+import socket
+import statistics
+import subprocess
+import sys
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
+
+from tests.end_to_end.stream_server import StreamServer  # noqa: E402
+from vantro_interface import codec  # noqa: E402
+from vantro_interface.client import PLAYER_CHANNEL, WaitTimeout  # noqa: E402
+from vantro_interface.frames import Frame, Kind, read_frame  # noqa: E402
+from vantro_interface.host import BUILD, START_TIMEOUT, WINE, Host, Prefix, bridge, windows_path  # noqa: E402
+
+NETWORK_CACHE_MS = 300
+STREAMS = ["test.ts", "red.ts", "green.ts", "blue.ts", "yellow.ts"]
+TILE_COUNTS = [1, 2, 4, 8, 16]
+TILE_SECONDS = 4.0
+WM_NEW_WINDOW = 0x400 + 1
+PATIENCE = 30.0
+MOMENTS = {
+    "request": "request to first picture",
+    "call": "first libvlc call to first picture",
+    "play": "request to libvlc's play",
+}
+CLOCK_TICKS = os.sysconf("SC_CLK_TCK")
+
+
+def clock():
+    """The clock of the bridge's log of times and, under Wine, of QueryPerformanceCounter."""
+    return time.clock_gettime(time.CLOCK_MONOTONIC_RAW)
+
+
+def wait_for(condition, what, seconds=PATIENCE):
+    limit = time.monotonic() + seconds
+    while not (value := condition()):
+        if time.monotonic() > limit:
+            raise WaitTimeout(f"{what} did not come within {seconds} s")
+        time.sleep(0.005)
+    return value
+
+
+class Log:
+    """A file of JSON lines that another process writes."""
+
+    def __init__(self, path):
+        self.path = pathlib.Path(path)
+        self.path.unlink(missing_ok=True)
+
+    def lines(self):
+        if not self.path.exists():
+            return []
+        text = self.path.read_text()
+        return [json.loads(line) for line in text[: text.rfind("\n") + 1].splitlines()]
+
+
+class QuietInterface:
+    """An interface that reads only when it is told to: while a time is taken, no program of Python's uses the processor
+    that the host needs. What the host sends meanwhile waits in the socket."""
+
+    def __init__(self, port):
+        self._socket = socket.create_connection(("127.0.0.1", port), PATIENCE)
+        self._engine = json.loads(self._read(Kind.HELLO).payload)["engines"][0]
+        self._id = 0
+
+    def close(self):
+        self._socket.close()
+
+    def send(self, method, arguments=None):
+        self._id += 1
+        payload = codec.encode_method_call(method, arguments)
+        frame = Frame(Kind.MESSAGE, self._engine, self._id, channel=PLAYER_CHANNEL, payload=payload)
+        self._socket.sendall(frame.encode())
+
+    def answer(self):
+        return codec.decode_envelope(self._read(Kind.REPLY, self._id).payload)
+
+    def _read(self, kind, number=0):
+        while (frame := read_frame(self._socket)).kind != kind or frame.id != number:
+            pass
+        return frame
+
+
+class Process:
+    """What the system tells of one Windows program, found by its folder."""
+
+    def __init__(self, folder, executable):
+        self.pid = wait_for(lambda: self._find(str(folder), executable), f"the process of {executable}")
+
+    @staticmethod
+    def _find(folder, executable):
+        for entry in pathlib.Path("/proc").glob("[0-9]*"):
+            with contextlib.suppress(OSError):
+                command = (entry / "cmdline").read_bytes().decode(errors="replace").split("\0")[0]
+                # Wine shows a Windows program by its Windows path.
+                if command.replace("/", "\\").endswith(executable) and os.readlink(entry / "cwd") == folder:
+                    return int(entry.name)
+        return None
+
+    def cpu_seconds(self):
+        fields = pathlib.Path(f"/proc/{self.pid}/stat").read_text().rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / CLOCK_TICKS
+
+    def private_kilobytes(self):
+        """Memory of the process alone: neither code nor what others share."""
+        text = pathlib.Path(f"/proc/{self.pid}/smaps_rollup").read_text()
+        return sum(int(line.split()[1]) for line in text.splitlines() if line.startswith("Private_Dirty"))
+
+
+class Program:
+    """One of the two that are compared: its process and what the bridge tells of it."""
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder)
+        self.times = Log(f"{folder}.times")
+        self.stats = Log(f"{folder}.stats")
+
+    def bridge_environment(self):
+        return {"VANTRO_BRIDGE_TIMES": str(self.times.path), "VANTRO_BRIDGE_STATS": str(self.stats.path)}
+
+    def displayed(self):
+        """Pictures that libvlc counts as shown, of all players, by their newest lines."""
+        newest = {line["player"]: line["displayed"] for line in self.stats.lines()}
+        return sum(newest.values())
+
+    def time_to_picture(self, url):
+        """Milliseconds until the first picture stands: from the request, and from the first call of libvlc."""
+        before = len(self.times.lines())
+        asked = clock()
+        self.play(url)
+
+        def moments():
+            lines = self.times.lines()[before:]
+            return lines if any(line["what"] == "first_picture" for line in lines) else None
+
+        lines = wait_for(moments, f"the first picture of {url}")
+        self.settle()
+        first_call = lines[0]["at"]
+        picture = next(line["at"] for line in lines if line["what"] == "first_picture")
+        # Also what shows that both clocks are the same.
+        assert asked <= first_call <= picture <= clock(), lines
+        play = next(line["at"] for line in lines if line["what"] == "play")
+        return {"request": (picture - asked) * 1000, "call": (picture - first_call) * 1000, "play": (play - asked) * 1000}
+
+
+class HostProgram(Program):
+    name = "host"
+
+    def __init__(self, prefix, folder):
+        super().__init__(folder)
+        self.host = Host(prefix, folder, libraries=bridge(), log=False, environment=self.bridge_environment())
+        self.host.start()
+        self.process = Process(self.folder, "vantro.exe")
+
+    @property
+    def client(self):
+        return self.host.client
+
+    def close(self):
+        self.host.close()
+
+    def play(self, url):
+        assert self.client.invoke("setMedia", set_media(url)) is True
+
+    def settle(self):
+        pass
+
+    def tiles(self, count, urls):
+        """Makes the grid of that many streams."""
+        if count == 2:
+            assert self.client.invoke("enableMultiView") is True
+        while len(self.cells()) < count:
+            url = urls[len(self.cells()) % len(urls)]
+            assert self.client.invoke("mvAddStream", {"url": url, "name": "tile"}) is True
+
+    def cells(self):
+        """The rectangles of the tiles in client pixels of their window."""
+        windows = self.client.windows("VantroVlcHostWindow")
+        (main,) = self.client.windows("VantroWindowClass")
+        return [(window.rect[0] - main.rect[0], window.rect[1] - main.rect[1], *window.size) for window in windows]
+
+    @contextlib.contextmanager
+    def alone(self):
+        """Without an interface at the other end: sending to it is the engine's work, and a test's engine at that."""
+        self.client.close()
+        yield
+        self.host.connect(START_TIMEOUT)
+
+    def open_window(self):
+        count = len(self.client.windows("VantroWindowClass"))
+        self.client.post(self.client.windows("VantroWindowClass")[0].handle, WM_NEW_WINDOW)
+        self.client.poll(lambda: len(self.client.windows("VantroWindowClass")), lambda now: now > count, "a window")
+        self.client.settle()
+
+
+class QuietHostProgram(HostProgram):
+    """The same with a quiet interface, for times; it can be asked for playback alone."""
+
+    def __init__(self, prefix, folder):
+        super().__init__(prefix, folder)
+        self.client.close()
+        self.quiet = QuietInterface(int((self.folder / "port.txt").read_text()))
+
+    def close(self):
+        self.quiet.close()
+        super().close()
+
+    def play(self, url):
+        self.quiet.send("setMedia", set_media(url))
+
+    def settle(self):
+        assert self.quiet.answer() is True
+
+    def stop(self):
+        self.quiet.send("stop")
+        self.settle()
+
+
+def set_media(url):
+    return {"url": url, "networkCacheMs": NETWORK_CACHE_MS, "isLive": False}
+
+
+class BareProgram(Program):
+    name = "bare"
+
+    def __init__(self, prefix, folder):
+        super().__init__(folder)
+        make_bare_folder(self.folder)
+        environment = {**prefix.environment, **self.bridge_environment(), "VANTRO_LOOPBACK_PORT": "0"}
+        self.output = self.folder / "output.txt"
+        with open(self.output, "wb") as output:
+            self.popen = subprocess.Popen([WINE, windows_path(self.folder / "bare_player.exe"), "commands"],
+                                          cwd=self.folder, env=environment, stdin=subprocess.PIPE, stdout=output,
+                                          stderr=subprocess.STDOUT, start_new_session=True)
+        self.process = Process(self.folder, "bare_player.exe")
+        self.commands = 0
+        self.tile_count = 1
+        self.command("stop")
+
+    def close(self):
+        self.popen.stdin.close()
+        self.popen.wait(PATIENCE)
+
+    def command(self, line):
+        self.begin(line)
+        self.settle()
+
+    def begin(self, line):
+        self.commands += 1
+        self.popen.stdin.write(f"{line}\n".encode())
+        self.popen.stdin.flush()
+
+    def settle(self):
+        wait_for(lambda: self.output.read_text(errors="replace").count("did ") >= self.commands, "a command's end")
+
+    def play(self, url):
+        self.begin(f"play {url}")
+
+    def stop(self):
+        self.command("stop")
+
+    def tiles(self, cells, urls):
+        """Makes what is missing of a grid that looks like the host's."""
+        self.command("place {} {} {} {}".format(*cells[0]))
+        for index in range(self.tile_count, len(cells)):
+            self.command("tile {} {} {} {} {}".format(*cells[index], urls[index % len(urls)]))
+        self.tile_count = len(cells)
+
+    @contextlib.contextmanager
+    def alone(self):
+        yield
+
+
+def make_bare_folder(folder):
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir(parents=True)
+    shutil.copy2(BUILD / "bench/playback/bare_player.exe", folder)
+    shutil.copy2(BUILD / "devkit/engine/flutter_windows.dll", folder)
+    for name, source in bridge().items():
+        shutil.copy2(source, folder / name)
+
+
+def both(prefix, folder):
+    stack = contextlib.ExitStack()
+    programs = [stack.enter_context(contextlib.closing(QuietHostProgram(prefix, folder / "host"))),
+                stack.enter_context(contextlib.closing(BareProgram(prefix, folder / "bare")))]
+    return stack, programs
+
+
+def turns(programs, rounds):
+    """The number of the round and the program whose turn it is, each program as often first as the other."""
+    for index in range(rounds):
+        for program in programs if index % 2 == 0 else reversed(programs):
+            yield index, program
+
+
+def summary(values):
+    ordered = sorted(values)
+    return {"median": statistics.median(ordered), "least": ordered[0], "rounds": len(ordered)}
+
+
+def measure_pictures(prefix, folder, server, rounds):
+    """First pictures: of a media in an idle player, and of one that replaces another."""
+    urls = [server.url(name) for name in STREAMS]
+    taken = {kind: {"host": [], "bare": []} for kind in ("idle", "change")}
+    stack, programs = both(prefix, folder)
+    with stack:
+        for program in programs:  # the first media of a process also loads libvlc's plugins
+            program.time_to_picture(urls[0])
+            program.stop()
+        for index, program in turns(programs, rounds):
+            taken["idle"][program.name].append(program.time_to_picture(urls[index % len(urls)]))
+            time.sleep(0.3)  # what is replaced plays
+            taken["change"][program.name].append(program.time_to_picture(urls[(index + 1) % len(urls)]))
+            program.stop()
+    return {kind: {name: {start: summary([round_[start] for round_ in rounds_]) for start in MOMENTS}
+                   for name, rounds_ in names.items()} for kind, names in taken.items()}
+
+
+def measure_interval(program, seconds):
+    """Processor time and pictures of some seconds, between two lines of the bridge's statistics."""
+
+    def next_line():
+        before = len(program.stats.lines())
+        wait_for(lambda: len(program.stats.lines()) > before, "the bridge's statistics")
+        return clock(), program.process.cpu_seconds(), program.displayed()
+
+    with program.alone():
+        began, cpu, shown = next_line()
+        time.sleep(seconds)
+        ended, cpu_end, shown_end = next_line()
+    return {"cpu": (cpu_end - cpu) / (ended - began), "pictures": (shown_end - shown) / (ended - began),
+            "kilobytes": program.process.private_kilobytes()}
+
+
+def measure_tiles(prefix, folder, server, rounds):
+    """Processor time and memory with one to sixteen streams. The programs are measured one at a time, the other
+    stopped by a signal, since sixteen streams of each are more than a small machine plays."""
+    urls = [server.url(name) for name in STREAMS]
+    table = {}
+    for count in TILE_COUNTS:
+        taken = {"host": [], "bare": []}
+        for _ in range(rounds):
+            with contextlib.closing(HostProgram(prefix, folder / "tiles-host")) as host:
+                host.time_to_picture(urls[0])
+                for step in range(2, count + 1):
+                    host.tiles(step, urls)
+                cells = host.cells()
+                time.sleep(1.5)  # start of the streams
+                taken["host"].append(measure_interval(host, TILE_SECONDS))
+            with contextlib.closing(BareProgram(prefix, folder / "tiles-bare")) as bare:
+                bare.time_to_picture(urls[0])
+                bare.tiles(cells, urls)
+                time.sleep(1.5)
+                taken["bare"].append(measure_interval(bare, TILE_SECONDS))
+        table[count] = {name: {key: statistics.median(sample[key] for sample in samples) for key in samples[0]}
+                        for name, samples in taken.items()}
+        print_tiles_row(count, table[count])
+    return table
+
+
+def slope(points):
+    """What one more costs, by least squares over (number, value)."""
+    return statistics.linear_regression([x for x, _ in points], [y for _, y in points]).slope
+
+
+def measure_windows(prefix, folder, windows=6):
+    """Memory that one more window takes: the host's, a bare one's with its libvlc, and the engine's alone."""
+    points = {"host": [], "bare": [], "engine": []}
+    with contextlib.closing(HostProgram(prefix, folder / "windows-host")) as host:
+        for count in range(1, windows + 1):
+            points["host"].append((count, host.process.private_kilobytes()))
+            host.open_window()
+    for what, command in (("bare", "window"), ("engine", "engine")):
+        with contextlib.closing(BareProgram(prefix, folder / "windows-bare")) as bare:
+            bare.command(command)  # the first of a kind loads and registers what the later ones share
+            for count in range(1, windows + 1):
+                points[what].append((count, bare.process.private_kilobytes()))
+                bare.command(command)
+    return {name: slope(values) for name, values in points.items()}
+
+
+def measure_start(prefix, folder, rounds):
+    host = Host(prefix, folder / "start-host", libraries=bridge(), log=False)  # makes the folder; nothing is started
+    make_bare_folder(folder / "start-bare")
+    programs = [("VantroWindowClass", host.executable), ("BarePlayer", folder / "start-bare/bare_player.exe")]
+    arguments = [part for name, path in programs for part in (name, windows_path(path))]
+    os.environ["VANTRO_LOOPBACK_PORT"] = "0"
+    prefix.environment["VANTRO_LOOPBACK_PORT"] = "0"
+    output = prefix.run(BUILD / "bench/playback/start_time.exe", rounds + 1, *arguments, timeout=240)
+    taken = {"VantroWindowClass": [], "BarePlayer": []}
+    for line in output.splitlines():
+        name, _, milliseconds = line.partition(" ")
+        if name in taken:
+            taken[name].append(float(milliseconds))
+    if any(len(values) != rounds + 1 for values in taken.values()):
+        raise RuntimeError(f"a start failed:\n{output}")
+    # The first start of each reads its files.
+    return {"host": summary(taken["VantroWindowClass"][1:]), "bare": summary(taken["BarePlayer"][1:])}
+
+
+def print_comparison(what, host, bare, aim):
+    print(f"{what:<52} {host['median']:10.1f} {bare['median']:10.1f} {host['median'] / bare['median']:8.3f} {aim:>6}"
+          f"   {host['least']:10.1f} {bare['least']:10.1f}  {host['rounds']:>4}", flush=True)
+
+
+def print_tiles_row(count, row):
+    host, bare = row["host"], row["bare"]
+    ratio = (host["cpu"] / host["pictures"]) / (bare["cpu"] / bare["pictures"])
+    aim = "1.02" if count == 4 else ""
+    print(f"{count:>5} {host['cpu'] * 100:9.1f} {bare['cpu'] * 100:9.1f} {host['pictures']:11.1f} "
+          f"{bare['pictures']:11.1f} {ratio:8.3f} {aim:>6} {host['kilobytes'] / 1024:11.1f} "
+          f"{bare['kilobytes'] / 1024:11.1f}", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--rounds", type=int, default=25)
+    parser.add_argument("--tile-rounds", type=int, default=2)
+    parser.add_argument("--only", choices=["pictures", "start", "tiles", "windows"])
+    options = parser.parse_args()
+    folder = ROOT / "out/bench/playback"
+    folder.mkdir(parents=True, exist_ok=True)
+    streams = ROOT / "out/streams"
+    subprocess.run([ROOT / "devkit/streams/make-streams", streams], check=True, stdin=subprocess.DEVNULL)
+
+    def wanted(part):
+        return options.only in (None, part)
+
+    with Prefix(ROOT / f"out/wine/bench-{os.getpid()}") as prefix, StreamServer(streams) as server:
+        if wanted("pictures") or wanted("start"):
+            print(f"{'milliseconds, medians':<52} {'host':>10} {'bare':>10} {'ratio':>8} {'aim':>6}   "
+                  f"{'least host':>10} {'least bare':>10}  {'runs':>4}")
+        if wanted("pictures"):
+            pictures = measure_pictures(prefix, folder, server, options.rounds)
+            for kind, words in (("idle", "setMedia"), ("change", "channel change")):
+                for moment, span in MOMENTS.items():
+                    print_comparison(f"{words}: {span}", pictures[kind]["host"][moment], pictures[kind]["bare"][moment],
+                                     "" if moment == "play" else "1.02")
+        if wanted("start"):
+            start = measure_start(prefix, folder, options.rounds)
+            print_comparison("start of the process to the shown window", start["host"], start["bare"], "1.15")
+        if wanted("tiles"):
+            print(f"\n{'tiles':>5} {'host %':>9} {'bare %':>9} {'host pict/s':>11} {'bare pict/s':>11} {'ratio':>8} "
+                  f"{'aim':>6} {'host MiB':>11} {'bare MiB':>11}")
+            tiles = measure_tiles(prefix, folder, server, options.tile_rounds)
+            host, bare = (slope([(count, row[name]["kilobytes"]) for count, row in tiles.items()])
+                          for name in ("host", "bare"))
+            print(f"one more tile: host {host:.0f} KiB, bare {bare:.0f} KiB, beyond libvlc's own {host - bare:.0f} KiB")
+        if wanted("windows"):
+            memory = measure_windows(prefix, folder)
+            beyond = memory["host"] - memory["bare"] - memory["engine"]
+            print(f"\none more window: host {memory['host']:.0f} KiB, bare window with its libvlc {memory['bare']:.0f} "
+                  f"KiB, engine {memory['engine']:.0f} KiB, beyond both {beyond:.0f} KiB")
+
+
+if __name__ == "__main__":
+    main()
