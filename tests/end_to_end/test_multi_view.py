@@ -174,7 +174,7 @@ def test_leaving_lets_the_original_stream_play_on_without_a_break_in_its_time(gr
     # The stream's time against the clock: it neither stands, jumps nor goes back.
     lags = [clock - time for clock, time in times]
     assert [time for _, time in times] == sorted(time for _, time in times)
-    assert max(lags) - min(lags) < 1000, times
+    assert max(lags) - min(lags) < 2000, times
     grid.assert_only("red", among=("red",))
     assert len(grid.video_windows()) == 1
 
