@@ -2,12 +2,15 @@
 
 #include <dbghelp.h>
 
+#include <cstdlib>
+
 #include "common/log.h"
 
 namespace vantro {
 
 namespace {
 
+constexpr DWORD kCppException = 0xE06D7363;
 constexpr wchar_t kDumpFile[] = L"Vantro_Crash.dmp";
 constexpr wchar_t kCaption[] = L"Fatal Error";
 constexpr wchar_t kText[] =
@@ -36,6 +39,11 @@ LONG WINAPI UnhandledExceptionHandler(EXCEPTION_POINTERS* exceptionPointers) {
   WriteDump(exceptionPointers);
   MessageBoxW(nullptr, kText, kCaption, MB_ICONERROR);
   return EXCEPTION_EXECUTE_HANDLER;
+}
+
+void RaiseUncaughtException() {
+  RaiseException(kCppException, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+  std::abort();  // not reached
 }
 
 }  // namespace vantro

@@ -13,4 +13,8 @@ namespace vantro {
 // is off, allocates nothing of its own.
 LONG WINAPI UnhandledExceptionHandler(EXCEPTION_POINTERS* exceptionPointers);
 
+// For std::set_terminate: hands a C++ exception that nothing catches to the filter above, under the code that such an
+// exception has on Windows. Needed where the compiler's runtime library ends the process by itself instead.
+[[noreturn]] void RaiseUncaughtException();
+
 }  // namespace vantro

@@ -3,6 +3,7 @@
 
 #include <objbase.h>
 
+#include <exception>
 #include <memory>
 
 #include "common/log.h"
@@ -64,6 +65,7 @@ int RunMessageLoop() {
 
 int Run(HINSTANCE instance, int showCommand) {
   SetUnhandledExceptionFilter(UnhandledExceptionHandler);
+  std::set_terminate(RaiseUncaughtException);
   LOG_INFO("Vantro Initialization Started");
 
   // The mutex guards by existing, nobody ever waits for it. A start that fails below leaves it to the system, so that

@@ -190,6 +190,8 @@ class Host:
         """Ends the process as a crash would, without its orderly end."""
         self.process.stdin.close()
         self.process.wait(10)
+        if self.client:
+            self.client.close()  # Wine's server may keep the dead process's socket open
 
     def close(self):
         if self.client:
