@@ -6,6 +6,7 @@
 //   place X Y W H       moves the window's video, in client pixels
 //   tile X Y W H URL    one more player in a child window, which plays the URL
 //   window              one more window with an instance and a player of its own
+//   popup               one more empty window, owned by the first
 //   engine              one more view of the embedding, with an engine of its own
 //
 // The bridge tells (VANTRO_BRIDGE_TIMES) when a picture stood.
@@ -99,6 +100,7 @@ class BarePlayer {
     if (command == "place") Place(line.c_str());
     if (command == "tile") AddTile(line.c_str());
     if (command == "window") AddWindow();
+    if (command == "popup") AddPopup();
     if (command == "engine") AddEngine();
     std::printf("did %s\n", verb);
     std::fflush(stdout);
@@ -151,6 +153,12 @@ class BarePlayer {
     for (int type : kPlayerEvents) library_.eventAttach(library_.eventManager(player), type, Ignore, nullptr);
     ShowWindow(window, SW_SHOW);
     UpdateWindow(window);
+  }
+
+  void AddPopup() {
+    const HWND popup = CreateWindowExW(0, kWindowClass, L"", WS_POPUP | WS_VISIBLE, 0, 0, kWidth, kHeight, window_,
+                                       nullptr, GetModuleHandleW(nullptr), nullptr);
+    UpdateWindow(popup);
   }
 
   void AddEngine() {

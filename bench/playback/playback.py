@@ -1,9 +1,9 @@
 """Measures playback in the built host beside a bare program that makes the same libvlc calls (bare_player.cpp).
 
-    playback.py [--rounds N] [--results FILE]
+    playback.py [--rounds N] [--tile-rounds N] [--only PART]
 
 Both programs run at the same time in one Wine prefix, each with the bridge beside it, and take turns, so that what else
-the machine does falls on both alike. Prints tables; --results also writes the figures as JSON.
+the machine does falls on both alike. Prints tables in Markdown.
 """
 
 import argparse
@@ -380,13 +380,14 @@ def slope(points):
 
 
 def measure_windows(prefix, folder, windows=6):
-    """Memory that one more window takes: the host's, a bare one's with its libvlc, and the engine's alone."""
-    points = {"host": [], "bare": [], "engine": []}
+    """Memory that one more window takes: the host's; a bare one's with its libvlc; the engine's; and a second top-level
+    window's, as the overlay is one, whose picture Wine keeps in the process."""
+    points = {"host": [], "bare": [], "engine": [], "popup": []}
     with contextlib.closing(HostProgram(prefix, folder / "windows-host")) as host:
         for count in range(1, windows + 1):
             points["host"].append((count, host.process.private_kilobytes()))
             host.open_window()
-    for what, command in (("bare", "window"), ("engine", "engine")):
+    for what, command in (("bare", "window"), ("engine", "engine"), ("popup", "popup")):
         with contextlib.closing(BareProgram(prefix, folder / "windows-bare")) as bare:
             bare.command(command)  # the first of a kind loads and registers what the later ones share
             for count in range(1, windows + 1):
@@ -414,18 +415,29 @@ def measure_start(prefix, folder, rounds):
     return {"host": summary(taken["VantroWindowClass"][1:]), "bare": summary(taken["BarePlayer"][1:])}
 
 
+def print_table_head(*names):
+    print("\n| " + " | ".join(names) + " |\n|---|" + "---:|" * (len(names) - 1), flush=True)
+
+
+def print_row(*cells):
+    print("| " + " | ".join(map(str, cells)) + " |", flush=True)
+
+
+def print_comparison_head():
+    print_table_head("What", "Host, median", "Bare, median", "Ratio", "Aim", "Host, best", "Bare, best", "Runs of each")
+
+
 def print_comparison(what, host, bare, aim):
-    print(f"{what:<52} {host['median']:10.1f} {bare['median']:10.1f} {host['median'] / bare['median']:8.3f} {aim:>6}"
-          f"   {host['least']:10.1f} {bare['least']:10.1f}  {host['rounds']:>4}", flush=True)
+    print_row(what, f"{host['median']:.1f} ms", f"{bare['median']:.1f} ms", f"{host['median'] / bare['median']:.2f}", aim,
+              f"{host['least']:.1f} ms", f"{bare['least']:.1f} ms", host["rounds"])
 
 
 def print_tiles_row(count, row):
     host, bare = row["host"], row["bare"]
     ratio = (host["cpu"] / host["pictures"]) / (bare["cpu"] / bare["pictures"])
-    aim = "1.02" if count == 4 else ""
-    print(f"{count:>5} {host['cpu'] * 100:9.1f} {bare['cpu'] * 100:9.1f} {host['pictures']:11.1f} "
-          f"{bare['pictures']:11.1f} {ratio:8.3f} {aim:>6} {host['kilobytes'] / 1024:11.1f} "
-          f"{bare['kilobytes'] / 1024:11.1f}", flush=True)
+    print_row(count, f"{host['cpu'] * 100:.1f} %", f"{bare['cpu'] * 100:.1f} %", f"{host['pictures']:.0f}",
+              f"{bare['pictures']:.0f}", f"{ratio:.3f}", "1.02" if count == 4 else "", f"{host['kilobytes'] / 1024:.0f}",
+              f"{bare['kilobytes'] / 1024:.0f}")
 
 
 def main():
@@ -443,30 +455,32 @@ def main():
         return options.only in (None, part)
 
     with Prefix(ROOT / f"out/wine/bench-{os.getpid()}") as prefix, StreamServer(streams) as server:
-        if wanted("pictures") or wanted("start"):
-            print(f"{'milliseconds, medians':<52} {'host':>10} {'bare':>10} {'ratio':>8} {'aim':>6}   "
-                  f"{'least host':>10} {'least bare':>10}  {'runs':>4}")
         if wanted("pictures"):
+            print_comparison_head()
             pictures = measure_pictures(prefix, folder, server, options.rounds)
             for kind, words in (("idle", "setMedia"), ("change", "channel change")):
                 for moment, span in MOMENTS.items():
                     print_comparison(f"{words}: {span}", pictures[kind]["host"][moment], pictures[kind]["bare"][moment],
                                      "" if moment == "play" else "1.02")
         if wanted("start"):
+            print_comparison_head()
             start = measure_start(prefix, folder, options.rounds)
             print_comparison("start of the process to the shown window", start["host"], start["bare"], "1.15")
         if wanted("tiles"):
-            print(f"\n{'tiles':>5} {'host %':>9} {'bare %':>9} {'host pict/s':>11} {'bare pict/s':>11} {'ratio':>8} "
-                  f"{'aim':>6} {'host MiB':>11} {'bare MiB':>11}")
+            print_table_head("Tiles", "Host", "Bare", "Pictures/s, host", "Pictures/s, bare", "Ratio a picture", "Aim",
+                             "Host, MiB", "Bare, MiB")
             tiles = measure_tiles(prefix, folder, server, options.tile_rounds)
             host, bare = (slope([(count, row[name]["kilobytes"]) for count, row in tiles.items()])
                           for name in ("host", "bare"))
-            print(f"one more tile: host {host:.0f} KiB, bare {bare:.0f} KiB, beyond libvlc's own {host - bare:.0f} KiB")
+            print_table_head("Memory of one more", "Host", "Bare", "Beyond the bare one")
+            print_row("tile", f"{host:.0f} KiB", f"{bare:.0f} KiB", f"{host - bare:.0f} KiB")
         if wanted("windows"):
             memory = measure_windows(prefix, folder)
-            beyond = memory["host"] - memory["bare"] - memory["engine"]
-            print(f"\none more window: host {memory['host']:.0f} KiB, bare window with its libvlc {memory['bare']:.0f} "
-                  f"KiB, engine {memory['engine']:.0f} KiB, beyond both {beyond:.0f} KiB")
+            beyond = memory["host"] - sum(memory[what] for what in ("bare", "engine", "popup"))
+            print_table_head("Memory of one more", "Host", "Bare window with its libvlc", "Engine", "Second surface",
+                             "Beyond these")
+            print_row("window", *(f"{memory[what]:.0f} KiB" for what in ("host", "bare", "engine", "popup")),
+                      f"{beyond:.0f} KiB")
 
 
 if __name__ == "__main__":

@@ -107,11 +107,11 @@ void BenchGrid(int tiles) {
     player.SetActiveIndexSafe(static_cast<int>(player.players_.size()) - 1);
     player.MvRemoveActive();
   };
-  std::printf("%5d %12.2f %6d", tiles, Measure(script, 200, pass), CountCalls(script, pass));
+  std::printf("| %d | %.1f us | %d |", tiles, Measure(script, 200, pass), CountCalls(script, pass));
   if (tiles > 1) {
-    std::printf(" %12.1f %6d %12.2f %6d %12.1f %6d", Measure(script, 20, layout), CountCalls(script, layout),
-                Measure(script, 200, activate), CountCalls(script, activate), Measure(script, 5, add),
-                CountCalls(script, add));
+    std::printf(" %.0f us | %d | %.1f us | %d | %.0f us | %d |", Measure(script, 20, layout),
+                CountCalls(script, layout), Measure(script, 200, activate), CountCalls(script, activate),
+                Measure(script, 5, add), CountCalls(script, add));
   }
   std::printf("\n");
   std::fflush(stdout);
@@ -134,7 +134,7 @@ void BenchEvent() {
   const double microseconds = Measure(Script(), kRounds, raise);
   const bench::AllocationCount after = bench::CountAllocations();
   constexpr double kEvents = double{kRounds} * kBatches;
-  std::printf("time event, libvlc's callback to the embedding's send: %.0f ns, %.1f allocations, %.0f bytes\n",
+  std::printf("Time event, libvlc's callback to the embedding's send: %.0f ns, %.1f allocations, %.0f bytes.\n",
               microseconds * 1000, static_cast<double>(after.allocations - before.allocations) / kEvents,
               static_cast<double>(after.bytes - before.bytes) / kEvents);
 }
@@ -144,11 +144,12 @@ void Run() {
   {
     const Grid grid(1);
     const LibVlcFunctions vlc = GetLibVlcFunctions();
-    std::printf("one bare call of the scripted libvlc: %.2f us\n\n",
+    std::printf("One bare call of the scripted libvlc: %.2f us.\n\n",
                 Measure(Script(), 1000, [&] { vlc.libvlc_media_player_is_playing(grid.player.mediaPlayer_.get()); }));
   }
-  std::printf("%5s %12s %6s %12s %6s %12s %6s %12s %6s\n", "tiles", "pass us", "calls", "layout us", "calls",
-              "activate us", "calls", "add+drop us", "calls");
+  std::printf(
+      "| Tiles | Watchdog's pass | Calls | Layout | Calls | Active tile | Calls | Add and remove | Calls |\n"
+      "|---|---:|---:|---:|---:|---:|---:|---:|---:|\n");
   for (int tiles : kTileCounts) BenchGrid(tiles);
 }
 
