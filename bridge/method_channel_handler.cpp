@@ -1,5 +1,6 @@
 #include "bridge/method_channel_handler.h"
 
+#include <optional>
 #include <utility>
 
 #include "bridge/method_table.h"
@@ -51,9 +52,9 @@ void MethodChannelHandler::HandleMethodCall(const MethodCall& call, std::unique_
   if (!method || !method->handler(*this, call, *result)) result->NotImplemented();
 }
 
-void MethodChannelHandler::SendChannelEvent(const std::string& method, const std::string& payload) {
+void MethodChannelHandler::SendChannelEvent(std::string_view method, std::string_view payload) {
   if (!methodChannel_) return;
-  methodChannel_->InvokeMethod(method, payload.empty() ? nullptr : std::make_unique<EncodableValue>(payload));
+  methodChannel_->InvokeMethodWithText(method, payload.empty() ? std::nullopt : std::optional(payload));
 }
 
 void MethodChannelHandler::ShowToast(const std::string& message, bool isShort) {

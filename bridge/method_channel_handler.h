@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "bridge/session_marker.h"
 #include "flutter_host/encodable_value.h"
@@ -33,7 +34,7 @@ class MethodChannelHandler {
   void HandleMethodCall(const MethodCall& call, std::unique_ptr<MethodResult> result);
   // Calls a method of the interface with a string argument, or with none when the payload is empty. Runs on the
   // caller's thread, libvlc's included.
-  void SendChannelEvent(const std::string& method, const std::string& payload);
+  void SendChannelEvent(std::string_view method, std::string_view payload);
   // Calls showToast of the interface: a message to the user, shown for a shorter or a longer time.
   void ShowToast(const std::string& message, bool isShort);
 

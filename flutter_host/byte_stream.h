@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace vantro {
@@ -137,6 +138,36 @@ class ByteBufferStreamWriter final : public ByteStreamWriter {
 
  private:
   std::vector<uint8_t>* bytes_;
+};
+
+// Holds the message that is written to it. A short one, as the player's events and most answers are, stays in the
+// writer itself, on its caller's stack, and costs no allocation.
+class ShortMessageWriter final : public ByteStreamWriter {
+ public:
+  // Uninitialised on purpose: only what has been written is read. cppcheck-suppress uninitMemberVar
+  ShortMessageWriter() {}  // NOLINT(modernize-use-equals-default)
+  ShortMessageWriter(const ShortMessageWriter&) = delete;
+  ShortMessageWriter& operator=(const ShortMessageWriter&) = delete;
+
+  void WriteByte(uint8_t byte) override { WriteBytes(&byte, 1); }
+  void WriteBytes(const uint8_t* bytes, size_t length) override {
+    if (length > sizeof short_ - size_) [[unlikely]]
+      return WriteLong(bytes, length);
+    std::memcpy(short_ + size_, bytes, length);
+    size_ += length;
+  }
+  void WriteAlignment(uint8_t alignment) override;
+
+  // Valid until the next write.
+  const uint8_t* data() const { return long_.empty() ? short_ : long_.data(); }
+  size_t size() const { return long_.empty() ? size_ : long_.size(); }
+
+ private:
+  void WriteLong(const uint8_t* bytes, size_t length);
+
+  uint8_t short_[256];
+  size_t size_ = 0;
+  std::vector<uint8_t> long_;  // the whole message, once it has outgrown the array
 };
 
 }  // namespace vantro

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "flutter_host/byte_stream.h"
 #include "flutter_host/engine_method_result.h"
 #include "flutter_host/method_codec.h"
 
@@ -42,6 +43,14 @@ void MethodChannel::InvokeMethod(const std::string& method, std::unique_ptr<Enco
   const auto message = codec_->EncodeMethodCall(MethodCall(method, std::move(arguments)));
   BinaryReply reply = result ? ReplyInto(std::move(result), name_, codec_) : nullptr;
   messenger->Send(name_, message->data(), message->size(), std::move(reply));
+}
+
+void MethodChannel::InvokeMethodWithText(std::string_view method, std::optional<std::string_view> text) {
+  const std::shared_ptr<BinaryMessenger> messenger = LockMessenger();
+  if (!messenger) return;
+  ShortMessageWriter message;
+  codec_->WriteTextCall(method, text, &message);
+  messenger->Send(name_, message.data(), message.size());
 }
 
 void MethodChannel::SetMethodCallHandler(MethodCallHandler handler) const {

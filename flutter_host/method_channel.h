@@ -3,7 +3,9 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "flutter_host/binary_messenger.h"
 #include "flutter_host/encodable_value.h"
@@ -30,6 +32,9 @@ class MethodChannel {
   // unanswered when the call could not be sent.
   void InvokeMethod(const std::string& method, std::unique_ptr<EncodableValue> arguments,
                     std::unique_ptr<MethodResult> result = nullptr);
+  // The same call with a string for an argument, or none, and without a result. A short one allocates nothing: the
+  // player's events come this way, several a second on libvlc's threads.
+  void InvokeMethodWithText(std::string_view method, std::optional<std::string_view> text);
   // Main thread. An empty handler unregisters the channel. Bytes that are no method call are reported on the standard
   // error stream and answered as not implemented, without a call of the handler.
   void SetMethodCallHandler(MethodCallHandler handler) const;

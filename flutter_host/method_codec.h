@@ -4,9 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "flutter_host/byte_stream.h"
 #include "flutter_host/encodable_value.h"
 #include "flutter_host/method_call.h"
 #include "flutter_host/method_result.h"
@@ -24,6 +27,10 @@ class MethodCodec {
   std::unique_ptr<std::vector<uint8_t>> EncodeMethodCall(const MethodCall& call) const {
     return EncodeMethodCallInternal(call);
   }
+  // The bytes of a call whose argument, if there is one, is a string, without making a call or values of it.
+  void WriteTextCall(std::string_view method, std::optional<std::string_view> text, ByteStreamWriter* stream) const {
+    WriteTextCallInternal(method, text, stream);
+  }
   std::unique_ptr<std::vector<uint8_t>> EncodeSuccessEnvelope(const EncodableValue* result = nullptr) const {
     return EncodeSuccessEnvelopeInternal(result);
   }
@@ -39,6 +46,8 @@ class MethodCodec {
  protected:
   virtual std::unique_ptr<MethodCall> DecodeMethodCallInternal(const uint8_t* message, size_t size) const = 0;
   virtual std::unique_ptr<std::vector<uint8_t>> EncodeMethodCallInternal(const MethodCall& call) const = 0;
+  virtual void WriteTextCallInternal(std::string_view method, std::optional<std::string_view> text,
+                                     ByteStreamWriter* stream) const = 0;
   virtual std::unique_ptr<std::vector<uint8_t>> EncodeSuccessEnvelopeInternal(const EncodableValue* result) const = 0;
   virtual std::unique_ptr<std::vector<uint8_t>> EncodeErrorEnvelopeInternal(const std::string& code,
                                                                             const std::string& message,

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <typeinfo>
 #include <variant>
@@ -211,9 +212,10 @@ class Encoder {
     std::visit([this](const auto& alternative) { this->WriteAlternative(alternative); }, value.variant());
   }
 
-  void WriteAlternative(const std::string& text) { WriteArray(kString, text); }
+  void WriteText(std::string_view text) { WriteArray(kString, text); }
 
  private:
+  void WriteAlternative(const std::string& text) { WriteText(text); }
   void WriteAlternative(std::monostate) { out_.WriteByte(kNull); }
   void WriteAlternative(bool value) { out_.WriteByte(value ? kTrue : kFalse); }
   void WriteAlternative(int32_t value) { WriteScalar(kInt32, value); }
@@ -319,11 +321,11 @@ void StandardCodecSerializer::WriteValue(const EncodableValue& value, ByteStream
   }
 }
 
-void StandardCodecSerializer::WriteText(const std::string& text, ByteStreamWriter* stream) {
+void StandardCodecSerializer::WriteText(std::string_view text, ByteStreamWriter* stream) {
   if (ByteBufferStreamWriter* buffer = stream->AsBuffer()) {
-    Encoder<ByteBufferStreamWriter>(nullptr, *buffer).WriteAlternative(text);
+    Encoder<ByteBufferStreamWriter>(nullptr, *buffer).WriteText(text);
   } else {
-    Encoder<ByteStreamWriter>(nullptr, *stream).WriteAlternative(text);
+    Encoder<ByteStreamWriter>(nullptr, *stream).WriteText(text);
   }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 #include "flutter_host/byte_stream.h"
 #include "flutter_host/encodable_value.h"
@@ -35,7 +35,7 @@ class StandardCodecSerializer {
   virtual EncodableValue ReadValueOfType(uint8_t type, ByteStreamReader* stream) const;
 
   // The same as WriteValue of a string, without making a value of it.
-  static void WriteText(const std::string& text, ByteStreamWriter* stream);
+  static void WriteText(std::string_view text, ByteStreamWriter* stream);
   EncodableValue ReadValue(ByteStreamReader* stream) const { return ReadValueOfType(stream->ReadByte(), stream); }
 
  protected:

@@ -75,6 +75,18 @@ std::unique_ptr<std::vector<uint8_t>> StandardMethodCodec::EncodeMethodCallInter
   return message;
 }
 
+void StandardMethodCodec::WriteTextCallInternal(std::string_view method, std::optional<std::string_view> text,
+                                                ByteStreamWriter* stream) const {
+  StandardCodecSerializer::WriteText(method, stream);
+  if (!text) {
+    serializer_->WriteValue(OrNull(nullptr), stream);
+  } else if (serializer_ == &StandardCodecSerializer::GetInstance()) {
+    StandardCodecSerializer::WriteText(*text, stream);
+  } else {
+    serializer_->WriteValue(EncodableValue(std::string(*text)), stream);  // an extension sees every value
+  }
+}
+
 std::unique_ptr<std::vector<uint8_t>> StandardMethodCodec::EncodeSuccessEnvelopeInternal(
     const EncodableValue* result) const {
   auto envelope = MakeBuffer(result ? SizeHint(*result) : 0);

@@ -18,6 +18,8 @@ class StandardMethodCodec : public MethodCodec {
  protected:
   std::unique_ptr<MethodCall> DecodeMethodCallInternal(const uint8_t* message, size_t size) const override;
   std::unique_ptr<std::vector<uint8_t>> EncodeMethodCallInternal(const MethodCall& call) const override;
+  void WriteTextCallInternal(std::string_view method, std::optional<std::string_view> text,
+                             ByteStreamWriter* stream) const override;
   std::unique_ptr<std::vector<uint8_t>> EncodeSuccessEnvelopeInternal(const EncodableValue* result) const override;
   std::unique_ptr<std::vector<uint8_t>> EncodeErrorEnvelopeInternal(const std::string& code,
                                                                     const std::string& message,
