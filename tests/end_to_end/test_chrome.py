@@ -3,107 +3,17 @@
 import pytest
 
 from tests.support.messages import VK_ESCAPE, WM_KEYDOWN
-from vantro_interface.display import region_colours
+from vantro_interface.chrome import CLOSE, FILE, FULLSCREEN, HELP, MAIN_WINDOW, MINIMIZE, SEARCH, VOLUME, Chrome
 from vantro_interface.host import scripted
-from vantro_interface.user import User, centre
+from vantro_interface.user import User
 
 SCREEN = (1600, 900)
-FILE, HELP, SEARCH, VOLUME = 40010, 40011, 104, 1001
-CLOSE, FULLSCREEN, MINIMIZE = 999, 998, 997
-
-MAIN_WINDOW = "VantroWindowClass"
-OVERLAY = "VantroFlutterOverlay"
-MENU = "#32768"
 WS_MINIMIZE = 0x20000000
 WS_EX_TOPMOST = 0x8
 
 BAR = (70, 70, 95)
 PRESSED = (55, 55, 80)
 GREEN = (0, 200, 0)
-
-
-class Chrome:
-    """The newest host's first window, as it is when asked, and a user before it."""
-
-    def __init__(self, host, user, display, folder):
-        self.host, self.client, self.user = host, host.client, user
-        self._display, self._folder = display, folder
-        self._shift = 6
-
-    @property
-    def window(self):
-        """The main window of the first interface; later windows lie above it."""
-        return self.client.windows(MAIN_WINDOW)[-1]
-
-    @property
-    def overlay(self):
-        (overlay,) = self.client.windows(OVERLAY)
-        return overlay
-
-    @property
-    def menus(self):
-        return self.client.windows(MENU)
-
-    def control(self, number):
-        window = self.window.handle
-        (control,) = [found for found in self.client.windows() if found.id == number and found.parent == window]
-        return control
-
-    def click(self, number):
-        """Beside the place of the click before, so that two are never a double click."""
-        x, y = centre(self.control(number))
-        self._shift = -self._shift
-        self.user.click(x + self._shift, y)
-
-    def drag(self, start, end):
-        """Takes the window by its bar or frame; the way begins when the window has the pointer."""
-        self.user.press(*start)
-        self.client.poll(lambda: self.client.focus()["capture"], lambda seen: seen == self.window.handle, "the capture")
-        self.user.move(*end)
-        self.user.release()
-
-    def click_caption(self):
-        """On the free strip between Help and the volume control."""
-        _, top, right, bottom = self.control(HELP).rect
-        self.user.click(right + 60, (top + bottom) // 2)
-
-    def open_menu(self, number):
-        self.click(number)
-        return self.client.poll(lambda: self.menus, lambda menus: len(menus) == 1, "the menu")[0]
-
-    def choose(self, number, *keys):
-        """Opens a menu of the bar, then presses the underlined letters one by one."""
-        self.open_menu(number)
-        for count, key in enumerate(keys[:-1], 2):
-            self.user.key(key)
-            self.client.poll(lambda: self.menus, lambda menus: len(menus) == count, "the submenu")
-        self.user.key(keys[-1])
-        self.client.poll(lambda: self.menus, lambda menus: not menus, "the end of the menu")
-
-    def wait_for_size(self, size):
-        self.client.poll(lambda: self.window.size, lambda seen: seen == size, f"size {size}")
-
-    def wait_for_bar(self, visible):
-        """In fullscreen: until the controls are there, or gone."""
-        self.client.poll(lambda: self.control(CLOSE).visible, lambda seen: seen is visible, f"controls: {visible}")
-
-    def wait_for_focus(self, handle):
-        self.client.poll(lambda: self.client.focus()["focus"], lambda seen: seen == handle, "the focus")
-
-    def colour(self, x, y):
-        """The colour of four pixels of the screen."""
-        return self._look(x, y, x + 2, y + 2)[1]
-
-    def wait_for_colour(self, x, y, colour):
-        self.client.poll(lambda: self.colour(x, y), lambda seen: seen == colour, f"colour {colour}")
-
-    def drawn_in(self, left, top, right, bottom):
-        """Whether a part of the screen is of more than one colour."""
-        return self._look(left, top, right, bottom)[0] > 1
-
-    def _look(self, left, top, right, bottom):
-        picture = self._display.screenshot(self._folder / "screen.png", (left, top, right, bottom))
-        return region_colours(picture, (0, 0, right - left, bottom - top))
 
 
 @pytest.fixture

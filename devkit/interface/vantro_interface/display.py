@@ -4,7 +4,7 @@ import os
 import pathlib
 import subprocess
 
-SCREEN = "1600x900x24"
+SIZE = "1600x900"  # of an Xvfb, unless VANTRO_DESKTOP says otherwise, as it does for the desktop of a prefix
 DESKTOP_TITLE = "vantro - Wine desktop"
 
 
@@ -14,9 +14,10 @@ class Display:
         self.name = os.environ.get("DISPLAY") if use_existing else None
         if self.name:
             return
+        size = os.environ.get("VANTRO_DESKTOP", SIZE)
         read_end, write_end = os.pipe()
         self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", SCREEN, "-nolisten", "tcp", "-noreset"],
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write_end], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
             start_new_session=True)
         os.close(write_end)
