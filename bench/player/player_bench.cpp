@@ -107,10 +107,10 @@ void BenchGrid(int tiles) {
     player.SetActiveIndexSafe(static_cast<int>(player.players_.size()) - 1);
     player.MvRemoveActive();
   };
-  std::printf("| %d | %.1f us | %d |", tiles, Measure(script, 200, pass), CountCalls(script, pass));
+  std::printf("| %d | %.1f us | %d |", tiles, Measure(script, 320 / tiles, pass), CountCalls(script, pass));
   if (tiles > 1) {
-    std::printf(" %.0f us | %d | %.1f us | %d | %.0f us | %d |", Measure(script, 20, layout),
-                CountCalls(script, layout), Measure(script, 200, activate), CountCalls(script, activate),
+    std::printf(" %.0f us | %d | %.1f us | %d | %.0f us | %d |", Measure(script, 32 / tiles, layout),
+                CountCalls(script, layout), Measure(script, 320 / tiles, activate), CountCalls(script, activate),
                 Measure(script, 5, add), CountCalls(script, add));
   }
   std::printf("\n");
