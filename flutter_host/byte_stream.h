@@ -144,7 +144,8 @@ class ByteBufferStreamWriter final : public ByteStreamWriter {
 // writer itself, on its caller's stack, and costs no allocation.
 class ShortMessageWriter final : public ByteStreamWriter {
  public:
-  // Uninitialised on purpose: only what has been written is read. cppcheck-suppress uninitMemberVar
+  // The array begins uninitialised: only what has been written is read.
+  // cppcheck-suppress uninitMemberVar
   ShortMessageWriter() {}  // NOLINT(modernize-use-equals-default)
   ShortMessageWriter(const ShortMessageWriter&) = delete;
   ShortMessageWriter& operator=(const ShortMessageWriter&) = delete;
