@@ -94,7 +94,9 @@ class Story:
             found = len(self.client.windows(name))
             require(found == self.windows, f"{found} windows of {name} instead of {self.windows}")
         require(not self.client.violations, f"rules of answering: {self.client.violations}")
-        require(not self.client.undecodable, f"undecodable: {self.client.undecodable[:3]}")
+        # A relayed chunk comes back as it was sent, with the hostile text in it.
+        unreadable = [data for _, data, _ in self.client.undecodable if b"providerDataReceived" not in data]
+        require(not unreadable, f"undecodable: {unreadable[:3]}")
         resident = usage(self.process).resident_kib
         self.most_resident = max(self.most_resident, resident)
         limit = RESIDENT_KIB + self.opened * RESIDENT_KIB_A_WINDOW
