@@ -69,6 +69,9 @@ class Storm:
             if self.rounds % between == 0:
                 self._rest()
                 each_sample(self)
+        if self.rounds % between:
+            self._rest()
+            each_sample(self)
 
     def deadlock(self):
         """What to print of a host that does not answer."""
@@ -85,7 +88,9 @@ class Storm:
     def growth(self):
         """KiB a round: the written memory of the last quarter beside that of the second one, by their medians. The
         first quarter is left out: caches fill and code is loaded."""
-        quarter = max(1, len(self.samples) // 4)
+        quarter = len(self.samples) // 4
+        if quarter == 0:
+            return 0.0
         early = statistics.median(sample.usage.written_kib for sample in self.samples[quarter:2 * quarter])
         late = statistics.median(sample.usage.written_kib for sample in self.samples[-quarter:])
         return (late - early) / (self.rounds / 2)
