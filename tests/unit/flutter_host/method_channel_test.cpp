@@ -7,8 +7,11 @@
 #include <optional>
 #include <string>
 
+#include "flutter_host/byte_stream.h"
 #include "flutter_host/engine_method_result.h"
+#include "flutter_host/standard_codec_serializer.h"
 #include "flutter_host/standard_method_codec.h"
+#include "tests/unit/flutter_host/allocation_meter.h"
 #include "tests/unit/flutter_host/bytes.h"
 #include "tests/unit/flutter_host/captured_stderr.h"
 
@@ -74,6 +77,67 @@ TEST_F(MethodChannelTest, InvokeMethodSendsTheCallWithoutAskingForAReply) {
   EXPECT_EQ(messenger_.sentOn, "a/channel");
   EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 07 01 78"));
   EXPECT_FALSE(messenger_.sentReply);
+}
+
+TEST_F(MethodChannelTest, AnInvocationWithTextSendsTheBytesOfACallWithAStringOfAnyLength) {
+  for (const size_t length : {0, 1, 253, 254, 255, 256, 257, 5000, 70000}) {
+    const std::string text(length, 'x');
+    channel_.InvokeMethodWithText("onTimeChanged", text);
+    EXPECT_EQ(messenger_.sent,
+              *Codec().EncodeMethodCall(MethodCall("onTimeChanged", std::make_unique<EncodableValue>(text))))
+        << length;
+  }
+  EXPECT_EQ(messenger_.sentOn, "a/channel");
+  EXPECT_FALSE(messenger_.sentReply);
+}
+
+TEST_F(MethodChannelTest, AnInvocationWithoutTextSendsNull) {
+  channel_.InvokeMethodWithText("m", std::nullopt);
+  EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 00"));
+}
+
+TEST(MethodChannelText, AllocatesNothingWhileItIsShort) {
+  class CountingMessenger : public BinaryMessenger {
+   public:
+    void Send(const std::string&, const uint8_t*, size_t, BinaryReply) override { ++sends; }
+    void SetMessageHandler(const std::string&, BinaryMessageHandler) override {}
+    int sends = 0;
+  } messenger;
+  MethodChannel channel(&messenger, "a/channel", &Codec());
+  const test::AllocationMeter meter;
+  channel.InvokeMethodWithText("onTimeChanged", "1234567");
+  EXPECT_EQ(meter.count(), 0u);
+  EXPECT_EQ(messenger.sends, 1);
+}
+
+TEST(MethodChannelText, IsSeenByAnExtensionOfTheCodec) {
+  class ShoutingSerializer : public StandardCodecSerializer {
+   public:
+    void WriteValue(const EncodableValue& value, ByteStreamWriter* stream) const override {
+      const auto* text = std::get_if<std::string>(&value);
+      StandardCodecSerializer::WriteValue(text ? EncodableValue(*text + "!") : value, stream);
+    }
+  };
+  static const ShoutingSerializer shouting;
+  FakeMessenger messenger;
+  MethodChannel channel(&messenger, "a/channel", &StandardMethodCodec::GetInstance(&shouting));
+  channel.InvokeMethodWithText("m", "x");
+  EXPECT_EQ(messenger.sent, FromHex("07 01 6d 07 02 78 21"));
+}
+
+TEST(ShortMessageWriter, PadsAndWritesLikeAWriterOfAVectorAcrossItsOwnRoom) {
+  for (size_t before = 240; before < 270; ++before) {
+    Bytes expected;
+    ByteBufferStreamWriter vectorWriter(&expected);
+    ShortMessageWriter shortWriter;
+    const EncodableValue tail(std::vector<double>{1.5, -2.5});
+    for (ByteStreamWriter* writer :
+         {static_cast<ByteStreamWriter*>(&vectorWriter), static_cast<ByteStreamWriter*>(&shortWriter)}) {
+      for (size_t at = 0; at < before; ++at) writer->WriteByte(static_cast<uint8_t>(at));
+      StandardCodecSerializer::GetInstance().WriteValue(tail, writer);
+    }
+    EXPECT_EQ(Bytes(shortWriter.data(), shortWriter.data() + shortWriter.size()), expected) << before;
+  }
 }
 
 TEST_F(MethodChannelTest, InvokeMethodWithoutArgumentsSendsNull) {
