@@ -13,7 +13,7 @@ namespace {
 
 CallLog* current = nullptr;
 
-std::string Format(const char* format, ...) __attribute__((format(gnu_printf, 1, 2)));
+std::string Format(const char* format, ...) __attribute__((format(__MINGW_PRINTF_FORMAT, 1, 2)));
 std::string Format(const char* format, ...) {
   char text[256];
   va_list arguments;
