@@ -2,8 +2,8 @@
 
     playback.py [--rounds N] [--tile-rounds N] [--only PART]
 
-Both programs run at the same time in one Wine prefix, each with the bridge beside it, and take turns, so that what else
-the machine does falls on both alike. Prints tables in Markdown.
+Both programs have the bridge beside them, share one Wine prefix and take turns, so that what else the machine does falls
+on both alike. Prints tables in Markdown.
 """
 
 import argparse
@@ -353,8 +353,8 @@ def measure_interval(program, seconds):
 
 
 def measure_tiles(prefix, folder, server, rounds):
-    """Processor time and memory with one to sixteen streams. The programs are measured one at a time, the other
-    stopped by a signal, since sixteen streams of each are more than a small machine plays."""
+    """Processor time and memory with one to sixteen streams. The programs run one after the other, since sixteen
+    streams of each are more than a small machine plays."""
     urls = [server.url(name) for name in STREAMS]
     table = {}
     for count in TILE_COUNTS:
