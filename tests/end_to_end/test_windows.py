@@ -13,15 +13,17 @@ def open_windows(starter, server):
     """A host with three windows, in which red, green and blue play; the windows in the order of their opening."""
     host = starter()
     client = host.client
+    opened = [window.handle for window in client.windows(MAIN_WINDOW)]
     for count in (2, 3):
         assert starter(connect=False).wait() == 0
         client.wait_until(lambda: len(client.engines) == count, f"engine {count}")
-        client.poll(lambda: client.windows(MAIN_WINDOW), lambda seen: len(seen) == count, f"{count} windows")
+        seen = client.poll(lambda: client.windows(MAIN_WINDOW), lambda seen: len(seen) == count, f"{count} windows")
+        opened += [window.handle for window in seen if window.handle not in opened]  # handles rise and fall
     for engine, colour in enumerate(COLOURS, 1):
         url = server.url(f"{colour}.ts")
         assert client.invoke("setMedia", {"url": url, "networkCacheMs": 500}, engine=engine) is True
         client.wait_for("onPlaying", engine=engine)
-    return host, sorted(client.windows(MAIN_WINDOW), key=lambda window: window.handle)
+    return host, sorted(client.windows(MAIN_WINDOW), key=lambda window: opened.index(window.handle))
 
 
 def video_in(client, window):
