@@ -5,6 +5,7 @@
 //   exit 0xC0000005
 //
 // When its own standard input ends it terminates the program with 0xDEAD, so that no program outlives who started it.
+// A program that counts its lines (tests/coverage/write_counters.cpp) is given the time to write its counters first.
 //
 // host_launcher --keep: holds the prefix's services and desktop until its standard input ends. A desktop that nobody
 // uses goes after a second, and a program that starts in that moment fails with 0xC0000142.
@@ -16,6 +17,7 @@
 namespace {
 
 constexpr UINT kTerminated = 0xDEAD;
+constexpr DWORD kCounterLimitMs = 8000;
 
 void Append(const wchar_t* path, const char* line) {
   if (FILE* file = _wfopen(path, L"ab")) {
@@ -31,8 +33,18 @@ void WaitForEndOfInput() {
   }
 }
 
+void LetCountersBeWritten(HANDLE process) {
+  char name[32];
+  std::snprintf(name, sizeof name, "VantroCoverage-%lu", GetProcessId(process));
+  const HANDLE asked = OpenEventA(EVENT_MODIFY_STATE, FALSE, name);
+  if (!asked) return;
+  SetEvent(asked);
+  WaitForSingleObject(process, kCounterLimitMs);
+}
+
 DWORD WINAPI TerminateAtEndOfInput(void* process) {
   WaitForEndOfInput();
+  LetCountersBeWritten(process);
   TerminateProcess(process, kTerminated);
   return 0;
 }
