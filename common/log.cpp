@@ -9,8 +9,6 @@
 
 namespace vantro {
 
-VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled{false};
-
 namespace {
 
 constexpr char kLogFileName[] = "vantro_debug.log";

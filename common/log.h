@@ -17,7 +17,6 @@
 #define VANTRO_PRINTF_FORMAT(text, first)
 #endif
 
-// On the declaration too: not every compiler takes an export that only the definition names.
 #ifdef _WIN32
 #define VANTRO_EXPORTED __declspec(dllexport)
 #else
@@ -35,7 +34,11 @@ enum LogLevel : int {
 
 // Switches the whole log. False at start, and nothing in the host sets it: a shipped run writes no line and creates no
 // file. The executable exports it under this name, so that a debugger or a support tool can switch the log on.
-extern "C" VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled;
+// Inline, because mingw-w64's compilers reach the variable of another object file through a pointer, which would make
+// two loads of each statement's one.
+extern "C" {
+inline VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled{false};
+}
 
 // Writes one line. A level above 3 is dropped; a negative one prints "UNKNOWN". Does not test debugLoggingEnabled:
 // callers come through the macros below. The text is one line without its newline, and may not be null.
