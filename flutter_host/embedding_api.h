@@ -13,12 +13,11 @@ struct FlutterDesktopEngine;
 struct FlutterDesktopViewController;
 struct FlutterDesktopView;
 struct FlutterDesktopMessenger;
-struct _FlutterPlatformMessageResponseHandle;
+struct FlutterDesktopMessageResponseHandle;
 using FlutterDesktopEngineRef = FlutterDesktopEngine*;
 using FlutterDesktopViewControllerRef = FlutterDesktopViewController*;
 using FlutterDesktopViewRef = FlutterDesktopView*;
 using FlutterDesktopMessengerRef = FlutterDesktopMessenger*;
-using FlutterDesktopMessageResponseHandle = _FlutterPlatformMessageResponseHandle;
 
 struct FlutterDesktopEngineProperties {
   const wchar_t* assets_path;
