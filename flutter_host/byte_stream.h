@@ -144,9 +144,10 @@ class ByteBufferStreamWriter final : public ByteStreamWriter {
 // writer itself, on its caller's stack, and costs no allocation.
 class ShortMessageWriter final : public ByteStreamWriter {
  public:
-  // The array begins uninitialised: only what has been written is read.
+  // The array begins uninitialised: only what has been written is read. A defaulted constructor would let
+  // ShortMessageWriter{} clear it.
   // cppcheck-suppress uninitMemberVar
-  ShortMessageWriter() {}  // NOLINT(modernize-use-equals-default)
+  ShortMessageWriter() {}
   ShortMessageWriter(const ShortMessageWriter&) = delete;
   ShortMessageWriter& operator=(const ShortMessageWriter&) = delete;
 
