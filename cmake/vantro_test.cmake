@@ -1,3 +1,15 @@
+# vantro_scripted_runtime(NAME FOLDER VARIANT): builds the program into the folder, with the scripted libvlc in the given
+# export set, a libvlccore.dll and the loopback engine beside it.
+function(vantro_scripted_runtime name folder variant)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${folder}")
+  add_dependencies(${name} scripted_libvlc_${variant} scripted_libvlccore loopback_engine)
+  add_custom_command(TARGET ${name} POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different "$<TARGET_FILE:scripted_libvlc_${variant}>" "${folder}/libvlc.dll"
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different "$<TARGET_FILE:scripted_libvlccore>" "${folder}/libvlccore.dll"
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different "$<TARGET_FILE:loopback_engine>" "${folder}/flutter_windows.dll"
+    VERBATIM)
+endfunction()
+
 # vantro_unit_test(NAME SOURCES... [LIBVLC VARIANT]): one GoogleTest program in a folder of its own, with what it needs
 # beside it. On Windows that is the scripted libvlc in the given export set ("full" if none is named), a libvlccore.dll
 # and the loopback engine. The program runs as one test, in its folder, where the log file lands.
@@ -5,22 +17,16 @@ function(vantro_unit_test name)
   cmake_parse_arguments(arg "" "LIBVLC" "" ${ARGN})
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   set(folder "${CMAKE_BINARY_DIR}/unit/${name}")
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${folder}")
   if(WIN32)
     if(NOT arg_LIBVLC)
       set(arg_LIBVLC full)
     endif()
     target_link_libraries(${name} PRIVATE vantro_core test_support GTest::gmock)
-    add_dependencies(${name} scripted_libvlc_${arg_LIBVLC} scripted_libvlccore loopback_engine)
-    add_custom_command(TARGET ${name} POST_BUILD
-      COMMAND ${CMAKE_COMMAND} -E copy_if_different
-        "$<TARGET_FILE:scripted_libvlc_${arg_LIBVLC}>" "${folder}/libvlc.dll"
-      COMMAND ${CMAKE_COMMAND} -E copy_if_different "$<TARGET_FILE:scripted_libvlccore>" "${folder}/libvlccore.dll"
-      COMMAND ${CMAKE_COMMAND} -E copy_if_different "$<TARGET_FILE:loopback_engine>" "${folder}/flutter_windows.dll"
-      VERBATIM)
+    vantro_scripted_runtime(${name} "${folder}" ${arg_LIBVLC})
     add_test(NAME ${name} COMMAND "${CMAKE_SOURCE_DIR}/devkit/wine/run" "$<TARGET_FILE:${name}>" WORKING_DIRECTORY "${folder}")
   else()
     target_link_libraries(${name} PRIVATE vantro_portable test_support GTest::gmock)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${folder}")
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${folder}")
   endif()
   set_tests_properties(${name} PROPERTIES TIMEOUT 300)

@@ -7,12 +7,12 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
 
 #include "shell/vantro_window.h"
+#include "tests/support/process_resources.h"
 
 namespace {
 
@@ -24,34 +24,9 @@ void CALLBACK CloseMenu(HWND, UINT, UINT_PTR, DWORD) {
   if (FindWindowW(L"#32768", nullptr)) EndMenu();
 }
 
-// A system that does not count the process's handles answers 0; the place of a new one then tells how many there are,
-// since the lowest free place is taken.
-DWORD HandleCount() {
-  DWORD count = 0;
-  if (GetProcessHandleCount(GetCurrentProcess(), &count) && count != 0) return count;
-  const HANDLE probe = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-  count = static_cast<DWORD>(reinterpret_cast<uintptr_t>(probe) / 4);
-  CloseHandle(probe);
-  return count;
-}
-
-// Where GetGuiResources always answers 0, places are counted by making objects until there is no place left.
-size_t GdiObjectCount() {
-  constexpr size_t kPlaces = 0x10000;  // more than any system has for a process
-  if (const DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return count;
-  std::vector<HBRUSH> made;
-  while (made.size() < kPlaces) {
-    const HBRUSH brush = CreateSolidBrush(0);
-    if (!brush) break;
-    made.push_back(brush);
-  }
-  for (const HBRUSH brush : made) DeleteObject(brush);
-  return kPlaces - made.size();
-}
-
 struct Resources {
-  size_t handles = HandleCount();
-  size_t gdiObjects = GdiObjectCount();
+  size_t handles = vantro::test::HandleCount();
+  size_t gdiObjects = vantro::test::GdiObjectCount();
 };
 
 struct Result {

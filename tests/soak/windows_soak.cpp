@@ -1,12 +1,13 @@
 // windows_soak [WINDOWS [MOVES]]: opens and closes windows one after the other, holds eight at once, then moves and
 // resizes one with its overlay. Prints what a closed window costs, since its object is kept until the process ends, and
-// fails when an overlay is ever not where it belongs.
+// fails when an overlay is ever not where it belongs, or when closed windows hold on to handles or to GDI
+// objects other than their brushes.
+// clang-format off: psapi.h needs windows.h before it
 #include <windows.h>
-
 #include <psapi.h>
+// clang-format on
 
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -15,6 +16,8 @@
 
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
+#include "tests/support/message_queue.h"
+#include "tests/support/process_resources.h"
 
 namespace vantro {
 namespace {
@@ -23,30 +26,19 @@ constexpr int kShortWindows = 16;
 constexpr int kShortMoves = 400;
 constexpr int kWindowsAtOnce = 8;
 constexpr unsigned kSeed = 4;
+constexpr size_t kBrushesOfAWindow = 2;  // the object of a closed window lives on, and so do they
+constexpr size_t kSlack = 4;             // handles or objects that the system may make for itself meanwhile
 
 struct Usage {
-  DWORD handles;  // of the kernel
-  DWORD gdiObjects;
-  DWORD userObjects;
+  size_t handles;  // of the kernel
+  size_t gdiObjects;
   size_t committedBytes;
 };
 
-// A system that does not count the process's handles answers 0; the place of a new one then tells how many there are,
-// since the lowest free place is taken.
-DWORD HandleCount() {
-  DWORD count = 0;
-  if (GetProcessHandleCount(GetCurrentProcess(), &count) && count != 0) return count;
-  const HANDLE probe = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-  count = static_cast<DWORD>(reinterpret_cast<uintptr_t>(probe) / 4);
-  CloseHandle(probe);
-  return count;
-}
-
 Usage Measure() {
   Usage usage{};
-  usage.handles = HandleCount();
-  usage.gdiObjects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-  usage.userObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  usage.handles = test::HandleCount();
+  usage.gdiObjects = test::GdiObjectCount();
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
   usage.committedBytes = memory.PagefileUsage;
@@ -55,20 +47,6 @@ Usage Measure() {
 
 double SecondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-int ServeQueue() {
-  int quits = 0;
-  MSG message;
-  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) {
-      ++quits;
-      continue;
-    }
-    TranslateMessage(&message);
-    DispatchMessageA(&message);
-  }
-  return quits;
 }
 
 [[noreturn]] void Fail(const char* what) {
@@ -101,34 +79,39 @@ VantroWindow& OpenAnother(VantroWindow& reference) {
   const size_t before = GetWindowRegistry().size();
   CreateNewWindow(reference);
   if (GetWindowRegistry().size() != before + 1) Fail("a window does not come up");
-  ServeQueue();
+  test::DrainQueue();
   return *GetWindowRegistry().back();
 }
 
 void Close(const VantroWindow& window) {
   SendMessageA(window.hwnd_, WM_CLOSE, 0, 0);
-  if (IsWindow(window.hwnd_) || IsWindow(window.flutterHostWindow_)) Fail("a closed window still has its native windows");
+  if (IsWindow(window.hwnd_) || IsWindow(window.flutterHostWindow_))
+    Fail("a closed window still has its native windows");
 }
 
 void OpenAndCloseOneByOne(VantroWindow& first, int count) {
   Close(OpenAnother(first));  // what the first of its kind loads counts for none
-  ServeQueue();
+  test::DrainQueue();
   const Usage before = Measure();
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < count; ++i) {
     Close(OpenAnother(first));
-    if (ServeQueue() != 0) Fail("a quit message while a window is open");
+    if (test::DrainQueue() != 0) Fail("a quit message while a window is open");
   }
   const double seconds = SecondsSince(start);
   const Usage after = Measure();
-  std::printf("in use at the end: %lu handles, %lu GDI objects, %lu user objects, %zu KiB\n", after.handles,
-              after.gdiObjects, after.userObjects, after.committedBytes / 1024);
-  std::printf("%d windows opened and closed: %.1f ms each; kept by each closed window: %.2f handles, %.2f GDI objects, "
-              "%.2f user objects, %.1f KiB\n",
-              count, seconds * 1000 / count, (1.0 * after.handles - before.handles) / count,
-              (1.0 * after.gdiObjects - before.gdiObjects) / count,
-              (1.0 * after.userObjects - before.userObjects) / count,
-              (static_cast<double>(after.committedBytes) - static_cast<double>(before.committedBytes)) / 1024 / count);
+  std::printf("in use at the end: %zu handles, %zu GDI objects, %zu KiB\n", after.handles, after.gdiObjects,
+              after.committedBytes / 1024);
+  std::printf(
+      "%d windows opened and closed: %.1f ms each; kept by each closed window: %.2f handles, %.2f GDI objects, "
+      "%.1f KiB\n",
+      count, seconds * 1000 / count, (static_cast<double>(after.handles) - static_cast<double>(before.handles)) / count,
+      (static_cast<double>(after.gdiObjects) - static_cast<double>(before.gdiObjects)) / count,
+      (static_cast<double>(after.committedBytes) - static_cast<double>(before.committedBytes)) / 1024 / count);
+  if (after.handles > before.handles + kSlack) Fail("closed windows keep handles");
+  const size_t brushes = kBrushesOfAWindow * static_cast<size_t>(count);
+  if (after.gdiObjects > before.gdiObjects + brushes + kSlack)
+    Fail("closed windows keep more GDI objects than their brushes");
 }
 
 void OpenManyAtOnce(VantroWindow& first) {
@@ -140,7 +123,7 @@ void OpenManyAtOnce(VantroWindow& first) {
     if (!OverlayIsInPlace(*window)) Fail("an overlay is not in its place while eight windows are open");
   }
   for (const VantroWindow* window : open) Close(*window);
-  ServeQueue();
+  test::DrainQueue();
   std::printf("%d windows at once: opened, moved and closed in %.2f s\n", kWindowsAtOnce, SecondsSince(start));
 }
 
@@ -155,12 +138,12 @@ void MoveAndResize(VantroWindow& window, int count) {
     SetWindowPos(window.hwnd_, nullptr, position(random), position(random), width(random), height(random),
                  SWP_NOZORDER);
     if (!OverlayIsInPlace(window)) Fail("an overlay did not follow its window");
-    if (i % 16 == 0) ServeQueue();
+    if (i % 16 == 0) test::DrainQueue();
   }
   const double seconds = SecondsSince(start);
   const Usage after = Measure();
-  std::printf("%d moves and resizes, each with its overlay in place: %.3f ms each; handles %+ld, memory %+.1f KiB\n", count,
-              seconds * 1000 / count, static_cast<long>(after.handles) - static_cast<long>(before.handles),
+  std::printf("%d moves and resizes, each with its overlay in place: %.3f ms each; handles %+ld, memory %+.1f KiB\n",
+              count, seconds * 1000 / count, static_cast<long>(after.handles) - static_cast<long>(before.handles),
               (static_cast<double>(after.committedBytes) - static_cast<double>(before.committedBytes)) / 1024);
 }
 
@@ -170,7 +153,7 @@ int Run(int windows, int moves) {
   OpenManyAtOnce(first);
   OpenAndCloseOneByOne(first, windows);
   Close(first);
-  if (ServeQueue() != 1) Fail("not exactly one quit message for the last window");
+  if (test::DrainQueue() != 1) Fail("not exactly one quit message for the last window");
   const auto start = std::chrono::steady_clock::now();
   const size_t objects = GetWindowRegistry().size();
   ShutdownWindowManager();

@@ -55,6 +55,11 @@ class GridTest : public PlayerTest {
   }
   MultiViewPlayer& Tile(int index) { return player_.players_.at(static_cast<size_t>(index)); }
   libvlc_media_player_t* TilePlayer(int index) { return Tile(index).mediaPlayer.get(); }
+  std::vector<std::string> Urls() {
+    std::vector<std::string> urls;
+    for (const MultiViewPlayer& tile : player_.players_) urls.push_back(tile.url);
+    return urls;
+  }
 
   RecordedEvents events_;
 };

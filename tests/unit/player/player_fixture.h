@@ -28,6 +28,17 @@ class ParentWindow {
   void Destroy() {
     if (IsWindow(handle_)) DestroyWindow(handle_);
   }
+  int ChildCount() const {
+    int count = 0;
+    EnumChildWindows(
+        handle_,
+        [](HWND, LPARAM counter) -> BOOL {
+          ++*reinterpret_cast<int*>(counter);
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    return count;
+  }
 
  private:
   HWND handle_;

@@ -33,20 +33,6 @@ RECT ClientRectOnScreen(HWND window) {
   return rect;
 }
 
-int DrainQueue() {
-  int quits = 0;
-  MSG message;
-  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) {
-      ++quits;
-      continue;
-    }
-    TranslateMessage(&message);
-    DispatchMessageA(&message);
-  }
-  return quits;
-}
-
 WindowTest::WindowTest() {
   loopback_.SetViewObserver(OnViewMessage, this);
   loopback_.SetTopLevelObserver(OnOffered, this);

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/message_queue.h"
 #include "tests/unit/shell/shell_fixture.h"
 
 namespace vantro::test {
@@ -27,9 +28,6 @@ RECT WindowRectOf(HWND window);
 // The client area on the screen.
 RECT ClientRectOnScreen(HWND window);
 bool operator==(const RECT& a, const RECT& b);
-
-// Serves what is in the queue now. Returns the quit messages among it.
-int DrainQueue();
 
 class WindowTest : public testing::Test {
  protected:
