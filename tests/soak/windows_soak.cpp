@@ -2,7 +2,8 @@
 // resizes one with its overlay. Prints what a closed window costs, since its object is kept until the process ends, and
 // fails when an overlay is ever not where it belongs, or when closed windows hold on to handles or to GDI
 // objects other than their brushes.
-// clang-format off: psapi.h needs windows.h before it
+// psapi.h needs windows.h before it.
+// clang-format off
 #include <windows.h>
 #include <psapi.h>
 // clang-format on
