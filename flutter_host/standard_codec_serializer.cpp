@@ -5,8 +5,10 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -72,7 +74,7 @@ class Decoder {
         return;
       case kLargeInteger:
       case kString:
-        ReadArray<std::string>(value);
+        ReadText(value);
         return;
       case kUint8List:
         ReadArray<std::vector<uint8_t>>(value);
@@ -101,12 +103,14 @@ class Decoder {
   }
 
  private:
+  static constexpr bool kFromBuffer = std::is_same_v<Reader, ByteBufferStreamReader>;
+
   // A scalar that is cut short is zero, and fails the reader.
   template <class T>
   T ReadScalar() {
     T scalar{};
     if (in_.failed()) return scalar;
-    if constexpr (std::is_same_v<Reader, ByteBufferStreamReader>) {
+    if constexpr (kFromBuffer) {
       if (const uint8_t* bytes = in_.Take(sizeof scalar)) std::memcpy(&scalar, bytes, sizeof scalar);
     } else {
       in_.ReadBytes(reinterpret_cast<uint8_t*>(&scalar), sizeof scalar);
@@ -120,7 +124,22 @@ class Decoder {
     return first == kSizeOfTwoBytes ? ReadScalar<uint16_t>() : ReadScalar<uint32_t>();
   }
 
-  // Strings and typed lists: a run of equal elements, padded to their size.
+  // Borrowed from the message; empty when it is cut short.
+  std::string_view TakeText() {
+    const size_t size = ReadSize();
+    const uint8_t* bytes = size == 0 ? nullptr : in_.Take(size);
+    return bytes ? std::string_view(reinterpret_cast<const char*>(bytes), size) : std::string_view();
+  }
+
+  void ReadText(EncodableValue& value) {
+    if constexpr (kFromBuffer) {
+      value.template emplace<std::string>(TakeText());
+    } else {
+      ReadArray<std::string>(value);
+    }
+  }
+
+  // Typed lists: a run of equal elements, padded to their size.
   template <class Array>
   void ReadArray(EncodableValue& value) {
     constexpr size_t kElement = sizeof(typename Array::value_type);
@@ -129,7 +148,7 @@ class Decoder {
       if (!in_.failed()) in_.ReadAlignment(kElement);
     }
     const size_t readable = in_.failed() ? 0 : count;
-    if constexpr (std::is_same_v<Reader, ByteBufferStreamReader>) {
+    if constexpr (kFromBuffer) {
       const uint8_t* bytes = readable == 0 ? nullptr : in_.Take(readable * kElement);
       const size_t taken = bytes ? readable : 0;
       if constexpr (kElement == 1) {
@@ -177,11 +196,8 @@ class Decoder {
   void ReadElements(EncodableMap& map) {
     const size_t count = ReadSize();
     for (size_t read = 0; read < count; ++read) {
-      EncodableValue key;
-      ReadInto(key);
+      const auto entry = ReadKey(map);
       if (in_.failed()) return;
-      const auto [entry, isNew] = map.try_emplace(std::move(key));
-      if (!isNew) entry->second = EncodableValue();
       ReadInto(entry->second);
       if (in_.failed()) {
         map.erase(entry);
@@ -190,8 +206,34 @@ class Decoder {
     }
   }
 
-  void ReadInto(EncodableValue& value) {
+  // The entry of the key that comes next, with null as its value; none when the reader fails.
+  EncodableMap::iterator ReadKey(EncodableMap& map) {
     const uint8_t type = in_.ReadByte();
+    if constexpr (kFromBuffer) {
+      // Nearly every key is a string, and is made where it stays.
+      if (type == kString && !extension_) {
+        const std::string_view text = TakeText();
+        return in_.failed() ? map.end() : MakeEntry(map, std::in_place_type<std::string>, text);
+      }
+    }
+    EncodableValue key;
+    ReadElementOfType(type, key);
+    return in_.failed() ? map.end() : MakeEntry(map, std::move(key));
+  }
+
+  // Tries the end first: a sender that keeps its maps in order sends their keys in order.
+  template <class... Key>
+  static EncodableMap::iterator MakeEntry(EncodableMap& map, Key&&... key) {
+    const size_t size = map.size();
+    const auto entry = map.emplace_hint(map.end(), std::piecewise_construct,
+                                        std::forward_as_tuple(std::forward<Key>(key)...), std::tuple());
+    if (map.size() == size) entry->second = EncodableValue();
+    return entry;
+  }
+
+  void ReadInto(EncodableValue& value) { ReadElementOfType(in_.ReadByte(), value); }
+
+  void ReadElementOfType(uint8_t type, EncodableValue& value) {
     if (extension_) {
       value = extension_->ReadValueOfType(type, &in_);
     } else {
