@@ -1,0 +1,54 @@
+#!/usr/bin/env python3
+"""Prints, as a Markdown table, what the parts of a soak left in their logs.
+
+    summary.py FOLDER
+"""
+
+import pathlib
+import re
+import sys
+
+# The lines of each part's log that tell what it did, by what they hold. The last one that matches counts.
+PARTS = {
+    "windows": ["moves and resizes", "windows at once", "windows opened and closed"],
+    "player-storm": [],
+    "kills": ["kills amid calls"],
+    "playback-storm": ["threads,", "rounds in"],
+    "multi-view-rounds": ["rounds;"],
+    "preview-frames": ["passed"],
+    "story": ["steps in"],
+}
+
+
+def last_with(lines, text):
+    found = [line.strip() for line in lines if text in line]
+    return found[-1:] or [f"no line with '{text}'"]
+
+
+def repeated_tests(lines):
+    """GoogleTest's brief output has a line for each round."""
+    passed = [int(match[1]) for line in lines if (match := re.match(r"\[  PASSED  \] (\d+) test", line))]
+    failed = [line for line in lines if line.startswith("[  FAILED  ]")]
+    milliseconds = sum(int(match[1]) for line in lines if (match := re.search(r"ran\. \((\d+) ms total\)", line)))
+    return [f"{len(passed)} rounds of {max(passed, default=0)} storms from four threads in {milliseconds // 1000} s; "
+            f"{len(failed)} failures"]
+
+
+def told(name, lines):
+    failed = [line.strip() for line in lines if re.match(r"failed|FAILED", line)]
+    said = repeated_tests(lines) if name == "player-storm" else [text for part in PARTS[name]
+                                                                for text in last_with(lines, part)]
+    return "; ".join(failed + said)
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1])
+    print("| Part | What it did and found |\n|---|---|")
+    for name in PARTS:
+        log = folder / f"{name}.log"
+        text = told(name, log.read_text(errors="replace").splitlines()) if log.exists() else "not run"
+        print(f"| {name} | {text.replace('|', '/')} |")
+
+
+if __name__ == "__main__":
+    main()
