@@ -49,7 +49,7 @@ bool VantroWindow::RegisterWindowClass() {
   windowClass.cbSize = sizeof windowClass;
   windowClass.style = CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS;
   windowClass.lpfnWndProc = WindowProc;
-  windowClass.cbWndExtra = sizeof(VantroWindow*);
+  windowClass.cbWndExtra = sizeof(LONG_PTR);
   windowClass.hInstance = hInstance_;
   windowClass.hIcon = LoadMainIcon(hInstance_);
   windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
