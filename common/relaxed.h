@@ -15,7 +15,8 @@ class Relaxed {
   Relaxed& operator=(const Relaxed&) = delete;
 
   operator T() const { return value_.load(std::memory_order_relaxed); }
-  T operator=(T value) {
+  // The value and not the object, as std::atomic's does.
+  T operator=(T value) {  // NOLINT(misc-unconventional-assign-operator)
     value_.store(value, std::memory_order_relaxed);
     return value;
   }
