@@ -38,6 +38,11 @@ TEST(EncodableValue, StartsNull) {
 
 TEST(EncodableValue, LiteralIsAString) { EXPECT_TRUE(std::holds_alternative<std::string>(EncodableValue("true"))); }
 
+TEST(EncodableValue, CustomValueEqualsNothingNotEvenItself) {
+  const EncodableValue custom(CustomEncodableValue(1));
+  EXPECT_FALSE(custom == custom);
+}
+
 TEST(EncodableValueOrder, AlternativesCompareInTheirOrderWhateverTheirValues) {
   const auto values = OneOfEachAlternative();
   for (size_t left = 0; left < values.size(); ++left) {

@@ -9,6 +9,7 @@
 
 #include "player/tile_layout.h"
 #include "tests/unit/player/grid_fixture.h"
+#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {
@@ -159,6 +160,23 @@ TEST_F(LayoutTest, AWindowThatCannotBePlacedIsLoggedAndTheOthersGoOn) {
   EXPECT_TRUE(log_.Has("DEBUG [UpdateGridLayout] SetWindowPos result for player 0: 0"));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_hwnd"),
               ElementsAre("libvlc_media_player_set_hwnd(player2, " + PointerText(Tile(1).window) + ")"));
+}
+
+HWND unmeasured = nullptr;
+decltype(&GetClientRect) realGetClientRect = nullptr;
+BOOL WINAPI RefuseToMeasure(HWND window, RECT* rect) {
+  return window == unmeasured ? FALSE : realGetClientRect(window, rect);
+}
+
+TEST_F(LayoutTest, AWindowThatCannotBeMeasuredIsLoggedAndTheOthersGoOn) {
+  StartGrid(2);
+  const ImportHook hook("user32.dll", "GetClientRect", reinterpret_cast<void*>(RefuseToMeasure));
+  realGetClientRect = reinterpret_cast<decltype(realGetClientRect)>(hook.Original());
+  unmeasured = Tile(0).window;
+  const LogCapture log;
+  Layout();
+  EXPECT_TRUE(log.Has("WARNING [UpdateGridLayout] Failed to get actual window size for player 0"));
+  EXPECT_EQ(log.CountContaining("[UpdateGridLayout] Player 1 - Requested: "), 1);
 }
 
 TEST_F(LayoutTest, ATileWithoutAPlayerIsPlacedAndNoMore) {

@@ -142,5 +142,25 @@ TEST_F(PlayerWithoutLibVlc, TheTrackListsAreNotReadAndNothingIsLogged) {
   EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
+TEST_F(PlayerWithoutLibVlc, ATileIsNotAddedAndItsWindowIsGone) {
+  const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+  player_.parentWindow_ = parent;
+  EXPECT_FALSE(player_.MvAddStream("http://host/1", "Tile 1"));
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for MvAddStream"));
+  EXPECT_THAT(player_.players_, IsEmpty());
+  EXPECT_EQ(GetWindow(parent, GW_CHILD), nullptr);
+  player_.parentWindow_ = nullptr;
+  DestroyWindow(parent);
+}
+
+TEST_F(PlayerWithoutLibVlc, ATilesWindowStays) {
+  MultiViewPlayer tile;
+  tile.window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+  player_.DestroyPlayerWindow(tile);
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for DestroyPlayerWindow"));
+  EXPECT_TRUE(IsWindow(tile.window));
+  DestroyWindow(tile.window);
+}
+
 }  // namespace
 }  // namespace vantro::test

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 // After windows.h.
+#include <bcrypt.h>
 #include <dpapi.h>
 
 #include <numeric>
@@ -13,6 +14,7 @@
 #include "tests/support/local_app_data.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {
@@ -157,6 +159,34 @@ TEST_F(DatabaseKeyStoreTest, KeyOfAnotherLengthIsRefusedAndLeavesTheFileAsItIs) 
   const std::string before = ReadFileBytes(KeyFile());
   for (size_t length : {0u, 31u, 33u}) EXPECT_FALSE(DatabaseKeyStore::SaveKey(SampleKey(length))) << length;
   EXPECT_EQ(ReadFileBytes(KeyFile()), before);
+}
+
+NTSTATUS WINAPI RefuseRandom(BCRYPT_ALG_HANDLE, PUCHAR, ULONG, ULONG) { return static_cast<NTSTATUS>(0xC0000001); }
+
+TEST_F(DatabaseKeyStoreTest, WithoutRandomBytesThereIsNoKeyAndNoFile) {
+  const ImportHook hook("bcrypt.dll", "BCryptGenRandom", reinterpret_cast<void*>(RefuseRandom));
+  LogCapture log;
+
+  EXPECT_THAT(DatabaseKeyStore::GetOrCreateKey(), IsEmpty());
+
+  EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: Failed to generate random key"));
+  EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: Failed to generate key"));
+  EXPECT_FALSE(std::filesystem::exists(KeyFile()));
+}
+
+BOOL WINAPI RefuseProtection(DATA_BLOB*, LPCWSTR, DATA_BLOB*, PVOID, CRYPTPROTECT_PROMPTSTRUCT*, DWORD, DATA_BLOB*) {
+  return FALSE;
+}
+
+TEST_F(DatabaseKeyStoreTest, KeyThatCannotBeWrappedIsNotHandedOutAndLeavesNoFile) {
+  const ImportHook hook("crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(RefuseProtection));
+  LogCapture log;
+
+  EXPECT_THAT(DatabaseKeyStore::GetOrCreateKey(), IsEmpty());
+
+  EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: CryptProtectData failed"));
+  EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: Failed to save key"));
+  EXPECT_FALSE(std::filesystem::exists(KeyFile()));
 }
 
 TEST_F(DatabaseKeyStoreTest, PathIsTheKeyFileOfTheLocalAppDataFolder) {

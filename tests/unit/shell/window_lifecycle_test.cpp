@@ -1,10 +1,25 @@
 // How a window comes up, where its start can fail, and how its object ends.
 #include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
 
+#include "flutter_host/embedding_api.h"
+#include "player/libvlc_functions.h"
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
 #include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
+
+namespace {
+size_t refusedSize = 0;
+}
+
+// The whole program's: refuses objects of one size.
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  return size == refusedSize ? nullptr : std::malloc(size);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 
 namespace vantro {
 namespace {
@@ -246,6 +261,87 @@ TEST_F(WindowStart, WithoutAMessengerGoesOnWithoutThumbnails) {
   EXPECT_TRUE(log_.Has("WARNING WARNING: Binary messenger is null"));
   EXPECT_TRUE(log_.Has("WARNING WARNING: Cannot create VOD thumbnail worker plugin - messenger is null"));
   EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
+}
+
+// No memory.
+
+TEST_F(WindowStart, WithoutMemoryForThePlayerFails) {
+  refusedSize = sizeof(VLCPlayer);
+  FailToStart();
+  refusedSize = 0;
+  EXPECT_TRUE(log_.Has("ERROR ERROR: Failed to create VLCPlayer instance"));
+  EXPECT_TRUE(log_.Has("ERROR VantroWindow::InitializeVLC() failed"));
+}
+
+TEST_F(WindowStart, WithoutMemoryForTheThumbnailsGoesOnWithoutThem) {
+  refusedSize = sizeof(vod_thumbnail::VodThumbnailWorkerPlugin);
+  const VantroWindow& window = OpenWindow();
+  refusedSize = 0;
+  EXPECT_EQ(window.vodThumbnailPlugin_, nullptr);
+  EXPECT_TRUE(log_.Has("WARNING WARNING: Failed to create VOD thumbnail worker plugin"));
+  EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
+}
+
+// The exceptions of a start.
+
+void ThrowText() { throw std::runtime_error("no more of this"); }
+void ThrowNumber() { throw 7; }
+void (*raise)() = ThrowText;
+
+HWND WINAPI RaiseAtVideoWindow(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
+                               int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
+  if (std::wstring(className) == kVlcHostWindowClass) raise();
+  return realCreateWindow(exStyle, className, title, style, x, y, width, height, parent, menu, instance, data);
+}
+
+TEST_F(WindowStart, ExceptionOfThePlayersStartFailsIt) {
+  const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RaiseAtVideoWindow));
+  realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
+  raise = ThrowText;
+  FailToStart();
+  EXPECT_TRUE(log_.Has("ERROR EXCEPTION during VLC initialization: no more of this"));
+  raise = ThrowNumber;
+  FailToStart();
+  EXPECT_TRUE(log_.Has("ERROR UNKNOWN EXCEPTION during VLC initialization"));
+  EXPECT_EQ(log_.Count("ERROR VantroWindow::InitializeVLC() failed"), 2);
+}
+
+std::string refusedChannel;
+decltype(&FlutterDesktopMessengerSetCallback) realSetCallback = nullptr;
+void RaiseAtChannel(FlutterDesktopMessengerRef messenger, const char* channel, FlutterDesktopMessageCallback callback,
+                    void* data) {
+  if (callback && refusedChannel == channel) raise();
+  realSetCallback(messenger, channel, callback, data);
+}
+
+class WindowStartWithoutAChannel : public WindowStart {
+ protected:
+  explicit WindowStartWithoutAChannel()
+      : hook_("flutter_windows.dll", "FlutterDesktopMessengerSetCallback", reinterpret_cast<void*>(RaiseAtChannel)) {
+    realSetCallback = reinterpret_cast<decltype(realSetCallback)>(hook_.Original());
+  }
+  ImportHook hook_;
+};
+
+TEST_F(WindowStartWithoutAChannel, ExceptionOfTheRequestsChannelFailsTheView) {
+  refusedChannel = "org.vantro.player/communicate";
+  raise = ThrowText;
+  FailToStart();
+  EXPECT_TRUE(log_.Has("ERROR Exception creating method channel handler: no more of this"));
+  raise = ThrowNumber;
+  FailToStart();
+  EXPECT_TRUE(log_.Has("ERROR Unknown exception creating method channel handler"));
+  EXPECT_EQ(log_.Count("ERROR VantroWindow::InitializeFlutter() failed"), 2);
+}
+
+TEST_F(WindowStartWithoutAChannel, ExceptionOfTheThumbnailsChannelGoesOnWithoutThumbnails) {
+  refusedChannel = "org.vantro.thumbnail/worker";
+  raise = ThrowText;
+  EXPECT_EQ(OpenWindow().vodThumbnailPlugin_, nullptr);
+  EXPECT_TRUE(log_.Has("ERROR Exception creating VOD thumbnail worker plugin: no more of this"));
+  raise = ThrowNumber;
+  EXPECT_EQ(OpenWindow().vodThumbnailPlugin_, nullptr);
+  EXPECT_TRUE(log_.Has("ERROR Unknown exception creating VOD thumbnail worker plugin"));
 }
 
 HHOOK WINAPI FailToHook(int, HOOKPROC, HINSTANCE, DWORD) {

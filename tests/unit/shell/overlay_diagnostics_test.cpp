@@ -1,0 +1,71 @@
+// Which window the log names as the one that would catch the overlay's input.
+#include "shell/overlay_diagnostics.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/log_capture.h"
+
+namespace vantro {
+namespace {
+
+// A window on the screen that is found by its place.
+class Popup {
+ public:
+  explicit Popup(int x)
+      : window_(CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"", WS_POPUP | WS_VISIBLE | SS_NOTIFY, x, 100, 80, 80,
+                                nullptr, nullptr, nullptr, nullptr)) {}
+  ~Popup() { DestroyWindow(window_); }
+  Popup(const Popup&) = delete;
+  Popup& operator=(const Popup&) = delete;
+
+  HWND Get() const { return window_; }
+  void PointAtIt() const {
+    RECT rect{};
+    GetWindowRect(window_, &rect);
+    SetCursorPos(rect.left + 10, rect.top + 10);
+  }
+
+ private:
+  HWND window_;
+};
+
+struct NamedWindow {
+  const char* name;
+  HWND StackedWindows::* window;  // none: a window of another program
+  const char* line;
+};
+void PrintTo(const NamedWindow& row, std::ostream* out) { *out << row.name; }
+
+class WindowUnderTheCursor : public testing::TestWithParam<NamedWindow> {};
+
+TEST_P(WindowUnderTheCursor, IsNamed) {
+  const Popup overlay(100);
+  const Popup pointed(300);
+  pointed.PointAtIt();
+  StackedWindows windows{nullptr, overlay.Get(), nullptr};
+  if (GetParam().window) windows.*GetParam().window = pointed.Get();
+  const test::LogCapture log;
+  LogOverlayInput(windows, 0);
+  EXPECT_TRUE(log.Has(std::string("DEBUG EnableOverlayMouseInput: Intercepting window ") + GetParam().line));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, WindowUnderTheCursor,
+    testing::Values(NamedWindow{"Overlay", &StackedWindows::overlay, "IS our overlay window!"},
+                    NamedWindow{"Main", &StackedWindows::mainWindow, "IS our main window!"},
+                    NamedWindow{"Flutter", &StackedWindows::flutterChild, "IS our Flutter window!"},
+                    NamedWindow{"Unknown", nullptr, "is UNKNOWN - not one of ours!"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(WindowAtTheOverlaysCentre, IsTheOverlayWhereNothingCoversIt) {
+  const Popup overlay(100);
+  const test::LogCapture log;
+  LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
+  EXPECT_EQ(log.CountContaining("Window at the overlay's centre (140,140): "), 1);
+  EXPECT_EQ(log.Lines().back(), "DEBUG EnableOverlayMouseInput: Intercepting window IS our overlay window!");
+}
+
+}  // namespace
+}  // namespace vantro

@@ -1,0 +1,176 @@
+// What the log tells of the files that a start needs, for each way in which they can be missing.
+#include "shell/startup_diagnostics.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include "player/vlc_runtime.h"
+#include "tests/support/log_capture.h"
+#include "tests/unit/flutter_host/bundle_fixture.h"
+#include "tests/unit/shell/import_hook.h"
+
+namespace vantro {
+namespace {
+
+using test::ImportHook;
+using test::LogCapture;
+using Lines = std::vector<std::string>;
+
+// Hides every path with this end from the file system.
+class HiddenPath {
+ public:
+  explicit HiddenPath(std::wstring end) {
+    original = reinterpret_cast<decltype(original)>(hook_.Original());
+    hidden = std::move(end);
+  }
+  HiddenPath(const HiddenPath&) = delete;
+  HiddenPath& operator=(const HiddenPath&) = delete;
+
+ private:
+  static int Status(const wchar_t* path, struct _stat64* status) {
+    if (!std::wstring_view(path).ends_with(hidden)) return original(path, status);
+    errno = ENOENT;
+    return -1;
+  }
+  static inline std::wstring hidden;
+  static inline int (*original)(const wchar_t*, struct _stat64*) = nullptr;
+  ImportHook hook_{"msvcrt.dll", "_wstat64", reinterpret_cast<void*>(&Status)};
+};
+
+// Without a backslash at its end: so the file system's query names it.
+std::wstring ProgramFolder() {
+  wchar_t path[MAX_PATH];
+  GetModuleFileNameW(nullptr, path, MAX_PATH);
+  const std::wstring full = path;
+  return full.substr(0, full.rfind(L'\\'));
+}
+
+// Puts a value in the place of a variable of the process, or takes it away.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    before_.resize(GetEnvironmentVariableA(name, nullptr, 0));
+    if (!before_.empty()) GetEnvironmentVariableA(name, before_.data(), static_cast<DWORD>(before_.size()));
+    SetEnvironmentVariableA(name, value);
+  }
+  ~Variable() { SetEnvironmentVariableA(name_, before_.empty() ? nullptr : before_.c_str()); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  const char* name_;
+  std::string before_;
+};
+
+Lines MissingVlcDirectory(const std::string& pathLine) {
+  return {"INFO VLC path: " + GetExeDirectory(),
+          "WARNING WARNING: VLC directory not found at: " + GetExeDirectory(), pathLine};
+}
+
+TEST(VlcDiagnostics, NamesBothLibraries) {
+  const LogCapture log;
+  LogVlcRuntime();
+  EXPECT_EQ(log.Lines(), (Lines{"INFO VLC path: " + GetExeDirectory(), "INFO VLC directory exists",
+                                "INFO libvlc.dll exists at: " + GetExeDirectory() + "\\libvlc.dll",
+                                "INFO libvlccore.dll exists at: " + GetExeDirectory() + "\\libvlccore.dll"}));
+}
+
+TEST(VlcDiagnostics, MissingDirectoryNamesTheSearchPath) {
+  const HiddenPath hidden(ProgramFolder());
+  const Variable path("PATH", "C:\\one;C:\\two");
+  const LogCapture log;
+  LogVlcRuntime();
+  EXPECT_EQ(log.Lines(), MissingVlcDirectory("INFO PATH environment variable: C:\\one;C:\\two"));
+}
+
+TEST(VlcDiagnostics, MissingDirectoryWithoutASearchPathSaysSo) {
+  const HiddenPath hidden(ProgramFolder());
+  const Variable path("PATH", nullptr);
+  const LogCapture log;
+  LogVlcRuntime();
+  EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING PATH environment variable not found or empty"));
+}
+
+DWORD WINAPI TellSizeOnly(const char*, char*, DWORD size) { return size == 0 ? 20 : 0; }
+
+TEST(VlcDiagnostics, SearchPathThatCannotBeReadIsAFailure) {
+  const HiddenPath hidden(ProgramFolder());
+  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", reinterpret_cast<void*>(TellSizeOnly));
+  const LogCapture log;
+  LogVlcRuntime();
+  EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING Failed to get PATH environment variable"));
+}
+
+TEST(VlcDiagnostics, MissingLibrariesAreErrors) {
+  const HiddenPath hidden(L".dll");
+  const LogCapture log;
+  LogVlcRuntime();
+  EXPECT_TRUE(log.Has("ERROR ERROR: libvlc.dll not found at: " + GetVlcPath() + "\\libvlc.dll"));
+  EXPECT_TRUE(log.Has("ERROR ERROR: libvlccore.dll not found at: " + GetVlcPath() + "\\libvlccore.dll"));
+}
+
+DWORD loadError = 0;
+HMODULE WINAPI RefuseLoad(const char*) {
+  SetLastError(loadError);
+  return nullptr;
+}
+
+TEST(LibVlcLoad, FailureIsLoggedWithItsErrorAndAMissingDependencyByName) {
+  const ImportHook hook("kernel32.dll", "LoadLibraryA", reinterpret_cast<void*>(RefuseLoad));
+  const LogCapture log;
+  loadError = ERROR_BAD_EXE_FORMAT;
+  LogLibVlcLoad();
+  loadError = ERROR_MOD_NOT_FOUND;
+  LogLibVlcLoad();
+  EXPECT_EQ(log.Lines(), (Lines{"ERROR Manually loading libvlc.dll failed with error: 193",
+                                "ERROR Manually loading libvlc.dll failed with error: 126",
+                                "ERROR ERROR: A required dependency DLL was not found"}));
+}
+
+FARPROC WINAPI RefuseFunction(HMODULE, const char*) {
+  SetLastError(ERROR_PROC_NOT_FOUND);
+  return nullptr;
+}
+
+TEST(LibVlcLoad, LibraryWithoutItsFirstFunctionIsAnError) {
+  const ImportHook hook("kernel32.dll", "GetProcAddress", reinterpret_cast<void*>(RefuseFunction));
+  const LogCapture log;
+  LogLibVlcLoad();
+  EXPECT_EQ(log.Lines(), (Lines{"INFO Manually loading libvlc.dll succeeded",
+                                "ERROR Failed to find libvlc_new function, error: 127"}));
+}
+
+TEST(BundleDiagnostics, CompleteBundleIsToldWithItsSizes) {
+  test::BundleFixture bundle;
+  bundle.AddFile("flutter_assets/kernel_blob.bin", 5);
+  bundle.AddFile("flutter_assets/app.so", 7);
+  bundle.AddFile("icudtl.dat", 11);
+  const LogCapture log;
+  LogFlutterBundle();
+  EXPECT_EQ(log.Lines(), (Lines{"INFO Flutter assets directory found at: " + bundle.NarrowPath("flutter_assets"),
+                                "INFO kernel_blob.bin found (5 bytes)", "INFO app.so found (7 bytes)",
+                                "INFO ICU data file found at: " + bundle.NarrowPath("icudtl.dat") + " (11 bytes)"}));
+}
+
+TEST(BundleDiagnostics, MissingKernelIsAWarningAndAMissingLibraryANote) {
+  test::BundleFixture bundle;
+  bundle.AddFolder("flutter_assets");
+  const LogCapture log;
+  LogFlutterBundle();
+  EXPECT_TRUE(log.Has("WARNING WARNING: kernel_blob.bin not found!"));
+  EXPECT_TRUE(log.Has("INFO Note: app.so not found (JIT mode)"));
+}
+
+TEST(WindowCreationDiagnostics, WindowOfASystemClassShowsWhetherTheClassIsToBlame) {
+  const LogCapture log;
+  LogWindowCreationFailure(GetModuleHandleW(nullptr), ERROR_NOT_ENOUGH_MEMORY);
+  EXPECT_EQ(log.Lines(), (Lines{"ERROR CreateWindowW failed with error: 8",
+                                "WARNING Test window creation succeeded, issue is specific to application window"}));
+}
+
+}  // namespace
+}  // namespace vantro
