@@ -14,6 +14,7 @@
 #include "tests/support/loopback.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/scripted_vlc.h"
+#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {
@@ -240,6 +241,17 @@ TEST_F(ThumbnailWorker, MediaThatCannotBeMadeLeavesThePlayerAlone) {
   EXPECT_EQ(GetFrame(), NoFrame("Failed to create media"));
   EXPECT_EQ(vlc_.Calls().size(), 1u);
   EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Failed to create media"));
+}
+
+void ThrowAtMedia(libvlc_media_player_t*, libvlc_media_t*) { throw 7; }
+
+TEST_F(ThumbnailWorker, ExceptionOnTheWayToAFrameStopsThePlayerAndGoesNoFurther) {
+  InitializeWithPicture();
+  const ImportHook hook("libvlc.dll", "libvlc_media_player_set_media", reinterpret_cast<void*>(ThrowAtMedia));
+  EXPECT_EQ(GetFrame(), NoFrame("Exception during snapshot"));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop_async"), 1);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_release"), 1);
+  EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Exception during snapshot"));
 }
 
 TEST_F(ThumbnailWorker, SnapshotThatFailsStopsThePlayerAndLeavesWhatFileThereIs) {

@@ -257,6 +257,20 @@ TEST_F(VolumeDrawing, SpeakerPngInTheProgramsImgFolderIsDrawn) {
   EXPECT_EQ(log.Lines().size(), 3u);
 }
 
+decltype(&GetModuleFileNameW) realModuleFileName = nullptr;
+DWORD WINAPI CutShort(HMODULE module, wchar_t* path, DWORD size) {
+  return size <= MAX_PATH ? size : realModuleFileName(module, path, size);
+}
+
+TEST_F(VolumeDrawing, SpeakerBesideAProgramWithALongPathIsDrawn) {
+  CopyPicture("speaker_file.png", ProgramFolder() / "img" / "speaker.png");
+  const Canvas canvas(20, 20);
+  const test::ImportHook hook("kernel32.dll", "GetModuleFileNameW", reinterpret_cast<void*>(CutShort));
+  realModuleFileName = reinterpret_cast<decltype(realModuleFileName)>(hook.Original());
+  Draw(canvas, kSpeakerIconId);
+  ExpectOrangeSquare(canvas);
+}
+
 TEST_F(VolumeDrawing, SpeakerIcoInTheWorkingDirectoryIsDrawn) {
   CopyPicture("speaker_file.ico", folder_ / "speaker.ico");
   const Canvas canvas(20, 20);
