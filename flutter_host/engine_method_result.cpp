@@ -3,33 +3,37 @@
 #include <cstdio>
 #include <utility>
 
+#include "flutter_host/byte_stream.h"
+
 namespace vantro {
 
 ReplyGuard::~ReplyGuard() {
   if (reply_) std::fputs("Warning: Failed to respond to a message. This is a memory leak.\n", stderr);
 }
 
-void ReplyGuard::Send(const std::vector<uint8_t>* bytes) {
+void ReplyGuard::Send(const uint8_t* bytes, size_t size) {
   if (!reply_) {
     std::fputs("Error: Only one of Success, Error, or NotImplemented can be called,", stderr);
     std::fputs(" and it can be called exactly once. Ignoring duplicate result.\n", stderr);
     return;
   }
-  const bool isEmpty = !bytes || bytes->empty();
   // Empty already during the call, so that an answer from inside it counts as a duplicate.
   const BinaryReply reply = std::exchange(reply_, nullptr);
-  reply(isEmpty ? nullptr : bytes->data(), isEmpty ? 0 : bytes->size());
+  reply(size == 0 ? nullptr : bytes, size);
 }
 
 void EngineMethodResult::SuccessInternal(const EncodableValue* value) {
-  reply_.Send(codec_->EncodeSuccessEnvelope(value).get());
+  ShortMessageWriter envelope;
+  codec_->WriteSuccessEnvelope(value, &envelope);
+  reply_.Send(envelope.data(), envelope.size());
 }
 
 void EngineMethodResult::ErrorInternal(const std::string& code, const std::string& message,
                                        const EncodableValue* details) {
-  reply_.Send(codec_->EncodeErrorEnvelope(code, message, details).get());
+  const auto envelope = codec_->EncodeErrorEnvelope(code, message, details);
+  reply_.Send(envelope->data(), envelope->size());
 }
 
-void EngineMethodResult::NotImplementedInternal() { reply_.Send(nullptr); }
+void EngineMethodResult::NotImplementedInternal() { reply_.Send(nullptr, 0); }
 
 }  // namespace vantro

@@ -1,9 +1,10 @@
 // The answer to a request that came over a messenger.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "flutter_host/binary_messenger.h"
 #include "flutter_host/method_codec.h"
@@ -21,9 +22,9 @@ class ReplyGuard {
   ReplyGuard(const ReplyGuard&) = delete;
   ReplyGuard& operator=(const ReplyGuard&) = delete;
 
-  // Uses the function; null bytes stand for an empty answer. Once empty, the answer is dropped and reported on the
+  // Uses the function, which gets null for an empty answer. Once empty, the answer is dropped and reported on the
   // standard error stream: that happens in normal work, when a request is answered with an error and then declined.
-  void Send(const std::vector<uint8_t>* bytes);
+  void Send(const uint8_t* bytes, size_t size);
 
  private:
   BinaryReply reply_;

@@ -75,24 +75,11 @@ std::unique_ptr<std::vector<uint8_t>> StandardMethodCodec::EncodeMethodCallInter
   return message;
 }
 
-void StandardMethodCodec::WriteTextCallInternal(std::string_view method, std::optional<std::string_view> text,
-                                                ByteStreamWriter* stream) const {
-  StandardCodecSerializer::WriteText(method, stream);
-  if (!text) {
-    serializer_->WriteValue(OrNull(nullptr), stream);
-  } else if (serializer_ == &StandardCodecSerializer::GetInstance()) {
-    StandardCodecSerializer::WriteText(*text, stream);
-  } else {
-    serializer_->WriteValue(EncodableValue(std::string(*text)), stream);  // an extension sees every value
-  }
-}
-
 std::unique_ptr<std::vector<uint8_t>> StandardMethodCodec::EncodeSuccessEnvelopeInternal(
     const EncodableValue* result) const {
   auto envelope = MakeBuffer(result ? SizeHint(*result) : 0);
   ByteBufferStreamWriter writer(envelope.get());
-  writer.WriteByte(kSuccessEnvelope);
-  serializer_->WriteValue(OrNull(result), &writer);
+  WriteSuccessEnvelopeInternal(result, &writer);
   return envelope;
 }
 
@@ -127,6 +114,23 @@ bool StandardMethodCodec::DecodeAndProcessResponseEnvelopeInternal(const uint8_t
   const EncodableValue details = serializer_->ReadValue(&reader);
   details.IsNull() ? result->Error(code, message) : result->Error(code, message, details);
   return true;
+}
+
+void StandardMethodCodec::WriteTextCallInternal(std::string_view method, std::optional<std::string_view> text,
+                                                ByteStreamWriter* stream) const {
+  StandardCodecSerializer::WriteText(method, stream);
+  if (!text) {
+    serializer_->WriteValue(OrNull(nullptr), stream);
+  } else if (serializer_ == &StandardCodecSerializer::GetInstance()) {
+    StandardCodecSerializer::WriteText(*text, stream);
+  } else {
+    serializer_->WriteValue(EncodableValue(std::string(*text)), stream);  // an extension sees every value
+  }
+}
+
+void StandardMethodCodec::WriteSuccessEnvelopeInternal(const EncodableValue* result, ByteStreamWriter* stream) const {
+  stream->WriteByte(kSuccessEnvelope);
+  serializer_->WriteValue(OrNull(result), stream);
 }
 
 }  // namespace vantro

@@ -157,6 +157,26 @@ TEST_F(MethodChannelTest, SuccessWithoutAValueAnswersNull) {
   EXPECT_EQ(Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->Success(); }), FromHex("00 00"));
 }
 
+TEST(Answer, AllocatesNothingWhileItIsShort) {
+  size_t answered = 0;
+  EngineMethodResult result([&answered](const uint8_t*, size_t size) { answered = size; }, &Codec());
+  const EncodableValue position(int64_t{1234567});
+  const test::AllocationMeter meter;
+  result.Success(position);
+  EXPECT_EQ(meter.count(), 0u);
+  EXPECT_EQ(answered, 10u);
+}
+
+TEST(Answer, OfALargeByteListTakesOneBufferOfItsSize) {
+  size_t answered = 0;
+  EngineMethodResult result([&answered](const uint8_t*, size_t size) { answered = size; }, &Codec());
+  const EncodableValue picture(Bytes(1 << 20, 7));
+  const test::AllocationMeter meter;
+  result.Success(picture);
+  EXPECT_EQ(meter.count(), 1u);
+  EXPECT_EQ(answered, (1u << 20) + 7);
+}
+
 TEST_F(MethodChannelTest, ErrorAnswersItsEnvelope) {
   EXPECT_EQ(Call([](const MethodCall&, std::unique_ptr<MethodResult> result) {
               result->Error("E", "m", EncodableValue(false));
@@ -287,10 +307,10 @@ TEST(ReplyGuard, AnswerFromInsideTheReplyCountsAsADuplicate) {
   ReplyGuard* inner = nullptr;
   ReplyGuard guard([&](const uint8_t*, size_t) {
     ++replies;
-    inner->Send(nullptr);
+    inner->Send(nullptr, 0);
   });
   inner = &guard;
-  guard.Send(nullptr);
+  guard.Send(nullptr, 0);
   EXPECT_EQ(replies, 1);
   EXPECT_EQ(errors.Take(), kDuplicate);
 }
