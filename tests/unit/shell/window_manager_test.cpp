@@ -121,6 +121,42 @@ TEST_F(Windows, NewWindowGoesBelowTheReferenceWhereThatFits) {
   EXPECT_EQ(placed.top, from.bottom + gap);
 }
 
+TEST_F(Windows, NewWindowGoesToTheRightOfTheReferenceWhereThatFits) {
+  VantroWindow& reference = OpenWindow();
+  SetWindowPos(reference.hwnd_, nullptr, 0, 20, 640, 362, SWP_NOZORDER);
+  reference.width_ = 200;
+  CreateNewWindow(reference);
+  const RECT placed = WindowRectOf(GetWindowRegistry().at(1)->hwnd_);
+  EXPECT_EQ(placed.top, 20);
+  EXPECT_TRUE(log_.Has("INFO CreateNewWindow: Placing window to the right with " + std::to_string(placed.left - 640) +
+                       "px gap"));
+}
+
+TEST_F(Windows, NewWindowGoesToTheLeftOfAReferenceAtTheRightEdge) {
+  VantroWindow& reference = OpenWindow();
+  RECT work;
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+  SetWindowPos(reference.hwnd_, nullptr, work.right - 640, 20, 640, 362, SWP_NOZORDER);
+  reference.width_ = 200;
+  CreateNewWindow(reference);
+  const RECT placed = WindowRectOf(GetWindowRegistry().at(1)->hwnd_);
+  EXPECT_EQ(placed.top, 20);
+  const long gap = work.right - 640 - 200 - placed.left;
+  EXPECT_TRUE(log_.Has("INFO CreateNewWindow: Placing window to the left with " + std::to_string(gap) + "px gap"));
+}
+
+TEST_F(Windows, WindowThatGoesWhileItIsRegisteredIsForgottenButNotDestroyed) {
+  VantroWindow& first = OpenWindow();
+  VantroWindow& second = OpenWindow();
+  UnregisterWindow(&first);
+  const std::unique_ptr<VantroWindow> owner(&first);
+  ASSERT_EQ(GetWindowRegistry().size(), 1u);
+  EXPECT_EQ(GetWindowRegistry()[0].get(), &second);
+  EXPECT_TRUE(IsWindow(owner->hwnd_));
+  EXPECT_TRUE(log_.Has("INFO UnregisterWindow: Window removed. Total windows now: 1"));
+  DestroyWindow(owner->hwnd_);
+}
+
 TEST_F(Windows, ReferenceInFullscreenGivesTheLargeOffset) {
   VantroWindow& reference = OpenWindow();
   reference.ToggleFullscreen();

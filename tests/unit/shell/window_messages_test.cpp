@@ -38,7 +38,12 @@ class MainWindow : public test::WindowTest {
 
 TEST_F(MainWindow, CreateDoesNothing) {
   Open();
-  EXPECT_EQ(Send(WM_CREATE), 0);
+  const test::LogCapture log;
+  // The system reads the structure on the way, and drops the message without one.
+  CREATESTRUCTA create{};
+  create.lpszName = create.lpszClass = "";
+  EXPECT_EQ(Send(WM_CREATE, 0, reinterpret_cast<LPARAM>(&create)), 0);
+  EXPECT_EQ(log.Lines(), std::vector<std::string>{"DEBUG WindowProc: WM_CREATE received"});
   EXPECT_TRUE(EngineOffered(WM_CREATE).empty());
 }
 
