@@ -170,7 +170,7 @@ class BarePlayer {
     ShowWindow(child, SW_SHOW);
   }
 
-  const Library library_;
+  const Library library_{};
   libvlc_instance_t* instance_ = nullptr;
   libvlc_media_player_t* player_ = nullptr;
   HWND window_ = nullptr;
