@@ -177,6 +177,7 @@ TEST_F(StartedPlayerTest, StopInternalSuppressesBeforeItStops) {
   bool suppressed = false;
   vlc_.OnCall("libvlc_media_player_stop", [&] { suppressed = player_.suppressStoppedEvent_; });
   player_.StopInternal(true);
+  vlc_.OnCall("libvlc_media_player_stop", nullptr);  // the player's own end stops once more
   EXPECT_TRUE(suppressed);
 }
 
