@@ -38,11 +38,11 @@ struct Usage {
 
 Usage Measure() {
   Usage usage{};
-  usage.handles = test::HandleCount();
-  usage.gdiObjects = test::GdiObjectCount();
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
   usage.committedBytes = memory.PagefileUsage;
+  usage.handles = test::HandleCount();
+  usage.gdiObjects = test::GdiObjectCount();
   return usage;
 }
 
@@ -149,6 +149,7 @@ void MoveAndResize(VantroWindow& window, int count) {
 }
 
 int Run(int windows, int moves) {
+  Measure();  // what counting leaves in the heap counts for none
   VantroWindow& first = OpenFirst();
   MoveAndResize(first, moves);
   OpenManyAtOnce(first);
