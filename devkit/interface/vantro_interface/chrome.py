@@ -48,10 +48,16 @@ class Chrome:
         self.user.click(x + self._shift, y)
 
     def drag(self, start, end):
-        """Takes the window by its bar or frame; the way begins when the window has the pointer."""
+        """Takes the window by its bar or frame; the way begins when the window has the pointer.
+
+        The button goes up when the window has followed: an X server tells where the pointer is from the window's edge,
+        and Wine would add the way once more to the place of a release that came before the window had moved.
+        """
+        before = self.window.rect
         self.user.press(*start)
         self.client.poll(lambda: self.client.focus()["capture"], lambda seen: seen == self.window.handle, "the capture")
         self.user.move(*end)
+        self.client.poll(lambda: self.window.rect, lambda rect: rect != before, "the window's following")
         self.user.release()
 
     def click_caption(self):

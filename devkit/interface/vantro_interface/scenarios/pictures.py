@@ -45,6 +45,8 @@ class Session:
 
     def set_width(self, width):
         left, top, right, bottom = self.chrome.window.rect
+        if right - left == width:
+            return
         self.chrome.drag((right - 2, (top + bottom) // 2), (left + width - 2, (top + bottom) // 2))
         self.client.poll(lambda: self.chrome.window.size[0], lambda seen: seen == width, f"a width of {width}")
 
