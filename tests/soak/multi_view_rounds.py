@@ -13,7 +13,6 @@ first round that leaves a player or a window.
 """
 
 import argparse
-import dataclasses
 import pathlib
 import statistics
 import subprocess
@@ -26,6 +25,7 @@ sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
 
 from tests.end_to_end.stream_server import StreamServer  # noqa: E402
 from tests.support.meters import Meters  # noqa: E402
+from tests.support.process_usage import process_of, usage  # noqa: E402
 from vantro_interface import host as hosts  # noqa: E402
 
 STREAMS = ("red", "green", "blue", "yellow")
@@ -35,33 +35,6 @@ REPORT_EVERY = 10  # rounds
 
 class Left(AssertionError):
     """A round left something behind."""
-
-
-@dataclasses.dataclass
-class Usage:
-    """What the system tells of the process."""
-
-    threads: int
-    files: int
-    private_kib: int
-
-
-def _process_id(executable):
-    name = hosts.windows_path(executable).encode()
-    for entry in pathlib.Path("/proc").glob("[0-9]*"):
-        try:
-            if (entry / "cmdline").read_bytes().startswith(name):
-                return int(entry.name)
-        except OSError:
-            pass  # It ended meanwhile.
-    raise RuntimeError(f"no process of {executable}")
-
-
-def usage(executable):
-    process = pathlib.Path("/proc") / str(_process_id(executable))
-    private = [line for line in (process / "smaps_rollup").read_text().splitlines() if line.startswith("Private_")]
-    return Usage(len(list((process / "task").iterdir())), len(list((process / "fd").iterdir())),
-                 sum(int(line.split()[1]) for line in private))
 
 
 class Rounds:
@@ -110,18 +83,19 @@ class Rounds:
 
 def tell(rounds, began, usage_now):
     print(f"{rounds.done:5} rounds in {time.monotonic() - began:6.1f} s: 1 player, 1 video window, "
-          f"{usage_now.threads} threads, {usage_now.files} files, {usage_now.private_kib} KiB", flush=True)
+          f"{usage_now.threads} threads, {usage_now.files} files, {usage_now.written_kib} KiB", flush=True)
 
 
 def soak(host, meters, url, arguments):
     rounds = Rounds(host.client, meters, url)
     rounds.begin()
+    process = process_of(host.executable)
     began, memory = time.monotonic(), {}
     while rounds.done < arguments.rounds and time.monotonic() - began < arguments.minutes * 60:
         rounds.play(count_players=(rounds.done + 1) % arguments.count_players_every == 0)
         if rounds.done % REPORT_EVERY == 0:
-            now = usage(host.executable)
-            memory[rounds.done] = now.private_kib
+            now = usage(process)
+            memory[rounds.done] = now.written_kib
             tell(rounds, began, now)
     if len(memory) > 2:
         # Streams are opened and closed all the time, so single values scatter by some 10 MB.

@@ -5,9 +5,9 @@
 
 A round is one setMedia. What follows it changes from round to round: nothing at all, the wait for onPlaying, the wait
 for a time. Every 25 rounds the player is stopped and the process is measured when it has come to rest. It must come to
-rest with the threads, files and handles that it had the first time, and its memory must not grow from one half of the storm to
-the other, which a storm of fewer than 400 rounds is too short to tell. A request without an answer within 20 s counts as a deadlock: the host is killed, and the kernel's view of
-its threads is printed.
+rest with the threads, files and handles that it had the first time, and its memory must not grow from one half of the
+storm to the other, which a storm of fewer than 400 rounds is too short to tell. A request without an answer within 20 s
+counts as a deadlock: the host is killed, and the kernel's view of its threads is printed.
 """
 
 import argparse
