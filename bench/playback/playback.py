@@ -22,6 +22,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
 
 from tests.end_to_end.stream_server import StreamServer  # noqa: E402
+from tests.support.process_usage import process_of, usage  # noqa: E402
 from vantro_interface import codec  # noqa: E402
 from vantro_interface.client import PLAYER_CHANNEL, WaitTimeout  # noqa: E402
 from vantro_interface.frames import Frame, Kind, read_frame  # noqa: E402
@@ -96,34 +97,29 @@ class QuietInterface:
 
 
 class Process:
-    """What the system tells of one Windows program, found by its folder."""
+    """What the system tells of one Windows program."""
 
-    def __init__(self, folder, executable):
-        self.pid = wait_for(lambda: self._find(str(folder), executable), f"the process of {executable}")
+    def __init__(self, executable):
+        self._folder = wait_for(lambda: self._find(executable), f"the process of {executable}")
 
     @staticmethod
-    def _find(folder, executable):
-        for entry in pathlib.Path("/proc").glob("[0-9]*"):
-            with contextlib.suppress(OSError):
-                command = (entry / "cmdline").read_bytes().decode(errors="replace").split("\0")[0]
-                # Wine shows a Windows program by its Windows path.
-                if command.replace("/", "\\").endswith(executable) and os.readlink(entry / "cwd") == folder:
-                    return int(entry.name)
+    def _find(executable):
+        with contextlib.suppress(ProcessLookupError):
+            return process_of(executable)
         return None
 
     def cpu_seconds(self):
         """Of the threads that run: exact, where the process's own count goes by hundredths. Streams that play steadily
         end no threads."""
         spent = 0
-        for thread in pathlib.Path(f"/proc/{self.pid}/task").iterdir():
+        for thread in (self._folder / "task").iterdir():
             with contextlib.suppress(OSError):
                 spent += int((thread / "schedstat").read_text().split()[0])
         return spent / 1e9
 
     def private_kilobytes(self):
         """Memory of the process alone: neither code nor what others share."""
-        text = pathlib.Path(f"/proc/{self.pid}/smaps_rollup").read_text()
-        return sum(int(line.split()[1]) for line in text.splitlines() if line.startswith("Private_Dirty"))
+        return usage(self._folder).written_kib
 
 
 class Program:
@@ -169,7 +165,7 @@ class HostProgram(Program):
         super().__init__(folder)
         self.host = Host(prefix, folder, libraries=bridge(), log=False, environment=self.bridge_environment())
         self.host.start()
-        self.process = Process(self.folder, "vantro.exe")
+        self.process = Process(self.host.executable)
 
     @property
     def client(self):
@@ -251,7 +247,7 @@ class BareProgram(Program):
             self.popen = subprocess.Popen([WINE, windows_path(self.folder / "bare_player.exe"), "commands"],
                                           cwd=self.folder, env=environment, stdin=subprocess.PIPE, stdout=output,
                                           stderr=subprocess.STDOUT, start_new_session=True)
-        self.process = Process(self.folder, "bare_player.exe")
+        self.process = Process(self.folder / "bare_player.exe")
         self.commands = 0
         self.tile_count = 1
         self.command("stop")
