@@ -1,0 +1,42 @@
+#include "runtime/log.h"
+
+#include <windows.h>
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace vantro::runtime {
+namespace {
+
+constexpr wchar_t kVariable[] = L"VANTRO_RUNTIME_LOG";
+
+// Null when the log is off or its file can't be opened. Never closed: libvlc's threads may outlive the statics.
+FILE* Open() {
+  wchar_t path[MAX_PATH];
+  const DWORD length = GetEnvironmentVariableW(kVariable, path, MAX_PATH);
+  return length > 0 && length < MAX_PATH ? _wfopen(path, L"ab") : nullptr;
+}
+
+FILE* File() {
+  static FILE* const file = Open();
+  return file;
+}
+
+}  // namespace
+
+bool LogIsOn() { return File() != nullptr; }
+
+void WriteLog(const char* format, ...) {
+  static const ULONGLONG start = GetTickCount64();
+  char text[1024];
+  va_list arguments;
+  va_start(arguments, format);
+  vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  // One call a line: the C library locks the file for each.
+  fprintf(File(), "[%10.3f] [%5lu] %s\n", static_cast<double>(GetTickCount64() - start) / 1000, GetCurrentThreadId(),
+          text);
+  fflush(File());
+}
+
+}  // namespace vantro::runtime

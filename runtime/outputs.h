@@ -1,0 +1,16 @@
+// The choice of the sound output of an instance.
+//
+// The host asks for DirectSound, which no libvlc 4 has any more. The library would fall back to the output of Windows'
+// audio session, whose volume and mute belong to the whole process: the last tile that was set would decide for all.
+// The output "waveout" keeps them for each player.
+#pragma once
+
+#include "runtime/libvlc_abi.h"
+
+namespace vantro::runtime {
+
+// libvlc_new, with waveout for an output that the library doesn't have, if it has waveout. The real library must be
+// usable. Any thread.
+Instance* NewInstance(int count, const char* const* arguments);
+
+}  // namespace vantro::runtime

@@ -1,0 +1,71 @@
+// One player as the host sees it, over one player of the real library.
+//
+// The host's handle is the address of this object, found in a list of living players, so that a call with a handle that
+// was released is ignored instead of reaching freed memory.
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+#include "runtime/event_list.h"
+#include "runtime/libvlc_abi.h"
+#include "runtime/sound.h"
+#include "runtime/tracks.h"
+
+namespace vantro::runtime {
+
+class Player {
+ public:
+  // Null when the library makes none. Any thread but libvlc's.
+  static PlayerHandle* New(Instance* instance);
+
+  // The living player of a handle; null for null and for a released one. Any thread. The object lives as long as the
+  // result, even when another thread releases the player.
+  static std::shared_ptr<Player> Find(const void* handle);
+
+  // Stops the player, closes its events and releases the real one. From one of libvlc's threads it doesn't wait for the
+  // stop.
+  static void Release(PlayerHandle* handle);
+
+  Player();
+  ~Player();
+  Player(const Player&) = delete;
+  Player& operator=(const Player&) = delete;
+
+  RealPlayer* real() const { return real_; }
+  EventList& events() { return events_; }
+  Sound& sound() { return sound_; }
+  TrackNumbers& audioTracks() { return audioTracks_; }
+  TrackNumbers& textTracks() { return textTracks_; }
+
+  // An event of the real player, on the thread that raised it: one of libvlc's, or the one that calls set_media.
+  void Deliver(Event event);
+
+  // Any thread. Without a window the library would open one of its own: the media is told to show nothing instead.
+  void SetWindow(void* window);
+  void SetMedia(Media* media);
+  int Play();
+
+  // Stops and waits until the player is at rest, for kLongestStop at most (stop.h).
+  void Stop();
+
+ private:
+  void Follow(const Event& event);
+  void ShowNothing(Media* media);
+  bool AtRest(unsigned stopsBefore, unsigned long long waited) const;
+
+  RealPlayer* real_ = nullptr;
+  EventList events_;
+  Sound sound_;
+  TrackNumbers audioTracks_;
+  TrackNumbers textTracks_;
+
+  std::atomic<void*> window_{nullptr};
+  std::atomic<bool> showsNothing_{false};  // the current media was told so
+
+  std::atomic<unsigned> stops_{0};           // Stopped events delivered
+  std::atomic<bool> startIsPending_{false};  // play was asked for, and no event has followed yet
+  void* changed_;                            // event object: set with each Stopped
+};
+
+}  // namespace vantro::runtime

@@ -1,0 +1,34 @@
+// The wait of a synchronous stop.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+namespace vantro::runtime {
+
+// No stop waits longer, in milliseconds.
+inline constexpr ULONGLONG kLongestStop = 5000;
+
+// How long a player that was just started may read as stopped before its stop counts as done, in milliseconds.
+inline constexpr ULONGLONG kQuietStart = 250;
+
+// Waits until `done` returns true, for kLongestStop at most; returns whether it did. Meanwhile messages that other
+// threads *send* to windows of the calling thread are served, since libvlc's threads do that while they close a
+// picture. Posted messages stay in the queue, in their order. `done` is asked at once, whenever `wake` is set, and
+// every few milliseconds.
+bool WaitServingSentMessages(HANDLE wake, const std::function<bool()>& done);
+
+// Marks the calling thread as one of libvlc's for the life of the object: it is inside an event.
+class LibvlcThreadScope {
+ public:
+  LibvlcThreadScope();
+  ~LibvlcThreadScope();
+  LibvlcThreadScope(const LibvlcThreadScope&) = delete;
+  LibvlcThreadScope& operator=(const LibvlcThreadScope&) = delete;
+};
+
+// True inside an event of any player: a wait for libvlc there would wait for itself.
+bool OnLibvlcThread();
+
+}  // namespace vantro::runtime
