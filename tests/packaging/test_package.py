@@ -8,6 +8,8 @@ from pathlib import Path
 
 import pytest
 
+from tests.packaging.runtimes import check_runtime, make_runtime, published
+
 ROOT = Path(__file__).resolve().parents[2]
 BUILD = ROOT / "out" / "build" / "mingw"
 
@@ -20,10 +22,7 @@ def package(tmp_path_factory):
     (bundle / "data" / "flutter_assets").mkdir(parents=True)
     (bundle / "data" / "icudtl.dat").write_bytes(b"icu")
     (bundle / "data" / "flutter_assets" / "asset name with blanks.txt").write_text("asset")
-    (runtime / "plugins").mkdir(parents=True)
-    (runtime / "plugins" / "plugin.dll").write_bytes(b"plugin")
-    for library in ("libvlc.dll", "libvlccore.dll"):
-        (runtime / library).write_bytes(b"library")
+    make_runtime(runtime, published(check_runtime.interfaces()[0]))
     subprocess.run([ROOT / "packaging" / "make-package", "--bundle", bundle, "--runtime", runtime, "--out", base / "out"],
                    check=True, stdout=subprocess.DEVNULL)
     return base / "out"
@@ -33,7 +32,7 @@ def contents(folder: Path) -> set[str]:
     return {str(path.relative_to(folder)) for path in folder.rglob("*") if path.is_file()}
 
 
-EXPECTED = {"vantro.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt", "libvlc.dll", "libvlccore.dll",
+EXPECTED = {"vantro.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt", "libvlc.dll", "libvlc-real.dll", "libvlccore.dll",
             "plugins/plugin.dll", "data/icudtl.dat", "data/flutter_assets/asset name with blanks.txt"}
 
 
@@ -57,6 +56,12 @@ def test_zip_holds_the_host_its_texts_the_bundle_and_the_runtime(package, tmp_pa
     [archive] = package.glob("vantro-*-windows-x86-64.zip")
     zipfile.ZipFile(archive).extractall(tmp_path)
     assert contents(tmp_path / archive.stem) == EXPECTED
+
+
+def test_adapter_is_libvlc_and_the_runtime_lies_under_it(package):
+    [stage] = [folder for folder in package.glob("vantro-*") if folder.is_dir()]
+    assert "libvlc_media_player_stop" in check_runtime.exports_of(stage / "libvlc.dll")
+    assert check_runtime.exports_of(stage / "libvlc-real.dll") == published(check_runtime.interfaces()[0])
 
 
 def test_shipped_executable_is_stripped_and_its_symbols_stand_apart(package):

@@ -1,0 +1,34 @@
+"""Stand-in runtimes for the packages: Windows libraries that export what a test says and do nothing."""
+
+import pathlib
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.append(str(ROOT / "packaging"))
+
+import check_runtime  # noqa: E402
+
+
+def published(interface):
+    """The exports of a published libvlc 4 with that interface."""
+    return {*check_runtime.needed_functions(), *interface}
+
+
+def make_library(path, names):
+    """A 64-bit library with these exports."""
+    source, definition = path.with_suffix(".c"), path.with_suffix(".def")
+    source.write_text("".join(f"void {name}(void) {{}}\n" for name in sorted(names)))
+    definition.write_text("EXPORTS\n" + "".join(f"  {name}\n" for name in sorted(names)))
+    subprocess.run(["x86_64-w64-mingw32-gcc-posix", "-shared", "-nostdlib", "-Wl,-e,0", "-o", path, source, definition],
+                   check=True)
+    source.unlink()
+    definition.unlink()
+
+
+def make_runtime(folder, names):
+    """A runtime folder whose libvlc.dll has these exports."""
+    (folder / "plugins").mkdir(parents=True)
+    (folder / "plugins" / "plugin.dll").write_bytes(b"plugin")
+    (folder / "libvlccore.dll").write_bytes(b"core")
+    make_library(folder / "libvlc.dll", names)

@@ -1,0 +1,97 @@
+"""Which libvlc a package takes, and what is said of one that it doesn't take."""
+
+import subprocess
+
+import pytest
+
+from tests.packaging.runtimes import ROOT, check_runtime, make_runtime, published
+
+EVENTS, CALLBACKS = check_runtime.interfaces()
+
+
+@pytest.fixture
+def runtime(tmp_path):
+    make_runtime(tmp_path / "runtime", published(EVENTS))
+    return tmp_path / "runtime"
+
+
+def refusal(folder):
+    with pytest.raises(check_runtime.Unfit) as caught:
+        check_runtime.library_of(folder)
+    return str(caught.value)
+
+
+def test_needed_functions_and_marks_are_read_from_the_adapter():
+    assert len(check_runtime.needed_functions()) >= 30
+    assert EVENTS == ["libvlc_media_player_event_manager", "libvlc_media_player_new", "libvlc_event_attach",
+                      "libvlc_event_detach"]
+    assert CALLBACKS == ["libvlc_media_player_set_next_media", "libvlc_media_player_new"]
+
+
+@pytest.mark.parametrize("interface", [EVENTS, CALLBACKS], ids=["events", "callbacks"])
+def test_published_libvlc_4_of_each_interface_is_accepted(tmp_path, interface):
+    make_runtime(tmp_path / "runtime", published(interface))
+    assert check_runtime.library_of(tmp_path / "runtime") == tmp_path / "runtime" / "libvlc.dll"
+
+
+def test_library_under_an_adapter_is_preferred(runtime):
+    (runtime / "libvlc.dll").rename(runtime / "libvlc-real.dll")
+    (runtime / "libvlc.dll").write_bytes(b"an adapter")
+    assert check_runtime.library_of(runtime).name == "libvlc-real.dll"
+
+
+def test_libvlc_3_is_refused(tmp_path):
+    make_runtime(tmp_path / "runtime", {"libvlc_new", "libvlc_media_player_stop", "libvlc_media_player_new"})
+    assert "libvlc 3 or older" in refusal(tmp_path / "runtime")
+
+
+def test_32_bit_library_is_refused(runtime):
+    image = bytearray((runtime / "libvlc.dll").read_bytes())
+    header = int.from_bytes(image[0x3C:0x40], "little")
+    image[header + 4:header + 6] = (0x14C).to_bytes(2, "little")
+    (runtime / "libvlc.dll").write_bytes(image)
+    assert "built for I386" in refusal(runtime)
+
+
+def test_unknown_interface_is_refused(tmp_path):
+    make_runtime(tmp_path / "runtime", published(EVENTS) - {EVENTS[0]})
+    assert refusal(tmp_path / "runtime").endswith(f"it exports neither {EVENTS[0]} nor {CALLBACKS[0]}")
+
+
+@pytest.mark.parametrize("missing", ["libvlc_video_get_size", "libvlc_event_detach"])
+def test_libvlc_4_that_lacks_a_needed_function_is_refused_by_its_name(tmp_path, missing):
+    make_runtime(tmp_path / "runtime", published(EVENTS) - {missing})
+    assert refusal(tmp_path / "runtime") == f"libvlc.dll: it is a libvlc 4 that lacks {missing}"
+
+
+def test_other_library_is_refused(tmp_path):
+    make_runtime(tmp_path / "runtime", {"something_else"})
+    assert "it is no libvlc" in refusal(tmp_path / "runtime")
+
+
+def test_file_that_is_no_library_is_refused(runtime):
+    (runtime / "libvlc.dll").write_bytes(b"text")
+    assert "not a Windows library" in refusal(runtime)
+
+
+def test_folder_without_libvlc_is_refused(tmp_path):
+    assert refusal(tmp_path) == "there is no libvlc.dll in it"
+
+
+def test_folder_without_libvlccore_is_refused(runtime):
+    (runtime / "libvlccore.dll").unlink()
+    assert "no libvlccore.dll" in refusal(runtime)
+
+
+def test_folder_without_plugins_is_refused(runtime):
+    (runtime / "plugins" / "plugin.dll").unlink()
+    assert "no plugins folder" in refusal(runtime)
+
+
+def test_package_is_not_made_of_a_runtime_that_will_not_do(tmp_path):
+    make_runtime(tmp_path / "runtime", {"libvlc_new"})
+    result = subprocess.run([ROOT / "packaging/make-package", "--runtime", tmp_path / "runtime", "--out", tmp_path / "out"],
+                            capture_output=True, text=True)
+    assert result.returncode == 1
+    assert "libvlc 3 or older" in result.stderr
+    assert not (tmp_path / "out").exists()
