@@ -9,7 +9,7 @@
 //   popup               one more empty window, owned by the first
 //   engine              one more view of the embedding, with an engine of its own
 //
-// The bridge tells (VANTRO_BRIDGE_TIMES) when a picture stood.
+// The development library tells (VANTRO_LIBVLC_TIMES) when a picture stood.
 #include <windows.h>
 
 #include <cstdio>

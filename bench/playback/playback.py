@@ -2,7 +2,8 @@
 
     playback.py [--rounds N] [--tile-rounds N] [--only PART]
 
-Both programs have the bridge beside them, share one Wine prefix and take turns, so that what else the machine does falls
+Both programs have the development library beside them, share one Wine prefix and take turns, so that what else the
+machine does falls
 on both alike. Prints tables in Markdown.
 """
 
@@ -42,7 +43,7 @@ MOMENTS = {
 
 
 def clock():
-    """The clock of the bridge's log of times and, under Wine, of QueryPerformanceCounter."""
+    """The clock of the development library's log of times and, under Wine, of QueryPerformanceCounter."""
     return time.clock_gettime(time.CLOCK_MONOTONIC_RAW)
 
 
@@ -123,15 +124,15 @@ class Process:
 
 
 class Program:
-    """One of the two that are compared: its process and what the bridge tells of it."""
+    """One of the two that are compared: its process and what the development library tells of it."""
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
         self.times = Log(f"{folder}.times")
         self.stats = Log(f"{folder}.stats")
 
-    def bridge_environment(self):
-        return {"VANTRO_BRIDGE_TIMES": str(self.times.path), "VANTRO_BRIDGE_STATS": str(self.stats.path)}
+    def library_environment(self):
+        return {"VANTRO_LIBVLC_TIMES": str(self.times.path), "VANTRO_LIBVLC_STATS": str(self.stats.path)}
 
     def displayed(self):
         """Pictures that libvlc counts as shown, of all players, by their newest lines."""
@@ -163,7 +164,7 @@ class HostProgram(Program):
 
     def __init__(self, prefix, folder):
         super().__init__(folder)
-        self.host = Host(prefix, folder, libraries=bridge(), log=False, environment=self.bridge_environment())
+        self.host = Host(prefix, folder, libraries=bridge(), log=False, environment=self.library_environment())
         self.host.start()
         self.process = Process(self.host.executable)
 
@@ -241,7 +242,7 @@ class BareProgram(Program):
     def __init__(self, prefix, folder):
         super().__init__(folder)
         make_bare_folder(self.folder)
-        environment = {**prefix.environment, **self.bridge_environment(), "VANTRO_LOOPBACK_PORT": "0"}
+        environment = {**prefix.environment, **self.library_environment(), "VANTRO_LOOPBACK_PORT": "0"}
         self.output = self.folder / "output.txt"
         with open(self.output, "wb") as output:
             self.popen = subprocess.Popen([WINE, windows_path(self.folder / "bare_player.exe"), "commands"],
@@ -333,11 +334,11 @@ def measure_pictures(prefix, folder, server, rounds):
 
 
 def measure_interval(program, seconds):
-    """Processor time and pictures of some seconds, between two lines of the bridge's statistics."""
+    """Processor time and pictures of some seconds, between two lines of the development library's statistics."""
 
     def next_line():
         before = len(program.stats.lines())
-        wait_for(lambda: len(program.stats.lines()) > before, "the bridge's statistics")
+        wait_for(lambda: len(program.stats.lines()) > before, "the development library's statistics")
         return clock(), program.process.cpu_seconds(), program.displayed()
 
     with program.alone():

@@ -1,4 +1,4 @@
-"""Fixtures for tests of the built host with the bridge: real streams are played and looked at."""
+"""Fixtures for tests of the built host with the development library: real streams are played and looked at."""
 
 import pathlib
 import sys

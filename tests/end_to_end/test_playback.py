@@ -1,4 +1,4 @@
-"""Streams of every kind play through the built host and the bridge: replies, events, and a host that still answers."""
+"""Streams of every kind play through the built host: replies, events, and a host that still answers."""
 
 import dataclasses
 import itertools

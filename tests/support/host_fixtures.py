@@ -108,7 +108,7 @@ def host(wine_prefix, tmp_path):
 
 @pytest.fixture
 def player_host(wine_prefix, tmp_path):
-    """Starts the built host with the bridge, so that real streams play. Its windows have no display; their pictures
+    """Starts the built host so that real streams play. Its windows have no display; their pictures
     come from client.capture."""
     libraries = hosts.bridge()
     _require(hosts.BUILD / "vantro.exe", *libraries.values())

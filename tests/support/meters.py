@@ -1,6 +1,6 @@
-"""Reads what the bridge tells about its players once a second: which play, what they show and which tone is heard.
+"""Reads what the development library tells about its players once a second: which play, what they show and which tone is heard.
 
-A host gets it with environment=meters.environment; devkit/bridge/meter_log.h describes the lines.
+A host gets it with environment=meters.environment; devkit/libvlc/meter_log.h describes the lines.
 """
 
 import dataclasses
@@ -42,7 +42,7 @@ class Meters:
 
     @property
     def environment(self):
-        return {"VANTRO_BRIDGE_STATS": str(self._path)}
+        return {"VANTRO_LIBVLC_STATS": str(self._path)}
 
     def seconds(self):
         """For each second in which there were players a tuple of their readings, the oldest second first."""

@@ -39,7 +39,7 @@ def scripted(variant="full"):
 
 def bridge(variant="early4"):
     """The libraries that play through Debian's libvlc, as one of two generations of libvlc 4."""
-    folder = BUILD / "bridge" / variant
+    folder = BUILD / "libvlc" / variant
     return {"libvlc.dll": folder / "libvlc.dll", "libvlccore.dll": folder / "libvlccore.dll"}
 
 

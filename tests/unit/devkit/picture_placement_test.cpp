@@ -1,8 +1,8 @@
-#include "devkit/bridge/picture_placement.h"
+#include "devkit/libvlc/picture_placement.h"
 
 #include <gtest/gtest.h>
 
-namespace vantro::vlc_bridge {
+namespace vantro::devlib {
 namespace {
 
 struct Row {
@@ -35,4 +35,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<Row>& row) { return row.param.name; });
 
 }  // namespace
-}  // namespace vantro::vlc_bridge
+}  // namespace vantro::devlib

@@ -1,4 +1,4 @@
-"""The demonstration: the built host plays real streams through the bridge and is driven over its real channels.
+"""The demonstration: the built host plays real streams and is driven over its real channels.
 
 Without addresses the story uses generated streams; with addresses each of them is played for a while.
 """

@@ -1,2 +1,0 @@
-// The host only asks that this library is there; everything of libvlc's core is on the other side of libvlc.dll.
-__declspec(dllexport) const char vantro_bridge_core[] = "core of the bridge to libvlc 3";

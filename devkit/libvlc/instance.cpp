@@ -1,0 +1,80 @@
+#include "instance.h"
+
+#include <vlc/vlc.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <mutex>
+#include <vector>
+
+#include "report.h"
+
+namespace vantro::devlib {
+namespace {
+
+// What every instance gets behind the program's arguments: pictures stay in memory that the development library can
+// read, a snapshot does not leave its preview in the picture, and no sound card is looked for (the program asks for
+// Windows' one).
+constexpr const char* kOwnArguments[] = {"--avcodec-hw=none", "--no-snapshot-preview", "--aout=amem"};
+
+// libvlc's own messages, which would flood standard error.
+void PassOn(void*, int level, const libvlc_log_t*, const char* format, va_list arguments) {
+  if (level < LIBVLC_WARNING) return;
+  char text[512];
+  vsnprintf(text, sizeof text, format, arguments);
+  Trace("libvlc %s: %s", level == LIBVLC_ERROR ? "error" : "warning", text);
+}
+
+// The program looks for Windows' plugins and tells of them in the environment; here libvlc knows its own.
+void ForgetWindowsPluginPath() {
+  const char* path = getenv("VLC_PLUGIN_PATH");
+  if (path && strchr(path, '\\')) unsetenv("VLC_PLUGIN_PATH");
+}
+
+// With its last instance libvlc unloads its plugins, although a thread that has used one may still be about to end and
+// would then run clean-up code that is gone. One reference to the first instance is kept for good.
+void KeepPluginsLoaded(libvlc_instance_t* native) {
+  static std::once_flag once;
+  std::call_once(once, [native] { libvlc_retain(native); });
+}
+
+libvlc_instance_t* Try(const std::vector<const char*>& arguments) {
+  return libvlc_new(static_cast<int>(arguments.size()), arguments.data());
+}
+
+}  // namespace
+
+Instance* Instance::Create(int count, const char* const* arguments) {
+  ForgetWindowsPluginPath();
+  std::vector<const char*> wanted(arguments, arguments + count);
+  wanted.insert(wanted.end(), std::begin(kOwnArguments), std::end(kOwnArguments));
+  libvlc_instance_t* native = Try(wanted);
+  if (!native) {
+    std::vector<const char*> known;
+    for (const char* argument : wanted) {
+      known.push_back(argument);
+      if (libvlc_instance_t* tried = Try(known)) {
+        libvlc_release(tried);
+      } else {
+        Warn("libvlc %s does not take %s, going on without", libvlc_get_version(), argument);
+        known.pop_back();
+      }
+    }
+    native = Try(known);
+  }
+  if (!native) return nullptr;
+  libvlc_log_set(native, PassOn, nullptr);
+  KeepPluginsLoaded(native);
+  return new Instance(native);
+}
+
+Instance::~Instance() { libvlc_release(native_); }
+
+void Instance::Release() {
+  if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+}
+
+}  // namespace vantro::devlib

@@ -1,0 +1,145 @@
+#include "painter.h"
+
+#include <windows.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "canvas.h"
+#include "picture_placement.h"
+#include "windows_thread.h"
+
+namespace vantro::devlib {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Nobody tells when another window uncovers a paused picture, so it is drawn again this often.
+constexpr auto kRepaintPeriod = std::chrono::milliseconds(200);
+
+struct Shown {
+  std::shared_ptr<Canvas> canvas;
+  HWND window = nullptr;  // in which the last picture was drawn
+  Clock::time_point drawn{};
+};
+
+struct State {
+  std::mutex lock;
+  std::condition_variable wake;
+  bool woken = false;
+  bool started = false;
+  std::vector<std::shared_ptr<Canvas>> added;
+};
+
+// Never destroyed: libvlc's threads may still call while the process ends.
+State& state() {
+  static State* const instance = new State;
+  return *instance;
+}
+
+void FillBlack(HDC dc, int left, int top, int right, int bottom) {
+  if (right > left && bottom > top) PatBlt(dc, left, top, right - left, bottom - top, BLACKNESS);
+}
+
+void FillAround(HDC dc, const RECT& area, const Placement& place) {
+  FillBlack(dc, 0, 0, area.right, place.y);
+  FillBlack(dc, 0, place.y + place.height, area.right, area.bottom);
+  FillBlack(dc, 0, place.y, place.x, place.y + place.height);
+  FillBlack(dc, place.x + place.width, place.y, area.right, place.y + place.height);
+}
+
+// False when there is nothing to draw in.
+bool Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
+  RECT area;
+  if (!IsWindowVisible(window) || !GetClientRect(window, &area) || area.right <= 0 || area.bottom <= 0) return false;
+  HDC dc = GetDCEx(window, nullptr, DCX_CACHE | DCX_CLIPSIBLINGS | DCX_CLIPCHILDREN);
+  if (!dc) return false;
+  BITMAPINFO format{};
+  format.bmiHeader.biSize = sizeof format.bmiHeader;
+  format.bmiHeader.biWidth = static_cast<LONG>(frame.width);
+  format.bmiHeader.biHeight = -static_cast<LONG>(visible.height);
+  format.bmiHeader.biPlanes = 1;
+  format.bmiHeader.biBitCount = 32;
+  format.bmiHeader.biCompression = BI_RGB;
+  int width = static_cast<int>(visible.width);
+  int height = static_cast<int>(visible.height);
+  Placement place = PlacePicture(area.right, area.bottom, width, height, scale);
+  SetStretchBltMode(dc, COLORONCOLOR);
+  StretchDIBits(dc, place.x, place.y, place.width, place.height, 0, 0, width, height, frame.pixels.data(), &format,
+                DIB_RGB_COLORS, SRCCOPY);
+  FillAround(dc, area, place);
+  ReleaseDC(window, dc);
+  return true;
+}
+
+void GiveBackgroundBack(Shown* shown) {
+  if (shown->window) InvalidateRect(shown->window, nullptr, TRUE);
+  shown->window = nullptr;
+}
+
+// Brings one window up to date. False when its canvas is of no more use.
+bool Show(Shown* shown, Clock::time_point now) {
+  bool changed = false;
+  std::shared_ptr<const Frame> frame = shown->canvas->Newest(&changed);
+  HWND window = static_cast<HWND>(shown->canvas->window());
+  if (!frame || window != shown->window) GiveBackgroundBack(shown);
+  if (!frame) return !shown->canvas->closed();
+  if (!window || (!changed && shown->window && now - shown->drawn < kRepaintPeriod)) return true;
+  if (Draw(window, *frame, shown->canvas->VisibleSize(*frame), shown->canvas->scale())) shown->canvas->OnDrawn();
+  shown->window = window;
+  shown->drawn = now;
+  return true;
+}
+
+void Run() {
+  State& shared = state();
+  std::vector<Shown> windows;
+  bool pictures = false;
+  while (true) {
+    {
+      std::unique_lock guard(shared.lock);
+      auto woken = [&] { return shared.woken; };
+      if (pictures) {
+        shared.wake.wait_for(guard, kRepaintPeriod, woken);
+      } else {
+        shared.wake.wait(guard, woken);
+      }
+      shared.woken = false;
+      for (std::shared_ptr<Canvas>& canvas : shared.added) windows.push_back({std::move(canvas), nullptr, {}});
+      shared.added.clear();
+    }
+    Clock::time_point now = Clock::now();
+    std::erase_if(windows, [now](Shown& shown) { return !Show(&shown, now); });
+    pictures = false;
+    for (const Shown& shown : windows) pictures |= shown.window != nullptr;
+  }
+}
+
+}  // namespace
+
+bool Painter::Add(std::shared_ptr<Canvas> canvas) {
+  State& shared = state();
+  {
+    std::lock_guard guard(shared.lock);
+    shared.added.push_back(std::move(canvas));
+    shared.woken = true;
+    if (!shared.started) shared.started = StartWindowsThread(Run);
+    if (!shared.started) return false;
+  }
+  shared.wake.notify_one();
+  return true;
+}
+
+void Painter::Wake() {
+  State& shared = state();
+  {
+    std::lock_guard guard(shared.lock);
+    shared.woken = true;
+  }
+  shared.wake.notify_one();
+}
+
+}  // namespace vantro::devlib
