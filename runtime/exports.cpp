@@ -195,7 +195,7 @@ TrackDescription* libvlc_audio_get_track_description(PlayerHandle* handle) {
 
 int libvlc_audio_set_track(PlayerHandle* handle, int track) {
   const auto player = Player::Find(handle);
-  return player ? SelectTrack(player->real(), TrackType::kAudio, player->audioTracks(), track) : -1;
+  return player ? SelectTrack(player->real(), TrackType::kAudio, &player->audioTracks(), track) : -1;
 }
 
 // Video.
@@ -215,7 +215,7 @@ TrackDescription* libvlc_video_get_spu_description(PlayerHandle* handle) {
 
 int libvlc_video_set_spu(PlayerHandle* handle, int track) {
   const auto player = Player::Find(handle);
-  return player ? SelectTrack(player->real(), TrackType::kText, player->textTracks(), track) : -1;
+  return player ? SelectTrack(player->real(), TrackType::kText, &player->textTracks(), track) : -1;
 }
 
 void libvlc_track_description_list_release(TrackDescription* list) { FreeTrackDescriptions(list); }

@@ -4,6 +4,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <string>
 
 namespace vantro::runtime {
 namespace {
@@ -12,9 +13,10 @@ constexpr wchar_t kVariable[] = L"VANTRO_RUNTIME_LOG";
 
 // Null when the log is off or its file can't be opened. Never closed: libvlc's threads may outlive the statics.
 FILE* Open() {
-  wchar_t path[MAX_PATH];
-  const DWORD length = GetEnvironmentVariableW(kVariable, path, MAX_PATH);
-  return length > 0 && length < MAX_PATH ? _wfopen(path, L"ab") : nullptr;
+  std::wstring path(GetEnvironmentVariableW(kVariable, nullptr, 0), L'\0');
+  if (path.empty()) return nullptr;
+  GetEnvironmentVariableW(kVariable, path.data(), static_cast<DWORD>(path.size()));
+  return _wfopen(path.c_str(), L"ab");
 }
 
 FILE* File() {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <mutex>
+#include <thread>
 #include <unordered_map>
 
 #include "runtime/interface.h"
@@ -27,6 +28,10 @@ LivingPlayers& Living() {
   return *living;
 }
 
+bool EndsStart(int32_t type) {
+  return type == kOpening || type == kPlaying || type == kEncounteredError || type == kStopped;
+}
+
 }  // namespace
 
 PlayerHandle* Player::New(Instance* instance) {
@@ -49,15 +54,21 @@ std::shared_ptr<Player> Player::Find(const void* handle) {
 void Player::Release(PlayerHandle* handle) {
   const std::shared_ptr<Player> player = Find(handle);
   if (!player) return;
-  player->Stop();
+  const bool atRest = player->Stop();
   {
     const std::lock_guard guard(Living().lock);
     if (Living().byHandle.erase(handle) == 0) return;  // another thread released it meanwhile
   }
   player->events_.Close();
-  Real().beneath->endEvents(player.get());
-  Real().functions.libvlc_media_player_release(player->real_);
-  RUNTIME_LOG("player %p released", static_cast<void*>(handle));
+  player->released_.store(true);
+  if (atRest) return player->ReleaseReal();
+  std::thread([player] { player->ReleaseReal(); }).detach();
+}
+
+void Player::ReleaseReal() {
+  Real().beneath->endEvents(this);
+  Real().functions.libvlc_media_player_release(real_);
+  RUNTIME_LOG("player %p released", static_cast<void*>(this));
 }
 
 Player::Player() : changed_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
@@ -65,29 +76,16 @@ Player::Player() : changed_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 Player::~Player() { CloseHandle(changed_); }
 
 void Player::Deliver(Event event) {
+  const std::shared_ptr<Player> self = shared_from_this();  // a callback may release the player
   const LibvlcThreadScope here;
   event.object = this;
+  if (EndsStart(event.type)) startIsPending_.store(false);
   sound_.OnEvent(real_, event);
   events_.Deliver(event);
-  Follow(event);
-}
-
-// Behind the host's callbacks, so that a stop returns when the host has seen its Stopped.
-void Player::Follow(const Event& event) {
-  switch (event.type) {
-    case kStopped:
-      ++stops_;
-      startIsPending_.store(false);
-      SetEvent(changed_);
-      return;
-    case kOpening:
-    case kPlaying:
-    case kEncounteredError:
-      startIsPending_.store(false);
-      return;
-    default:
-      return;
-  }
+  if (event.type != kStopped) return;
+  // Behind the host's callbacks, so that a stop returns when the host has seen its Stopped.
+  ++stops_;
+  SetEvent(changed_);
 }
 
 void Player::SetWindow(void* window) {
@@ -121,23 +119,27 @@ void Player::ShowNothing(Media* media) {
   RUNTIME_LOG("player %p has no window: %s", static_cast<void*>(this), kShowNothing);
 }
 
-void Player::Stop() {
+bool Player::Stop() {
   const unsigned before = stops_.load();
   const int result = Real().functions.libvlc_media_player_stop_async(real_);
   if (OnLibvlcThread()) {
     RUNTIME_LOG("player %p: stop from a callback doesn't wait", static_cast<void*>(this));
-    return;
+    return false;
   }
-  if (result < 0 && Real().functions.libvlc_media_player_get_state(real_) != State::kStopping) return;
   const ULONGLONG began = GetTickCount64();
-  const bool done = WaitServingSentMessages(changed_, [&] { return AtRest(before, GetTickCount64() - began); });
+  const bool nothingToStop = result < 0 && Real().functions.libvlc_media_player_get_state(real_) != State::kStopping;
+  const bool done =
+      nothingToStop || WaitServingSentMessages(changed_, [&] { return AtRest(before, GetTickCount64() - began); });
+  if (done && stops_.load() == before && !released_.load()) Deliver({kStopped, nullptr, {}});
   RUNTIME_LOG("player %p: stop took %llu ms%s", static_cast<void*>(this), GetTickCount64() - began,
               done ? "" : " and was given up");
+  return done;
 }
 
 // A player that was started a moment ago still reads as stopped, and its stop may come and go without an event.
 bool Player::AtRest(unsigned stopsBefore, ULONGLONG waited) const {
   if (stops_.load() != stopsBefore) return true;
+  if (released_.load()) return true;  // by another thread, or by a message served meanwhile
   if (startIsPending_.load() && waited < kQuietStart) return false;
   const State state = Real().functions.libvlc_media_player_get_state(real_);
   return state == State::kStopped || state == State::kNothingSpecial;

@@ -14,7 +14,7 @@
 
 namespace vantro::runtime {
 
-class Player {
+class Player : public std::enable_shared_from_this<Player> {
  public:
   // Null when the library makes none. Any thread but libvlc's.
   static PlayerHandle* New(Instance* instance);
@@ -23,8 +23,8 @@ class Player {
   // result, even when another thread releases the player.
   static std::shared_ptr<Player> Find(const void* handle);
 
-  // Stops the player, closes its events and releases the real one. From one of libvlc's threads it doesn't wait for the
-  // stop.
+  // Stops the player, closes its events and releases the real one. Where the library's release would wait longer than a
+  // stop may, which is from inside an event and for a player that doesn't stop, a thread of its own calls it.
   static void Release(PlayerHandle* handle);
 
   Player();
@@ -32,7 +32,7 @@ class Player {
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
 
-  RealPlayer* real() const { return real_; }
+  RealPlayer* real() const { return real_.load(); }
   EventList& events() { return events_; }
   Sound& sound() { return sound_; }
   TrackNumbers& audioTracks() { return audioTracks_; }
@@ -46,15 +46,20 @@ class Player {
   void SetMedia(Media* media);
   int Play();
 
-  // Stops and waits until the player is at rest, for kLongestStop at most (stop.h).
-  void Stop();
+  // Stops and waits until the player is at rest, for kLongestStop at most (stop.h). From inside an event it doesn't
+  // wait. Returns whether the player is at rest.
+  //
+  // The host gets one Stopped for each stop that comes to rest. Where the library sends none, because there was nothing
+  // to stop, it is delivered here, on the calling thread: the host hides the Stopped of a stop that it makes for itself,
+  // and without one it would hide the end of the next stream.
+  bool Stop();
 
  private:
-  void Follow(const Event& event);
+  void ReleaseReal();
   void ShowNothing(Media* media);
   bool AtRest(unsigned stopsBefore, unsigned long long waited) const;
 
-  RealPlayer* real_ = nullptr;
+  std::atomic<RealPlayer*> real_{nullptr};  // null until the library has returned it; events may come before
   EventList events_;
   Sound sound_;
   TrackNumbers audioTracks_;
@@ -63,6 +68,7 @@ class Player {
   std::atomic<void*> window_{nullptr};
   std::atomic<bool> showsNothing_{false};  // the current media was told so
 
+  std::atomic<bool> released_{false};
   std::atomic<unsigned> stops_{0};           // Stopped events delivered
   std::atomic<bool> startIsPending_{false};  // play was asked for, and no event has followed yet
   void* changed_;                            // event object: set with each Stopped

@@ -34,10 +34,14 @@ std::wstring RealPath() {
 }
 
 bool Load(RealLibrary* library) {
+  // The adapter reports; Windows shows no box of its own for a damaged file.
+  DWORD mode = 0;
+  SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);
   // The altered search path finds libvlccore.dll beside the library.
   module = LoadLibraryExW(RealPath().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-  if (module) return true;
   const DWORD error = GetLastError();
+  SetThreadErrorMode(mode, nullptr);
+  if (module) return true;
   const std::string code = " (error " + std::to_string(error) + ").";
   if (error == ERROR_MOD_NOT_FOUND || error == ERROR_FILE_NOT_FOUND) {
     library->refusal = "libvlc-real.dll, or a library that it needs, was not found beside libvlc.dll" + code;
@@ -49,20 +53,23 @@ bool Load(RealLibrary* library) {
   return false;
 }
 
+std::string Lacks(const char* function) {
+  return std::string("libvlc-real.dll lacks ") + function + ", which the runtime adapter needs.";
+}
+
 // Asked before the functions are looked up, so that an older library is named by its version and not by what it lacks.
 bool HasNeededMajor(RealLibrary* library) {
   const auto abiVersion = reinterpret_cast<unsigned (*)()>(Find("libvlc_abi_version"));
   const auto version = reinterpret_cast<const char* (*)()>(Find("libvlc_get_version"));
-  const unsigned major = abiVersion ? abiVersion() >> 24 : 0;
-  if (major == kNeededMajor) return true;
+  if (!abiVersion) {
+    library->refusal = Lacks("libvlc_abi_version");
+    return false;
+  }
+  if (abiVersion() >> 24 == kNeededMajor) return true;
   const char* const text = version ? version() : nullptr;
   library->refusal = std::string("libvlc-real.dll is version ") + (text ? text : "unknown") +
                      ", and the runtime adapter needs a libvlc " + std::to_string(kNeededMajor) + ".";
   return false;
-}
-
-std::string Lacks(const char* function) {
-  return std::string("libvlc-real.dll lacks ") + function + ", which the runtime adapter needs.";
 }
 
 // True when every needed function is there; the first missing one is named otherwise.

@@ -53,11 +53,6 @@ int TrackNumbers::NumberOf(const char* id) {
   return number;
 }
 
-std::string TrackNumbers::IdOf(int number) const {
-  const std::lock_guard guard(lock_);
-  return number >= 0 && static_cast<size_t>(number) < ids_.size() ? ids_[static_cast<size_t>(number)] : "";
-}
-
 std::string ReadableName(const Track& track, size_t place) {
   if (IsThere(track.name)) return track.name;
   if (IsThere(track.language) && IsThere(track.description)) {
@@ -90,21 +85,22 @@ void FreeTrackDescriptions(TrackDescription* list) {
   }
 }
 
-int SelectTrack(RealPlayer* real, TrackType type, const TrackNumbers& numbers, int number) {
+int SelectTrack(RealPlayer* real, TrackType type, TrackNumbers* numbers, int number) {
   if (number == kNoTrack) {
     Real().functions.libvlc_media_player_unselect_track_type(real, type);
     return 0;
   }
-  const std::string wanted = numbers.IdOf(number);
   const TrackListPtr list = TracksOf(real, type);
-  const std::vector<const Track*> tracks = Identified(list.get());
-  const bool exists =
-      std::any_of(tracks.begin(), tracks.end(), [&](const Track* track) { return wanted == track->id; });
-  if (!exists) {
+  const Track* wanted = nullptr;
+  // Every track gets its number, also when no list was asked for before.
+  for (const Track* track : Identified(list.get())) {
+    if (numbers->NumberOf(track->id) == number) wanted = track;
+  }
+  if (!wanted) {
     RUNTIME_LOG("track %d of type %d is not there", number, static_cast<int>(type));
     return -1;
   }
-  Real().functions.libvlc_media_player_select_tracks_by_ids(real, type, wanted.c_str());
+  Real().functions.libvlc_media_player_select_tracks_by_ids(real, type, wanted->id);
   return 0;
 }
 

@@ -18,11 +18,9 @@ inline constexpr int kNoTrack = -1;
 class TrackNumbers {
  public:
   int NumberOf(const char* id);
-  // Empty when the number was never given.
-  std::string IdOf(int number) const;
 
  private:
-  mutable std::mutex lock_;
+  std::mutex lock_;
   std::vector<std::string> ids_;
 };
 
@@ -34,7 +32,8 @@ std::string ReadableName(const Track& track, size_t place);
 TrackDescription* DescribeTracks(RealPlayer* real, TrackType type, TrackNumbers* numbers);
 void FreeTrackDescriptions(TrackDescription* list);
 
-// Selects the track of the number, or none with kNoTrack. Returns 0, or -1 when the player has no such track now.
-int SelectTrack(RealPlayer* real, TrackType type, const TrackNumbers& numbers, int number);
+// Selects the track of the number, or none with kNoTrack. Returns 0, or -1 when the player has no such track now. No
+// list needs to have been asked for before.
+int SelectTrack(RealPlayer* real, TrackType type, TrackNumbers* numbers, int number);
 
 }  // namespace vantro::runtime

@@ -1,0 +1,177 @@
+#include "tests/unit/runtime/adapter.h"
+
+#include <bit>
+
+namespace vantro::test {
+namespace {
+
+std::filesystem::path ProgramFolder() {
+  wchar_t path[MAX_PATH] = L"";
+  GetModuleFileNameW(nullptr, path, MAX_PATH);
+  return std::filesystem::path(path).parent_path();
+}
+
+HMODULE Load(const std::filesystem::path& library) {
+  const HMODULE module = LoadLibraryExW(library.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  EXPECT_NE(module, nullptr) << library.string() << ": error " << GetLastError();
+  return module;
+}
+
+template <typename Function>
+void Find(HMODULE module, const char* name, Function& slot) {
+  slot = reinterpret_cast<Function>(GetProcAddress(module, name));
+}
+
+}  // namespace
+
+Adapter::Adapter(HMODULE module) : LibVlcFunctions{} {
+  ResolveLibVlcFunctions(module, *this);
+  Find(module, "libvlc_media_player_stop_async", libvlc_media_player_stop_async);
+  Find(module, "libvlc_media_get_stats", libvlc_media_get_stats);
+  Find(module, "libvlc_video_take_snapshot", libvlc_video_take_snapshot);
+}
+
+std::string NameOf(Guise guise) { return guise == Guise::kEvents ? "events" : "callbacks"; }
+
+std::filesystem::path RealLibraryFile(Guise guise) { return ProgramFolder() / NameOf(guise) / "libvlc-real.dll"; }
+
+const Adapter& AdapterOver(Guise guise) {
+  static const Adapter events(Load(ProgramFolder() / "events" / "libvlc.dll"));
+  static const Adapter callbacks(Load(ProgramFolder() / "callbacks" / "libvlc.dll"));
+  return guise == Guise::kEvents ? events : callbacks;
+}
+
+FreshAdapter::FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder)
+    : folder_(scratch_ / subfolder), module_(nullptr), adapter_([&] {
+        std::filesystem::create_directories(folder_);
+        std::filesystem::copy_file(ProgramFolder() / "events" / "libvlc.dll", folder_ / "libvlc.dll");
+        if (!realLibrary.empty()) WriteFileBytes(folder_ / "libvlc-real.dll", realLibrary);
+        module_ = Load(folder_ / "libvlc.dll");
+        return Adapter(module_);
+      }()) {}
+
+FreshAdapter::~FreshAdapter() {
+  const HMODULE real = GetModuleHandleW((folder_ / "libvlc-real.dll").c_str());
+  FreeLibrary(module_);
+  if (real) FreeLibrary(real);
+}
+
+void Receive(const libvlc_event_t* event, void* userData) {
+  auto* const received = static_cast<Received*>(userData);
+  received->last = *event;
+  received->threadId = GetCurrentThreadId();
+  ++received->calls;
+}
+
+void RunAction(const libvlc_event_t*, void* action) { (*static_cast<Action*>(action))(); }
+
+void AdapterTest::Start(Guise guise) {
+  guise_ = guise;
+  vlc_ = &AdapterOver(guise);
+  published::Reset();
+  instance_ = vlc().libvlc_new(0, nullptr);
+  player_ = vlc().libvlc_media_player_new(instance_);
+  real_ = published::Player(1);
+  published::ClearCalls();
+}
+
+void AdapterTest::TearDown() {
+  published::JoinThreads();
+  published::OnCall("libvlc_media_player_stop_async", {});
+  for (int number = 1; void* const real = published::Player(number); ++number)
+    published::SetState(real, published::kStopped);
+  vlc().libvlc_media_player_release(player_);
+  vlc().libvlc_release(instance_);
+  EXPECT_THAT(published::Violations(), testing::IsEmpty());
+  const published::LiveObjects live = published::Live();
+  EXPECT_EQ(live.instances, 0);
+  EXPECT_EQ(live.players, 0);
+  EXPECT_EQ(live.media, 0);
+  EXPECT_EQ(live.trackLists, 0);
+  EXPECT_EQ(live.outputLists, 0);
+}
+
+void AdapterTest::Reach(void* real, int stateEvent) {
+  struct Row {
+    int event;
+    published::State state;
+  };
+  constexpr Row kRows[] = {{kNothingSpecial, published::kNothingSpecial},
+                           {kOpening, published::kOpening},
+                           {kPlaying, published::kPlaying},
+                           {kPaused, published::kPaused},
+                           {kStopped, published::kStopped},
+                           {kStopping, published::kStopping}};
+  for (const Row& row : kRows) {
+    if (row.event != stateEvent) continue;
+    // Under one lock, as in libvlc: a state is never seen before its event has been told.
+    published::WithLock(real, [&] {
+      published::SetState(real, row.state);
+      if (guise_ == Guise::kEvents) {
+        published::Raise(real, row.event);
+      } else {
+        published::WithCallbacks(real, [&](const auto& cbs, void* opaque) { cbs.stateChanged(opaque, row.state); });
+      }
+    });
+  }
+}
+
+void AdapterTest::TellTime(int64_t milliseconds) {
+  if (guise_ == Guise::kEvents) {
+    published::Raise(real_, kTimeChanged, static_cast<uint64_t>(milliseconds));
+  } else {
+    published::WithCallbacks(
+        real_, [&](const auto& cbs, void* opaque) { cbs.positionChanged(opaque, milliseconds * 1000, 0.5); });
+  }
+}
+
+void AdapterTest::TellBuffering(float percent) {
+  if (guise_ == Guise::kEvents) {
+    published::Raise(real_, kBuffering, std::bit_cast<uint32_t>(percent));
+  } else {
+    published::WithCallbacks(real_,
+                             [&](const auto& cbs, void* opaque) { cbs.bufferingChanged(opaque, percent / 100.0f); });
+  }
+}
+
+void AdapterTest::TellMediaChanged() {
+  void* const media = published::MediaOf(real_);
+  if (guise_ == Guise::kEvents) {
+    published::Raise(real_, kMediaChanged, reinterpret_cast<uint64_t>(media));
+  } else {
+    published::WithCallbacks(real_, [&](const auto& cbs, void* opaque) { cbs.mediaChanged(opaque, media); });
+  }
+}
+
+void AdapterTest::TellTrackSelected(published::TrackType type) {
+  if (guise_ == Guise::kEvents) {
+    published::Raise(real_, kEsSelected, static_cast<uint64_t>(type));
+  } else {
+    published::WithCallbacks(
+        real_, [&](const auto& cbs, void* opaque) { cbs.trackSelectionChanged(opaque, type, nullptr, "id"); });
+  }
+}
+
+void AdapterTest::StopsAfter(unsigned milliseconds, Action first) {
+  published::OnCall("libvlc_media_player_stop_async", [=, this] {
+    published::OnCall("libvlc_media_player_stop_async", {});
+    published::SetState(real_, published::kStopping);
+    published::Later(milliseconds, [=, this] {
+      if (first) first();
+      Reach(kStopped);
+    });
+  });
+}
+
+void AdapterTest::NeverStops() {
+  published::SetState(real_, published::kPlaying);
+  published::OnCall("libvlc_media_player_stop_async", {});
+}
+
+uint64_t Taken(const Action& action) {
+  const ULONGLONG began = GetTickCount64();
+  action();
+  return GetTickCount64() - began;
+}
+
+}  // namespace vantro::test

@@ -1,0 +1,149 @@
+// The adapter's libvlc.dll as the host calls it, above the scripted published library.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+
+#include "devkit/published/published.h"
+#include "player/libvlc_functions.h"
+#include "tests/support/scratch_folder.h"
+
+namespace vantro::test {
+
+// Event numbers of libvlc 4.
+enum : int {
+  kMediaChanged = 0x100,
+  kNothingSpecial = 0x101,
+  kOpening = 0x102,
+  kBuffering = 0x103,
+  kPlaying = 0x104,
+  kPaused = 0x105,
+  kStopped = 0x106,
+  kStopping = 0x109,
+  kEncounteredError = 0x10A,
+  kTimeChanged = 0x10B,
+  kPositionChanged = 0x10C,
+  kSeekableChanged = 0x10D,
+  kLengthChanged = 0x111,
+  kEsSelected = 0x116,
+};
+
+// The functions of one loaded adapter, with the host's own signatures.
+struct Adapter : LibVlcFunctions {
+  explicit Adapter(HMODULE module);
+  decltype(&::libvlc_media_player_stop_async) libvlc_media_player_stop_async;
+  decltype(&::libvlc_media_get_stats) libvlc_media_get_stats;
+  decltype(&::libvlc_video_take_snapshot) libvlc_video_take_snapshot;
+
+  // The media creators, whose slots have no type.
+  libvlc_media_t* NewPath(const char* path) const { return NewMedia(libvlc_media_new_path, path); }
+  libvlc_media_t* NewLocation(const char* location) const { return NewMedia(libvlc_media_new_location, location); }
+
+ private:
+  static libvlc_media_t* NewMedia(void* creator, const char* text) {
+    return reinterpret_cast<libvlc_media_t* (*)(const char*)>(creator)(text);
+  }
+};
+
+enum class Guise { kEvents, kCallbacks };
+std::string NameOf(Guise guise);
+inline std::string NameOfParameter(const testing::TestParamInfo<Guise>& info) { return NameOf(info.param); }
+
+// The file of the scripted library in the guise.
+std::filesystem::path RealLibraryFile(Guise guise);
+
+// The adapter above the guise, loaded once a process.
+const Adapter& AdapterOver(Guise guise);
+
+// A copy of the adapter of its own, in a folder of its own, with the given bytes as libvlc-real.dll.
+class FreshAdapter {
+ public:
+  // No file is written for no bytes.
+  explicit FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder = L"runtime");
+  ~FreshAdapter();
+  FreshAdapter(const FreshAdapter&) = delete;
+  FreshAdapter& operator=(const FreshAdapter&) = delete;
+
+  const Adapter& functions() const { return adapter_; }
+  std::filesystem::path folder() const { return folder_; }
+
+ private:
+  ScratchFolder scratch_;
+  std::filesystem::path folder_;
+  HMODULE module_;
+  Adapter adapter_;
+};
+
+// What a host's callback was called with.
+struct Received {
+  std::atomic<int> calls{0};
+  std::atomic<DWORD> threadId{0};
+  libvlc_event_t last{};
+};
+void Receive(const libvlc_event_t* event, void* received);
+
+// A callback that runs a function.
+using Action = std::function<void()>;
+void RunAction(const libvlc_event_t* event, void* action);
+
+// One player over the scripted library. At the end all objects must have gone and no dead one have been used.
+class AdapterTest : public testing::TestWithParam<Guise> {
+ protected:
+  void SetUp() override { Start(GetParam()); }
+  void TearDown() override;
+  void Start(Guise guise);
+
+  const Adapter& vlc() const { return *vlc_; }
+  int Attach(int type, libvlc_callback_t callback, void* userData) {
+    return vlc().libvlc_event_attach(vlc().libvlc_media_player_event_manager(player_), type, callback, userData);
+  }
+  void Detach(int type, libvlc_callback_t callback, void* userData) {
+    vlc().libvlc_event_detach(vlc().libvlc_media_player_event_manager(player_), type, callback, userData);
+  }
+  void Release() {
+    vlc().libvlc_media_player_release(player_);
+    player_ = nullptr;
+  }
+
+  // What the library says by itself, on the calling thread: that the player is in a state now, with its event...
+  void Reach(int stateEvent) { Reach(real_, stateEvent); }
+  void Reach(void* real, int stateEvent);
+  // ... and the others, each in the manner of the guise.
+  void TellTime(int64_t milliseconds);
+  void TellBuffering(float percent);
+  void TellMediaChanged();
+  void TellTrackSelected(published::TrackType type);
+
+  // From now on a stop of the player ends on a thread of the library, after that many milliseconds. `first` runs there
+  // before.
+  void StopsAfter(unsigned milliseconds, Action first = {});
+  // The player plays; asked to stop it says yes, and nothing follows.
+  void NeverStops();
+
+  Guise guise_{};
+  const Adapter* vlc_ = nullptr;
+  libvlc_instance_t* instance_ = nullptr;
+  libvlc_media_player_t* player_ = nullptr;
+  void* real_ = nullptr;  // the library's player behind player_
+};
+
+// The fixture over one guise alone.
+class EventsGuiseTest : public AdapterTest {
+  void SetUp() override { Start(Guise::kEvents); }
+};
+class CallbacksGuiseTest : public AdapterTest {
+  void SetUp() override { Start(Guise::kCallbacks); }
+};
+
+// Milliseconds that the action takes.
+uint64_t Taken(const Action& action);
+
+#define OVER_BOTH_GUISES(fixture) \
+  INSTANTIATE_TEST_SUITE_P(Over, fixture, testing::Values(Guise::kEvents, Guise::kCallbacks), NameOfParameter)
+
+}  // namespace vantro::test

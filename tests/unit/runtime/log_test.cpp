@@ -1,0 +1,70 @@
+// The adapter's own log, which an environment variable switches on.
+#include "tests/unit/runtime/adapter.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr wchar_t kVariable[] = L"VANTRO_RUNTIME_LOG";
+
+class LogTest : public testing::Test {
+ protected:
+  void SetUp() override { published::Reset(); }
+  void TearDown() override { SetEnvironmentVariableW(kVariable, nullptr); }
+
+  // Makes an instance and a player, and stops it, in an adapter that finds the variable set to the path.
+  void Use(const std::filesystem::path& log) {
+    SetEnvironmentVariableW(kVariable, log.c_str());
+    const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)));
+    libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
+    ASSERT_NE(instance, nullptr);
+    libvlc_media_player_t* const player = vlc.functions().libvlc_media_player_new(instance);
+    published::SetState(published::Player(1), published::kPlaying);
+    published::OnCall("libvlc_media_player_stop_async",
+                      [] { published::SetState(published::Player(1), published::kStopped); });
+    published::SetResult("libvlc_media_player_stop_async", 0);
+    vlc.functions().libvlc_media_player_stop(player);
+    vlc.functions().libvlc_media_player_release(player);
+    vlc.functions().libvlc_release(instance);
+  }
+
+  ScratchFolder scratch_;
+};
+
+TEST_F(LogTest, TellsTheLibraryItsInterfaceAndTheTimeOfAStop) {
+  Use(scratch_ / "a.log");
+  const std::string log = ReadFileBytes(scratch_ / "a.log");
+  EXPECT_THAT(log, HasSubstr("libvlc-real.dll 4.0.0-published, interface: event managers, milliseconds"));
+  EXPECT_THAT(log, HasSubstr(": stop took "));
+}
+
+TEST_F(LogTest, IsAppendedTo) {
+  WriteFileBytes(scratch_ / "a.log", "before\n");
+  Use(scratch_ / "a.log");
+  EXPECT_THAT(ReadFileBytes(scratch_ / "a.log"), testing::StartsWith("before\n["));
+}
+
+TEST_F(LogTest, TakesAPathLongerThanTheOldLimit) {
+  std::filesystem::path folder = L"\\\\?\\" + scratch_.path().wstring();
+  for (int i = 0; i < 3; ++i) folder /= std::wstring(100, L'a');
+  std::filesystem::create_directories(folder);
+  ASSERT_GT(folder.wstring().size(), static_cast<size_t>(MAX_PATH));
+  Use(folder / "a.log");
+  EXPECT_THAT(ReadFileBytes(folder / "a.log"), HasSubstr("interface: "));
+}
+
+TEST_F(LogTest, ThatCannotBeOpenedIsOff) {
+  Use(scratch_ / "missing" / "a.log");
+  EXPECT_FALSE(std::filesystem::exists(scratch_ / "missing"));
+}
+
+TEST_F(LogTest, TellsWhyALibraryWasRefused) {
+  SetEnvironmentVariableW(kVariable, (scratch_ / "a.log").c_str());
+  const FreshAdapter vlc("no library");
+  EXPECT_EQ(vlc.functions().libvlc_new(0, nullptr), nullptr);
+  EXPECT_THAT(ReadFileBytes(scratch_ / "a.log"), HasSubstr("refused: libvlc-real.dll is not a library"));
+}
+
+}  // namespace
+}  // namespace vantro::test

@@ -1,0 +1,149 @@
+// Libraries that the adapter can't use: each gives no instance, and one sentence that says why.
+//
+// A library without a function is the scripted one with one name of its export table changed in the file, which leaves
+// the table in its order.
+#include <cstring>
+
+#include "runtime/real_library.h"
+#include "tests/unit/runtime/adapter.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string Without(const std::string& function, Guise guise) {
+  std::string bytes = ReadFileBytes(RealLibraryFile(guise));
+  const std::string name = '\0' + function + '\0';  // the forwarder's text has another character before it
+  const size_t at = bytes.find(name);
+  EXPECT_NE(at, std::string::npos) << function;
+  bytes[at + function.size()] = '_';
+  return bytes;
+}
+
+class Refusal : public testing::Test {
+ protected:
+  void SetUp() override { published::Reset(); }
+
+  void ExpectRefused(const FreshAdapter& vlc, const testing::Matcher<std::string>& sentence) {
+    EXPECT_EQ(vlc.functions().libvlc_new(0, nullptr), nullptr);
+    const std::string text = vlc.functions().libvlc_errmsg();
+    EXPECT_THAT(text, sentence);
+    EXPECT_EQ(text.find('.', text.size() - 1), text.size() - 1) << text;
+    EXPECT_EQ(vlc.functions().NewPath("C:\\a"), nullptr);
+    EXPECT_EQ(vlc.functions().NewLocation("http://host/a"), nullptr);
+    EXPECT_EQ(vlc.functions().libvlc_media_player_new(nullptr), nullptr);
+    EXPECT_EQ(vlc.functions().libvlc_media_player_play(nullptr), -1);
+    vlc.functions().libvlc_release(nullptr);
+  }
+};
+
+struct Absence {
+  const char* function;
+  Guise guise;
+};
+
+std::string NameOfAbsence(const testing::TestParamInfo<Absence>& info) {
+  return NameOf(info.param.guise) + "_" + info.param.function;
+}
+
+std::vector<Absence> Absences() {
+  std::vector<Absence> absences;
+#define ABSENCE(name, result, parameters) absences.push_back({#name, Guise::kEvents});
+  RUNTIME_NEEDED_FUNCTIONS(ABSENCE)
+#undef ABSENCE
+  absences.push_back({"libvlc_media_player_new", Guise::kEvents});
+  absences.push_back({"libvlc_event_attach", Guise::kEvents});
+  absences.push_back({"libvlc_event_detach", Guise::kEvents});
+  absences.push_back({"libvlc_media_player_new", Guise::kCallbacks});
+  return absences;
+}
+
+class NeededFunction : public Refusal, public testing::WithParamInterface<Absence> {};
+INSTANTIATE_TEST_SUITE_P(Absent, NeededFunction, testing::ValuesIn(Absences()), NameOfAbsence);
+
+TEST_P(NeededFunction, IsNamedWhenItIsAbsent) {
+  const FreshAdapter vlc(Without(GetParam().function, GetParam().guise));
+  ExpectRefused(vlc,
+                std::string("libvlc-real.dll lacks ") + GetParam().function + ", which the runtime adapter needs.");
+  EXPECT_THAT(published::CallsOf("libvlc_new"), testing::IsEmpty());
+}
+
+class OptionalFunction : public Refusal, public testing::WithParamInterface<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Absent, OptionalFunction, testing::Values("libvlc_set_fullscreen", "libvlc_get_fullscreen"));
+
+TEST_P(OptionalFunction, IsNotMissed) {
+  const FreshAdapter vlc(Without(GetParam(), Guise::kEvents));
+  libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
+  ASSERT_NE(instance, nullptr);
+  libvlc_media_player_t* const player = vlc.functions().libvlc_media_player_new(instance);
+  vlc.functions().libvlc_set_fullscreen(player, 1);
+  EXPECT_EQ(vlc.functions().libvlc_get_fullscreen(player), 0);
+  vlc.functions().libvlc_media_player_release(player);
+  vlc.functions().libvlc_release(instance);
+}
+
+TEST_F(Refusal, OfAnUnchangedCopyDoesNotHappen) {
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)));
+  libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
+  EXPECT_NE(instance, nullptr);
+  EXPECT_STREQ(vlc.functions().libvlc_errmsg(), "published error");
+  vlc.functions().libvlc_release(instance);
+}
+
+TEST_F(Refusal, OfAMissingLibrarySaysThatItWasNotFound) {
+  const FreshAdapter vlc("");
+  ExpectRefused(vlc, StartsWith("libvlc-real.dll, or a library that it needs, was not found beside libvlc.dll"));
+  EXPECT_EQ(vlc.functions().libvlc_abi_version(), 0u);
+  EXPECT_STREQ(vlc.functions().libvlc_get_version(), "0 (libvlc-real.dll can't be used)");
+}
+
+TEST_F(Refusal, OfALibvlc3NamesItsVersion) {
+  published::SetResult("libvlc_abi_version", 0x03000000);
+  published::SetText("libvlc_get_version", "3.0.20 Vetinari");
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)));
+  ExpectRefused(vlc, "libvlc-real.dll is version 3.0.20 Vetinari, and the runtime adapter needs a libvlc 4.");
+}
+
+TEST_F(Refusal, OfALaterMajorVersionNamesIt) {
+  published::SetResult("libvlc_abi_version", 0x05000000);
+  published::SetText("libvlc_get_version", "5.0.0");
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kCallbacks)));
+  ExpectRefused(vlc, HasSubstr("is version 5.0.0"));
+}
+
+TEST_F(Refusal, OfA32BitLibrarySaysSo) {
+  std::string bytes = ReadFileBytes(RealLibraryFile(Guise::kEvents));
+  uint32_t header = 0;
+  std::memcpy(&header, &bytes[offsetof(IMAGE_DOS_HEADER, e_lfanew)], sizeof header);
+  const WORD machine = IMAGE_FILE_MACHINE_I386;
+  const WORD magic = IMAGE_NT_OPTIONAL_HDR32_MAGIC;
+  std::memcpy(&bytes[header + offsetof(IMAGE_NT_HEADERS64, FileHeader.Machine)], &machine, sizeof machine);
+  std::memcpy(&bytes[header + offsetof(IMAGE_NT_HEADERS64, OptionalHeader.Magic)], &magic, sizeof magic);
+  const FreshAdapter vlc(bytes);
+  ExpectRefused(vlc, StartsWith("libvlc-real.dll is not a library for 64-bit Windows"));
+}
+
+TEST_F(Refusal, OfAFileThatIsNoLibrarySaysSo) {
+  const FreshAdapter vlc("This is not a library.");
+  ExpectRefused(vlc, StartsWith("libvlc-real.dll is not a library for 64-bit Windows"));
+}
+
+TEST_F(Refusal, OfAnUnknownInterfaceNamesWhatWasLookedFor) {
+  const FreshAdapter vlc(Without("libvlc_media_player_set_next_media", Guise::kCallbacks));
+  ExpectRefused(
+      vlc,
+      "libvlc-real.dll has an interface of libvlc 4 that the runtime adapter doesn't know: it exports neither "
+      "libvlc_media_player_event_manager nor libvlc_media_player_set_next_media.");
+}
+
+TEST_F(Refusal, DoesNotComeFromALongPath) {
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)), std::wstring(180, L'p'));
+  libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
+  EXPECT_NE(instance, nullptr) << vlc.functions().libvlc_errmsg();
+  vlc.functions().libvlc_release(instance);
+}
+
+}  // namespace
+}  // namespace vantro::test

@@ -1,0 +1,146 @@
+// Volume and mute of a player, kept over a library that forgets them.
+#include "tests/unit/runtime/adapter.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SoundTest : public AdapterTest {
+ protected:
+  void SetVolume(int volume) { EXPECT_EQ(vlc().libvlc_audio_set_volume(player_, volume), 0); }
+  void SetMute(int mute) { vlc().libvlc_audio_set_mute(player_, mute); }
+  int VolumesSet() { return static_cast<int>(published::CallsOf("libvlc_audio_set_volume").size()); }
+};
+OVER_BOTH_GUISES(SoundTest);
+
+TEST_P(SoundTest, WhatIsSetReachesTheLibraryAtOnce) {
+  SetVolume(40);
+  SetMute(1);
+  EXPECT_EQ(published::Volume(real_), 40);
+  EXPECT_EQ(published::Mute(real_), 1);
+}
+
+TEST_P(SoundTest, ReadingBackGivesWhatWasSet) {
+  SetVolume(40);
+  SetMute(3);
+  published::SetResult("libvlc_audio_get_volume", 99);
+  published::SetResult("libvlc_audio_get_mute", -1);
+  EXPECT_EQ(vlc().libvlc_audio_get_volume(player_), 40);
+  EXPECT_EQ(vlc().libvlc_audio_get_mute(player_), 1);
+}
+
+TEST_P(SoundTest, AVolumeAboveZeroEndsAMute) {
+  SetMute(1);
+  SetVolume(0);
+  EXPECT_EQ(published::Mute(real_), 1);
+  EXPECT_EQ(vlc().libvlc_audio_get_mute(player_), 1);
+  SetVolume(1);
+  EXPECT_EQ(published::Mute(real_), 0);
+  EXPECT_EQ(vlc().libvlc_audio_get_mute(player_), 0);
+}
+
+TEST_P(SoundTest, AVolumeIsKeptEvenIfTheLibraryHasNoOutputForIt) {
+  published::SetResult("libvlc_audio_set_volume", -1);
+  SetVolume(40);
+  EXPECT_EQ(vlc().libvlc_audio_get_volume(player_), 40);
+}
+
+TEST_P(SoundTest, ANegativeVolumeIsTheLibrarysToJudgeAndIsNotKept) {
+  SetVolume(40);
+  published::SetResult("libvlc_audio_set_volume", -1);
+  EXPECT_EQ(vlc().libvlc_audio_set_volume(player_, -5), -1);
+  EXPECT_EQ(vlc().libvlc_audio_get_volume(player_), 40);
+}
+
+// The library forgets what was set before its sound output began.
+TEST_P(SoundTest, IsSetAgainWhenPlaybackBegins) {
+  SetVolume(40);
+  SetMute(1);
+  published::ClearCalls();
+  Reach(kPlaying);
+  EXPECT_THAT(published::CallsOf("libvlc_audio_set_volume"), ElementsAre("libvlc_audio_set_volume(player1, 40)"));
+  EXPECT_THAT(published::CallsOf("libvlc_audio_set_mute"), ElementsAre("libvlc_audio_set_mute(player1, 1)"));
+}
+
+TEST_P(SoundTest, IsSetAgainWithANewMediaAnAudioTrackAndAFullBuffer) {
+  SetVolume(40);
+  published::ClearCalls();
+  TellMediaChanged();
+  EXPECT_EQ(VolumesSet(), 1);
+  TellTrackSelected(published::kAudio);
+  EXPECT_EQ(VolumesSet(), 2);
+  TellTrackSelected(published::kVideo);
+  TellBuffering(50);
+  EXPECT_EQ(VolumesSet(), 2);
+  TellBuffering(100);
+  EXPECT_EQ(VolumesSet(), 3);
+}
+
+TEST_P(SoundTest, IsSetAgainWithTheFirstTimesAndThenLeftAlone) {
+  SetVolume(40);
+  Reach(kPlaying);
+  published::ClearCalls();
+  for (int i = 0; i < 100; ++i) TellTime(i * 250);
+  EXPECT_GE(VolumesSet(), 4);
+  EXPECT_LE(VolumesSet(), 20);
+  published::ClearCalls();
+  TellTime(60'000);
+  EXPECT_EQ(VolumesSet(), 0);
+}
+
+TEST_P(SoundTest, IsNotTouchedWhileNothingWasSet) {
+  Reach(kPlaying);
+  TellTime(0);
+  TellBuffering(100);
+  EXPECT_THAT(published::Calls(), IsEmpty());
+}
+
+TEST_P(SoundTest, OnlyWhatWasSetIsSetAgain) {
+  SetVolume(0);
+  published::ClearCalls();
+  Reach(kPlaying);
+  EXPECT_THAT(published::Calls(), ElementsAre("libvlc_audio_set_volume(player1, 0)"));
+}
+
+TEST_P(SoundTest, BelongsToOnePlayer) {
+  libvlc_media_player_t* const other = vlc().libvlc_media_player_new(instance_);
+  SetVolume(40);
+  vlc().libvlc_audio_set_volume(other, 70);
+  Reach(kPlaying);
+  Reach(published::Player(2), kPlaying);
+  EXPECT_EQ(published::Volume(real_), 40);
+  EXPECT_EQ(published::Volume(published::Player(2)), 70);
+  published::SetState(published::Player(2), published::kStopped);
+  vlc().libvlc_media_player_release(other);
+}
+
+// The host sets a volume in the middle of the library's call that sets the kept one.
+TEST_P(SoundTest, TheHostsLastVolumeWinsOverTheKeptOneThatIsBeingSet) {
+  SetVolume(40);
+  published::OnCall("libvlc_audio_set_volume", [&] {
+    published::OnCall("libvlc_audio_set_volume", {});
+    SetVolume(60);
+  });
+  published::OnLibraryThread([&] { Reach(kPlaying); });
+  EXPECT_EQ(published::Volume(real_), 60);
+  EXPECT_EQ(vlc().libvlc_audio_get_volume(player_), 60);
+}
+
+TEST_P(SoundTest, VolumesOfTwoThreadsNeitherBlockNorGetLost) {
+  std::atomic<bool> end{false};
+  published::Later(0, [&] {
+    while (!end) Reach(kPlaying), SwitchToThread();
+  });
+  for (int volume = 1; volume <= 200; ++volume) {
+    SetVolume(volume);
+    ASSERT_EQ(vlc().libvlc_audio_get_volume(player_), volume);
+  }
+  end = true;
+  published::JoinThreads();
+  EXPECT_EQ(published::Volume(real_), 200);
+}
+
+}  // namespace
+}  // namespace vantro::test

@@ -1,0 +1,74 @@
+// A player without a window: its media are told to show nothing before they play.
+#include "tests/unit/runtime/adapter.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kTold[] = "libvlc_media_add_option(media1, \":vout=vdummy\")";
+
+class WindowlessTest : public AdapterTest {
+ protected:
+  void SetUp() override {
+    Start(GetParam());
+    media_ = vlc().NewLocation("http://host/a");
+    published::ClearCalls();
+  }
+  void TearDown() override {
+    vlc().libvlc_media_release(media_);
+    AdapterTest::TearDown();
+  }
+  void SetWindow(uintptr_t window) { vlc().libvlc_media_player_set_hwnd(player_, reinterpret_cast<void*>(window)); }
+  void SetMedia() { vlc().libvlc_media_player_set_media(player_, media_); }
+  void Play() { EXPECT_EQ(vlc().libvlc_media_player_play(player_), 0); }
+
+  libvlc_media_t* media_ = nullptr;
+};
+OVER_BOTH_GUISES(WindowlessTest);
+
+TEST_P(WindowlessTest, ItsMediaIsToldBeforeItIsSetAndOnce) {
+  SetMedia();
+  Play();
+  EXPECT_THAT(published::Calls(), ElementsAre(kTold, "libvlc_media_player_set_media(player1, media1)",
+                                              "libvlc_media_player_play(player1)"));
+}
+
+TEST_P(WindowlessTest, AMediaOfAPlayerWithAWindowIsNotTold) {
+  SetWindow(0x10);
+  SetMedia();
+  Play();
+  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), IsEmpty());
+}
+
+TEST_P(WindowlessTest, AMediaIsToldBeforePlayWhenTheWindowWasTakenAway) {
+  SetWindow(0x10);
+  SetMedia();
+  SetWindow(0);
+  published::ClearCalls();
+  Play();
+  Play();
+  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kTold));
+  EXPECT_EQ(published::Calls().back(), "libvlc_media_player_play(player1)");
+  EXPECT_EQ(published::Calls()[1], kTold);  // behind get_media, before play
+}
+
+TEST_P(WindowlessTest, EachNewMediaIsTold) {
+  SetMedia();
+  SetMedia();
+  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kTold, kTold));
+}
+
+TEST_P(WindowlessTest, PlayWithoutAMediaTellsNothing) {
+  Play();
+  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), IsEmpty());
+}
+
+TEST_P(WindowlessTest, NoMediaCanBeSet) {
+  vlc().libvlc_media_player_set_media(player_, nullptr);
+  EXPECT_THAT(published::Calls(), ElementsAre("libvlc_media_player_set_media(player1, null)"));
+}
+
+}  // namespace
+}  // namespace vantro::test
