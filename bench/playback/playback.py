@@ -27,7 +27,8 @@ from tests.support.process_usage import process_of, usage  # noqa: E402
 from vantro_interface import codec  # noqa: E402
 from vantro_interface.client import PLAYER_CHANNEL, WaitTimeout  # noqa: E402
 from vantro_interface.frames import Frame, Kind, read_frame  # noqa: E402
-from vantro_interface.host import BUILD, START_TIMEOUT, WINE, Host, Prefix, bridge, windows_path  # noqa: E402
+from vantro_interface.host import (  # noqa: E402
+    BUILD, START_TIMEOUT, WINE, Host, Prefix, bare_libraries, player_libraries, windows_path)
 
 NETWORK_CACHE_MS = 300
 STREAMS = ["test.ts", "red.ts", "green.ts", "blue.ts", "yellow.ts"]
@@ -164,7 +165,7 @@ class HostProgram(Program):
 
     def __init__(self, prefix, folder):
         super().__init__(folder)
-        self.host = Host(prefix, folder, libraries=bridge(), log=False, environment=self.library_environment())
+        self.host = Host(prefix, folder, libraries=player_libraries(), log=False, environment=self.library_environment())
         self.host.start()
         self.process = Process(self.host.executable)
 
@@ -292,7 +293,7 @@ def make_bare_folder(folder):
     folder.mkdir(parents=True)
     shutil.copy2(BUILD / "bench/playback/bare_player.exe", folder)
     shutil.copy2(BUILD / "devkit/engine/flutter_windows.dll", folder)
-    for name, source in bridge().items():
+    for name, source in bare_libraries().items():
         shutil.copy2(source, folder / name)
 
 
@@ -398,7 +399,7 @@ def measure_windows(prefix, folder, windows=6):
 
 
 def measure_start(prefix, folder, rounds):
-    host = Host(prefix, folder / "start-host", libraries=bridge(), log=False)  # makes the folder; nothing is started
+    host = Host(prefix, folder / "start-host", libraries=player_libraries(), log=False)  # makes the folder; nothing is started
     make_bare_folder(folder / "start-bare")
     programs = [("VantroWindowClass", host.executable), ("BarePlayer", folder / "start-bare/bare_player.exe")]
     arguments = [part for name, path in programs for part in (name, windows_path(path))]

@@ -2,6 +2,8 @@
 // thread that is not the main one.
 // process_tool answer TITLE: waits for a message box of this title and presses its OK.
 // process_tool handles PID: prints how many handles of the kernel the process holds.
+// process_tool windows PID: says "watching", and then prints the class of each visible top-level window of the process once,
+// when it is first seen, until its standard input ends.
 // process_tool hold MUTEX: makes the named mutex, says "held", and holds it until its standard input ends.
 #include <windows.h>
 #include <winternl.h>
@@ -10,6 +12,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -62,14 +65,48 @@ int Handles(DWORD processId) {
   return 0;
 }
 
-int Hold(const wchar_t* name) {
-  if (!CreateMutexW(nullptr, FALSE, name)) return 5;
-  std::puts("held");
-  std::fflush(stdout);
+void WaitForEndOfInput() {
   char byte;
   DWORD read = 0;
   while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), &byte, 1, &read, nullptr) && read > 0) {
   }
+}
+
+void Say(const char* word) {
+  std::puts(word);
+  std::fflush(stdout);
+}
+
+struct Watched {
+  DWORD processId;
+  std::set<HWND> seen;
+};
+
+BOOL CALLBACK Look(HWND window, LPARAM parameter) {
+  auto* const watched = reinterpret_cast<Watched*>(parameter);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  if (owner != watched->processId || !IsWindowVisible(window) || !watched->seen.insert(window).second) return TRUE;
+  char name[256] = "";
+  GetClassNameA(window, name, sizeof name);
+  Say(name);
+  return TRUE;
+}
+
+int Windows(DWORD processId) {
+  Watched watched{processId, {}};
+  const auto wait = [](void*) -> DWORD { return WaitForEndOfInput(), 0; };
+  const HANDLE end = CreateThread(nullptr, 0, wait, nullptr, 0, nullptr);
+  EnumWindows(Look, reinterpret_cast<LPARAM>(&watched));
+  Say("watching");
+  while (WaitForSingleObject(end, kLookMs) == WAIT_TIMEOUT) EnumWindows(Look, reinterpret_cast<LPARAM>(&watched));
+  return 0;
+}
+
+int Hold(const wchar_t* name) {
+  if (!CreateMutexW(nullptr, FALSE, name)) return 5;
+  Say("held");
+  WaitForEndOfInput();
   return 0;
 }
 
@@ -80,7 +117,8 @@ int wmain(int argc, wchar_t** argv) {
   if (verb == L"fault") return Fault(std::wcstoul(argv[2], nullptr, 10));
   if (verb == L"answer") return Answer(argv[2]);
   if (verb == L"handles") return Handles(std::wcstoul(argv[2], nullptr, 10));
+  if (verb == L"windows") return Windows(std::wcstoul(argv[2], nullptr, 10));
   if (verb == L"hold") return Hold(argv[2]);
-  std::fprintf(stderr, "usage: process_tool fault PID | answer TITLE | handles PID | hold MUTEX\n");
+  std::fprintf(stderr, "usage: process_tool fault PID | answer TITLE | handles PID | windows PID | hold MUTEX\n");
   return 2;
 }

@@ -1,5 +1,6 @@
 #include "audio_meter.h"
 
+#include <atomic>
 #include <cmath>
 #include <cstring>
 
@@ -8,11 +9,21 @@ namespace {
 
 constexpr double kFullScale = 32768.0;
 
+std::atomic<int> sessionVolume{100};
+std::atomic<bool> sessionMute{false};
+
 }  // namespace
+
+AudioMeter::Level AudioMeter::Session() { return {sessionVolume.load(), sessionMute.load()}; }
+
+// With the lock held.
+AudioMeter::Level AudioMeter::Heard() const { return ofPlayer_ ? own_ : Session(); }
 
 void AudioMeter::Configure(char* format, unsigned rate, unsigned channels) {
   memcpy(format, "S16N", 4);
   std::lock_guard guard(lock_);
+  told_ = true;
+  own_ = {};
   rate_ = rate;
   channels_ = channels ? channels : 1;
   energy_ = 0;
@@ -31,33 +42,43 @@ void AudioMeter::Play(const void* samples, unsigned count) {
     crossings += above && !positive;
     positive = above;
   }
-  double gain = mute_ ? 0.0 : volume_ / 100.0 / kFullScale;
+  Level heard = Heard();
+  double gain = heard.mute ? 0.0 : heard.volume / 100.0 / kFullScale;
   positive_ = positive;
   energy_ += static_cast<double>(energy) * gain * gain;
   crossings_ += crossings;
   samples_ += count;
+  if (rate_) playedSeconds_ += static_cast<double>(count) / rate_;
 }
 
 bool AudioMeter::SetVolume(int percent) {
   if (percent < 0) return false;
   std::lock_guard guard(lock_);
-  volume_ = percent;
+  own_.volume = percent;
+  if (!ofPlayer_) sessionVolume.store(percent);
   return true;
 }
 
 int AudioMeter::volume() const {
   std::lock_guard guard(lock_);
-  return volume_;
+  return Heard().volume;
 }
 
 void AudioMeter::SetMute(bool mute) {
   std::lock_guard guard(lock_);
-  mute_ = mute;
+  told_ = true;
+  own_.mute = mute;
+  if (!ofPlayer_) sessionMute.store(mute);
 }
 
-bool AudioMeter::mute() const {
+int AudioMeter::mute() const {
   std::lock_guard guard(lock_);
-  return mute_;
+  return told_ ? Heard().mute : -1;
+}
+
+int64_t AudioMeter::Played() const {
+  std::lock_guard guard(lock_);
+  return static_cast<int64_t>(playedSeconds_ * 1000);
 }
 
 AudioMeter::Reading AudioMeter::Take() {

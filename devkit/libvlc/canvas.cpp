@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "painter.h"
+#include "picture_windows.h"
 #include "times_log.h"
 
 namespace vantro::devlib {
@@ -20,6 +21,8 @@ unsigned Canvas::Configure(char* chroma, unsigned* width, unsigned* height, unsi
   memcpy(chroma, "RV32", 4);
   pitches[0] = *width * kBytesPerPixel;
   lines[0] = *height;
+  PictureSize visible = VisibleSize(*width, *height);
+  PictureWindows::Open(this, visible.width, visible.height);
   std::lock_guard guard(lock_);
   frames_.clear();
   for (unsigned i = 0; i < kFrames; ++i) {
@@ -52,6 +55,10 @@ void Canvas::Display() {
   {
     std::lock_guard guard(lock_);
     if (!filling_) return;
+    if (!target_.load() && !windowless_) {
+      filling_ = nullptr;
+      return;
+    }
     newest_ = std::move(filling_);
     changed_ = true;
     if (expecting_) {
@@ -70,7 +77,18 @@ void Canvas::Clear() {
     frames_.clear();
     changed_ = true;
   }
+  PictureWindows::Close(this);
   Painter::Wake();
+}
+
+bool Canvas::windowless() {
+  std::lock_guard guard(lock_);
+  return windowless_;
+}
+
+bool Canvas::HasPicture() {
+  std::lock_guard guard(lock_);
+  return newest_ != nullptr;
 }
 
 void Canvas::SetScale(float scale) {
@@ -85,6 +103,7 @@ void Canvas::SetScale(float scale) {
 void Canvas::SetMedia(MediaRef media) {
   std::lock_guard guard(lock_);
   media_ = std::move(media);
+  windowless_ = media_ && media_->windowless();
   visible_ = {};
 }
 
@@ -108,7 +127,7 @@ std::shared_ptr<const Frame> Canvas::Newest(bool* changed) {
   return newest_;
 }
 
-PictureSize Canvas::VisibleSize(const Frame& frame) {
+PictureSize Canvas::VisibleSize(unsigned width, unsigned height) {
   MediaRef media;
   {
     std::lock_guard guard(lock_);
@@ -116,8 +135,8 @@ PictureSize Canvas::VisibleSize(const Frame& frame) {
     media = media_;
   }
   PictureSize size = media ? media->VideoSize() : PictureSize{};
-  if (!size.width || !size.height) return {frame.width, frame.height};
-  size = {std::min(size.width, frame.width), std::min(size.height, frame.height)};
+  if (!size.width || !size.height) return {width, height};
+  size = {std::min(size.width, width), std::min(size.height, height)};
   std::lock_guard guard(lock_);
   if (media.get() == media_.get()) visible_ = size;
   return size;

@@ -41,6 +41,15 @@ void KeepPluginsLoaded(libvlc_instance_t* native) {
   std::call_once(once, [native] { libvlc_retain(native); });
 }
 
+// The last output named counts. One that Windows does not have, such as directsound, falls back to mmdevice.
+bool AsksForWaveout(int count, const char* const* arguments) {
+  bool waveout = false;
+  for (int i = 0; i < count; ++i) {
+    if (strncmp(arguments[i], "--aout=", 7) == 0) waveout = strcmp(arguments[i] + 7, "waveout") == 0;
+  }
+  return waveout;
+}
+
 libvlc_instance_t* Try(const std::vector<const char*>& arguments) {
   return libvlc_new(static_cast<int>(arguments.size()), arguments.data());
 }
@@ -68,7 +77,7 @@ Instance* Instance::Create(int count, const char* const* arguments) {
   if (!native) return nullptr;
   libvlc_log_set(native, PassOn, nullptr);
   KeepPluginsLoaded(native);
-  return new Instance(native);
+  return new Instance(native, AsksForWaveout(count, arguments));
 }
 
 Instance::~Instance() { libvlc_release(native_); }

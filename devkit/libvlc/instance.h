@@ -17,12 +17,15 @@ class Instance {
 
   void Release();
   libvlc_instance_t* native() const { return native_; }
+  // Volume and mute belong to each player, not to the process: the sound output asked for is waveout.
+  bool soundOfPlayer() const { return soundOfPlayer_; }
 
  private:
-  explicit Instance(libvlc_instance_t* native) : native_(native) {}
+  Instance(libvlc_instance_t* native, bool soundOfPlayer) : native_(native), soundOfPlayer_(soundOfPlayer) {}
   ~Instance();
 
   libvlc_instance_t* const native_;
+  const bool soundOfPlayer_;
   std::atomic<int> references_{1};
 };
 

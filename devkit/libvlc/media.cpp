@@ -2,6 +2,8 @@
 
 #include <vlc/vlc.h>
 
+#include <cstring>
+
 #include "libvlc4_abi.h"
 #include "report.h"
 
@@ -22,6 +24,12 @@ void Media::Release() {
 }
 
 void Media::AddOption(const char* option) {
+  constexpr char kPictures[] = "vout=";
+  const char* name = option[0] == ':' ? option + 1 : option;
+  if (strncmp(name, kPictures, sizeof kPictures - 1) == 0) {
+    windowless_.store(strcmp(name + sizeof kPictures - 1, "vdummy") == 0, std::memory_order_relaxed);
+    return;
+  }
   std::lock_guard guard(lock_);
   if (native_) {
     libvlc_media_add_option(native_, option);

@@ -34,7 +34,10 @@ class Media {
   void Retain() { references_.fetch_add(1, std::memory_order_relaxed); }
   void Release();
 
+  // ":vout=" is no option for libvlc 3, whose pictures are always taken here: see windowless.
   void AddOption(const char* option);
+  // True when the options ask for no window at all (":vout=vdummy").
+  bool windowless() const { return windowless_.load(std::memory_order_relaxed); }
   const std::string& text() const { return text_; }
 
   // The native media, borrowed; made on the first call. Null when libvlc refuses it.
@@ -46,13 +49,16 @@ class Media {
   // Size of the first video track.
   PictureSize VideoSize();
 
+  // The same without making it: null before the first call.
+  libvlc_media_t* native();
+
  private:
   ~Media();
-  libvlc_media_t* native();
 
   const Kind kind_;
   const std::string text_;
   std::atomic<int> references_{1};
+  std::atomic<bool> windowless_{false};
   std::mutex lock_;
   std::vector<std::string> options_;
   libvlc_media_t* native_ = nullptr;

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "player.h"
+#include "player_registry.h"
 #include "report.h"
 
 namespace vantro::devlib {
@@ -18,24 +19,10 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto kPeriod = std::chrono::seconds(1);
 
-const char* NameOf(Player::State state) {
-  switch (state) {
-    case Player::State::kIdle:
-      return "idle";
-    case Player::State::kOpening:
-      return "opening";
-    case Player::State::kPlaying:
-      return "playing";
-    case Player::State::kPaused:
-      return "paused";
-    case Player::State::kStopped:
-      return "stopped";
-    case Player::State::kEnded:
-      return "ended";
-    case Player::State::kError:
-      return "error";
-  }
-  return "?";
+const char* NameOf(State state) {
+  constexpr const char* kNames[] = {"idle",   "opening", "buffering", "playing",
+                                    "paused", "stopped", "stopping",  "error"};
+  return kNames[static_cast<int>(state)];
 }
 
 std::string Quoted(const std::string& text) {
@@ -57,8 +44,8 @@ void WriteLine(FILE* file, double at, Player& player) {
           ",\"volume\":%d,\"mute\":%s,\"rms\":%.5f,\"frequency\":%.1f,\"displayed\":%" PRIu64 ",\"abuffers\":%" PRIu64
           "}\n",
           at, reinterpret_cast<uintptr_t>(&player), Quoted(media ? media->text() : "").c_str(), NameOf(player.state()),
-          player.time(), player.audio().volume(), player.audio().mute() ? "true" : "false", heard.rms, heard.frequency,
-          stats.displayedPictures, stats.playedAudioBuffers);
+          player.time(), player.audio().volume(), player.audio().mute() == 1 ? "true" : "false", heard.rms,
+          heard.frequency, stats.displayedPictures, stats.playedAudioBuffers);
 }
 
 void Run(FILE* file) {
@@ -66,7 +53,7 @@ void Run(FILE* file) {
   for (Clock::time_point next = start + kPeriod;; next += kPeriod) {
     std::this_thread::sleep_until(next);
     double at = std::chrono::duration<double>(Clock::now() - start).count();
-    for (const std::shared_ptr<Player>& player : Player::All()) WriteLine(file, at, *player);
+    for (const std::shared_ptr<Player>& player : PlayerRegistry::All()) WriteLine(file, at, *player);
     fflush(file);
   }
 }

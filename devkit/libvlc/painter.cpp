@@ -4,18 +4,22 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <utility>
 #include <vector>
 
 #include "canvas.h"
 #include "picture_placement.h"
+#include "picture_windows.h"
 #include "windows_thread.h"
 
 namespace vantro::devlib {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr int kFarAway = 30000;  // beyond every screen
 
 // Nobody tells when another window uncovers a paused picture, so it is drawn again this often.
 constexpr auto kRepaintPeriod = std::chrono::milliseconds(200);
@@ -32,6 +36,7 @@ struct State {
   bool woken = false;
   bool started = false;
   std::vector<std::shared_ptr<Canvas>> added;
+  std::vector<std::function<void()>> tasks;
 };
 
 // Never destroyed: libvlc's threads may still call while the process ends.
@@ -55,7 +60,10 @@ void FillAround(HDC dc, const RECT& area, const Placement& place) {
 bool Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
   RECT area;
   if (!IsWindowVisible(window) || !GetClientRect(window, &area) || area.right <= 0 || area.bottom <= 0) return false;
-  HDC dc = GetDCEx(window, nullptr, DCX_CACHE | DCX_CLIPSIBLINGS | DCX_CLIPCHILDREN);
+  // With a region, which here covers all, Wine computes anew what is visible. Without, it may go on with what was
+  // visible before the window's thread made the window larger.
+  HRGN everything = CreateRectRgn(-kFarAway, -kFarAway, kFarAway, kFarAway);
+  HDC dc = GetDCEx(window, everything, DCX_CACHE | DCX_CLIPSIBLINGS | DCX_CLIPCHILDREN | DCX_INTERSECTRGN);
   if (!dc) return false;
   BITMAPINFO format{};
   format.bmiHeader.biSize = sizeof format.bmiHeader;
@@ -75,20 +83,27 @@ bool Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
   return true;
 }
 
-void GiveBackgroundBack(Shown* shown) {
-  if (shown->window) InvalidateRect(shown->window, nullptr, TRUE);
-  shown->window = nullptr;
+// A child follows the size of the program's window.
+void KeepSize(HWND target) {
+  RECT area, parent;
+  if ((GetWindowLongW(target, GWL_STYLE) & WS_CHILD) == 0) return;
+  if (!GetClientRect(target, &area) || !GetClientRect(GetAncestor(target, GA_PARENT), &parent)) return;
+  if (area.right != parent.right || area.bottom != parent.bottom) PictureWindows::Fit(target);
 }
 
 // Brings one window up to date. False when its canvas is of no more use.
 bool Show(Shown* shown, Clock::time_point now) {
   bool changed = false;
   std::shared_ptr<const Frame> frame = shown->canvas->Newest(&changed);
-  HWND window = static_cast<HWND>(shown->canvas->window());
-  if (!frame || window != shown->window) GiveBackgroundBack(shown);
-  if (!frame) return !shown->canvas->closed();
-  if (!window || (!changed && shown->window && now - shown->drawn < kRepaintPeriod)) return true;
-  if (Draw(window, *frame, shown->canvas->VisibleSize(*frame), shown->canvas->scale())) shown->canvas->OnDrawn();
+  HWND window = static_cast<HWND>(shown->canvas->target());
+  if (!frame || !window) {
+    shown->window = nullptr;
+    return frame || !shown->canvas->closed();
+  }
+  if (!changed && window == shown->window && now - shown->drawn < kRepaintPeriod) return true;
+  KeepSize(window);
+  PictureSize visible = shown->canvas->VisibleSize(frame->width, frame->height);
+  if (Draw(window, *frame, visible, shown->canvas->scale())) shown->canvas->OnDrawn();
   shown->window = window;
   shown->drawn = now;
   return true;
@@ -97,6 +112,7 @@ bool Show(Shown* shown, Clock::time_point now) {
 void Run() {
   State& shared = state();
   std::vector<Shown> windows;
+  std::vector<std::function<void()>> tasks;
   bool pictures = false;
   while (true) {
     {
@@ -108,9 +124,12 @@ void Run() {
         shared.wake.wait(guard, woken);
       }
       shared.woken = false;
+      tasks.swap(shared.tasks);
       for (std::shared_ptr<Canvas>& canvas : shared.added) windows.push_back({std::move(canvas), nullptr, {}});
       shared.added.clear();
     }
+    for (const std::function<void()>& task : tasks) task();
+    tasks.clear();
     Clock::time_point now = Clock::now();
     std::erase_if(windows, [now](Shown& shown) { return !Show(&shown, now); });
     pictures = false;
@@ -131,6 +150,16 @@ bool Painter::Add(std::shared_ptr<Canvas> canvas) {
   }
   shared.wake.notify_one();
   return true;
+}
+
+void Painter::Post(std::function<void()> task) {
+  State& shared = state();
+  {
+    std::lock_guard guard(shared.lock);
+    shared.tasks.push_back(std::move(task));
+    shared.woken = true;
+  }
+  shared.wake.notify_one();
 }
 
 void Painter::Wake() {

@@ -2,344 +2,218 @@
 
 #include <vlc/vlc.h>
 
-#include <chrono>
-#include <cinttypes>
-#include <cstdio>
-#include <future>
-#include <thread>
-#include <unordered_map>
+#include <algorithm>
 #include <utility>
 
 #include "instance.h"
 #include "painter.h"
+#include "picture_windows.h"
+#include "player_registry.h"
 #include "report.h"
 #include "times_log.h"
+#include "tracks.h"
 
 namespace vantro::devlib {
 namespace {
 
-constexpr auto kPatience = std::chrono::seconds(10);
+// How long the old input takes to close at a change of media, at least, in milliseconds.
+constexpr int kChangePatience = 50;
+constexpr size_t kCrowdedQueue = 1000;
 
-constexpr libvlc_event_e kWatchedEvents[] = {
-    libvlc_MediaPlayerMediaChanged,  libvlc_MediaPlayerNothingSpecial,  libvlc_MediaPlayerOpening,
-    libvlc_MediaPlayerBuffering,     libvlc_MediaPlayerPlaying,         libvlc_MediaPlayerPaused,
-    libvlc_MediaPlayerStopped,       libvlc_MediaPlayerEndReached,      libvlc_MediaPlayerEncounteredError,
-    libvlc_MediaPlayerTimeChanged,   libvlc_MediaPlayerPositionChanged, libvlc_MediaPlayerSeekableChanged,
-    libvlc_MediaPlayerLengthChanged,
-};
-
-// Never destroyed: libvlc's threads may still run while the process ends.
-struct Registry {
-  std::mutex lock;
-  std::unordered_map<const void*, std::shared_ptr<Player>> players;
-  int closing = 0;
-  std::condition_variable closed;
-};
-Registry& registry() {
-  static Registry* const instance = new Registry;
-  return *instance;
-}
-
-Canvas* AsCanvas(void* opaque) { return static_cast<Canvas*>(opaque); }
-AudioMeter* AsMeter(void* opaque) { return static_cast<AudioMeter*>(opaque); }
-
-unsigned ConfigureVideo(void** opaque, char* chroma, unsigned* width, unsigned* height, unsigned* pitches,
-                        unsigned* lines) {
-  return AsCanvas(*opaque)->Configure(chroma, width, height, pitches, lines);
-}
-void ClearVideo(void* opaque) { AsCanvas(opaque)->Clear(); }
-void* LockVideo(void* opaque, void** planes) { return AsCanvas(opaque)->Lock(planes); }
-void DisplayVideo(void* opaque, void*) { AsCanvas(opaque)->Display(); }
-
-int ConfigureAudio(void** opaque, char* format, unsigned* rate, unsigned* channels) {
-  AsMeter(*opaque)->Configure(format, *rate, *channels);
-  return 0;
-}
-void PlayAudio(void* opaque, const void* samples, unsigned count, int64_t) { AsMeter(opaque)->Play(samples, count); }
-
-Event Plain(int32_t type) {
-  Event event;
-  event.type = type;
-  return event;
-}
+bool IsKnown(TrackType type) { return type >= TrackType::kAudio && type <= TrackType::kText; }
 
 }  // namespace
 
-std::shared_ptr<Player> Player::Create(Instance* instance) {
-  libvlc_media_player_t* native = libvlc_media_player_new(instance->native());
-  if (!native) return nullptr;
-  std::shared_ptr<Player> player(new Player);
-  player->instance_ = instance;
-  player->native_ = native;
-  player->canvas_ = std::make_shared<Canvas>();
-  player->events_ = std::make_shared<EventDelivery>(player.get());
-  if (!player->events_->Start() || !Painter::Add(player->canvas_)) {
-    player->events_->Close();
+Player::Player(Guise guise, bool soundOfPlayer, const PlayerCallbacks* callbacks, void* opaque)
+    : guise_(guise),
+      callbacks_(callbacks),
+      opaque_(opaque),
+      thread_(std::make_shared<TaskThread>()),
+      canvas_(std::make_shared<Canvas>()),
+      audio_(soundOfPlayer),
+      listeners_(this) {}
+
+Player::~Player() = default;
+
+std::shared_ptr<Player> Player::Create(Instance* instance, Guise guise, const PlayerCallbacks* callbacks,
+                                       void* opaque) {
+  std::shared_ptr<Player> player(new Player(guise, instance->soundOfPlayer(), callbacks, opaque));
+  if (!PictureWindows::Start() || !Painter::Add(player->canvas_) || !player->thread_->StartWindows()) return nullptr;
+  Player* self = player.get();
+  player->engine_ = Engine::Create(instance, player->canvas_, &player->audio_, [self](const EngineEvent& event) {
+    bool dispensable = event.kind == EngineEvent::Kind::kTime;
+    if (dispensable && self->thread_->waiting() >= kCrowdedQueue) return;
+    self->Post([self, event] { self->Handle(event); });
+  });
+  if (!player->engine_) {
+    player->thread_->Close();
     player->canvas_->Close();
-    libvlc_media_player_release(native);
     return nullptr;
   }
-  libvlc_video_set_callbacks(native, LockVideo, nullptr, DisplayVideo, player->canvas_.get());
-  libvlc_video_set_format_callbacks(native, ConfigureVideo, ClearVideo);
-  libvlc_audio_set_callbacks(native, PlayAudio, nullptr, nullptr, nullptr, nullptr, &player->audio_);
-  libvlc_audio_set_format_callbacks(native, ConfigureAudio, nullptr);
-  player->ListenToLibvlc();
-  {
-    std::lock_guard guard(registry().lock);
-    registry().players[player.get()] = player;
-  }
-  std::thread(&Player::RunCommands, player.get(), player).detach();
   return player;
-}
-
-std::shared_ptr<Player> Player::Find(const void* handle, const char* function) {
-  {
-    std::lock_guard guard(registry().lock);
-    auto found = registry().players.find(handle);
-    if (found != registry().players.end()) return found->second;
-  }
-  Misuse(function, handle ? "the player has been released" : "the player is null");
-  return nullptr;
-}
-
-std::vector<std::shared_ptr<Player>> Player::All() {
-  std::lock_guard guard(registry().lock);
-  std::vector<std::shared_ptr<Player>> all;
-  for (const auto& [handle, player] : registry().players) all.push_back(player);
-  return all;
-}
-
-bool Player::WaitForClosed() {
-  std::unique_lock guard(registry().lock);
-  return registry().closed.wait_for(guard, kPatience, [] { return registry().closing == 0; });
 }
 
 // --- The program's side -------------------------------------------------------------------------------------------
 
 void Player::SetMedia(MediaRef media) {
   LogTime("set_media", this);
-  {
-    std::lock_guard guard(mediaLock_);
-    media_ = media;
+  std::lock_guard guard(lock_);
+  startAt_ = 0;
+  following_ = nullptr;
+  if (!started_ && !closing_) {
+    media_ = std::move(media);
+    TellMedia();
+    return;
   }
-  Enqueue([this, media = std::move(media)]() mutable { DoSetMedia(std::move(media)); });
+  next_ = std::move(media);
+  hasNext_ = true;
+  if (closing_) return;
+  CloseInput(kChangePatience);
+  Post([this] { TellCapabilities(0); });
 }
 
-void Player::Play() {
-  LogTime("play", this);
-  if (media()) started_.store(true);
-  Enqueue([this] { DoPlay(); });
-}
-
-void Player::Pause() {
-  Enqueue([this] { libvlc_media_player_pause(native_); });
-}
-
-void Player::SeekTo(int64_t milliseconds) {
-  Enqueue([this, milliseconds] { DoSeek(milliseconds); });
-}
-
-bool Player::StopAsync() {
-  if (!started_.exchange(false)) return false;
-  Enqueue([this] { DoStop(); });
-  return true;
-}
-
-void Player::Stop() {
-  LogTime("stop", this);
-  started_.store(false);
-  auto done = std::make_shared<std::promise<void>>();
-  std::future<void> finished = done->get_future();
-  Enqueue([this, done] {
-    DoStop();
-    done->set_value();
-  });
-  if (finished.wait_for(kPatience) == std::future_status::timeout) Warn("libvlc has not stopped player %p yet", this);
-}
-
-void Player::Close() {
-  {
-    Registry& all = registry();
-    std::lock_guard guard(all.lock);
-    if (!all.players.erase(this)) return;
-    ++all.closing;
-  }
-  events_->Close();
-  Enqueue([this] { DoClose(); });
+void Player::SetNextMedia(MediaRef media) {
+  std::lock_guard guard(lock_);
+  following_ = std::move(media);
 }
 
 MediaRef Player::media() const {
-  std::lock_guard guard(mediaLock_);
+  std::lock_guard guard(lock_);
   return media_;
 }
 
-// --- libvlc's events ----------------------------------------------------------------------------------------------
+bool Player::Play() {
+  LogTime("play", this);
+  std::lock_guard guard(lock_);
+  if (!(hasNext_ ? next_ : media_)) return false;
+  if (started_) {
+    if (running_ && !closing_) engine_->SetPause(input_, false);
+    return true;
+  }
+  started_ = true;
+  if (!closing_) OpenInput();
+  return true;
+}
 
-void Player::ListenToLibvlc() {
-  libvlc_event_manager_t* manager = libvlc_media_player_event_manager(native_);
-  for (libvlc_event_e type : kWatchedEvents) {
-    libvlc_event_attach(
-        manager, type,
-        [](const libvlc_event_t* event, void* player) { static_cast<Player*>(player)->OnLibvlcEvent(*event); }, this);
+void Player::Pause() {
+  std::lock_guard guard(lock_);
+  if (!started_ || closing_ || !running_) return;
+  engine_->SetPause(input_, state_ != State::kPaused);
+}
+
+// While the old input closes there is none to seek in, unless the new media is open already.
+void Player::SeekTo(int64_t milliseconds) {
+  std::lock_guard guard(lock_);
+  if (started_ && !closing_) {
+    engine_->Seek(input_, milliseconds);
+  } else if (!closing_ || (guise_ == Guise::kCallbacks && hasNext_)) {
+    startAt_ = std::max<int64_t>(milliseconds, 0);
   }
 }
 
-void Player::OnLibvlcEvent(const libvlc_event_t& event) {
-  // Up to SeekableChanged the two versions number their events alike.
-  Event out = Plain(event.type);
-  switch (event.type) {
-    case libvlc_MediaPlayerLengthChanged:
-      length_.store(event.u.media_player_length_changed.new_length, std::memory_order_relaxed);
-      return;
-    case libvlc_MediaPlayerMediaChanged:
-      state_.store(State::kIdle, std::memory_order_relaxed);
-      time_.store(-1, std::memory_order_relaxed);
-      length_.store(-1, std::memory_order_relaxed);
-      stoppedTold_.store(false, std::memory_order_relaxed);
-      out.u.media = loaded_.get();
-      events_->Push(out, loaded_);
-      return;
-    case libvlc_MediaPlayerOpening:
-      state_.store(State::kOpening, std::memory_order_relaxed);
-      time_.store(0, std::memory_order_relaxed);
-      stoppedTold_.store(false, std::memory_order_relaxed);
-      break;
-    case libvlc_MediaPlayerPlaying:
-      state_.store(State::kPlaying, std::memory_order_relaxed);
-      break;
-    case libvlc_MediaPlayerPaused:
-      state_.store(State::kPaused, std::memory_order_relaxed);
-      break;
-    case libvlc_MediaPlayerEndReached:
-      state_.store(State::kEnded, std::memory_order_relaxed);
-      started_.store(false);
-      break;
-    case libvlc_MediaPlayerEncounteredError:
-      state_.store(State::kError, std::memory_order_relaxed);
-      started_.store(false);
-      break;
-    case libvlc_MediaPlayerStopped:
-      OnStopped();
-      return;
-    case libvlc_MediaPlayerBuffering:
-      out.u.cache = event.u.media_player_buffering.new_cache;
-      break;
-    case libvlc_MediaPlayerTimeChanged:
-      out.u.time = event.u.media_player_time_changed.new_time;
-      time_.store(out.u.time, std::memory_order_relaxed);
-      break;
-    case libvlc_MediaPlayerPositionChanged:
-      out.u.position = static_cast<double>(event.u.media_player_position_changed.new_position);
-      break;
-    case libvlc_MediaPlayerSeekableChanged:
-      out.u.seekable = event.u.media_player_seekable_changed.new_seekable;
-      break;
-    default:
-      break;
-  }
-  events_->Push(out);
+bool Player::Stop() {
+  LogTime("stop", this);
+  std::lock_guard guard(lock_);
+  startAt_ = 0;
+  if (!started_) return false;
+  started_ = false;
+  // Behind an input that closes already, Stopped may come first.
+  Post([this] {
+    if (closing_ && !started_) TellStopping(StopReason::kUser);
+  });
+  if (!closing_) CloseInput(0);
+  return true;
 }
 
-void Player::OnStopped() {
-  // After an end or an error libvlc 3 is stopped once more by the next play or stop; the state stays what it was, so
-  // that play knows that it has to.
-  State before = state_.load(std::memory_order_relaxed);
-  if (before != State::kEnded && before != State::kError) state_.store(State::kStopped, std::memory_order_relaxed);
-  time_.store(-1, std::memory_order_relaxed);
-  length_.store(-1, std::memory_order_relaxed);
-  if (!stoppedTold_.exchange(true)) events_->Push(Plain(kStopped));
-}
-
-// --- The command thread -------------------------------------------------------------------------------------------
-
-void Player::Enqueue(Command command) {
+void Player::Close() {
+  if (!PlayerRegistry::Remove(this)) return;
   {
-    std::lock_guard guard(commandLock_);
-    commands_.push_back(std::move(command));
+    std::lock_guard guard(lock_);
+    closed_ = true;
+    listeners_.Close();
+    thread_->Close();
   }
-  commanded_.notify_one();
+  engine_->Close([self = shared_from_this()] {
+    self->canvas_->Close();
+    Painter::Wake();
+    PlayerRegistry::CountClosed();
+  });
 }
 
-void Player::RunCommands(std::shared_ptr<Player> self) {
-  std::unique_lock guard(commandLock_);
-  while (!closing_) {
-    commanded_.wait(guard, [this] { return !commands_.empty(); });
-    Command next = std::move(commands_.front());
-    commands_.pop_front();
-    guard.unlock();
-    next();
-    guard.lock();
-  }
-  guard.unlock();
-  self = nullptr;
+void Player::Retain() { references_.fetch_add(1); }
+
+bool Player::DropReference() { return references_.fetch_sub(1) == 1; }
+
+State Player::state() const {
+  std::lock_guard guard(lock_);
+  return state_;
 }
 
-// libvlc's own state lags behind its play function, so the one kept here counts.
-bool Player::Running() const {
-  State state = state_.load();
-  return state == State::kOpening || state == State::kPlaying || state == State::kPaused;
+bool Player::playing() const {
+  std::lock_guard guard(lock_);
+  return state_ == State::kPlaying || state_ == State::kStopping;
 }
 
-void Player::DoSetMedia(MediaRef media) {
-  bool goOn = Running();
-  loaded_ = std::move(media);
-  seekBeforePlay_ = -1;
-  startTimeGiven_ = false;
-  canvas_->SetMedia(loaded_);
-  libvlc_media_player_set_media(native_, loaded_ ? loaded_->Native(instance_->native()) : nullptr);
-  if (goOn && loaded_) DoPlay();
+// Between two time events, and when they fail to come, the time goes on with the sound.
+int64_t Player::time() const {
+  std::lock_guard guard(lock_);
+  if (!running_ || state_ != State::kPlaying) return time_;
+  auto passed = std::chrono::steady_clock::now() - timeAt_;
+  int64_t atMost = std::chrono::duration_cast<std::chrono::milliseconds>(passed).count();
+  return time_ + std::min(audio_.Played() - timePlayed_, atMost);
 }
 
-void Player::DoPlay() {
-  if (!loaded_) return;
-  if (!Running()) Start();
-  canvas_->ExpectFirstPicture(this);
-  libvlc_media_player_play(native_);
+int64_t Player::length() const {
+  std::lock_guard guard(lock_);
+  return length_;
 }
 
-// Makes a player that is not running ready for libvlc's play.
-void Player::Start() {
-  State before = state_.load();
-  if (before == State::kEnded || before == State::kError) libvlc_media_player_stop(native_);
-  if (seekBeforePlay_ > 0 || startTimeGiven_) {
-    char option[64];
-    int64_t start = seekBeforePlay_ > 0 ? seekBeforePlay_ : 0;
-    snprintf(option, sizeof option, ":start-time=%" PRId64 ".%03" PRId64, start / 1000, start % 1000);
-    loaded_->AddOption(option);
-    startTimeGiven_ = start > 0;
-    seekBeforePlay_ = -1;
-  }
-  state_.store(State::kOpening);
+TrackList* Player::Tracks(TrackType type, bool selectedOnly) const {
+  std::lock_guard guard(lock_);
+  bool known = running_ && !closing_ && IsKnown(type);
+  return TrackList::Make(engine_->native(), known ? media_->native() : nullptr, type, selectedOnly);
 }
 
-void Player::DoSeek(int64_t milliseconds) {
-  if (Running()) {
-    libvlc_media_player_set_time(native_, milliseconds);
+void Player::SelectTrack(TrackType type, int number) {
+  std::lock_guard guard(lock_);
+  if (!IsKnown(type)) return;
+  if (running_ && !closing_) {
+    devlib::SelectTrack(engine_->native(), type, number);
   } else {
-    seekBeforePlay_ = milliseconds;
+    wantedTracks_[static_cast<int>(type)] = number;
   }
 }
 
-void Player::DoStop() {
-  seekBeforePlay_ = -1;
-  if (Running()) events_->Push(Plain(kStopping));
-  libvlc_media_player_stop(native_);
+PictureSize Player::VideoSize() const {
+  std::lock_guard guard(lock_);
+  return running_ && !closing_ ? media_->VideoSize() : PictureSize{};
 }
 
-void Player::DoClose() {
-  libvlc_media_player_stop(native_);
-  libvlc_media_player_release(native_);
-  canvas_->SetMedia(nullptr);
-  canvas_->Close();
-  Painter::Wake();
-  loaded_ = nullptr;
+bool Player::TakeSnapshot(unsigned number, const std::string& path, unsigned width, unsigned height) {
+  std::lock_guard guard(lock_);
+  if (running_ && !closing_ && canvas_->HasPicture()) {
+    libvlc_video_take_snapshot(engine_->native(), number, path.c_str(), width, height);
+  }
+  return true;
+}
+
+// --- Inputs ----------------------------------------------------------------------------------------------------------
+
+void Player::OpenInput() {
+  ++input_;
+  running_ = false;
+  time_ = startAt_;
+  toldTime_ = -1;
+  engine_->Start(input_, media_, std::exchange(startAt_, 0), this);
+}
+
+void Player::CloseInput(int patience) {
   closing_ = true;
-  Registry& all = registry();
-  {
-    std::lock_guard guard(all.lock);
-    --all.closing;
-  }
-  all.closed.notify_all();
+  running_ = false;
+  time_ = 0;
+  length_ = -1;
+  std::fill(std::begin(selectedTracks_), std::end(selectedTracks_), -1);
+  engine_->Stop(input_, patience);
 }
 
 }  // namespace vantro::devlib

@@ -1,113 +1,135 @@
-// A media player of libvlc 4 on top of one of libvlc 3.
+// A media player of libvlc 4, as its program sees it, on top of an engine that plays through libvlc 3.
 //
-// libvlc 3 blocks its caller while a stream stops or a media is replaced, and deadlocks when that happens inside a
-// callback. So set_media, play, pause, seek and stop are run in their order by a native thread of the player, and what
-// a program asks often (state, time, length) is answered from libvlc's last events. Where the two versions behave
-// differently, this class behaves like 4: a new media continues the playback of the old one, play starts again after
-// the end, a seek before play is where play starts, and Stopped is told once.
+// All that a program can ask, and all that it is told, is under the player's recursive lock, so that a state that can
+// be read has been told, and a callback that waits for another thread's call into the same player waits for good, as in
+// libvlc. What the engine tells is handled one by one by a Windows thread of the player; only MediaChanged of a player
+// that plays nothing is told on the thread that calls set_media.
+//
+// What plays is an input. While one closes there is none: the media that is set meanwhile is opened behind it.
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
+#include <chrono>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "audio_meter.h"
 #include "canvas.h"
-#include "event_delivery.h"
+#include "engine.h"
+#include "event_listeners.h"
+#include "libvlc4_abi.h"
 #include "media.h"
-
-struct libvlc_event_t;
-struct libvlc_media_player_t;
+#include "notice.h"
+#include "task_thread.h"
 
 namespace vantro::devlib {
 
 class Instance;
+class TrackList;
 
-class Player {
+// How a program hears of a player: by an event manager, or by the callbacks that it is made with.
+enum class Guise { kEvents, kCallbacks };
+
+class Player : public std::enable_shared_from_this<Player> {
  public:
-  enum class State { kIdle, kOpening, kPlaying, kPaused, kStopped, kEnded, kError };
-
   // Null when libvlc makes no player or Windows no thread. Windows threads only. The program's handle of the player is
-  // the object's address; the object itself lives on until Close has taken effect and nobody uses it.
-  static std::shared_ptr<Player> Create(Instance* instance);
-  // The player behind a program's handle, null for one that was released. `function` is named in the warning then.
-  static std::shared_ptr<Player> Find(const void* handle, const char* function);
-  static std::vector<std::shared_ptr<Player>> All();
-  // Waits until every closed player has let go of libvlc, for at most some seconds: false if that was not enough.
-  static bool WaitForClosed();
+  // the object's address; the object itself lives on until Close has taken effect and nobody uses it. `callbacks` and
+  // `opaque` are for the guise of that name.
+  static std::shared_ptr<Player> Create(Instance* instance, Guise guise, const PlayerCallbacks* callbacks,
+                                        void* opaque);
+  ~Player();
 
-  // Commands: return at once.
+  // Media null for none.
   void SetMedia(MediaRef media);
-  void Play();
+  // Null for none. Opened when the media before it has come to its end.
+  void SetNextMedia(MediaRef media);
+  MediaRef media() const;
+  // False without a media.
+  bool Play();
   void Pause();
   void SeekTo(int64_t milliseconds);
   // False when there is nothing to stop.
-  bool StopAsync();
-  // Stops even what is not started, as versions with this function do, and waits until libvlc is done.
-  void Stop();
+  bool Stop();
   // No event is delivered after the return; libvlc's player is stopped and released behind it.
   void Close();
+  void Retain();
+  // True when that was the last reference.
+  bool DropReference();
 
-  bool playing() const { return state_.load(std::memory_order_relaxed) == State::kPlaying; }
-  State state() const { return state_.load(std::memory_order_relaxed); }
-  int64_t time() const { return time_.load(std::memory_order_relaxed); }
-  int64_t length() const { return length_.load(std::memory_order_relaxed); }
-  MediaRef media() const;
+  State state() const;
+  bool playing() const;
+  int64_t time() const;    // milliseconds; 0 when nothing plays
+  int64_t length() const;  // milliseconds; -1 when unknown
 
-  libvlc_media_player_t* native() const { return native_; }
-  EventDelivery& events() { return *events_; }
+  // Tracks are known while a media plays. The caller owns the list.
+  TrackList* Tracks(TrackType type, bool selectedOnly) const;
+  // By libvlc 3's number, -1 for none. What is asked for before a media plays counts from then on.
+  void SelectTrack(TrackType type, int number);
+  PictureSize VideoSize() const;
+  // True although no file was written, as in libvlc; false without a path.
+  bool TakeSnapshot(unsigned number, const std::string& path, unsigned width, unsigned height);
+
+  EventListeners& listeners() { return listeners_; }
   Canvas& canvas() { return *canvas_; }
   AudioMeter& audio() { return audio_; }
+  bool InOwnCallback() const;
 
  private:
-  using Command = std::function<void()>;
+  Player(Guise guise, bool soundOfPlayer, const PlayerCallbacks* callbacks, void* opaque);
 
-  Player() = default;
-  void ListenToLibvlc();
-  void OnLibvlcEvent(const libvlc_event_t& event);
-  void OnStopped();
+  void Tell(const Notice& notice);
+  void TellState(State state);
+  void TellMedia();
+  void TellCapabilities(int32_t now);
 
-  // The command thread's side.
-  void RunCommands(std::shared_ptr<Player> self);
-  void Enqueue(Command command);
-  void DoSetMedia(MediaRef media);
-  void DoPlay();
-  void Start();
-  void DoSeek(int64_t milliseconds);
-  void DoStop();
-  void DoClose();
-  bool Running() const;
+  // The player's thread: each with the lock held.
+  void Handle(const EngineEvent& event);
+  void HandleClosed();
+  void HandleEnd(StopReason reason);
+  void HandleFigure(const EngineEvent& event);
+  void HandleTrack(const EngineEvent& event, Notice::Kind kind);
+  void RememberTime(int64_t milliseconds);
+  void TellStopping(StopReason reason);
+  void Post(std::function<void()> task);
 
-  Instance* instance_ = nullptr;
-  libvlc_media_player_t* native_ = nullptr;
-  std::shared_ptr<EventDelivery> events_;
+  void OpenInput();
+  void CloseInput(int patience);
+
+  static constexpr int kAnyTrack = INT32_MIN;
+
+  const Guise guise_;
+  const PlayerCallbacks* const callbacks_;
+  void* const opaque_;
+  std::atomic<int> references_{1};
+  std::unique_ptr<Engine> engine_;
+  std::shared_ptr<TaskThread> thread_;
   std::shared_ptr<Canvas> canvas_;
   AudioMeter audio_;
+  EventListeners listeners_;
 
-  mutable std::mutex mediaLock_;
+  mutable std::recursive_mutex lock_;
+  bool closed_ = false;
+  State state_ = State::kNothingSpecial;
   MediaRef media_;
-
-  std::atomic<State> state_{State::kIdle};
-  std::atomic<int64_t> time_{-1};
-  std::atomic<int64_t> length_{-1};
-  std::atomic<bool> started_{false};      // the program asked to play and not to stop since, and no end came
-  std::atomic<bool> stoppedTold_{false};  // Stopped was sent since the last opening or new media
-
-  std::mutex commandLock_;
-  std::condition_variable commanded_;
-  std::deque<Command> commands_;
-  bool closing_ = false;
-
-  // Of the command thread alone.
-  MediaRef loaded_;              // what the native player holds
-  int64_t seekBeforePlay_ = -1;  // milliseconds; for the next start of the media
-  bool startTimeGiven_ = false;  // the loaded media carries a start time as option
+  MediaRef next_;         // set while an input closes
+  bool hasNext_ = false;  // next_ counts, null included
+  MediaRef following_;    // opened behind the end of media_
+  bool started_ = false;  // the program wants it to play, and no end came
+  bool closing_ = false;  // an input closes
+  bool running_ = false;  // libvlc plays the input, or has paused it
+  uint64_t input_ = 0;    // number of the last input
+  int64_t startAt_ = 0;   // milliseconds; where the next input begins
+  int32_t capabilities_ = 0;
+  int64_t length_ = -1;
+  int64_t time_ = 0;        // of the last time event, or where the input begins
+  int64_t toldTime_ = -1;   // of the last time event, -1 before it
+  int64_t timePlayed_ = 0;  // sound played at that moment
+  std::chrono::steady_clock::time_point timeAt_{};
+  int wantedTracks_[3] = {kAnyTrack, kAnyTrack, kAnyTrack};
+  int selectedTracks_[3] = {-1, -1, -1};
 };
 
 }  // namespace vantro::devlib

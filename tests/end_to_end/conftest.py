@@ -28,3 +28,10 @@ def server(streams):
     """Serves the streams, healthy and broken, for one test."""
     with StreamServer(streams) as server:
         yield server
+
+
+@pytest.fixture(scope="module")
+def module_server(streams):
+    """The same for all tests of a file."""
+    with StreamServer(streams) as server:
+        yield server

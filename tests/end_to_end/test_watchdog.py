@@ -9,14 +9,14 @@ are exact elsewhere.
 
 import dataclasses
 import datetime
-import subprocess
 
 import pytest
 
-from vantro_interface.host import Host, bridge
+from vantro_interface.host import Host, player_libraries
 
 from tests.end_to_end.stream_server import StreamServer
 from tests.support.playback_events import times
+from tests.support.wedged_stream import HOPELESS, make_hopeless
 
 PICTURES_STOP, SOUND_STOPS, GRID, HOPELESS_GRID = 1, 2, 3, 4
 WEDGED = [pytest.param(PICTURES_STOP, "video_wedged", id="pictures-stop"),
@@ -24,7 +24,6 @@ WEDGED = [pytest.param(PICTURES_STOP, "video_wedged", id="pictures-stop"),
 TILES = [pytest.param("video", "video_wedged", id="pictures-stop"),
          pytest.param("audio", "audio_wedged", id="sound-stops")]
 BYTES_BEFORE_FREEZING = 250000  # some 3 s of the test picture
-HOPELESS = "hopeless"
 GIVING_UP = "Playback issue detected. Please try again."
 
 
@@ -59,7 +58,7 @@ def log_lines(host):
 def open_window(prefix, folder, client):
     """A second launch makes the running host open a window."""
     count = len(client.engines)
-    with Host(prefix, folder, libraries=bridge()) as launch:
+    with Host(prefix, folder, libraries=player_libraries()) as launch:
         launch.start(connect=False).wait()
     client.wait_until(lambda: len(client.engines) == count + 1, "the window's engine")
     client.poll(lambda: len(client.windows("VantroWindowClass")), lambda windows: windows == count + 1, "the window")
@@ -68,17 +67,6 @@ def open_window(prefix, folder, client):
 
 def asked(server, tile):
     return sum(f"tile={tile} " in line for line in server.requests())
-
-
-def make_hopeless(folder):
-    """A stream of 30 s whose pictures stop after 2 s."""
-    folder.mkdir()
-    picture, sound = "testsrc=size=640x360:rate=25:duration=2", "sine=frequency=440:sample_rate=48000:duration=30"
-    h264 = ["-c:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-pix_fmt", "yuv420p", "-g", "25"]
-    subprocess.run(["ffmpeg", "-nostdin", "-loglevel", "error", "-f", "lavfi", "-i", picture, "-f", "lavfi",
-                    "-i", sound, *h264, "-c:a", "aac", "-f", "mpegts", "-muxdelay", "0.1", folder / f"{HOPELESS}.ts"],
-                   check=True, stdin=subprocess.DEVNULL)
-    return folder
 
 
 def enter_grid(client, window):
@@ -106,7 +94,7 @@ def record(wine_prefix, streams, tmp_path_factory):
     wine_prefix.forget()
     folder = tmp_path_factory.mktemp("wedged")
     with StreamServer(streams) as server, StreamServer(make_hopeless(folder / "streams")) as hopeless, \
-            Host(wine_prefix, folder / "host", libraries=bridge(), timeout=90) as host:
+            Host(wine_prefix, folder / "host", libraries=player_libraries(), timeout=90) as host:
         client = host.start().client
         for window in (SOUND_STOPS, GRID, HOPELESS_GRID):
             assert open_window(wine_prefix, folder / f"launch{window}", client) == window
@@ -168,8 +156,8 @@ def test_a_reloaded_tile_asks_for_its_stream_again(record, tile, reason):
 
 
 def test_a_reloaded_tile_tells_a_change_of_media(record):
-    # Three loads before: the original's, and one for each further tile.
-    assert len(record.of(GRID, "onMediaChanged")) >= 5
+    # One load before, the original's: that of a further tile is over before its events are attached.
+    assert len(record.of(GRID, "onMediaChanged")) >= 3
 
 
 def test_a_tile_s_pause_is_not_told_and_its_resume_is(record):

@@ -117,7 +117,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder, StreamServer(streams) as server, \
             hosts.Prefix(ROOT / "out/wine/rounds") as prefix:
         meters = Meters(pathlib.Path(folder) / "meters.jsonl")
-        with hosts.Host(prefix, pathlib.Path(folder) / "host", libraries=hosts.bridge(), log=False,
+        with hosts.Host(prefix, pathlib.Path(folder) / "host", libraries=hosts.player_libraries(), log=False,
                         environment=meters.environment) as host:
             host.start()
             try:

@@ -142,7 +142,7 @@ def main():
     subprocess.run([ROOT / "devkit/streams/make-streams", streams], check=True, stdin=subprocess.DEVNULL)
     with tempfile.TemporaryDirectory() as folder, StreamServer(streams) as server, \
             hosts.Prefix(ROOT / "out/wine/storm") as prefix, \
-            hosts.Host(prefix, pathlib.Path(folder) / "host", libraries=hosts.bridge(), log=False) as host:
+            hosts.Host(prefix, pathlib.Path(folder) / "host", libraries=hosts.player_libraries(), log=False) as host:
         host.start()
         storm = Storm(host, server)
         began = time.monotonic()

@@ -75,7 +75,7 @@ class Story:
     def start(self):
         self.runs += 1
         shutil.rmtree(self.folder / "host", ignore_errors=True)
-        self.host = hosts.Host(self.prefix, self.folder / "host", libraries=hosts.bridge(), log=False)
+        self.host = hosts.Host(self.prefix, self.folder / "host", libraries=hosts.player_libraries(), log=False)
         self.host.start()
         self.client = self.host.client
         self.process = process_of(self.host.executable)
@@ -154,7 +154,7 @@ class Story:
     def open_a_window(self):
         if self.opened >= WINDOWS_A_PROCESS:
             return
-        launch = hosts.Host(self.prefix, self.folder / "launch", libraries=hosts.bridge(), log=False)
+        launch = hosts.Host(self.prefix, self.folder / "launch", libraries=hosts.player_libraries(), log=False)
         launch.start(connect=False)
         require(launch.wait(PLAY_SECONDS) == 0, "a second launch failed")
         self.opened, self.windows = self.opened + 1, self.windows + 1

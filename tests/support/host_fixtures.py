@@ -19,8 +19,8 @@ from vantro_interface.display import Display
 
 DEFAULT_LIMIT = 60
 
-__all__ = ["pytest_configure", "watchdog", "wine_prefix", "fresh_prefix", "host", "player_host", "screen",
-           "screen_prefix", "screen_host"]
+__all__ = ["pytest_configure", "watchdog", "wine_prefix", "fresh_prefix", "host", "player_host",
+           "callbacks_host", "bare_host", "screen", "screen_prefix", "screen_host"]
 
 
 def pytest_configure(config):
@@ -106,13 +106,28 @@ def host(wine_prefix, tmp_path):
     yield from _starter(wine_prefix, tmp_path, libraries)
 
 
+def _player_starter(prefix, folder, libraries):
+    _require(hosts.BUILD / "vantro.exe", *libraries.values())
+    yield from _starter(prefix, folder, libraries)
+
+
 @pytest.fixture
 def player_host(wine_prefix, tmp_path):
-    """Starts the built host so that real streams play. Its windows have no display; their pictures
-    come from client.capture."""
-    libraries = hosts.bridge()
-    _require(hosts.BUILD / "vantro.exe", *libraries.values())
-    yield from _starter(wine_prefix, tmp_path, libraries)
+    """Starts the built host with the adapter and the development library under it, so that real streams play. Its
+    windows have no display; their pictures come from client.capture."""
+    yield from _player_starter(wine_prefix, tmp_path, hosts.player_libraries())
+
+
+@pytest.fixture
+def callbacks_host(wine_prefix, tmp_path):
+    """As player_host, with the development library in the guise of a libvlc 4 of 2026: callbacks and microseconds."""
+    yield from _player_starter(wine_prefix, tmp_path, hosts.player_libraries("callbacks"))
+
+
+@pytest.fixture
+def bare_host(wine_prefix, tmp_path):
+    """As player_host, on the development library without the adapter."""
+    yield from _player_starter(wine_prefix, tmp_path, hosts.bare_libraries())
 
 
 @pytest.fixture(scope="session")
@@ -131,9 +146,7 @@ def screen_prefix(screen):
 @pytest.fixture
 def screen_host(screen_prefix, tmp_path):
     """As player_host, with its windows on the screen, and the overlay cut away so that the video is seen."""
-    libraries = hosts.bridge()
-    _require(hosts.BUILD / "vantro.exe", *libraries.values())
-    for starter in _starter(screen_prefix, tmp_path, libraries):
+    for starter in _player_starter(screen_prefix, tmp_path, hosts.player_libraries()):
         make = starter.make
         starter.make = lambda **options: make(**{"glass": True, **options})
         yield starter

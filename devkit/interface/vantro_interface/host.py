@@ -37,10 +37,17 @@ def scripted(variant="full"):
     }
 
 
-def bridge(variant="early4"):
-    """The libraries that play through Debian's libvlc, as one of two generations of libvlc 4."""
-    folder = BUILD / "libvlc" / variant
-    return {"libvlc.dll": folder / "libvlc.dll", "libvlccore.dll": folder / "libvlccore.dll"}
+def player_libraries(guise="events"):
+    """What a user has: the runtime adapter, and under it the development library in the guise of a published libvlc 4."""
+    folder = BUILD / "libvlc" / guise
+    return {"libvlc.dll": BUILD / "runtime/libvlc.dll", "libvlc-real.dll": folder / "libvlc-real.dll",
+            "libvlccore.dll": folder / "libvlccore.dll"}
+
+
+def bare_libraries(guise="events"):
+    """The development library without the adapter: what the host finds when the adapter was left out."""
+    folder = BUILD / "libvlc" / guise
+    return {name: folder / name for name in ("libvlc.dll", "libvlccore.dll")}
 
 
 class Prefix:

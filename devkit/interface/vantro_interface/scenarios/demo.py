@@ -11,7 +11,7 @@ import sys
 
 from ..client import THUMBNAIL_CHANNEL, ConnectionLost, WaitTimeout
 from ..display import Display, region_colours
-from ..host import BUILD, ROOT, Host, Prefix, bridge
+from ..host import BUILD, ROOT, Host, Prefix, player_libraries
 from .teller import StoryFailed, Teller
 
 sys.path.append(str(ROOT))
@@ -183,7 +183,7 @@ class Demo:
 
     def tell_second_window(self, server):
         with self.teller.step("A second window in the same process"):
-            second = Host(self.prefix, self.out / "second-launch", libraries=bridge(), glass=True)
+            second = Host(self.prefix, self.out / "second-launch", libraries=player_libraries(), glass=True)
             second.start(connect=False)
             code = second.wait()
             self.teller.line(f"   the second launch ended with {code}")
@@ -282,7 +282,7 @@ def main():
     pictures, failure = [], None
     try:
         with Display() as display, Prefix(ROOT / "out/wine/demo", "x11", display.name) as prefix, \
-                Host(prefix, out / "host", libraries=bridge(), glass=True, on_event=teller.on_event) as host:
+                Host(prefix, out / "host", libraries=player_libraries(), glass=True, on_event=teller.on_event) as host:
             with teller.step(f"Starting {BUILD / 'vantro.exe'}"):
                 host.start()
                 teller.line(f"   process {host.client.hello['pid']} on display {display.name}")

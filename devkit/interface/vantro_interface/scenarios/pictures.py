@@ -11,7 +11,7 @@ import tempfile
 
 from ..chrome import CLOSE, FILE, HELP, VOLUME, Chrome
 from ..display import Display, region_colours
-from ..host import ROOT, Host, Prefix, bridge
+from ..host import ROOT, Host, Prefix, player_libraries
 from ..user import User, centre
 
 sys.path.append(str(ROOT))
@@ -29,7 +29,7 @@ class Session:
         os.environ["VANTRO_DESKTOP"] = desktop
         self.display = Display(use_existing=False)
         self.prefix = Prefix(ROOT / "out/wine" / f"pictures-{os.getpid()}", "x11", self.display.name)
-        self.host = Host(self.prefix, scratch / desktop, libraries=bridge(), glass=True).start()
+        self.host = Host(self.prefix, scratch / desktop, libraries=player_libraries(), glass=True).start()
         self.user = User(self.display)
         self.chrome = Chrome(self.host, self.user, self.display, scratch)
         self.client = self.host.client
