@@ -6,11 +6,9 @@
 namespace vantro {
 
 void EventCallbackSlot::swap(EventCallback& callback) {
-  const EventCallback* const current = callback_.Load();
-  EventCallback old = current ? *current : nullptr;
-  callback_.Replace(callback ? std::make_unique<const EventCallback>(std::move(callback)) : nullptr);
-  if (old) epochs_.WaitForReaders();
-  callback = std::move(old);
+  auto next = callback ? std::make_unique<EventCallback>(std::move(callback)) : nullptr;
+  const std::unique_ptr<EventCallback> old = callback_.Replace(std::move(next));
+  callback = old ? std::move(*old) : nullptr;
 }
 
 }  // namespace vantro

@@ -1,33 +1,42 @@
-// Reclamation for data that one thread replaces while others read it, without making a reader wait.
+// Lets one thread replace data that others are reading, and destroy the old data when nobody can be using it any more.
 //
-// The owner thread replaces an object by publishing another one and retiring the old. Readers announce themselves for
-// the time they use what they loaded. A retired object is destroyed at once when no reader is inside, which is the
-// usual case, and otherwise by a later call of the owner, when every reader that could have seen it has left. Readers
-// never wait and never free; readers that follow one another without a pause don't hold up reclamation.
+// The owner thread publishes a new object, waits for the readers that are inside, and then destroys the old one. A
+// reader marks itself for the time it uses what it loaded. Readers never wait and never destroy anything.
+//
+// The readers here are libvlc's threads, which deliver events, and the owner is the main thread. Why it is built so:
+// - A mutex around the data would make a libvlc thread wait for the main thread. The main thread holds such a mutex
+//   while it calls libvlc, and libvlc's calls wait for the thread that delivers: neither would go on.
+// - A copy of a shared_ptr would let a libvlc thread hold the last reference. The object would then be destroyed there,
+//   and a player can't be released inside its own callback.
+// - So the main thread waits, and a reader may not wait for it. A reader sends its event to the interface, which hands
+//   the bytes over and waits for nobody; sets and kills timers and asks for a client rectangle, none of which sends a
+//   message; and asks and scales videos of libvlc. Only the last can wait: for a lock that a video output holds while
+//   it sends a message to the window that it draws into, whose thread is the main thread. The wait therefore serves
+//   sent messages between two looks (see the idle function). It serves no posted ones: no timer and no request of the
+//   interface runs within it. The owner's own data must be consistent when it waits, because a window procedure may
+//   run.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace vantro {
 
 class ReaderEpochs {
  public:
-  ReaderEpochs() = default;
-  // Waits for the readers inside and destroys what is retired. Owner thread.
-  ~ReaderEpochs();
+  // What the owner thread does between two looks at a reader that takes its time. It must return soon.
+  using IdleFunction = void (*)();
+
+  explicit ReaderEpochs(IdleFunction idle = YieldThread) : idle_(idle) {}
   ReaderEpochs(const ReaderEpochs&) = delete;
   ReaderEpochs& operator=(const ReaderEpochs&) = delete;
 
-  // Holds off the destruction of everything that is published while it lives. Any thread; may be nested.
+  // The mark. Holds up WaitForReaders while it lives. Any thread; may be nested.
   class Reader {
    public:
-    explicit Reader(ReaderEpochs& epochs) : slot_(epochs.readers_[epochs.epoch_.load(std::memory_order_seq_cst) & 1]) {
-      slot_.fetch_add(1, std::memory_order_seq_cst);
-    }
-    ~Reader() { slot_.fetch_sub(1, std::memory_order_seq_cst); }
+    explicit Reader(ReaderEpochs& epochs) : slot_(epochs.readers_[epochs.epoch_.load() & 1]) { slot_.fetch_add(1); }
+    ~Reader() { slot_.fetch_sub(1); }
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
 
@@ -35,34 +44,21 @@ class ReaderEpochs {
     std::atomic<uint32_t>& slot_;
   };
 
-  // Takes an object that new readers can no longer reach, and destroys it as soon as it may. Never waits. Owner thread.
-  void Retire(std::shared_ptr<void> object);
-
-  // Destroys the retired objects that no reader can hold any more. Never waits. Owner thread.
-  void Reclaim();
-
-  // Waits until every reader that was inside at the call has left, then reclaims. Owner thread, and not from within a
-  // reader.
+  // Waits until every reader that was inside at the call has left; readers that come later don't hold it up. Owner
+  // thread, and not from within a reader.
   void WaitForReaders();
 
-  // Objects retired and not yet destroyed. Owner thread.
-  size_t RetiredCount() const { return retired_.size(); }
-
  private:
-  struct Retired {
-    uint64_t epoch;
-    std::shared_ptr<void> object;
-  };
-
-  bool NobodyInside() const;
+  static void YieldThread();
   // Moves to the next epoch if the readers that came before the present one have all left.
   bool Advance();
 
   // Readers count themselves in the slot of the epoch that they saw. An epoch begins only when the slot that it is
-  // going to use again has run empty, so two beginnings after a retirement every reader from before it has left.
+  // going to use again has run empty, so two beginnings after a publication every reader from before it has left. All
+  // accesses are sequentially consistent: a reader that the wait does not see sees what was published before the wait.
   std::atomic<uint64_t> epoch_{0};
   std::atomic<uint32_t> readers_[2] = {};
-  std::vector<Retired> retired_;
+  const IdleFunction idle_;
 };
 
 // One object that readers of the given epochs load and the owner thread replaces; empty at first.
@@ -76,17 +72,19 @@ class Published {
 
   // The object, or null. Within a ReaderEpochs::Reader of any thread, valid until that ends; on the owner thread, valid
   // until it is replaced.
-  const T* Load() const { return current_.load(std::memory_order_seq_cst); }
+  const T* Load() const { return current_.load(); }
 
-  // Owner thread; never waits.
-  void Replace(std::unique_ptr<const T> object) {
-    const T* const old = current_.exchange(object.release(), std::memory_order_seq_cst);
-    if (old) epochs_.Retire(std::shared_ptr<T>(const_cast<T*>(old)));
+  // Publishes the object and returns the one before, which nobody uses any more: waits for the readers if there was
+  // one. Owner thread.
+  std::unique_ptr<T> Replace(std::unique_ptr<T> object) {
+    std::unique_ptr<T> old(current_.exchange(object.release()));
+    if (old) epochs_.WaitForReaders();
+    return old;
   }
 
  private:
   ReaderEpochs& epochs_;
-  std::atomic<const T*> current_{nullptr};
+  std::atomic<T*> current_{nullptr};
 };
 
 }  // namespace vantro

@@ -7,9 +7,9 @@
 //   nothing), or leave it on without a timer until it is stopped and started again.
 // - Stall records belong to the main thread. A start or stop asks for their clearing, which the main thread does before
 //   it uses a record again.
-// - The tiles' handles are published as an immutable list, and the event callback likewise. What an event may be using
-//   is retired: it is released at once when no event is being handled, else by a later operation of the main thread.
-//   Replacing the callback, Cleanup and the destructor wait for the events that are being handled.
+// - The tiles' handles are published as an immutable list, and the event callback likewise. An operation of the main
+//   thread that takes a player or the callback out of use waits for the events that are being handled, and then
+//   releases it before it returns (player/reader_epochs.h).
 // - An event that libvlc is about to deliver while the object is destroyed is libvlc's to stop: releasing a player ends
 //   its events.
 #pragma once
@@ -29,6 +29,7 @@
 #include "player/player_events.h"
 #include "player/player_handle.h"
 #include "player/reader_epochs.h"
+#include "player/sent_messages.h"
 #include "player/stall_watchdog.h"
 #include "player/tile_layout.h"
 
@@ -157,7 +158,7 @@ class VLCPlayer {
   // State, read by the channel's handlers and by the window.
   VlcInstancePtr vlcInstance_;
   WatchedPlayerHandle mediaPlayer_;  // empty while the grid is on: its tile holds the handle
-  VlcMediaPtr media_;              // set last; null until the first SetMedia
+  VlcMediaPtr media_;                // set last; null until the first SetMedia
   libvlc_event_manager_t* eventManager_ = nullptr;
   Relaxed<HWND> parentWindow_{nullptr};
   HWND vlcWindow_ = nullptr;
@@ -174,7 +175,7 @@ class VLCPlayer {
   bool isLive_ = true;
   bool supportsTimeshift_ = false;
   bool inTimeshiftMode_ = false;
-  ReaderEpochs eventReaders_;  // the events that are being handled
+  ReaderEpochs eventReaders_{ServeSentMessages};  // the events that are being handled
   EventCallbackSlot eventCallback_{eventReaders_};
   Relaxed<bool> suppressStoppedEvent_{false};  // swallows the next stopped event
   std::unordered_map<UINT_PTR, libvlc_media_player_t*> nudgeTimers_;
@@ -195,9 +196,10 @@ class VLCPlayer {
 
   // Tiles. The handles of players_ in their order, as events see them: empty where a tile has no player.
   using TileHandles = std::vector<libvlc_media_player_t*>;
-  // Follows every change of players_, before a handle that left it is released.
+  // Follows every change of players_, before a handle that left it is released: returns when no event is using the list
+  // from before.
   void PublishTiles();
-  // Releases a player that events may still be using, and forgets its pending resume.
+  // Releases a player that no event is using any more, and forgets its pending resume.
   void ReleasePlayer(VlcMediaPlayerPtr player);
   // Empties players_, releasing each player and leaving the windows alone.
   void ReleaseTiles();

@@ -317,9 +317,7 @@ void VLCPlayer::PublishTiles() {
 }
 
 void VLCPlayer::ReleasePlayer(VlcMediaPlayerPtr player) {
-  if (!player) return;
-  ForgetPendingResume(player.get());
-  eventReaders_.Retire(std::shared_ptr<libvlc_media_player_t>(std::move(player)));
+  if (player) ForgetPendingResume(player.get());
 }
 
 void VLCPlayer::ReleaseTiles() {

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "common/log.h"
 #include "player/player_events.h"
@@ -84,10 +85,8 @@ void LogPluginsFolder() {
 
 VLCPlayer::~VLCPlayer() {
   Cleanup();
-  // Tiles that are left are still attached: nobody may hold their handles when they are released, and nobody may be
-  // here any more when their events have ended with that.
+  // Tiles that are left are still attached. Releasing them ends their events; those that are being handled end here.
   ReleaseTiles();
-  eventReaders_.WaitForReaders();
   eventReaders_.WaitForReaders();
 }
 
@@ -216,7 +215,9 @@ void VLCPlayer::Cleanup() {
     suppressStoppedEvent_ = true;
     vlc.libvlc_media_player_stop(mediaPlayer_.get());
   }
-  ReleasePlayer(VlcMediaPlayerPtr(mediaPlayer_.release()));
+  VlcMediaPlayerPtr player(mediaPlayer_.release());
+  eventReaders_.WaitForReaders();
+  ReleasePlayer(std::move(player));
   media_.reset();
   vlcInstance_.reset();
   if (vlcWindow_ && vlcWindow_ != parentWindow_ && IsWindow(vlcWindow_)) DestroyWindow(vlcWindow_);

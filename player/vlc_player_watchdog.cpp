@@ -93,7 +93,6 @@ void VLCPlayer::ApplyStallClear() {
 void VLCPlayer::OnStallWatchdogTick() { RunStallPass(GetTickCount64); }
 
 void VLCPlayer::RunStallPass(TickSource clock) {
-  eventReaders_.Reclaim();
   if (!stallWatchdogActive_) return;
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded || !vlc.libvlc_media_player_is_playing) return;

@@ -63,7 +63,6 @@ TEST_F(StormTest, TilesComeGoAndSwapUnderEventsFromFourThreads) {
     player_.UpdateGridLayout();
   });
   EXPECT_THAT(vlc_.Violations(), IsEmpty());
-  player_.eventReaders_.Reclaim();
   EXPECT_EQ(vlc_.LivePlayers(), 3);
 }
 
@@ -81,7 +80,6 @@ TEST_F(StormTest, TheGridBeginsAndEndsUnderEvents) {
     ASSERT_TRUE(player_.MvPromoteActiveAndExit());
   });
   EXPECT_THAT(vlc_.Violations(), IsEmpty());
-  player_.eventReaders_.Reclaim();
   EXPECT_EQ(vlc_.LivePlayers(), 1);
 }
 

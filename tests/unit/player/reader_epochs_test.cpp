@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <optional>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -13,69 +15,92 @@
 namespace vantro {
 namespace {
 
-// Says when it is destroyed.
-struct Witness {
-  explicit Witness(bool& witnessDestroyed) : destroyed(witnessDestroyed) {}
-  ~Witness() { destroyed = true; }
-  bool& destroyed;
+// A thread that waits for the readers, and whether it has ended.
+class Waiter {
+ public:
+  explicit Waiter(ReaderEpochs& epochs)
+      : thread_([this, &epochs] {
+          epochs.WaitForReaders();
+          ended_ = true;
+        }) {}
+  ~Waiter() { thread_.join(); }
+  Waiter(const Waiter&) = delete;
+  Waiter& operator=(const Waiter&) = delete;
+
+  // Gives it ample time to end before it says that it has not.
+  bool EndsWithin(std::chrono::milliseconds limit) const {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!ended_ && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+    return ended_;
+  }
+
+ private:
+  std::atomic<bool> ended_{false};
+  std::thread thread_;
 };
 
-TEST(ReaderEpochs, ARetiredObjectGoesAtOnceWhenNobodyReads) {
-  ReaderEpochs epochs;
-  bool destroyed = false;
-  epochs.Retire(std::make_shared<Witness>(destroyed));
-  EXPECT_TRUE(destroyed);
-  EXPECT_EQ(epochs.RetiredCount(), 0u);
+constexpr std::chrono::milliseconds kLongEnoughToEnd{5000};
+constexpr std::chrono::milliseconds kLongEnoughToSeeItWait{30};
+
+TEST(ReaderEpochs, AWaitEndsAtOnceWhenNobodyReads) {
+  ReaderEpochs epochs([] { FAIL() << "idled"; });
+  { const ReaderEpochs::Reader gone(epochs); }
+  epochs.WaitForReaders();
+  epochs.WaitForReaders();
 }
 
-TEST(ReaderEpochs, ARetiredObjectStaysWhileAReaderFromBeforeIsInside) {
+TEST(ReaderEpochs, AWaitLastsWhileAReaderFromBeforeIsInside) {
   ReaderEpochs epochs;
-  bool destroyed = false;
   std::optional<ReaderEpochs::Reader> reader(std::in_place, epochs);
-  epochs.Retire(std::make_shared<Witness>(destroyed));
-  for (int i = 0; i < 10; ++i) epochs.Reclaim();
-  EXPECT_FALSE(destroyed);
+  const Waiter waiter(epochs);
+  EXPECT_FALSE(waiter.EndsWithin(kLongEnoughToSeeItWait));
   reader.reset();
-  epochs.Reclaim();
-  EXPECT_TRUE(destroyed);
+  EXPECT_TRUE(waiter.EndsWithin(kLongEnoughToEnd));
 }
 
-TEST(ReaderEpochs, ReadersThatFollowOneAnotherDoNotHoldUpReclamation) {
+TEST(ReaderEpochs, ReadersThatFollowOneAnotherDoNotHoldUpAWait) {
   ReaderEpochs epochs;
-  bool destroyed = false;
   auto reader = std::make_unique<ReaderEpochs::Reader>(epochs);
-  epochs.Retire(std::make_shared<Witness>(destroyed));
-  for (int i = 0; i < 4; ++i) {
+  const Waiter waiter(epochs);
+  // At each moment one reader at least is inside.
+  const auto end = std::chrono::steady_clock::now() + kLongEnoughToEnd;
+  while (!waiter.EndsWithin(std::chrono::milliseconds(1)) && std::chrono::steady_clock::now() < end) {
     auto next = std::make_unique<ReaderEpochs::Reader>(epochs);
     reader = std::move(next);
-    epochs.Reclaim();
   }
-  EXPECT_TRUE(destroyed);
+  EXPECT_TRUE(waiter.EndsWithin(std::chrono::milliseconds(0)));
+  reader.reset();
 }
 
-TEST(ReaderEpochs, NestedReadersCountAsOne) {
+TEST(ReaderEpochs, ANestedReaderThatLeavesKeepsTheOuterOneInside) {
   ReaderEpochs epochs;
-  bool destroyed = false;
-  {
-    const ReaderEpochs::Reader outer(epochs);
-    { const ReaderEpochs::Reader inner(epochs); }
-    epochs.Retire(std::make_shared<Witness>(destroyed));
-    EXPECT_FALSE(destroyed);
-  }
-  epochs.Reclaim();
-  EXPECT_TRUE(destroyed);
+  std::optional<ReaderEpochs::Reader> outer(std::in_place, epochs);
+  { const ReaderEpochs::Reader inner(epochs); }
+  const Waiter waiter(epochs);
+  EXPECT_FALSE(waiter.EndsWithin(kLongEnoughToSeeItWait));
+  outer.reset();
+  EXPECT_TRUE(waiter.EndsWithin(kLongEnoughToEnd));
 }
 
-TEST(ReaderEpochs, TheDestructorReleasesWhatIsRetired) {
-  bool destroyed = false;
-  {
-    ReaderEpochs epochs;
-    const ReaderEpochs::Reader* reader = new ReaderEpochs::Reader(epochs);
-    epochs.Retire(std::make_shared<Witness>(destroyed));
-    delete reader;
-    EXPECT_FALSE(destroyed);
-  }
-  EXPECT_TRUE(destroyed);
+std::atomic<int> idled{0};
+
+TEST(ReaderEpochs, AWaitForAReaderThatTakesItsTimeIdlesBetweenItsLooks) {
+  idled = 0;
+  ReaderEpochs epochs([] { ++idled; });
+  std::optional<ReaderEpochs::Reader> reader(std::in_place, epochs);
+  const Waiter waiter(epochs);
+  while (idled < 3) std::this_thread::yield();
+  reader.reset();
+  EXPECT_TRUE(waiter.EndsWithin(kLongEnoughToEnd));
+}
+
+TEST(Published, HandsBackTheObjectThatWasReplaced) {
+  ReaderEpochs epochs;
+  Published<int> published(epochs);
+  EXPECT_EQ(published.Load(), nullptr);
+  EXPECT_EQ(published.Replace(std::make_unique<int>(1)), nullptr);
+  EXPECT_EQ(*published.Load(), 1);
+  EXPECT_EQ(*published.Replace(std::make_unique<int>(2)), 1);
 }
 
 // Objects that readers check while they hold them: a freed one has lost its mark.
@@ -102,12 +127,10 @@ TEST(Published, ReadersNeverSeeAnObjectThatIsGone) {
       }
     });
   }
-  for (int i = 0; i < 20000 || reads < 10000; ++i) published.Replace(std::make_unique<const Marked>());
+  for (int i = 0; i < 20000 || reads < 10000; ++i) published.Replace(std::make_unique<Marked>());
   stop = true;
   for (std::thread& reader : readers) reader.join();
   EXPECT_EQ(dead, 0);
-  epochs.Reclaim();
-  EXPECT_EQ(epochs.RetiredCount(), 0u);
 }
 
 TEST(EventCallbackSlot, IsEmptyAtFirstAndAfterItIsEmptied) {

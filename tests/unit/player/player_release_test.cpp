@@ -1,0 +1,125 @@
+// What leaves the player while an event is being handled is released before the operation returns.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/unit/player/grid_fixture.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr int kTimeChanged = 0x10B;
+
+class ReleaseTest : public GridTest {
+ protected:
+  ~ReleaseTest() override {
+    if (event_.joinable()) event_.join();
+  }
+
+  // Raises an event on the player, and returns once the interface is being told of it. The telling goes on for the
+  // given time, and does what is given on libvlc's thread.
+  template <typename Work>
+  void BeginEvent(libvlc_media_player_t* player, int type, const Work& work) {
+    player_.eventCallback_ = [this, work](const char*, const char*) {
+      entered_ = true;
+      work();
+      left_ = true;
+    };
+    event_ = std::thread([this, player, type] { vlc_.Raise(player, type); });
+    while (!entered_) SwitchToThread();
+  }
+  void BeginEvent(libvlc_media_player_t* player, int type) {
+    BeginEvent(player, type, [] { Sleep(50); });
+  }
+
+  std::thread event_;
+  std::atomic<bool> entered_{false};
+  std::atomic<bool> left_{false};
+};
+
+TEST_F(ReleaseTest, ARemovedTileIsReleasedThoughAnotherTilesTimeIsBeingTold) {
+  StartGrid(3);
+  player_.SetActiveIndexSafe(1);
+  BeginEvent(TilePlayer(0), kTimeChanged);
+  ASSERT_TRUE(player_.MvRemoveActive());
+  EXPECT_TRUE(left_);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
+}
+
+TEST_F(ReleaseTest, TheTilesOfAGridThatEndsAreReleasedThoughAnotherTilesTimeIsBeingTold) {
+  StartGrid(3);
+  BeginEvent(TilePlayer(0), kTimeChanged);
+  ASSERT_TRUE(player_.DisableMultiView());
+  EXPECT_TRUE(left_);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"),
+              ElementsAre("libvlc_media_player_release(player2)", "libvlc_media_player_release(player3)"));
+}
+
+TEST_F(ReleaseTest, TheTilesAreReleasedBeforeTheVolumeComesBack) {
+  StartGrid(2);
+  BeginEvent(TilePlayer(0), kTimeChanged);
+  ASSERT_TRUE(player_.DisableMultiView());
+  const std::vector<std::string> calls = vlc_.Calls();
+  const auto release = std::find(calls.begin(), calls.end(), "libvlc_media_player_release(player2)");
+  EXPECT_NE(std::find(release, calls.end(), "libvlc_audio_set_volume(player1, 100)"), calls.end());
+}
+
+TEST_F(ReleaseTest, TilesLeftFromOutsideTheGridAreReleasedWhenAGridBegins) {
+  StartWithEvents();
+  ASSERT_TRUE(Add(1));
+  BeginEvent(vlc_.Player(1), kTimeChanged);
+  ASSERT_TRUE(player_.EnableMultiView());
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
+}
+
+TEST_F(ReleaseTest, CleanupReleasesPlayerMediaAndInstanceInThisOrderThoughAnEventIsBeingTold) {
+  StartWithEvents();
+  ASSERT_TRUE(SetMedia("http://host/0"));
+  ASSERT_TRUE(Add(1));
+  BeginEvent(vlc_.Player(2), kPlaying);
+  vlc_.ClearCalls();
+  player_.Cleanup();
+  std::vector<std::string> releases = vlc_.Calls();
+  std::erase_if(releases, [](const std::string& call) { return call.find("_release(") == std::string::npos; });
+  EXPECT_THAT(releases, ElementsAre("libvlc_media_player_release(player1)", "libvlc_media_release(media1)",
+                                    "libvlc_release(instance1)"));
+}
+
+// A video output of libvlc sends messages to the window that it draws into.
+TEST_F(ReleaseTest, AThreadOfLibvlcThatSendsAMessageToTheWindowIsAnsweredWhileItsEventIsWaitedFor) {
+  StartGrid(3);
+  player_.SetActiveIndexSafe(1);
+  std::atomic<LRESULT> answered{0};
+  BeginEvent(TilePlayer(0), kTimeChanged, [&] {
+    Sleep(20);
+    DWORD_PTR result = 0;
+    answered = SendMessageTimeoutA(parent_.get(), WM_NULL, 0, 0, SMTO_NORMAL, 5000, &result);
+  });
+  ASSERT_TRUE(player_.MvRemoveActive());
+  EXPECT_NE(answered, 0);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_release"), 1);
+}
+
+TEST_F(ReleaseTest, PostedMessagesAndTimersStayInTheQueueWhileAnEventIsWaitedFor) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  PostMessageA(parent_.get(), WM_APP, 0, 0);
+  SetTimer(parent_.get(), 77, 10, nullptr);
+  BeginEvent(TilePlayer(0), kTimeChanged);
+  ASSERT_TRUE(player_.MvRemoveActive());
+  MSG message{};
+  EXPECT_TRUE(PeekMessageA(&message, parent_.get(), WM_APP, WM_APP, PM_REMOVE));
+  EXPECT_TRUE(PeekMessageA(&message, parent_.get(), WM_TIMER, WM_TIMER, PM_REMOVE));
+  KillTimer(parent_.get(), 77);
+}
+
+}  // namespace
+}  // namespace vantro::test
