@@ -2,9 +2,9 @@
 //
 // Main thread, unless an operation says otherwise. libvlc calls VlcEventCallback on threads of its own, and everything
 // that an event brings about runs there, without a lock and without waiting for the main thread:
-// - Flags, window and ids are single relaxed values. They are whole, but not in step with one another: a start and a
-//   stop of the watchdog that meet on two threads can leave its timer running while it is off (the ticks then do
-//   nothing), or leave it on without a timer until it is stopped and started again.
+// - Flags, window and ids are single relaxed values: whole, but not in step with one another.
+// - A start and a stop of the watchdog that meet on two threads are carried out one after the other, by the thread that
+//   came first (player/alternating_switch.h): when both have ended, it is on with its timer or off without.
 // - Stall records belong to the main thread. A start or stop asks for their clearing, which the main thread does before
 //   it uses a record again.
 // - The tiles' handles are published as an immutable list, and the event callback likewise. An operation of the main
@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "common/relaxed.h"
+#include "player/alternating_switch.h"
 #include "player/event_callback.h"
 #include "player/libvlc_api.h"
 #include "player/libvlc_functions.h"
@@ -164,7 +165,7 @@ class VLCPlayer {
   HWND vlcWindow_ = nullptr;
   HWND overlayWindow_ = nullptr;  // read by EnsureZOrder; nothing assigns it
   int volume_ = 100;
-  Relaxed<bool> stallWatchdogActive_{false};
+  AlternatingSwitch stallWatchdogActive_;
   Relaxed<UINT_PTR> stallTimerId_{0};
   StallState primaryStall_;
   std::string currentUrl_;
@@ -218,6 +219,9 @@ class VLCPlayer {
   void FitTileVideo(const LibVlcFunctions& vlc, size_t index, const TileRect& cell);
 
   // Watchdog.
+  void TurnStallWatchdog(bool on);
+  void StartCheckTimer();
+  void EndCheckTimer();
   void ForgetPendingResume(libvlc_media_player_t* mediaPlayer);
   void RequestStallClear();
   void ApplyStallClear();

@@ -57,17 +57,33 @@ void VLCPlayer::StartStallWatchdog() {
   const ReaderEpochs::Reader reader(eventReaders_);
   const TileHandles* const tiles = tileHandles_.Load();
   if (!mediaPlayer_ && (!tiles || tiles->empty())) return;
-  if (stallWatchdogActive_.Exchange(true)) return;
+  TurnStallWatchdog(true);
+}
+
+void VLCPlayer::StopStallWatchdog() { TurnStallWatchdog(false); }
+
+void VLCPlayer::TurnStallWatchdog(bool on) {
+  const AlternatingSwitch::Turn turn = stallWatchdogActive_.TurnTo(on);
+  if (turn == AlternatingSwitch::Turn::kNone) return;
   RequestStallClear();
+  if (turn == AlternatingSwitch::Turn::kByAnother) return;
+  stallWatchdogActive_.CarryOutTurns(on, [this](bool start) {
+    if (start) {
+      StartCheckTimer();
+    } else {
+      EndCheckTimer();
+    }
+  });
+}
+
+void VLCPlayer::StartCheckTimer() {
   const HWND window = parentWindow_;
   if (!window) return;
   stallTimerId_ = SetTimer(window, reinterpret_cast<UINT_PTR>(this), kStallCheckIntervalMs, nullptr);
   LOG_DEBUG("[VLCPlayer] Started stall watchdog timer (id=%p)", reinterpret_cast<void*>(UINT_PTR{stallTimerId_}));
 }
 
-void VLCPlayer::StopStallWatchdog() {
-  if (!stallWatchdogActive_.Exchange(false)) return;
-  RequestStallClear();
+void VLCPlayer::EndCheckTimer() {
   const HWND window = parentWindow_;
   const UINT_PTR timerId = stallTimerId_;
   if (window && timerId != 0) {

@@ -36,7 +36,7 @@ TEST_P(EventRowTest, TellsTheInterfaceAndLeavesTheWatchdogAsTold) {
   player_.StartStallWatchdog();
   EXPECT_EQ(Raise(GetParam().type, GetParam().value), 1);
   EXPECT_THAT(events_.Take(), ElementsAre(GetParam().told));
-  EXPECT_EQ(player_.stallWatchdogActive_, !GetParam().stopsWatchdog);
+  EXPECT_EQ(player_.stallWatchdogActive_.IsOn(), !GetParam().stopsWatchdog);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -5,7 +5,11 @@
 #include <windows.h>
 
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "common/log.h"
@@ -126,6 +130,108 @@ TEST_F(StormTest, APlayerMayBeDestroyedUnderItsOwnEvents) {
     vlc_.ClearCalls();
   }
   EXPECT_EQ(vlc_.LivePlayers(), 0);
+}
+
+// Threads that do their work in step, once a round.
+class Rounds {
+ public:
+  explicit Rounds(std::vector<std::function<void()>> works) : running_(works.size()) {
+    for (auto& work : works) {
+      threads_.emplace_back([this, work = std::move(work)] {
+        for (int round = 1;; ++round) {
+          while (round_ < round) YieldProcessor();
+          if (ended_) return;
+          work();
+          --running_;
+        }
+      });
+    }
+  }
+  ~Rounds() {
+    ended_ = true;
+    ++round_;
+    for (std::thread& thread : threads_) thread.join();
+  }
+  Rounds(const Rounds&) = delete;
+  Rounds& operator=(const Rounds&) = delete;
+
+  // Returns when all have done their work once.
+  void Run() {
+    running_ = threads_.size();
+    ++round_;
+    while (running_ != 0) SwitchToThread();
+  }
+
+ private:
+  std::atomic<int> round_{0};
+  std::atomic<size_t> running_;
+  std::atomic<bool> ended_{false};
+  std::vector<std::thread> threads_;
+};
+
+class MeetingTest : public StormTest {
+ protected:
+  // Whether the watchdog is on; fails unless its timer runs just then. Ends the timer.
+  bool IsOnWithItsTimer() {
+    const bool isOn = player_.stallWatchdogActive_.IsOn();
+    const bool hasTimer = KillTimer(parent_.get(), reinterpret_cast<UINT_PTR>(&player_)) != FALSE;
+    EXPECT_EQ(hasTimer, isOn);
+    EXPECT_EQ(player_.stallTimerId_ != 0, isOn);
+    return isOn;
+  }
+};
+
+TEST_F(MeetingTest, AStartAndAStopThatMeetLeaveTheWatchdogOnWithATimerOrOffWithoutOne) {
+  Start();
+  Rounds meeting({[this] { player_.StartStallWatchdog(); }, [this] { player_.StopStallWatchdog(); }});
+  int leftOn = 0;
+  for (int round = 0; round < 2000 && !HasFailure(); ++round) {
+    if (round % 2 == 0) player_.StartStallWatchdog();
+    meeting.Run();
+    if (IsOnWithItsTimer()) ++leftOn;
+    player_.StopStallWatchdog();
+  }
+  EXPECT_GT(leftOn, 0);
+  EXPECT_LT(leftOn, 2000);
+}
+
+TEST_F(MeetingTest, ManyStartsAndStopsThatMeetAreEachCarriedOutInTurn) {
+  Start();
+  const auto startAndStop = [this] {
+    for (int i = 0; i < 20; ++i) {
+      player_.StartStallWatchdog();
+      player_.StopStallWatchdog();
+    }
+  };
+  const auto stopAndStart = [this] {
+    for (int i = 0; i < 20; ++i) {
+      player_.StopStallWatchdog();
+      player_.StartStallWatchdog();
+    }
+  };
+  Rounds meeting({startAndStop, stopAndStart, startAndStop, stopAndStart});
+  for (int round = 0; round < 100 && !HasFailure(); ++round) {
+    meeting.Run();
+    IsOnWithItsTimer();
+    player_.StopStallWatchdog();
+  }
+}
+
+TEST_F(MeetingTest, TheLogTellsOfEachStartAndStopInTurn) {
+  debugLoggingEnabled = true;
+  Start();
+  player_.StartStallWatchdog();
+  Rounds meeting({[this] { player_.StartStallWatchdog(); }, [this] { player_.StopStallWatchdog(); }});
+  for (int round = 0; round < 200; ++round) meeting.Run();
+  std::string order;
+  for (const std::string& line : log_.Lines()) {
+    if (line.find("Started stall watchdog timer") != std::string::npos) order += '+';
+    if (line.find("Stopped stall watchdog timer") != std::string::npos) order += '-';
+  }
+  EXPECT_GT(order.size(), 2u);
+  EXPECT_EQ(order.find("++"), std::string::npos) << order;
+  EXPECT_EQ(order.find("--"), std::string::npos) << order;
+  EXPECT_EQ(order.back() == '+', static_cast<bool>(player_.stallWatchdogActive_));
 }
 
 }  // namespace

@@ -1,0 +1,90 @@
+#include "player/alternating_switch.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace vantro {
+namespace {
+
+using Turn = AlternatingSwitch::Turn;
+
+TEST(AlternatingSwitch, IsOffAtFirst) {
+  const AlternatingSwitch light;
+  EXPECT_FALSE(light);
+}
+
+TEST(AlternatingSwitch, ATurnToWhereItStandsIsNone) {
+  AlternatingSwitch light;
+  EXPECT_EQ(light.TurnTo(false), Turn::kNone);
+  EXPECT_EQ(light.TurnTo(true), Turn::kOwn);
+  EXPECT_EQ(light.TurnTo(true), Turn::kNone);
+  EXPECT_TRUE(light);
+}
+
+// Writes down each turn that is carried out.
+struct Scribe {
+  void operator()(bool on) const { written += on ? '+' : '-'; }
+  std::string& written;
+};
+
+TEST(AlternatingSwitch, ATurnAfterAFinishedOneIsTheCallersOwn) {
+  AlternatingSwitch light;
+  std::string written;
+  light.TurnTo(true);
+  light.CarryOutTurns(true, Scribe{written});
+  EXPECT_EQ(light.TurnTo(false), Turn::kOwn);
+  light.CarryOutTurns(false, Scribe{written});
+  EXPECT_FALSE(light);
+  EXPECT_EQ(written, "+-");
+}
+
+TEST(AlternatingSwitch, TurnsMadeWhileOneIsUnderWayAreLeftToItsThread) {
+  AlternatingSwitch light;
+  std::string written;
+  EXPECT_EQ(light.TurnTo(true), Turn::kOwn);
+  EXPECT_EQ(light.TurnTo(false), Turn::kByAnother);
+  EXPECT_EQ(light.TurnTo(true), Turn::kByAnother);
+  light.CarryOutTurns(true, Scribe{written});
+  EXPECT_EQ(written, "+-+");
+  EXPECT_TRUE(light);
+}
+
+TEST(AlternatingSwitch, TurnsWithoutEndDoNotHoldTheThreadThatCarriesThemOut) {
+  AlternatingSwitch light;
+  int count = 0;
+  light.TurnTo(true);
+  light.CarryOutTurns(true, [&](bool) {
+    ++count;
+    ASSERT_LT(count, 1000);
+    light.TurnTo(false);
+    light.TurnTo(true);
+  });
+  EXPECT_GE(count, AlternatingSwitch::kTurnsInOneGo);
+  EXPECT_TRUE(light);
+  EXPECT_EQ(light.TurnTo(false), Turn::kOwn);
+}
+
+TEST(AlternatingSwitch, TheTurnsOfManyThreadsAreCarriedOutOneByOneAndInTurn) {
+  AlternatingSwitch light;
+  std::string written;  // by the thread that carries turns out, and by no other at that time
+  const auto turn = [&](bool on) {
+    if (light.TurnTo(on) == Turn::kOwn) light.CarryOutTurns(on, Scribe{written});
+  };
+  std::vector<std::thread> threads;
+  for (int index = 0; index < 4; ++index) {
+    threads.emplace_back([&, index] {
+      for (int i = 0; i < 20000; ++i) turn((i + index) % 2 == 0);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  ASSERT_FALSE(written.empty());
+  EXPECT_EQ(written.find("++"), std::string::npos);
+  EXPECT_EQ(written.find("--"), std::string::npos);
+  EXPECT_EQ(written.back() == '+', light.IsOn());
+}
+
+}  // namespace
+}  // namespace vantro
