@@ -17,6 +17,7 @@ namespace vantro {
 namespace {
 
 constexpr size_t kKeyLength = 32;
+constexpr std::streamoff kLargestFile = 64 * 1024;  // a wrapped key takes some 300 bytes
 constexpr wchar_t kFolderName[] = L"\\Vantro";
 constexpr wchar_t kFileName[] = L"\\db.key";
 constexpr wchar_t kBlobDescription[] = L"Vantro Database Key";
@@ -46,12 +47,13 @@ DATA_BLOB InputBlob(const std::vector<uint8_t>& bytes) {
   return {static_cast<DWORD>(bytes.size()), const_cast<BYTE*>(bytes.data())};
 }
 
-// No value when the file cannot be opened or read. An empty file has a value: it is the unwrapping that fails.
+// No value when the file cannot be opened or read, or is larger than any key file: it is not read into memory then. An
+// empty file has a value: it is the unwrapping that fails.
 std::optional<std::vector<uint8_t>> ReadWholeFile(const std::wstring& path) {
   std::ifstream file(std::filesystem::path(path), std::ios::binary | std::ios::ate);
   if (!file) return std::nullopt;
   const std::streamoff size = file.tellg();
-  if (size < 0) return std::nullopt;
+  if (size < 0 || size > kLargestFile) return std::nullopt;
   std::vector<uint8_t> content(static_cast<size_t>(size));
   file.seekg(0);
   if (!file.read(reinterpret_cast<char*>(content.data()), size)) return std::nullopt;

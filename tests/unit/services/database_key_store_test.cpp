@@ -104,6 +104,17 @@ TEST_F(DatabaseKeyStoreTest, KeyNeverStandsInTheClear) {
   EXPECT_EQ(ReadFileBytes("vantro_debug.log").find(text), std::string::npos);
 }
 
+TEST_F(DatabaseKeyStoreTest, AFileAbove64KiBIsNeitherReadNorUnwrappedAndIsReplaced) {
+  LeaveFile(std::string(64 * 1024, 'x'));
+  EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
+  EXPECT_EQ(log_.Count("ERROR DatabaseKeyStore: CryptUnprotectData failed"), 1);
+  LeaveFile(std::string(64 * 1024 + 1, 'x'));
+  const std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();
+  EXPECT_EQ(log_.Count("ERROR DatabaseKeyStore: CryptUnprotectData failed"), 1);
+  EXPECT_EQ(key.size(), 32u);
+  EXPECT_EQ(DatabaseKeyStore::LoadKey(), key);
+}
+
 TEST_F(DatabaseKeyStoreTest, MereLoadMakesTheFolderButNoFile) {
   EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
   EXPECT_TRUE(std::filesystem::is_directory(Folder()));
