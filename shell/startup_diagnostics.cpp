@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "common/log.h"
 #include "player/vlc_runtime.h"
@@ -20,6 +21,13 @@ std::filesystem::path PathFromAnsi(const std::string& narrow) {
   return wide;
 }
 
+// A path that can't be looked at counts as absent.
+bool CanBeFound(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(PathFromAnsi(path), error);
+}
+
+// Throws when the path can't be looked at.
 bool Exists(const std::string& path) { return std::filesystem::exists(PathFromAnsi(path)); }
 
 unsigned long long FileSize(const std::string& path) { return std::filesystem::file_size(PathFromAnsi(path)); }
@@ -67,20 +75,20 @@ void LogKernelAndLibrary(const std::string& assets) {
 void LogVlcRuntime() {
   const std::string directory = GetVlcPath();
   LOG_INFO("VLC path: %s", directory.c_str());
-  if (!Exists(directory)) {
+  if (!CanBeFound(directory)) {
     LOG_WARNING("WARNING: VLC directory not found at: %s", directory.c_str());
     LogPathVariable();
     return;
   }
   LOG_INFO("VLC directory exists");
   const std::string libvlc = directory + "\\libvlc.dll";
-  if (Exists(libvlc)) {
+  if (CanBeFound(libvlc)) {
     LOG_INFO("libvlc.dll exists at: %s", libvlc.c_str());
   } else {
     LOG_ERROR("ERROR: libvlc.dll not found at: %s", libvlc.c_str());
   }
   const std::string libvlccore = directory + "\\libvlccore.dll";
-  if (Exists(libvlccore)) {
+  if (CanBeFound(libvlccore)) {
     LOG_INFO("libvlccore.dll exists at: %s", libvlccore.c_str());
   } else {
     LOG_ERROR("ERROR: libvlccore.dll not found at: %s", libvlccore.c_str());

@@ -6,7 +6,8 @@
 
 namespace vantro {
 
-// Where libvlc is looked for, and whether its two libraries are there. A failing file system query throws.
+// Where libvlc is looked for, and whether its two libraries are there. What can't be looked at counts as absent; only
+// GetVlcPath may throw (player/vlc_runtime.h).
 void LogVlcRuntime();
 // After the player refused: whether the library can be loaded and has its first function.
 void LogLibVlcLoad();

@@ -20,12 +20,14 @@ using test::ImportHook;
 using test::LogCapture;
 using Lines = std::vector<std::string>;
 
-// Hides every path with this end from the file system.
+// Hides every path with this end from the file system: looking at it fails with the error, which is that of an absent
+// path unless another one is given.
 class HiddenPath {
  public:
-  explicit HiddenPath(std::wstring end) {
+  explicit HiddenPath(std::wstring end, int lookError = ENOENT) {
     original = reinterpret_cast<decltype(original)>(hook_.Original());
     hidden = std::move(end);
+    error = lookError;
   }
   HiddenPath(const HiddenPath&) = delete;
   HiddenPath& operator=(const HiddenPath&) = delete;
@@ -33,10 +35,11 @@ class HiddenPath {
  private:
   static int Status(const wchar_t* path, struct _stat64* status) {
     if (!std::wstring_view(path).ends_with(hidden)) return original(path, status);
-    errno = ENOENT;
+    errno = error;
     return -1;
   }
   static inline std::wstring hidden;
+  static inline int error = ENOENT;
   static inline int (*original)(const wchar_t*, struct _stat64*) = nullptr;
   ImportHook hook_{"msvcrt.dll", "_wstat64", reinterpret_cast<void*>(&Status)};
 };
@@ -67,8 +70,8 @@ class Variable {
 };
 
 Lines MissingVlcDirectory(const std::string& pathLine) {
-  return {"INFO VLC path: " + GetExeDirectory(),
-          "WARNING WARNING: VLC directory not found at: " + GetExeDirectory(), pathLine};
+  return {"INFO VLC path: " + GetExeDirectory(), "WARNING WARNING: VLC directory not found at: " + GetExeDirectory(),
+          pathLine};
 }
 
 TEST(VlcDiagnostics, NamesBothLibraries) {
@@ -109,6 +112,14 @@ TEST(VlcDiagnostics, MissingLibrariesAreErrors) {
   const HiddenPath hidden(L".dll");
   const LogCapture log;
   LogVlcRuntime();
+  EXPECT_TRUE(log.Has("ERROR ERROR: libvlc.dll not found at: " + GetVlcPath() + "\\libvlc.dll"));
+  EXPECT_TRUE(log.Has("ERROR ERROR: libvlccore.dll not found at: " + GetVlcPath() + "\\libvlccore.dll"));
+}
+
+TEST(VlcDiagnostics, LibrariesThatCannotBeLookedAtCountAsMissing) {
+  const HiddenPath hidden(L".dll", EACCES);
+  const LogCapture log;
+  EXPECT_NO_THROW(LogVlcRuntime());
   EXPECT_TRUE(log.Has("ERROR ERROR: libvlc.dll not found at: " + GetVlcPath() + "\\libvlc.dll"));
   EXPECT_TRUE(log.Has("ERROR ERROR: libvlccore.dll not found at: " + GetVlcPath() + "\\libvlccore.dll"));
 }
