@@ -1,6 +1,6 @@
 #include "bridge/argument_readers.h"
 
-#include "common/saturating_truncate.h"
+#include "common/saturated_cast.h"
 
 namespace vantro {
 
@@ -26,7 +26,7 @@ int32_t ReadIntArgument(const MethodCall& call, std::string_view key, int32_t fa
   const EncodableValue* value = FindArgument(call, key);
   if (const auto* narrow = std::get_if<int32_t>(value)) return *narrow;
   if (const auto* wide = std::get_if<int64_t>(value)) return static_cast<int32_t>(static_cast<uint32_t>(*wide));
-  if (const auto* real = std::get_if<double>(value)) return SaturatingTruncate<int32_t>(*real);
+  if (const auto* real = std::get_if<double>(value)) return SaturatedCast<int32_t>(*real);
   return fallback;
 }
 

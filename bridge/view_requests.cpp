@@ -3,7 +3,7 @@
 
 #include "bridge/argument_readers.h"
 #include "bridge/request_handlers.h"
-#include "common/saturating_truncate.h"
+#include "common/saturated_cast.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 
@@ -28,7 +28,7 @@ bool SetFlutterViewVisible(MethodChannelHandler& handler, MethodResult& result, 
 }
 
 // Not clamped: a level below 0 wraps in the byte.
-BYTE AlphaByte(double level) { return static_cast<BYTE>(SaturatingTruncate<int64_t>(level * 255.0)); }
+BYTE AlphaByte(double level) { return static_cast<BYTE>(SaturatedCast<int64_t>(level * 255.0)); }
 
 void ApplyAlpha(HWND view, double level) {
   const LONG style = GetWindowLongA(view, GWL_EXSTYLE);

@@ -8,7 +8,7 @@ namespace vantro {
 // The value without its fraction. Beyond the range of Int it is the nearest end of that range, and 0 for a NaN: the
 // plain conversion is undefined there, and these numbers come from the interface.
 template <typename Int>
-constexpr Int SaturatingTruncate(double value) {
+constexpr Int SaturatedCast(double value) {
   constexpr Int kLowest = std::numeric_limits<Int>::min();
   constexpr Int kHighest = std::numeric_limits<Int>::max();
   if (value != value) return 0;
