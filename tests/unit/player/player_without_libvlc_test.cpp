@@ -87,9 +87,9 @@ TEST_F(PlayerWithoutLibVlc, CreateMediaFails) {
 
 TEST_F(PlayerWithoutLibVlc, SetMediaFailsAndChangesNothing) {
   GiveHandles(player_);
-  EXPECT_FALSE(player_.SetMedia("http://host/a", "", 0, 0, true, false, false));
+  EXPECT_FALSE(player_.SetMedia({"http://host/a", "", 0, 0, true, false, false}));
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for SetMedia"));
-  EXPECT_EQ(player_.currentUrl_, "");
+  EXPECT_EQ(player_.current_.url, "");
   EXPECT_NE(player_.media_.get(), nullptr);
 }
 
@@ -114,7 +114,7 @@ TEST_F(PlayerWithoutLibVlc, IsPlayingIsFalse) {
 
 TEST_F(PlayerWithoutLibVlc, StopInternalFailsAndTheWatchdogKeepsRunning) {
   GiveHandles(player_);
-  player_.stallWatchdogActive_ = true;
+  player_.stallWatchdogActive_.TurnTo(true);
   player_.StopInternal(true);
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for StopInternal"));
   EXPECT_TRUE(player_.stallWatchdogActive_);
