@@ -1,26 +1,18 @@
 // Loading, transport and the position. The requests do no playback themselves: they settle how a request is read and
 // how a failure is answered.
+#include <utility>
+
 #include "bridge/argument_readers.h"
 #include "bridge/request_handlers.h"
 #include "common/log.h"
+#include "player/media_request.h"
 #include "player/vlc_player.h"
 
 namespace vantro::requests {
 
 namespace {
 
-constexpr int kDefaultNetworkCacheMs = 5000;
 constexpr char kPlayerProfile[] = "windows_fullscreen";
-
-struct MediaRequest {
-  std::string url;
-  std::string title;
-  int networkCacheMs;
-  int initialSeekPositionMs;
-  bool isLive;
-  bool supportsTimeshift;
-  bool inTimeshiftMode;
-};
 
 std::string ReadEither(const MethodCall& call, const char* key, const char* otherKey) {
   std::string text = ReadStringArgument(call, key);
@@ -37,19 +29,20 @@ void LogPlayerProfile(const std::string& profile) {
   }
 }
 
-// Reads every key before anything is tested, so that the log of a bad request is complete.
+// Reads every key before anything is tested, so that the log of a bad request is complete. What is absent keeps the
+// request's default.
 MediaRequest ReadMediaRequest(const MethodCall& call) {
   MediaRequest request;
   request.url = ReadEither(call, "URL", "url");
   request.title = ReadEither(call, "title", "Title");
-  request.networkCacheMs = ReadIntArgument(call, "networkCacheMs", kDefaultNetworkCacheMs);
-  request.initialSeekPositionMs = ReadIntArgument(call, "initialSeekPositionMs", 0);
+  request.networkCacheMs = ReadIntArgument(call, "networkCacheMs", request.networkCacheMs);
+  request.initialSeekPositionMs = ReadIntArgument(call, "initialSeekPositionMs", request.initialSeekPositionMs);
   if (request.initialSeekPositionMs > 0) {
     LOG_DEBUG("[SetMedia] Received initialSeekPositionMs=%d - will seek before play", request.initialSeekPositionMs);
   }
-  request.isLive = ReadBoolArgument(call, "isLiveStream", true);
-  request.supportsTimeshift = ReadBoolArgument(call, "supportsTimeshift", false);
-  request.inTimeshiftMode = ReadBoolArgument(call, "isInTimeshiftMode", false);
+  request.isLive = ReadBoolArgument(call, "isLiveStream", request.isLive);
+  request.supportsTimeshift = ReadBoolArgument(call, "supportsTimeshift", request.supportsTimeshift);
+  request.inTimeshiftMode = ReadBoolArgument(call, "isInTimeshiftMode", request.inTimeshiftMode);
   LOG_DEBUG("[SetMedia] URL=%s isLive=%d supportsTimeshift=%d inTimeshiftMode=%d", request.url.c_str(), request.isLive,
             request.supportsTimeshift, request.inTimeshiftMode);
   LogPlayerProfile(ReadStringArgument(call, "playerProfile"));
@@ -71,7 +64,7 @@ constexpr SeekTexts kInitialSeek = {"PLAYER_ERROR: Failed to seek to initial pos
                                     "SeekToInitialPosition ignored: no media set"};
 
 bool SeekWith(const SeekTexts& texts, MethodChannelHandler& handler, const MethodCall& call, MethodResult& result) {
-  if (!handler.vlcPlayer_->media_) {
+  if (!handler.vlcPlayer_->HasMedia()) {
     LOG_WARNING("%s", texts.ignored);
     return ReplyNotReady(handler, result);
   }
@@ -91,20 +84,18 @@ bool ReplyTime(MethodResult& result, int64_t milliseconds) {
 }  // namespace
 
 bool SetMedia(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result) {
-  const MediaRequest request = ReadMediaRequest(call);
+  MediaRequest request = ReadMediaRequest(call);
   if (request.url.empty()) {
     result.Error("INVALID_ARGUMENT", "URL is required");
     return true;
   }
-  const bool set =
-      handler.vlcPlayer_->SetMedia(request.url, request.title, request.networkCacheMs, request.initialSeekPositionMs,
-                                   request.isLive, request.supportsTimeshift, request.inTimeshiftMode);
+  const bool set = handler.vlcPlayer_->SetMedia(std::move(request));
   if (!set) LOG_ERROR("PLAYER_ERROR: Failed to set media");
   return Reply(result, set);
 }
 
 bool Play(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
-  if (!handler.vlcPlayer_->media_) {
+  if (!handler.vlcPlayer_->HasMedia()) {
     LOG_WARNING("Play ignored: no media set");
     return ReplyNotReady(handler, result);
   }
@@ -123,7 +114,7 @@ bool PlayPause(MethodChannelHandler& handler, const MethodCall&, MethodResult& r
     player.Pause();
     return Reply(result, true);
   }
-  if (!player.media_) {
+  if (!player.HasMedia()) {
     LOG_WARNING("PlayPause ignored: no media set");
     return ReplyNotReady(handler, result);
   }
@@ -137,21 +128,11 @@ bool Stop(MethodChannelHandler& handler, const MethodCall&, MethodResult& result
 }
 
 bool GetPosition(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
-  libvlc_media_player_t* const mediaPlayer = handler.vlcPlayer_->mediaPlayer_.get();
-  if (!mediaPlayer) return ReplyTime(result, 0);
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded) LOG_ERROR("Failed to load VLC functions for GetPosition");
-  const bool known = vlc.loaded && vlc.libvlc_media_player_get_time;
-  return ReplyTime(result, known ? vlc.libvlc_media_player_get_time(mediaPlayer) : 0);
+  return ReplyTime(result, handler.vlcPlayer_->GetPosition());
 }
 
 bool GetDuration(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
-  libvlc_media_player_t* const mediaPlayer = handler.vlcPlayer_->mediaPlayer_.get();
-  if (!mediaPlayer) return ReplyTime(result, 0);
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded) LOG_ERROR("Failed to load VLC functions for GetDuration");
-  const bool known = vlc.loaded && vlc.libvlc_media_player_get_length;
-  return ReplyTime(result, known ? vlc.libvlc_media_player_get_length(mediaPlayer) : 0);
+  return ReplyTime(result, handler.vlcPlayer_->GetDuration());
 }
 
 bool IsPlaying(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {

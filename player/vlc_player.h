@@ -26,6 +26,7 @@
 #include "player/event_callback.h"
 #include "player/libvlc_api.h"
 #include "player/libvlc_functions.h"
+#include "player/media_request.h"
 #include "player/multi_view_player.h"
 #include "player/player_events.h"
 #include "player/player_handle.h"
@@ -63,12 +64,11 @@ class VLCPlayer {
   //
   // A media for an http, https or rtsp URL, or for anything else as a path. The caller owns it; null on failure.
   libvlc_media_t* CreateMedia(const std::string& url);
-  // Stops the stream, unseen by the interface, and plays the URL in its place. Cache and seek position in milliseconds;
-  // a seek position of 0 or below seeks nowhere. The three flags are kept for the watchdog. False, with the reason in
-  // the log, when the media can't be played: a media that could not be made leaves the player stopped and without any.
-  // The title may be currentTitle_ itself.
-  bool SetMedia(std::string url, const std::string& title, int networkCacheMs, int initialSeekPositionMs, bool isLive,
-                bool supportsTimeshift, bool inTimeshiftMode);
+  // Stops the stream, unseen by the interface, and plays the requested one in its place. False, with the reason in the
+  // log, when the media can't be played: a media that could not be made leaves the player stopped and without any.
+  bool SetMedia(MediaRequest request);
+  // Whether a media is set: from the first SetMedia that made one.
+  bool HasMedia() const { return media_ != nullptr; }
   // Plays the media that is set. A player that libvlc left muted or at volume 0 comes back at 100, whatever volume_ is.
   void Play();
   // Pauses, or resumes what is paused.
@@ -81,12 +81,18 @@ class VLCPlayer {
   void SetVolume(int volume);
   // False when there is nothing to seek with; what libvlc answers is not read.
   bool SeekTo(int64_t milliseconds);
+  // Milliseconds, as libvlc tells them; 0 when it can't be asked.
+  int64_t GetPosition();
+  int64_t GetDuration();
   // Places the video's window, in client pixels of the parent. The grid lays itself out over the whole parent instead.
   void Resize(int x, int y, int width, int height);
   void EnsureZOrder();
   // Read the track lists and tell the interface that they were read; the elements are not told.
   void RefreshSpuTracks();
   void RefreshAudioTracks();
+  // Choose a track by libvlc's id; what libvlc answers is not read.
+  void SetSpuTrack(int id);
+  void SetAudioTrack(int id);
 
   // Events (vlc_player_events.cpp). On libvlc's threads; may not wait for the main thread, and may call of libvlc only
   // what libvlc allows in a callback.
@@ -133,8 +139,7 @@ class VLCPlayer {
   bool MvRemoveActive();
   // Exchanges two tiles; the active index follows its tile.
   bool MvSwapTiles(int from, int to);
-  // Leaves with the active tile's URL opened anew in the single view. currentUrl_ and currentTitle_ keep naming the
-  // stream from before.
+  // Leaves with the active tile's URL opened anew in the single view. A restart keeps naming the stream from before.
   bool MvPromoteActiveAndExit();
   // Makes a tile the active one, without touching the audio. An index out of range, logged, changes nothing.
   void SetActiveIndexSafe(int index);
@@ -168,14 +173,9 @@ class VLCPlayer {
   AlternatingSwitch stallWatchdogActive_;
   Relaxed<UINT_PTR> stallTimerId_{0};
   StallState primaryStall_;
-  std::string currentUrl_;
-  std::string currentTitle_;
-  std::string fallbackUrl_;  // read where currentUrl_ is empty; nothing assigns it
-  std::string userAgent_;    // written by setUserAgent, read by nothing
-  int networkCacheMs_ = 5000;
-  bool isLive_ = true;
-  bool supportsTimeshift_ = false;
-  bool inTimeshiftMode_ = false;
+  MediaRequest current_;                          // set last
+  std::string fallbackUrl_;                       // read where current_ has no URL; nothing assigns it
+  std::string userAgent_;                         // written by setUserAgent, read by nothing
   ReaderEpochs eventReaders_{ServeSentMessages};  // the events that are being handled
   EventCallbackSlot eventCallback_{eventReaders_};
   Relaxed<bool> suppressStoppedEvent_{false};  // swallows the next stopped event
@@ -227,7 +227,7 @@ class VLCPlayer {
   void ApplyStallClear();
   void CheckTileStall(const LibVlcFunctions& vlc, size_t index, TickSource clock);
   void RestartTile(libvlc_media_player_t* mediaPlayer, const std::string& url, bool restorePosition);
-  const std::string& RestartUrl() const { return currentUrl_.empty() ? fallbackUrl_ : currentUrl_; }
+  const std::string& RestartUrl() const { return current_.url.empty() ? fallbackUrl_ : current_.url; }
 
   Published<TileHandles> tileHandles_{eventReaders_};
   const DWORD mainThreadId_ = GetCurrentThreadId();

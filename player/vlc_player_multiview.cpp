@@ -36,8 +36,8 @@ bool VLCPlayer::EnableMultiView() {
   MultiViewPlayer& original = players_.emplace_back();
   original.window = vlcWindow_;
   original.mediaPlayer.reset(mediaPlayer_.get());
-  original.name = currentTitle_;
-  original.url = currentUrl_;
+  original.name = current_.title;
+  original.url = current_.url;
   original.isOriginal = true;
   // Published before the single view gives the handle up: an event between the two still finds a player to watch.
   PublishTiles();

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "common/log.h"
 #include "player/vlc_player.h"
@@ -95,16 +96,16 @@ libvlc_media_t* VLCPlayer::CreateMedia(const std::string& url) {
   return CallMediaCreator(vlc.libvlc_media_new_location, vlc, vlcInstance_.get(), url);
 }
 
-bool VLCPlayer::SetMedia(std::string url, const std::string& title, int networkCacheMs, int initialSeekPositionMs,
-                         bool isLive, bool supportsTimeshift, bool inTimeshiftMode) {
-  if (url.empty()) {
+bool VLCPlayer::SetMedia(MediaRequest request) {
+  const char* const url = request.url.c_str();
+  if (request.url.empty()) {
     LOG_ERROR("[VLCPlayer::SetMedia] ERROR: URL is empty.");
     return false;
   }
   LOG_INFO(
       "[VLCPlayer::SetMedia] Called with url=%s, title=%s, networkCacheMs=%d, initialSeekPositionMs=%d, mediaPlayer_.get()=%p, vlcInstance_=%p, volume_=%d",
-      url.c_str(), title.c_str(), networkCacheMs, initialSeekPositionMs, static_cast<void*>(mediaPlayer_.get()),
-      static_cast<void*>(vlcInstance_.get()), volume_);
+      url, request.title.c_str(), request.networkCacheMs, request.initialSeekPositionMs,
+      static_cast<void*>(mediaPlayer_.get()), static_cast<void*>(vlcInstance_.get()), volume_);
   if (!mediaPlayer_ || !vlcInstance_) {
     LOG_ERROR("[VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance");
     return false;
@@ -122,28 +123,21 @@ bool VLCPlayer::SetMedia(std::string url, const std::string& title, int networkC
 
   StopInternal(true);
   StopStallWatchdog();
-  media_.reset(CreateMedia(url));
+  media_.reset(CreateMedia(request.url));
   if (!media_) {
-    LOG_ERROR("Failed to create media for URL: %s", url.c_str());
+    LOG_ERROR("Failed to create media for URL: %s", url);
     return false;
   }
   vlc.libvlc_media_add_option(media_.get(), ":no-video-title-show");
-  vlc.libvlc_media_add_option(media_.get(), (":network-caching=" + std::to_string(networkCacheMs)).c_str());
-  LOG_INFO("[VLCPlayer::SetMedia] Set network cache to %d ms", networkCacheMs);
+  vlc.libvlc_media_add_option(media_.get(), (":network-caching=" + std::to_string(request.networkCacheMs)).c_str());
+  LOG_INFO("[VLCPlayer::SetMedia] Set network cache to %d ms", request.networkCacheMs);
   vlc.libvlc_media_player_set_media(mediaPlayer_.get(), media_.get());
+  current_ = std::move(request);
 
-  // What a restart by the watchdog plays again. The restart hands in the title from here.
-  currentUrl_ = std::move(url);
-  if (&title != &currentTitle_) currentTitle_ = title;
-  networkCacheMs_ = networkCacheMs;
-  isLive_ = isLive;
-  supportsTimeshift_ = supportsTimeshift;
-  inTimeshiftMode_ = inTimeshiftMode;
-
-  if (initialSeekPositionMs > 0 && vlc.libvlc_media_player_set_time) {
-    vlc.libvlc_media_player_set_time(mediaPlayer_.get(), initialSeekPositionMs, kExactSeek);
+  if (current_.initialSeekPositionMs > 0 && vlc.libvlc_media_player_set_time) {
+    vlc.libvlc_media_player_set_time(mediaPlayer_.get(), current_.initialSeekPositionMs, kExactSeek);
     LOG_INFO("[VLCPlayer::SetMedia]  Set initial seek position to %dms BEFORE play (seek-before-play fix)",
-             initialSeekPositionMs);
+             current_.initialSeekPositionMs);
   }
   Play();
   StartStallWatchdog();
@@ -244,6 +238,20 @@ bool VLCPlayer::SeekTo(int64_t milliseconds) {
   return true;
 }
 
+int64_t VLCPlayer::GetPosition() {
+  if (!mediaPlayer_) return 0;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) LOG_ERROR("Failed to load VLC functions for GetPosition");
+  return vlc.loaded && vlc.libvlc_media_player_get_time ? vlc.libvlc_media_player_get_time(mediaPlayer_.get()) : 0;
+}
+
+int64_t VLCPlayer::GetDuration() {
+  if (!mediaPlayer_) return 0;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded) LOG_ERROR("Failed to load VLC functions for GetDuration");
+  return vlc.loaded && vlc.libvlc_media_player_get_length ? vlc.libvlc_media_player_get_length(mediaPlayer_.get()) : 0;
+}
+
 void VLCPlayer::Resize(int x, int y, int width, int height) {
   LOG_INFO("[Resize] Called with %dx%d isMultiViewMode=%d", width, height, static_cast<int>(isMultiViewMode_));
   if (isMultiViewMode_) {
@@ -289,6 +297,16 @@ void VLCPlayer::RefreshAudioTracks() {
   if (!vlc.loaded || !vlc.libvlc_audio_get_track_description || !vlc.libvlc_track_description_list_release) return;
   ReadTrackList(vlc, vlc.libvlc_audio_get_track_description(mediaPlayer_.get()));
   if (eventCallback_) eventCallback_("audioTracks", "");
+}
+
+void VLCPlayer::SetSpuTrack(int id) {
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (mediaPlayer_ && vlc.loaded && vlc.libvlc_video_set_spu) vlc.libvlc_video_set_spu(mediaPlayer_.get(), id);
+}
+
+void VLCPlayer::SetAudioTrack(int id) {
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (mediaPlayer_ && vlc.loaded && vlc.libvlc_audio_set_track) vlc.libvlc_audio_set_track(mediaPlayer_.get(), id);
 }
 
 }  // namespace vantro

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 #include "common/log.h"
 #include "player/stall_watchdog.h"
@@ -246,14 +247,18 @@ void VLCPlayer::RestartMediaPreservingTime() {
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded || !vlc.libvlc_media_player_get_time) return;
   const libvlc_time_t lastTime = vlc.libvlc_media_player_get_time(mediaPlayer_.get());
-  const bool shouldRestorePosition = ShouldRestorePosition(isLive_, supportsTimeshift_, inTimeshiftMode_);
+  MediaRequest request = current_;
+  request.url = url;
+  const bool shouldRestorePosition =
+      ShouldRestorePosition(request.isLive, request.supportsTimeshift, request.inTimeshiftMode);
   LOG_INFO(
       "[StallDetector] Restarting media (isLive=%d, supportsTimeshift=%d, inTimeshiftMode=%d, "
       "shouldRestorePosition=%d) lastTime=%lldms URL=%s",
-      isLive_, supportsTimeshift_, inTimeshiftMode_, shouldRestorePosition, static_cast<long long>(lastTime),
-      url.c_str());
-  SetMedia(url, currentTitle_, RestartCacheMs(networkCacheMs_), RestartSeekMs(shouldRestorePosition, lastTime), isLive_,
-           supportsTimeshift_, inTimeshiftMode_);
+      request.isLive, request.supportsTimeshift, request.inTimeshiftMode, shouldRestorePosition,
+      static_cast<long long>(lastTime), url.c_str());
+  request.networkCacheMs = RestartCacheMs(request.networkCacheMs);
+  request.initialSeekPositionMs = RestartSeekMs(shouldRestorePosition, lastTime);
+  SetMedia(std::move(request));
 }
 
 }  // namespace vantro

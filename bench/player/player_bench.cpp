@@ -62,7 +62,7 @@ struct Grid {
   explicit Grid(int tiles)
       : parent(CreateWindowExW(0, L"STATIC", L"bench", WS_POPUP | WS_VISIBLE, 0, 0, 800, 600, nullptr, nullptr,
                                GetModuleHandleW(nullptr), nullptr)) {
-    if (!player.Initialize(parent) || !player.SetMedia("http://host/0", "title", 300, 0, true, false, false)) {
+    if (!player.Initialize(parent) || !player.SetMedia({"http://host/0", "title", 300, 0, true, false, false})) {
       std::abort();
     }
     if (tiles > 1) player.EnableMultiView();

@@ -65,7 +65,7 @@ class PlayerTest : public testing::Test {
     vlc_.ClearCalls();
   }
   bool SetMedia(const std::string& url, int seekMs = 0) {
-    return player_.SetMedia(url, "Title", 1500, seekMs, true, false, false);
+    return player_.SetMedia({url, "Title", 1500, seekMs, true, false, false});
   }
 
   TableGuard table_;

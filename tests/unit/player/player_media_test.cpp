@@ -100,7 +100,7 @@ TEST_F(StartedPlayerTest, TheLegacyCreatorsAreGivenTheInstanceToo) {
 // Setting a media.
 
 TEST_F(StartedPlayerTest, SetMediaMakesTheCallsInOrder) {
-  ASSERT_TRUE(player_.SetMedia("http://host/a", "Title", 1500, 4000, true, false, false));
+  ASSERT_TRUE(player_.SetMedia({"http://host/a", "Title", 1500, 4000, true, false, false}));
   EXPECT_THAT(vlc_.Calls(),
               ElementsAre("libvlc_media_player_stop(player1)", "libvlc_media_new_uri(\"http://host/a\")",
                           "libvlc_media_add_option(media1, \":no-video-title-show\")",
@@ -111,7 +111,7 @@ TEST_F(StartedPlayerTest, SetMediaMakesTheCallsInOrder) {
 }
 
 TEST_F(StartedPlayerTest, SetMediaWritesItsLines) {
-  ASSERT_TRUE(player_.SetMedia("http://host/a", "A title", 1500, 4000, true, false, false));
+  ASSERT_TRUE(player_.SetMedia({"http://host/a", "A title", 1500, 4000, true, false, false}));
   EXPECT_THAT(LinesOf("[VLCPlayer::SetMedia]"),
               ElementsAre("INFO [VLCPlayer::SetMedia] Called with url=http://host/a, title=A title, "
                           "networkCacheMs=1500, initialSeekPositionMs=4000, mediaPlayer_.get()=" +
@@ -123,13 +123,13 @@ TEST_F(StartedPlayerTest, SetMediaWritesItsLines) {
 }
 
 TEST_F(StartedPlayerTest, SetMediaStoresWhatTheWatchdogPlaysAgain) {
-  ASSERT_TRUE(player_.SetMedia("http://host/a", "A title", -3, 0, false, true, true));
-  EXPECT_EQ(player_.currentUrl_, "http://host/a");
-  EXPECT_EQ(player_.currentTitle_, "A title");
-  EXPECT_EQ(player_.networkCacheMs_, -3);
-  EXPECT_FALSE(player_.isLive_);
-  EXPECT_TRUE(player_.supportsTimeshift_);
-  EXPECT_TRUE(player_.inTimeshiftMode_);
+  ASSERT_TRUE(player_.SetMedia({"http://host/a", "A title", -3, 0, false, true, true}));
+  EXPECT_EQ(player_.current_.url, "http://host/a");
+  EXPECT_EQ(player_.current_.title, "A title");
+  EXPECT_EQ(player_.current_.networkCacheMs, -3);
+  EXPECT_FALSE(player_.current_.isLive);
+  EXPECT_TRUE(player_.current_.supportsTimeshift);
+  EXPECT_TRUE(player_.current_.inTimeshiftMode);
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_add_option"),
               testing::Contains("libvlc_media_add_option(media1, \":network-caching=-3\")"));
 }
@@ -163,10 +163,10 @@ TEST_F(StartedPlayerTest, AnInitialSeekWithoutTheSlotIsLeftOut) {
 }
 
 TEST_F(StartedPlayerTest, SetMediaWithCurrentTitleAsItsTitleDoesNotLoseTheTitle) {
-  ASSERT_TRUE(player_.SetMedia("http://host/a", "A title", 0, 0, true, false, false));
-  ASSERT_TRUE(player_.SetMedia(player_.currentUrl_, player_.currentTitle_, 0, 0, true, false, false));
-  EXPECT_EQ(player_.currentTitle_, "A title");
-  EXPECT_EQ(player_.currentUrl_, "http://host/a");
+  ASSERT_TRUE(player_.SetMedia({"http://host/a", "A title", 0, 0, true, false, false}));
+  ASSERT_TRUE(player_.SetMedia({player_.current_.url, player_.current_.title, 0, 0, true, false, false}));
+  EXPECT_EQ(player_.current_.title, "A title");
+  EXPECT_EQ(player_.current_.url, "http://host/a");
 }
 
 TEST_F(StartedPlayerTest, SetMediaOfAnEmptyUrlChangesNothing) {
@@ -175,7 +175,7 @@ TEST_F(StartedPlayerTest, SetMediaOfAnEmptyUrlChangesNothing) {
   EXPECT_FALSE(SetMedia(""));
   EXPECT_EQ(log_.Lines().back(), "ERROR [VLCPlayer::SetMedia] ERROR: URL is empty.");
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_EQ(player_.currentUrl_, "http://host/a");
+  EXPECT_EQ(player_.current_.url, "http://host/a");
   EXPECT_TRUE(player_.stallWatchdogActive_);
 }
 
@@ -185,7 +185,7 @@ TEST_F(StartedPlayerTest, SetMediaWithoutAnInstanceChangesNothing) {
   EXPECT_FALSE(SetMedia("http://host/a"));
   EXPECT_EQ(log_.Lines().back(), "ERROR [VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance");
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_EQ(player_.currentUrl_, "");
+  EXPECT_EQ(player_.current_.url, "");
 }
 
 TEST_F(StartedPlayerTest, SetMediaWithoutItsFunctionsNamesThem) {
@@ -211,7 +211,7 @@ TEST_F(StartedPlayerTest, AMediaThatCannotBeMadeLeavesThePlayerStoppedWithoutAny
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_release"), ElementsAre("libvlc_media_release(media1)"));
   EXPECT_EQ(player_.media_.get(), nullptr);
   EXPECT_FALSE(player_.stallWatchdogActive_);
-  EXPECT_EQ(player_.currentUrl_, "http://host/a");
+  EXPECT_EQ(player_.current_.url, "http://host/a");
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 0);
 }
 

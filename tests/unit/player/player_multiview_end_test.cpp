@@ -122,8 +122,8 @@ TEST_F(MultiViewEndTest, AfterAPromotionAReloadBringsTheOldStreamBack) {
   StartGrid(2);
   player_.SetActiveIndexSafe(1);
   player_.MvPromoteActiveAndExit();
-  EXPECT_EQ(player_.currentUrl_, "http://host/0");
-  EXPECT_EQ(player_.currentTitle_, "Title");
+  EXPECT_EQ(player_.current_.url, "http://host/0");
+  EXPECT_EQ(player_.current_.title, "Title");
   vlc_.ClearCalls();
   player_.RestartMediaPreservingTime();
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_new_uri"), ElementsAre("libvlc_media_new_uri(\"http://host/0\")"));

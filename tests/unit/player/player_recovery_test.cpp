@@ -141,7 +141,7 @@ TEST_F(RecoveryTest, ADetectionAfterANudgeReloadsTheStreamAndStartsWithACleanRec
   EXPECT_TRUE(player_.stallWatchdogActive_);
   EXPECT_EQ(player_.primaryStall_.lastNudgeTickMs, 0u);
   EXPECT_THAT(player_.primaryStall_.restartTicksMs, IsEmpty());
-  EXPECT_EQ(player_.currentTitle_, "Title");
+  EXPECT_EQ(player_.current_.title, "Title");
 }
 
 TEST_F(RecoveryTest, ASingleStreamThatWedgesOnAndOnIsNudgedAndReloadedWithoutEnd) {
@@ -170,7 +170,7 @@ TEST_F(RecoveryTest, WithoutACallbackTheWatchdogGivesUpInSilence) {
 
 TEST_F(RecoveryTest, AReloadWithoutAUrlIsAborted) {
   StartSingle();
-  player_.currentUrl_.clear();
+  player_.current_.url.clear();
   vlc_.ClearCalls();
   player_.RestartMediaPreservingTime();
   EXPECT_TRUE(log_.Has("WARNING [StallDetector] RestartMediaPreservingTime aborted – missing URL"));
@@ -179,10 +179,10 @@ TEST_F(RecoveryTest, AReloadWithoutAUrlIsAborted) {
 
 TEST_F(RecoveryTest, AReloadTakesTheFallbackWhereThereIsNoUrl) {
   StartSingle();
-  player_.currentUrl_.clear();
+  player_.current_.url.clear();
   player_.fallbackUrl_ = "http://host/fallback";
   player_.RestartMediaPreservingTime();
-  EXPECT_EQ(player_.currentUrl_, "http://host/fallback");
+  EXPECT_EQ(player_.current_.url, "http://host/fallback");
 }
 
 TEST_F(RecoveryTest, AReloadWithoutAPlayerDoesNothing) {
@@ -195,7 +195,7 @@ TEST_F(RecoveryTest, AReloadWithoutAPlayerDoesNothing) {
 
 TEST_F(RecoveryTest, AReloadOfARecordingSeeksBackToItsTime) {
   StartSingle();
-  ASSERT_TRUE(player_.SetMedia("http://host/film", "Film", 0, 0, false, false, false));
+  ASSERT_TRUE(player_.SetMedia({"http://host/film", "Film", 0, 0, false, false, false}));
   vlc_.SetTime(vlc_.Player(), 73000);
   vlc_.ClearCalls();
   player_.RestartMediaPreservingTime();
@@ -203,7 +203,7 @@ TEST_F(RecoveryTest, AReloadOfARecordingSeeksBackToItsTime) {
       log_.Has("INFO [StallDetector] Restarting media (isLive=0, supportsTimeshift=0, inTimeshiftMode=0, "
                "shouldRestorePosition=1) lastTime=73000ms URL=http://host/film"));
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_time"), 1);
-  EXPECT_EQ(player_.networkCacheMs_, 5000);
+  EXPECT_EQ(player_.current_.networkCacheMs, 5000);
 }
 
 TEST_F(RecoveryTest, AReloadOfALiveStreamDoesNotSeek) {
@@ -215,7 +215,7 @@ TEST_F(RecoveryTest, AReloadOfALiveStreamDoesNotSeek) {
       log_.Has("INFO [StallDetector] Restarting media (isLive=1, supportsTimeshift=0, inTimeshiftMode=0, "
                "shouldRestorePosition=0) lastTime=73000ms URL=http://host/0"));
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_time"), 0);
-  EXPECT_EQ(player_.networkCacheMs_, 1500);
+  EXPECT_EQ(player_.current_.networkCacheMs, 1500);
 }
 
 // Tiles.

@@ -57,10 +57,10 @@ TEST_F(PlayerStartup, TheConstructorTouchesNoLibvlcAndSetsTheDefaults) {
   EXPECT_EQ(player_.mediaPlayer_.get(), nullptr);
   EXPECT_EQ(player_.vlcWindow_, nullptr);
   EXPECT_EQ(player_.volume_, 100);
-  EXPECT_EQ(player_.networkCacheMs_, 5000);
-  EXPECT_TRUE(player_.isLive_);
-  EXPECT_FALSE(player_.supportsTimeshift_);
-  EXPECT_FALSE(player_.inTimeshiftMode_);
+  EXPECT_EQ(player_.current_.networkCacheMs, 5000);
+  EXPECT_TRUE(player_.current_.isLive);
+  EXPECT_FALSE(player_.current_.supportsTimeshift);
+  EXPECT_FALSE(player_.current_.inTimeshiftMode);
   EXPECT_FALSE(player_.suppressStoppedEvent_);
   EXPECT_FALSE(player_.isMultiViewMode_);
 }
@@ -370,8 +370,8 @@ TEST_F(PlayerStartup, CleanupKeepsTheVolumeAndTheStringsAndEmptiesTheCallback) {
   player_.eventCallback_ = [](const char*, const char*) {};
   player_.Cleanup();
   EXPECT_EQ(player_.volume_, 30);
-  EXPECT_EQ(player_.currentUrl_, "http://host/a");
-  EXPECT_EQ(player_.currentTitle_, "Title");
+  EXPECT_EQ(player_.current_.url, "http://host/a");
+  EXPECT_EQ(player_.current_.title, "Title");
   EXPECT_FALSE(static_cast<bool>(player_.eventCallback_));
 }
 
@@ -432,7 +432,7 @@ TEST_F(PlayerStartup, TheDestructorLeavesNothingAlive) {
   {
     VLCPlayer player;
     ASSERT_TRUE(player.Initialize(parent_.get()));
-    ASSERT_TRUE(player.SetMedia("http://host/a", "", 0, 0, true, false, false));
+    ASSERT_TRUE(player.SetMedia({"http://host/a", "", 0, 0, true, false, false}));
   }
   const ScriptedObjects live = vlc_.Live();
   EXPECT_EQ(live.instances, 0);
