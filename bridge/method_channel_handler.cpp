@@ -34,15 +34,14 @@ MethodChannelHandler::MethodChannelHandler(FlutterEngine* engine, VLCPlayer* pla
   methodChannel_->SetMethodCallHandler([this](const MethodCall& call, std::unique_ptr<MethodResult> result) {
     HandleMethodCall(call, std::move(result));
   });
-  player->eventCallback_ = [this](const char* name, const char* payload) {
-    SendChannelEvent(name ? name : "", payload ? payload : "");
-  };
+  player->SetEventCallback(
+      [this](const char* name, const char* payload) { SendChannelEvent(name ? name : "", payload ? payload : ""); });
 }
 
 MethodChannelHandler::~MethodChannelHandler() {
   if (!markerPath_.empty()) WriteNativeMarker(false, "shutdown", CurrentUnixTimeMs());
   if (methodChannel_) methodChannel_->SetMethodCallHandler(nullptr);
-  if (vlcPlayer_) vlcPlayer_->eventCallback_ = [](const char*, const char*) {};
+  if (vlcPlayer_) vlcPlayer_->SetEventCallback([](const char*, const char*) {});
 }
 
 void MethodChannelHandler::HandleMethodCall(const MethodCall& call, std::unique_ptr<MethodResult> result) {

@@ -63,7 +63,7 @@ bool MvSetActiveIndex(MethodChannelHandler& handler, const MethodCall& call, Met
   if (!handler.vlcPlayer_) return RefuseWithoutPlayer(result);
   const int index = ReadIntArgument(call, "index", -1);
   if (index < 0) return Refuse(result, "INVALID_ARGUMENT", "Invalid index");
-  if (!handler.vlcPlayer_->isMultiViewMode_) return Reply(result, false);
+  if (!handler.vlcPlayer_->IsMultiViewMode()) return Reply(result, false);
   LOG_DEBUG("[MvSetActiveIndex] Request to set active index to %d", index);
   handler.vlcPlayer_->SetActiveIndexSafe(index);
   handler.vlcPlayer_->UpdateActiveAudio();

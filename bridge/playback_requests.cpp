@@ -154,7 +154,7 @@ bool SetMediaTitle(MethodChannelHandler& handler, const MethodCall& call, Method
 
 bool SetUserAgent(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result) {
   handler.userAgent_ = ReadStringArgument(call, "UA");
-  handler.vlcPlayer_->userAgent_ = handler.userAgent_;
+  handler.vlcPlayer_->SetUserAgent(handler.userAgent_);
   return Reply(result, true);
 }
 

@@ -69,7 +69,7 @@ bool ResizeVlc(MethodChannelHandler& handler, const MethodCall& call, MethodResu
 
 bool ResizeVlcFull(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   RECT client{};
-  GetClientRect(handler.vlcPlayer_->parentWindow_, &client);
+  GetClientRect(handler.vlcPlayer_->ParentWindow(), &client);
   handler.vlcPlayer_->Resize(0, kTitleBarHeight, client.right, client.bottom - kTitleBarHeight);
   return Reply(result, true);
 }

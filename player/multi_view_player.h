@@ -6,12 +6,12 @@
 #include <string>
 
 #include "player/libvlc_api.h"
-#include "player/stall_watchdog.h"
+#include "player/stall_decisions.h"
 
 namespace vantro {
 
 // Moved, never copied. Destroying a record, or moving onto it, releases its player and leaves its window alone: windows
-// go through VLCPlayer::DestroyPlayerWindow only.
+// go through MultiViewGrid::DestroyPlayerWindow only.
 struct MultiViewPlayer {
   HWND window = nullptr;
   VlcMediaPlayerPtr mediaPlayer;

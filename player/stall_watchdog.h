@@ -1,76 +1,87 @@
-// The stall counters of one watched player, and the decisions over them as plain functions of their arguments.
+// Notices players whose picture or sound has frozen while they report that they play, and cures them.
 //
-// A player is wedged when one of its two counters stands still while the other rises, three checks in a row. The cure
-// climbs a ladder: a pause and resume, then a reload of the media, then giving up with an error to the interface.
+// Watches the single view's player, or the tiles while the grid is on. The decisions are in player/stall_decisions.h.
+//
+//          Start, with a player to watch
+//   Off  --------------------------------->  On: the check timer runs
+//        <---------------------------------
+//          Stop, or a cure that gave up
+//
+// Start and Stop run on any thread and never wait. When they meet, the thread that came first carries them out in turn
+// (player/alternating_switch.h), so that the watchdog ends on with its timer or off without. Everything else runs on
+// the main thread. So do the stall records: a start or stop on another thread asks for their clearing, which the main
+// thread does before it uses a record again.
 #pragma once
 
-#include <cstdint>
+#include <windows.h>
+
+#include <atomic>
+#include <functional>
 #include <string>
-#include <vector>
+
+#include "player/alternating_switch.h"
+#include "player/event_callback.h"
+#include "player/multi_view_grid.h"
+#include "player/pending_resumes.h"
+#include "player/player_handle.h"
+#include "player/stall_decisions.h"
 
 namespace vantro {
 
-constexpr uint32_t kStallCheckIntervalMs = 1000;
-constexpr int32_t kWedgeChecksBeforeDetection = 3;
-// A detection this soon after a nudge goes on to the reload.
-constexpr uint64_t kNudgeWindowMs = 10000;
-constexpr uint32_t kNudgePauseMs = 300;
-constexpr uint64_t kRestartWindowMs = 60000;
-constexpr size_t kRestartsPerWindow = 3;
-constexpr int32_t kDefaultRestartCacheMs = 5000;
+class StallWatchdog {
+ public:
+  // The clock of a pass, in milliseconds.
+  using TickSource = ULONGLONG(WINAPI*)();
 
-// Times are GetTickCount64 values in milliseconds.
-struct StallState {
-  int32_t lastDisplayed = 0;             // displayed-pictures counter at the last completed check
-  int32_t lastAudio = 0;                 // played-audio-buffers counter at the last completed check
-  int32_t stalledTicks = 0;              // consecutive checks that found a wedge
-  uint64_t lastNudgeTickMs = 0;          // the last nudge, 0 for none
-  std::vector<uint64_t> restartTicksMs;  // the restarts of the last minute, oldest first
+  // What the watchdog works on: borrowed, and outlives it.
+  struct Ground {
+    UINT_PTR timerId;  // of the check timer, on the parent window
+    const std::atomic<HWND>& parentWindow;
+    const WatchedPlayerHandle& mediaPlayer;  // of the single view
+    MultiViewGrid& grid;
+    PendingResumes& resumes;
+    EventCallbackSlot& eventCallback;
+    std::function<void()> restartMedia;  // reloads the single view's stream
+  };
 
-  void Clear();
+  // Made on the main thread.
+  explicit StallWatchdog(Ground ground) : ground_(std::move(ground)) {}
+  StallWatchdog(const StallWatchdog&) = delete;
+  StallWatchdog& operator=(const StallWatchdog&) = delete;
+
+  // Turns the watchdog on, with clean records, if there is a player to watch. While it is on a start changes nothing,
+  // while it is off a stop changes nothing. Without a parent window it is on but never checks. Resumes that are pending
+  // survive a stop. Any thread.
+  void Start();
+  void Stop();
+
+  // One pass over the watched players, for the check timer. Never waits. The media is the single view's, or null.
+  void RunPass(libvlc_media_t* media, TickSource clock);
+
+ private:
+  friend struct test::PlayerInspector;
+
+  void Turn(bool on);
+  void StartCheckTimer();
+  void EndCheckTimer();
+  void RequestStallClear();
+  void ApplyStallClear();
+
+  void CheckTileStall(const LibVlcFunctions& vlc, size_t index, TickSource clock);
+  // Judges one player by its counters and takes the rung of the ladder that is due. The URL is what a tile reloads.
+  void CheckPlayerStall(libvlc_media_player_t* mediaPlayer, libvlc_media_t* media, StallState& state,
+                        const std::string& label, const std::string& url, bool restorePosition, bool isPrimary,
+                        TickSource clock);
+  // Pauses the player and arms the timer of its resume.
+  void NudgePlayer(libvlc_media_player_t* mediaPlayer);
+
+  const Ground ground_;
+  AlternatingSwitch stallWatchdogActive_;
+  std::atomic<UINT_PTR> stallTimerId_{0};  // 0 while no timer runs; written by the thread that carries out a turn
+  StallState primaryStall_;
+  const DWORD mainThreadId_ = GetCurrentThreadId();
+  std::atomic<uint32_t> stallClearsAsked_{0};
+  uint32_t stallClearsDone_ = 0;
 };
-
-// What a check reads from libvlc.
-struct StallSample {
-  int32_t displayed;
-  int32_t audio;
-  bool hasVideo;
-  bool hasAudio;
-};
-
-enum class StallVerdict {
-  kNoVideo,  // never wedged
-  kHealthy,
-  kVideoWedged,  // sound goes on over a still picture
-  kAudioWedged,  // pictures go on in silence
-};
-
-// The verdict over a sample against the counters of the check before it. Changes nothing.
-StallVerdict JudgeStall(const StallState& state, const StallSample& sample);
-
-// The reason in the log's words; "unknown" for a verdict that is no wedge.
-const char* WedgeReason(StallVerdict verdict);
-
-// Enters the sample and its verdict into the record. Returns whether a run of wedge checks is complete; the count then
-// starts anew with the next check.
-bool RecordStallCheck(StallState& state, const StallSample& sample, StallVerdict verdict);
-
-enum class StallRung { kNudge, kRestart, kGiveUp };
-
-// The rung to take for a detection at the time now, entered into the record.
-StallRung ClimbStallLadder(StallState& state, uint64_t now);
-
-// The name of a tile in the log: "mv_primary" for the tile that took over the single view, else "mv_" and its name.
-std::string TileStallLabel(bool isOriginal, const std::string& name);
-
-// Whether a reload of the single view's stream goes back to the time that it had: a recording does, and a live stream
-// while the viewer is in its time shift.
-bool ShouldRestorePosition(bool isLive, bool supportsTimeshift, bool inTimeshiftMode);
-
-// The network cache of a reload.
-int32_t RestartCacheMs(int32_t networkCacheMs);
-
-// Where a reload seeks to, in milliseconds; 0 for nowhere.
-int32_t RestartSeekMs(bool shouldRestorePosition, int64_t lastTimeMs);
 
 }  // namespace vantro

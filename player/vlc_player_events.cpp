@@ -14,7 +14,7 @@ void VLCPlayer::ProcessVLCEvent(const libvlc_event_t* event) {
   const PlayerEvent* const known = FindPlayerEvent(event->type);
   if (!known) return;
   const ReaderEpochs::Reader reader(eventReaders_);
-  if (known->type == player_event::kStopped && suppressStoppedEvent_.Exchange(false)) {
+  if (known->type == player_event::kStopped && suppressStoppedEvent_.exchange(false, std::memory_order_relaxed)) {
     StopStallWatchdog();
     return;
   }
@@ -28,14 +28,14 @@ void VLCPlayer::Perform(EventEffect effect) {
     case EventEffect::kNone:
       break;
     case EventEffect::kPlaying:
-      if (isMultiViewMode_) {
+      if (IsMultiViewMode()) {
         LOG_DEBUG("[ProcessVLCEvent] Playing event - calling UpdateMultiViewScaling");
         UpdateMultiViewScaling();
       }
       StartStallWatchdog();
       break;
     case EventEffect::kMediaChanged:
-      if (isMultiViewMode_) {
+      if (IsMultiViewMode()) {
         LOG_DEBUG("[ProcessVLCEvent] MediaChanged event - calling UpdateMultiViewScaling");
         UpdateMultiViewScaling();
       }

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <iterator>
-#include <string>
 #include <utility>
 
 #include "common/log.h"
@@ -18,13 +16,6 @@ namespace {
 
 constexpr int kInitialVolume = 100;
 constexpr DWORD kVideoWindowStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
-constexpr const char* kInstanceArguments[] = {"--intf=dummy", "--no-video-title-show", "--aout=directsound",
-                                              "--http-reconnect"};
-
-libvlc_instance_t* NewInstance(const LibVlcFunctions& vlc) {
-  return vlc.libvlc_new(static_cast<int>(std::size(kInstanceArguments)), kInstanceArguments);
-}
-
 void LogStartEnvironment() {
   if (const char* pluginPath = std::getenv("VLC_PLUGIN_PATH")) {
     LOG_INFO("VLC_PLUGIN_PATH: %s", pluginPath);
@@ -60,38 +51,17 @@ bool HasRequiredSymbols(const LibVlcFunctions& vlc) {
   return false;
 }
 
-// An instance that can't be made is nearly always one that finds no plugins: says what lies in their folder.
-void LogPluginsFolder() {
-  const std::string folder = GetExeDirectory() + "plugins";
-  WIN32_FIND_DATAA found;
-  HANDLE search = FindFirstFileA(folder.c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) {
-    LOG_WARNING("Plugins directory does not exist at: %s", folder.c_str());
-    return;
-  }
-  FindClose(search);
-  LOG_INFO("Plugins directory exists at: %s", folder.c_str());
-  LOG_INFO("Listing files in plugins directory:");
-  search = FindFirstFileA((folder + "\\*").c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return;
-  do {
-    const std::string name = found.cFileName;
-    if (name != "." && name != "..") LOG_INFO("  %s", name.c_str());
-  } while (FindNextFileA(search, &found));
-  FindClose(search);
-}
-
 }  // namespace
 
 VLCPlayer::~VLCPlayer() {
   Cleanup();
   // Tiles that are left are still attached. Releasing them ends their events; those that are being handled end here.
-  ReleaseTiles();
+  grid_.ReleaseTiles();
   eventReaders_.WaitForReaders();
 }
 
 bool VLCPlayer::Initialize(HWND parentWindow) {
-  parentWindow_ = parentWindow;
+  parentWindow_.store(parentWindow, std::memory_order_relaxed);
   vlcWindow_ = nullptr;
   LOG_INFO("VLCPlayer::Initialize started with parent window: %p", static_cast<void*>(parentWindow));
   LogStartEnvironment();
@@ -117,7 +87,7 @@ bool VLCPlayer::Initialize(HWND parentWindow) {
   LOG_INFO("Successfully got all required VLC function pointers");
   const char* const version = VersionText(vlc);
   LOG_INFO("VLC version (from function): %s", version ? version : "unknown");
-  if (!HasRequiredSymbols(vlc) || !CreateInstance(vlc)) return false;
+  if (!HasRequiredSymbols(vlc) || !instance_.Create(vlc)) return false;
   LOG_INFO("VLC instance created successfully");
   if (version) LOG_INFO("VLC version: %s", version);
 
@@ -132,13 +102,13 @@ bool VLCPlayer::Initialize(HWND parentWindow) {
 void VLCPlayer::CreateVideoWindow() {
   if (!RegisterVlcHostWindowClass()) return;
   RECT client{};
-  GetClientRect(parentWindow_, &client);
+  GetClientRect(ParentWindow(), &client);
   const int width = std::max(1, static_cast<int>(client.right - client.left));
   const int height = std::max(1, static_cast<int>(client.bottom - client.top));
   vlcWindow_ = CreateWindowExW(WS_EX_NOPARENTNOTIFY, kVlcHostWindowClass, L"", kVideoWindowStyle, 0, 0, width, height,
-                               parentWindow_, nullptr, GetModuleHandleW(nullptr), nullptr);
+                               ParentWindow(), nullptr, GetModuleHandleW(nullptr), nullptr);
   if (!vlcWindow_) {
-    vlcWindow_ = parentWindow_;
+    vlcWindow_ = ParentWindow();
     LOG_WARNING("Failed to create VLC child window, using parent window");
     return;
   }
@@ -147,28 +117,8 @@ void VLCPlayer::CreateVideoWindow() {
            width, height);
 }
 
-bool VLCPlayer::CreateInstance(const LibVlcFunctions& vlc) {
-  LOG_INFO("Attempting to create VLC instance with global arguments");
-  vlcInstance_.reset(NewInstance(vlc));
-  if (!vlcInstance_) {
-    // The same call once more: a library that succeeds now is taken as if it had at first.
-    LOG_WARNING("Failed with global args, trying with plugin-path added");
-    vlcInstance_.reset(NewInstance(vlc));
-  }
-  if (!vlcInstance_) {
-    LOG_WARNING("Failed with plugin path, trying bare minimum (no args)");
-    vlcInstance_.reset(vlc.libvlc_new(0, nullptr));
-  }
-  if (vlcInstance_) return true;
-  const char* const error = LibVlcErrorText(vlc);
-  LOG_ERROR("Failed to create VLC instance");
-  LOG_ERROR("VLC error: %s", error);
-  LogPluginsFolder();
-  return false;
-}
-
 bool VLCPlayer::CreateMediaPlayer(const LibVlcFunctions& vlc) {
-  mediaPlayer_ = VlcMediaPlayerPtr(vlc.libvlc_media_player_new(vlcInstance_.get()));
+  mediaPlayer_ = VlcMediaPlayerPtr(vlc.libvlc_media_player_new(instance_.get()));
   if (!mediaPlayer_) {
     LOG_ERROR("Failed to create VLC media player, VLC error: %s", LibVlcErrorText(vlc));
     Cleanup();
@@ -176,7 +126,7 @@ bool VLCPlayer::CreateMediaPlayer(const LibVlcFunctions& vlc) {
   }
   LOG_INFO("VLC media player created successfully");
   LOG_INFO("Setting HWND for VLC player: %p (child window, not parent %p)", static_cast<void*>(vlcWindow_),
-           static_cast<void*>(parentWindow_));
+           static_cast<void*>(ParentWindow()));
   vlc.libvlc_media_player_set_hwnd(mediaPlayer_.get(), vlcWindow_);
   LOG_INFO("HWND set successfully");
 
@@ -212,17 +162,18 @@ void VLCPlayer::Cleanup() {
   }
   DetachEvents(vlc);
   if (mediaPlayer_ && vlc.libvlc_media_player_stop) {
-    suppressStoppedEvent_ = true;
+    suppressStoppedEvent_.store(true, std::memory_order_relaxed);
     vlc.libvlc_media_player_stop(mediaPlayer_.get());
   }
   VlcMediaPlayerPtr player(mediaPlayer_.release());
   eventReaders_.WaitForReaders();
-  ReleasePlayer(std::move(player));
+  if (player) resumes_.Forget(player.get());
+  player.reset();
   media_.reset();
-  vlcInstance_.reset();
-  if (vlcWindow_ && vlcWindow_ != parentWindow_ && IsWindow(vlcWindow_)) DestroyWindow(vlcWindow_);
+  instance_.Release();
+  if (vlcWindow_ && vlcWindow_ != ParentWindow() && IsWindow(vlcWindow_)) DestroyWindow(vlcWindow_);
   vlcWindow_ = nullptr;
-  parentWindow_ = nullptr;
+  parentWindow_.store(nullptr, std::memory_order_relaxed);
   overlayWindow_ = nullptr;
   eventManager_ = nullptr;
   eventCallback_ = nullptr;

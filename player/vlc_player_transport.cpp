@@ -2,10 +2,10 @@
 #include <windows.h>
 
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "common/log.h"
+#include "player/stall_decisions.h"
 #include "player/vlc_player.h"
 
 namespace vantro {
@@ -20,22 +20,6 @@ constexpr bool kExactSeek = false;
 
 constexpr UINT kKeepPlaceAndFocus = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
 constexpr UINT kKeepPlaceAndShow = kKeepPlaceAndFocus | SWP_SHOWWINDOW;
-
-bool IsNetworkUrl(std::string_view url) {
-  return url.starts_with("http://") || url.starts_with("https://") || url.starts_with("rtsp://");
-}
-
-// Calls a media creator in the form that the library in use has. Null without a creator.
-libvlc_media_t* CallMediaCreator(void* creator, const LibVlcFunctions& vlc, libvlc_instance_t* instance,
-                                 const std::string& text) {
-  if (!creator) return nullptr;
-  if (vlc.legacyMediaCreation) {
-    using WithInstance = libvlc_media_t* (*)(libvlc_instance_t*, const char*);
-    return reinterpret_cast<WithInstance>(creator)(instance, text.c_str());
-  }
-  using WithoutInstance = libvlc_media_t* (*)(const char*);
-  return reinterpret_cast<WithoutInstance>(creator)(text.c_str());
-}
 
 void StackWindow(HWND window, HWND insertAfter, UINT flags) { SetWindowPos(window, insertAfter, 0, 0, 0, 0, flags); }
 
@@ -72,30 +56,6 @@ void RepairAudio(const LibVlcFunctions& vlc, libvlc_media_player_t* player) {
 
 }  // namespace
 
-libvlc_media_t* VLCPlayer::CreateMedia(const std::string& url) {
-  if (url.empty()) {
-    LOG_ERROR("[VLCPlayer::CreateMedia] ERROR: URL is empty.");
-    return nullptr;
-  }
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded) {
-    LOG_ERROR("Failed to load VLC functions for CreateMedia");
-    return nullptr;
-  }
-  libvlc_media_t* media = nullptr;
-  if (IsNetworkUrl(url)) {
-    LOG_INFO("Creating media with new_uri for URL: %s", url.c_str());
-    media = CallMediaCreator(vlc.libvlc_media_new_uri, vlc, vlcInstance_.get(), url);
-    if (!media) media = CallMediaCreator(vlc.libvlc_media_new_location, vlc, vlcInstance_.get(), url);
-  } else {
-    LOG_INFO("Creating media with new_path for path: %s", url.c_str());
-    media = CallMediaCreator(vlc.libvlc_media_new_path, vlc, vlcInstance_.get(), url);
-  }
-  if (media) return media;
-  LOG_WARNING("Failed to create media with specific function, falling back to new_location for: %s", url.c_str());
-  return CallMediaCreator(vlc.libvlc_media_new_location, vlc, vlcInstance_.get(), url);
-}
-
 bool VLCPlayer::SetMedia(MediaRequest request) {
   const char* const url = request.url.c_str();
   if (request.url.empty()) {
@@ -105,8 +65,8 @@ bool VLCPlayer::SetMedia(MediaRequest request) {
   LOG_INFO(
       "[VLCPlayer::SetMedia] Called with url=%s, title=%s, networkCacheMs=%d, initialSeekPositionMs=%d, mediaPlayer_.get()=%p, vlcInstance_=%p, volume_=%d",
       url, request.title.c_str(), request.networkCacheMs, request.initialSeekPositionMs,
-      static_cast<void*>(mediaPlayer_.get()), static_cast<void*>(vlcInstance_.get()), volume_);
-  if (!mediaPlayer_ || !vlcInstance_) {
+      static_cast<void*>(mediaPlayer_.get()), static_cast<void*>(instance_.get()), volume_);
+  if (!mediaPlayer_ || !instance_) {
     LOG_ERROR("[VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance");
     return false;
   }
@@ -146,7 +106,7 @@ bool VLCPlayer::SetMedia(MediaRequest request) {
 
 void VLCPlayer::Play() {
   LOG_INFO("[VLCPlayer::Play] Called, mediaPlayer_.get()=%p, volume_=%d, isMultiViewMode_=%d",
-           static_cast<void*>(mediaPlayer_.get()), volume_, static_cast<int>(isMultiViewMode_));
+           static_cast<void*>(mediaPlayer_.get()), volume_, IsMultiViewMode());
   if (!mediaPlayer_) {
     LOG_ERROR("[VLCPlayer::Play] ERROR: mediaPlayer_.get() is null");
     return;
@@ -198,7 +158,7 @@ void VLCPlayer::StopInternal(bool suppress) {
     return;
   }
   if (vlc.libvlc_media_player_stop) {
-    if (suppress) suppressStoppedEvent_ = true;
+    if (suppress) suppressStoppedEvent_.store(true, std::memory_order_relaxed);
     vlc.libvlc_media_player_stop(mediaPlayer_.get());
   }
   StopStallWatchdog();
@@ -207,7 +167,7 @@ void VLCPlayer::StopInternal(bool suppress) {
 void VLCPlayer::SetVolume(int volume) {
   LOG_INFO(
       "[VLCPlayer::SetVolume] Called with volume=%d, current volume_=%d, mediaPlayer_.get()=%p, isMultiViewMode_=%d",
-      volume, volume_, static_cast<void*>(mediaPlayer_.get()), static_cast<int>(isMultiViewMode_));
+      volume, volume_, static_cast<void*>(mediaPlayer_.get()), IsMultiViewMode());
   if (!mediaPlayer_) {
     volume_ = volume;
     LOG_INFO("[VLCPlayer::SetVolume] No mediaPlayer_.get(), just caching volume");
@@ -253,21 +213,21 @@ int64_t VLCPlayer::GetDuration() {
 }
 
 void VLCPlayer::Resize(int x, int y, int width, int height) {
-  LOG_INFO("[Resize] Called with %dx%d isMultiViewMode=%d", width, height, static_cast<int>(isMultiViewMode_));
-  if (isMultiViewMode_) {
+  LOG_INFO("[Resize] Called with %dx%d isMultiViewMode=%d", width, height, IsMultiViewMode());
+  if (IsMultiViewMode()) {
     LOG_INFO("[Resize] In multiview mode - updating grid layout for new size");
     UpdateGridLayout();
     return;
   }
-  if (!vlcWindow_ || vlcWindow_ == parentWindow_) return;
+  if (!vlcWindow_ || vlcWindow_ == ParentWindow()) return;
   MoveWindow(vlcWindow_, x, y, width, height, TRUE);
   EnsureZOrder();
   LOG_INFO("[Resize] Resized VLC window to %dx%d", width, height);
 }
 
 void VLCPlayer::EnsureZOrder() {
-  if (!vlcWindow_ || vlcWindow_ == parentWindow_) return;
-  LOG_INFO("EnsureZOrder: parent=%p vlc=%p overlay=%p", static_cast<void*>(parentWindow_),
+  if (!vlcWindow_ || vlcWindow_ == ParentWindow()) return;
+  LOG_INFO("EnsureZOrder: parent=%p vlc=%p overlay=%p", static_cast<void*>(ParentWindow()),
            static_cast<void*>(vlcWindow_), static_cast<void*>(overlayWindow_));
   if (!overlayWindow_ || !IsWindow(overlayWindow_)) {
     if (IsWindow(vlcWindow_)) StackWindow(vlcWindow_, HWND_NOTOPMOST, kKeepPlaceAndFocus);
@@ -307,6 +267,40 @@ void VLCPlayer::SetSpuTrack(int id) {
 void VLCPlayer::SetAudioTrack(int id) {
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (mediaPlayer_ && vlc.loaded && vlc.libvlc_audio_set_track) vlc.libvlc_audio_set_track(mediaPlayer_.get(), id);
+}
+
+void VLCPlayer::RestartMediaPreservingTime() {
+  if (!mediaPlayer_) return;
+  const std::string url = RestartUrl();
+  if (url.empty()) {
+    LOG_WARNING("[StallDetector] RestartMediaPreservingTime aborted – missing URL");
+    return;
+  }
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded || !vlc.libvlc_media_player_get_time) return;
+  const libvlc_time_t lastTime = vlc.libvlc_media_player_get_time(mediaPlayer_.get());
+  MediaRequest request = current_;
+  request.url = url;
+  const bool shouldRestorePosition =
+      ShouldRestorePosition(request.isLive, request.supportsTimeshift, request.inTimeshiftMode);
+  LOG_INFO(
+      "[StallDetector] Restarting media (isLive=%d, supportsTimeshift=%d, inTimeshiftMode=%d, "
+      "shouldRestorePosition=%d) lastTime=%lldms URL=%s",
+      request.isLive, request.supportsTimeshift, request.inTimeshiftMode, shouldRestorePosition,
+      static_cast<long long>(lastTime), url.c_str());
+  request.networkCacheMs = RestartCacheMs(request.networkCacheMs);
+  request.initialSeekPositionMs = RestartSeekMs(shouldRestorePosition, lastTime);
+  SetMedia(std::move(request));
+}
+
+bool VLCPlayer::EnableMultiView() {
+  grid_.Enable(mediaPlayer_, vlcWindow_, current_.title, current_.url);
+  return true;
+}
+
+bool VLCPlayer::DisableMultiView() {
+  if (grid_.Disable(mediaPlayer_)) SetVolume(kFullVolume);
+  return true;
 }
 
 }  // namespace vantro

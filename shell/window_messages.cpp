@@ -127,7 +127,7 @@ LRESULT VantroWindow::OnSize() {
   LayoutTitleBarControls();
   // Below the title bar also in fullscreen, where the bar comes and goes above the picture.
   if (VLCPlayer* const player = methodChannelHandler_ ? methodChannelHandler_->vlcPlayer_ : nullptr) {
-    const SIZE size = ClientSize(player->parentWindow_);
+    const SIZE size = ClientSize(player->ParentWindow());
     player->Resize(0, TITLE_BAR_HEIGHT, static_cast<int>(size.cx), static_cast<int>(size.cy) - TITLE_BAR_HEIGHT);
   }
   SyncFlutterOverlayPosition();

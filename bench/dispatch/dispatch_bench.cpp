@@ -28,6 +28,7 @@
 #include "services/vod_thumbnail_worker_plugin.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
+#include "tests/support/player_inspector.h"
 
 namespace vantro {
 namespace {
@@ -163,7 +164,8 @@ void BenchEvent(Window& window) {
   const auto messenger = FlutterDesktopEngineGetMessenger(FlutterDesktopViewControllerGetEngine(controller));
   const auto bytes = RequestBytes("onTimeChanged", EncodableValue("1234567"));
   const auto send = [&] { FlutterDesktopMessengerSend(messenger, kPlayerChannel, bytes.data(), bytes.size()); };
-  const auto raise = [&] { window.player.eventCallback_("onTimeChanged", "1234567"); };
+  const test::PlayerInspector state(window.player);
+  const auto raise = [&] { state.eventCallback_("onTimeChanged", "1234567"); };
   PrintBeside("a send of ready bytes to an engine that drops them", "the player's callback to the same send",
               MeasureBeside(50000, send, raise, kManyBatches));
   const EngineTasks tasks;

@@ -17,6 +17,7 @@
 #include "devkit/scripted/scripted_control.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
+#include "tests/support/player_inspector.h"
 
 namespace vantro {
 namespace {
@@ -87,9 +88,10 @@ void SetSize(const Script& script, libvlc_media_player_t* player) {
 void BenchGrid(int tiles) {
   Grid grid(tiles);
   VLCPlayer& player = grid.player;
+  const test::PlayerInspector state(player);
   const Script script;
-  SetSize(script, player.mediaPlayer_.get());
-  for (MultiViewPlayer& tile : player.players_) SetSize(script, tile.mediaPlayer.get());
+  SetSize(script, state.mediaPlayer_.get());
+  for (MultiViewPlayer& tile : state.players_) SetSize(script, tile.mediaPlayer.get());
 
   uint64_t shown = 0;
   const auto pass = [&] {
@@ -99,12 +101,12 @@ void BenchGrid(int tiles) {
   };
   const auto layout = [&] { player.UpdateGridLayout(); };
   const auto activate = [&] {
-    player.SetActiveIndexSafe((player.activeIndex_ + 1) % std::max(1, static_cast<int>(player.players_.size())));
+    player.SetActiveIndexSafe((state.activeIndex_ + 1) % std::max(1, static_cast<int>(state.players_.size())));
     player.UpdateActiveAudio();
   };
   const auto add = [&] {
     player.MvAddStream("http://host/x", "tile");
-    player.SetActiveIndexSafe(static_cast<int>(player.players_.size()) - 1);
+    player.SetActiveIndexSafe(static_cast<int>(state.players_.size()) - 1);
     player.MvRemoveActive();
   };
   std::printf("| %d | %.1f us | %d |", tiles, Measure(script, 320 / tiles, pass), CountCalls(script, pass));
@@ -142,10 +144,11 @@ void BenchEvent() {
 void Run() {
   BenchEvent();
   {
-    const Grid grid(1);
+    Grid grid(1);
     const LibVlcFunctions vlc = GetLibVlcFunctions();
-    std::printf("One bare call of the scripted libvlc: %.2f us.\n\n",
-                Measure(Script(), 1000, [&] { vlc.libvlc_media_player_is_playing(grid.player.mediaPlayer_.get()); }));
+    std::printf("One bare call of the scripted libvlc: %.2f us.\n\n", Measure(Script(), 1000, [&] {
+                  vlc.libvlc_media_player_is_playing(test::PlayerInspector(grid.player).mediaPlayer_.get());
+                }));
   }
   std::printf(
       "| Tiles | Watchdog's pass | Calls | Layout | Calls | Active tile | Calls | Add and remove | Calls |\n"

@@ -70,14 +70,14 @@ TEST_F(Dispatch, WritesTheTimeOfTheCall) {
 }
 
 TEST_F(Dispatch, PlayerEventReachesTheInterfaceWithItsTextOrWithoutArgument) {
-  player_->eventCallback_("onTimeChanged", "1500");
-  player_->eventCallback_("onPlaying", "");
+  state_.eventCallback_("onTimeChanged", "1500");
+  state_.eventCallback_("onPlaying", "");
   EXPECT_THAT(interface_.Calls(),
               ElementsAre(InterfaceCall{"onTimeChanged", Value("1500")}, InterfaceCall{"onPlaying", Value()}));
 }
 
 TEST_F(Dispatch, PlayerEventWithNullTextsIsReadAsEmpty) {
-  player_->eventCallback_(nullptr, nullptr);
+  state_.eventCallback_(nullptr, nullptr);
   EXPECT_THAT(interface_.Calls(), ElementsAre(InterfaceCall{"", Value()}));
 }
 
@@ -91,7 +91,7 @@ TEST_F(Dispatch, LibvlcEventGoesOutOnLibvlcsThread) {
 
 TEST_F(Dispatch, HandlerThatEndsSilencesChannelAndPlayer) {
   EndHandler();
-  player_->eventCallback_("onPlaying", "");
+  state_.eventCallback_("onPlaying", "");
   EXPECT_FALSE(loopback_.HasListener(engineNumber_, kPlayerChannel));
   EXPECT_EQ(Ask("play"), NoAnswer());
   EXPECT_TRUE(interface_.Calls().empty());

@@ -22,7 +22,7 @@ class MultiViewRequests : public PlayerChannelTest {
   void MakeGrid(size_t tiles) {
     LoadMedia();
     ASSERT_EQ(Ask("enableMultiView"), kTrue);
-    while (player_->players_.size() < tiles) {
+    while (state_.players_.size() < tiles) {
       ASSERT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}, {"name", "tile"}})), kTrue);
     }
     interface_.ClearCalls();
@@ -43,7 +43,7 @@ TEST_F(MultiViewRequests, DisablingOutsideTheGridRepliesTrueAndHidesTheOverlay) 
 TEST_F(MultiViewRequests, DisablingEndsTheGrid) {
   MakeGrid(2);
   EXPECT_EQ(Ask("disableMultiView"), kTrue);
-  EXPECT_FALSE(player_->isMultiViewMode_);
+  EXPECT_FALSE(state_.isMultiViewMode_);
   EXPECT_THAT(interface_.Calls(), ElementsAre(kHide));
 }
 
@@ -75,7 +75,7 @@ TEST_F(MultiViewRequests, ReplyGoesOutBeforeTheOverlayEvent) {
 TEST_F(MultiViewRequests, ExitFullscreenEndsTheGridAndHidesNoOverlay) {
   MakeGrid(2);
   EXPECT_EQ(Ask("mvExitFullscreen"), kTrue);
-  EXPECT_FALSE(player_->isMultiViewMode_);
+  EXPECT_FALSE(state_.isMultiViewMode_);
   EXPECT_THAT(interface_.Calls(), IsEmpty());
 }
 
@@ -89,17 +89,17 @@ TEST_F(MultiViewRequests, AddStreamAddsATileWithItsNameWhichMayBeEmpty) {
   MakeGrid(1);
   EXPECT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}, {"name", "News"}})), kTrue);
   EXPECT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}})), kTrue);
-  ASSERT_EQ(player_->players_.size(), 3u);
-  EXPECT_EQ(player_->players_[1].name, "News");
-  EXPECT_EQ(player_->players_[2].name, "");
+  ASSERT_EQ(state_.players_.size(), 3u);
+  EXPECT_EQ(state_.players_[1].name, "News");
+  EXPECT_EQ(state_.players_[2].name, "");
 }
 
 TEST_F(MultiViewRequests, ReplaceActivePlaysAnotherStreamInTheActiveTile) {
   MakeGrid(2);
-  const size_t active = static_cast<size_t>(static_cast<int>(player_->activeIndex_));
+  const size_t active = static_cast<size_t>(static_cast<int>(state_.activeIndex_));
   EXPECT_EQ(Ask("mvReplaceActive", MapOf({{"url", "http://other"}, {"name", "Other"}})), kTrue);
-  ASSERT_EQ(player_->players_.size(), 2u);
-  EXPECT_EQ(player_->players_[active].url, "http://other");
+  ASSERT_EQ(state_.players_.size(), 2u);
+  EXPECT_EQ(state_.players_[active].url, "http://other");
 }
 
 TEST_F(MultiViewRequests, SetActiveIndexOutsideTheGridRepliesFalse) {
@@ -112,7 +112,7 @@ TEST_F(MultiViewRequests, SetActiveIndexMakesTheTileActive) {
   MakeGrid(2);
   for (int index : {0, 1}) {
     EXPECT_EQ(Ask("mvSetActiveIndex", MapOf({{"index", Value(index)}})), kTrue);
-    EXPECT_EQ(static_cast<int>(player_->activeIndex_), index);
+    EXPECT_EQ(static_cast<int>(state_.activeIndex_), index);
   }
   EXPECT_TRUE(log_.Has("DEBUG [MvSetActiveIndex] Request to set active index to 1"));
 }
@@ -121,7 +121,7 @@ TEST_F(MultiViewRequests, SetActiveIndexBeyondTheLastTileChangesNothingAndReplie
   MakeGrid(2);
   Ask("mvSetActiveIndex", MapOf({{"index", Value(1)}}));
   EXPECT_EQ(Ask("mvSetActiveIndex", MapOf({{"index", Value(99)}})), kTrue);
-  EXPECT_EQ(static_cast<int>(player_->activeIndex_), 1);
+  EXPECT_EQ(static_cast<int>(state_.activeIndex_), 1);
 }
 
 TEST_F(MultiViewRequests, SetActiveIndexThatIsNegativeOrAbsentIsAnErrorAndADroppedSecondAnswer) {
@@ -147,10 +147,10 @@ TEST_F(MultiViewRequests, SwapTilesNeedsBothIndices) {
 
 TEST_F(MultiViewRequests, SwapTilesSwapsAndRepliesThePlayersVerdict) {
   MakeGrid(2);
-  player_->players_[0].name = "first";
-  player_->players_[1].name = "second";
+  state_.players_[0].name = "first";
+  state_.players_[1].name = "second";
   EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(1)}})), kTrue);
-  EXPECT_EQ(player_->players_[0].name, "second");
+  EXPECT_EQ(state_.players_[0].name, "second");
   EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(7)}})), kFalse);
 }
 
@@ -165,14 +165,14 @@ TEST_F(MultiViewRequests, RemoveActiveRemovesATileButTheFirst) {
   MakeGrid(2);
   Ask("mvSetActiveIndex", MapOf({{"index", Value(1)}}));
   EXPECT_EQ(Ask("mvRemoveActive"), kTrue);
-  EXPECT_EQ(player_->players_.size(), 1u);
+  EXPECT_EQ(state_.players_.size(), 1u);
   EXPECT_EQ(Ask("mvRemoveActive"), kFalse);
 }
 
 TEST_F(MultiViewRequests, PromoteLeavesTheGridWithoutAnOverlayEvent) {
   MakeGrid(2);
   EXPECT_EQ(Ask("mvPromoteActiveAndExit"), kTrue);
-  EXPECT_FALSE(player_->isMultiViewMode_);
+  EXPECT_FALSE(state_.isMultiViewMode_);
   EXPECT_THAT(interface_.CallNames(), testing::Not(testing::Contains("hideMultiViewOverlay")));
 }
 

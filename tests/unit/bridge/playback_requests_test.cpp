@@ -33,18 +33,18 @@ class PlaybackRequests : public PlayerChannelTest {};
 
 TEST_F(PlaybackRequests, SetMediaPlaysTheLowerCaseUrlOnlyWhenTheOtherIsEmpty) {
   EXPECT_EQ(Ask("setMedia", MapOf({{"URL", ""}, {"url", "http://lower"}})), kTrue);
-  EXPECT_EQ(player_->current_.url, "http://lower");
+  EXPECT_EQ(state_.current_.url, "http://lower");
   EXPECT_EQ(Ask("setMedia", MapOf({{"URL", "http://upper"}, {"url", "http://lower"}})), kTrue);
-  EXPECT_EQ(player_->current_.url, "http://upper");
+  EXPECT_EQ(state_.current_.url, "http://upper");
   EXPECT_EQ(Ask("setMedia", MapOf({{"URL", Value(5)}, {"url", "http://lower"}})), kTrue);
-  EXPECT_EQ(player_->current_.url, "http://lower");
+  EXPECT_EQ(state_.current_.url, "http://lower");
 }
 
 TEST_F(PlaybackRequests, SetMediaPassesTheCapitalTitleOnlyWhenTheOtherIsEmpty) {
   Ask("setMedia", MapOf({{"URL", kUrl}, {"Title", "Capital"}}));
-  EXPECT_EQ(player_->current_.title, "Capital");
+  EXPECT_EQ(state_.current_.title, "Capital");
   Ask("setMedia", MapOf({{"URL", kUrl}, {"title", "small"}, {"Title", "Capital"}}));
-  EXPECT_EQ(player_->current_.title, "small");
+  EXPECT_EQ(state_.current_.title, "small");
 }
 
 TEST_F(PlaybackRequests, SetMediaWithoutArgumentsIsAnErrorAndLeavesThePlayerAlone) {
@@ -69,20 +69,20 @@ TEST_F(PlaybackRequests, SetMediaReadsAndLogsEveryKeyBeforeItAnswers) {
 
 TEST_F(PlaybackRequests, SetMediaIsLiveUnlessABooleanSaysOtherwise) {
   Ask("setMedia", MapOf({{"URL", kUrl}, {"isLiveStream", Value(0)}}));
-  EXPECT_TRUE(player_->current_.isLive);
+  EXPECT_TRUE(state_.current_.isLive);
   Ask("setMedia", MapOf({{"URL", kUrl}, {"isLiveStream", Value(false)}}));
-  EXPECT_FALSE(player_->current_.isLive);
+  EXPECT_FALSE(state_.current_.isLive);
   Ask("setMedia", MapOf({{"URL", kUrl}}));
-  EXPECT_TRUE(player_->current_.isLive);
+  EXPECT_TRUE(state_.current_.isLive);
 }
 
 TEST_F(PlaybackRequests, SetMediaHandsOnTheTimeshiftFlags) {
   Ask("setMedia", MapOf({{"URL", kUrl}, {"supportsTimeshift", Value(true)}, {"isInTimeshiftMode", Value(true)}}));
-  EXPECT_TRUE(player_->current_.supportsTimeshift);
-  EXPECT_TRUE(player_->current_.inTimeshiftMode);
+  EXPECT_TRUE(state_.current_.supportsTimeshift);
+  EXPECT_TRUE(state_.current_.inTimeshiftMode);
   Ask("setMedia", MapOf({{"URL", kUrl}}));
-  EXPECT_FALSE(player_->current_.supportsTimeshift);
-  EXPECT_FALSE(player_->current_.inTimeshiftMode);
+  EXPECT_FALSE(state_.current_.supportsTimeshift);
+  EXPECT_FALSE(state_.current_.inTimeshiftMode);
 }
 
 TEST_F(PlaybackRequests, SetMediaWithAnotherProfileStillPlays) {
@@ -93,9 +93,9 @@ TEST_F(PlaybackRequests, SetMediaWithAnotherProfileStillPlays) {
 
 TEST_F(PlaybackRequests, SetMediaPassesA5000MillisecondCacheUnlessToldOtherwise) {
   Ask("setMedia", MapOf({{"URL", kUrl}}));
-  EXPECT_EQ(player_->current_.networkCacheMs, 5000);
+  EXPECT_EQ(state_.current_.networkCacheMs, 5000);
   Ask("setMedia", MapOf({{"URL", kUrl}, {"networkCacheMs", Value(-1)}}));
-  EXPECT_EQ(player_->current_.networkCacheMs, -1);
+  EXPECT_EQ(state_.current_.networkCacheMs, -1);
 }
 
 TEST_F(PlaybackRequests, SetMediaSeeksToTheInitialPositionBeforeItPlays) {
@@ -318,18 +318,18 @@ TEST_F(PlaybackRequests, TracksWithoutAPlayerHandleRaiseNothingAndReplyTrue) {
 TEST_F(PlaybackRequests, UserAgentIsStoredTwiceAndNeverUsed) {
   EXPECT_EQ(Ask("setUserAgent", MapOf({{"UA", "Agent/1.0"}})), kTrue);
   EXPECT_EQ(handler_->userAgent_, "Agent/1.0");
-  EXPECT_EQ(player_->userAgent_, "Agent/1.0");
+  EXPECT_EQ(state_.userAgent_, "Agent/1.0");
   Ask("setMedia", MapOf({{"URL", kUrl}}));
   for (const std::string& call : vlc_.Calls()) EXPECT_EQ(call.find("Agent"), std::string::npos) << call;
   Ask("setUserAgent");
   EXPECT_EQ(handler_->userAgent_, "");
-  EXPECT_EQ(player_->userAgent_, "");
+  EXPECT_EQ(state_.userAgent_, "");
 }
 
 TEST_F(PlaybackRequests, MediaTitleIsStoredForNothing) {
   EXPECT_EQ(Ask("setMediaTitle", MapOf({{"title", "News"}})), kTrue);
   EXPECT_EQ(handler_->mediaTitle_, "News");
-  EXPECT_EQ(player_->current_.title, "");
+  EXPECT_EQ(state_.current_.title, "");
 }
 
 }  // namespace

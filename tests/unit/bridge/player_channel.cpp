@@ -53,7 +53,7 @@ NativeMarkerState PlayerChannelTest::Marker() const {
 
 RECT PlayerChannelTest::VideoRect() const {
   RECT rect{};
-  GetWindowRect(player_->vlcWindow_, &rect);
+  GetWindowRect(state_.vlcWindow_, &rect);
   MapWindowPoints(nullptr, parent_.get(), reinterpret_cast<POINT*>(&rect), 2);
   return rect;
 }

@@ -15,6 +15,7 @@
 #include "tests/support/interface_end.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
+#include "tests/support/player_inspector.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/scripted_vlc.h"
 
@@ -58,7 +59,7 @@ class PlayerChannelTest : public testing::Test {
 
   std::filesystem::path MarkerFile() const { return scratch_ / kNativeMarkerFileName; }
   NativeMarkerState Marker() const;
-  libvlc_media_player_t* MediaPlayer() const { return player_->mediaPlayer_.get(); }
+  libvlc_media_player_t* MediaPlayer() const { return state_.mediaPlayer_.get(); }
   // The video's window in client pixels of the parent.
   RECT VideoRect() const;
 
@@ -70,6 +71,7 @@ class PlayerChannelTest : public testing::Test {
   InterfaceEnd interface_{loopback_};
   BareWindow parent_;
   std::unique_ptr<VLCPlayer> player_;
+  PlayerInspector state_{*player_};
   std::unique_ptr<FlutterEngine> engine_;
   int engineNumber_ = 0;
   std::unique_ptr<MethodChannelHandler> handler_;

@@ -35,11 +35,11 @@ class RecordedEvents {
 
 class GridTest : public PlayerTest {
  protected:
-  ~GridTest() override { player_.eventCallback_ = nullptr; }
+  ~GridTest() override { state_.eventCallback_ = nullptr; }
 
   void StartWithEvents() {
     Start();
-    player_.eventCallback_ = events_.Callback();
+    state_.eventCallback_ = events_.Callback();
   }
   // The single view plays a stream, and becomes the first of the given number of tiles: the later ones play
   // "http://host/1" and so on under the names "Tile 1" and so on.
@@ -53,11 +53,11 @@ class GridTest : public PlayerTest {
   bool Add(int index) {
     return player_.MvAddStream("http://host/" + std::to_string(index), "Tile " + std::to_string(index));
   }
-  MultiViewPlayer& Tile(int index) { return player_.players_.at(static_cast<size_t>(index)); }
+  MultiViewPlayer& Tile(int index) { return state_.players_.at(static_cast<size_t>(index)); }
   libvlc_media_player_t* TilePlayer(int index) { return Tile(index).mediaPlayer.get(); }
   std::vector<std::string> Urls() {
     std::vector<std::string> urls;
-    for (const MultiViewPlayer& tile : player_.players_) urls.push_back(tile.url);
+    for (const MultiViewPlayer& tile : state_.players_) urls.push_back(tile.url);
     return urls;
   }
 

@@ -19,13 +19,13 @@ TEST_F(PlayerTest, WithoutARequiredSymbolIsNotStartedAndNothingIsMade) {
   EXPECT_FALSE(player_.Initialize(parent_.get()));
   EXPECT_EQ(log_.Lines().back(), ExpectedLine());
   EXPECT_EQ(vlc_.CountOf("libvlc_new"), 0);
-  EXPECT_EQ(player_.vlcInstance_.get(), nullptr);
-  EXPECT_EQ(player_.mediaPlayer_.get(), nullptr);
+  EXPECT_EQ(state_.vlcInstance_.get(), nullptr);
+  EXPECT_EQ(state_.mediaPlayer_.get(), nullptr);
 }
 
 TEST_F(PlayerTest, WithoutARequiredSymbolKeepsItsChildWindowUntilCleanup) {
   ASSERT_FALSE(player_.Initialize(parent_.get()));
-  const HWND child = player_.vlcWindow_;
+  const HWND child = state_.vlcWindow_;
   EXPECT_TRUE(IsWindow(child));
   player_.Cleanup();
   EXPECT_FALSE(IsWindow(child));

@@ -36,7 +36,7 @@ TEST_P(EventRowTest, TellsTheInterfaceAndLeavesTheWatchdogAsTold) {
   player_.StartStallWatchdog();
   EXPECT_EQ(Raise(GetParam().type, GetParam().value), 1);
   EXPECT_THAT(events_.Take(), ElementsAre(GetParam().told));
-  EXPECT_EQ(player_.stallWatchdogActive_.IsOn(), !GetParam().stopsWatchdog);
+  EXPECT_EQ(state_.stallWatchdogActive_.IsOn(), !GetParam().stopsWatchdog);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -63,19 +63,19 @@ TEST_F(PlayerEventsTest, UserDataIsThePlayerThatTheEventGoesTo) {
 
 TEST_F(PlayerEventsTest, ASuppressedStopIsNotToldAndTheNextOneIs) {
   player_.StartStallWatchdog();
-  player_.suppressStoppedEvent_ = true;
+  state_.suppressStoppedEvent_ = true;
   Raise(kStopped);
   EXPECT_THAT(events_.Take(), IsEmpty());
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
   Raise(kStopped);
   EXPECT_THAT(events_.Take(), ElementsAre("onStopped"));
 }
 
 TEST_F(PlayerEventsTest, OtherEventsLeaveTheSuppressionAlone) {
-  player_.suppressStoppedEvent_ = true;
+  state_.suppressStoppedEvent_ = true;
   Raise(kPaused);
-  EXPECT_TRUE(player_.suppressStoppedEvent_);
+  EXPECT_TRUE(state_.suppressStoppedEvent_);
 }
 
 TEST_F(PlayerEventsTest, AnErrorCarriesItsFixedTextAndNeverLibvlcs) {
@@ -86,18 +86,18 @@ TEST_F(PlayerEventsTest, AnErrorCarriesItsFixedTextAndNeverLibvlcs) {
 }
 
 TEST_F(PlayerEventsTest, WithoutACallbackPausedStillStopsTheWatchdogAndPlayingStartsIt) {
-  player_.eventCallback_ = nullptr;
+  state_.eventCallback_ = nullptr;
   Raise(kPlaying);
-  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
   Raise(kPaused);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 TEST_F(PlayerEventsTest, WithoutACallbackTheSuppressionIsStillSpent) {
-  player_.eventCallback_ = nullptr;
-  player_.suppressStoppedEvent_ = true;
+  state_.eventCallback_ = nullptr;
+  state_.suppressStoppedEvent_ = true;
   Raise(kStopped);
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
 }
 
 TEST_F(PlayerEventsTest, ForwardBackwardAndStoppingAreIgnored) {
@@ -107,7 +107,7 @@ TEST_F(PlayerEventsTest, ForwardBackwardAndStoppingAreIgnored) {
     player_.ProcessVLCEvent(&event);
   }
   EXPECT_THAT(events_.Take(), IsEmpty());
-  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
 TEST_F(PlayerEventsTest, ATimeOfZeroHasAnArgument) {
@@ -127,7 +127,7 @@ TEST_F(PlayerEventsTest, EveryTimeEventIsTold) {
 
 TEST_F(PlayerEventsTest, TheInterfaceIsToldOnLibvlcsThread) {
   std::atomic<DWORD> thread{0};
-  player_.eventCallback_ = [&](const char*, const char*) { thread = GetCurrentThreadId(); };
+  state_.eventCallback_ = [&](const char*, const char*) { thread = GetCurrentThreadId(); };
   Raise(kPlaying);
   EXPECT_NE(thread, 0u);
   EXPECT_NE(thread, GetCurrentThreadId());
@@ -135,10 +135,10 @@ TEST_F(PlayerEventsTest, TheInterfaceIsToldOnLibvlcsThread) {
 
 TEST_F(PlayerEventsTest, TheInterfaceIsToldBeforeTheWatchdogStarts) {
   std::atomic<int> activeDuringCall{-1};
-  player_.eventCallback_ = [&](const char*, const char*) { activeDuringCall = player_.stallWatchdogActive_ ? 1 : 0; };
+  state_.eventCallback_ = [&](const char*, const char*) { activeDuringCall = state_.stallWatchdogActive_ ? 1 : 0; };
   Raise(kPlaying);
   EXPECT_EQ(activeDuringCall, 0);
-  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
 TEST_F(PlayerEventsTest, OutsideTheGridPlayingRescalesNothing) {
@@ -181,7 +181,7 @@ TEST_F(TileEventsTest, PlayingRescalesTheTilesOnLibvlcsThreadAndStartsTheWatchdo
   EXPECT_TRUE(log_.Has("DEBUG [ProcessVLCEvent] Playing event - calling UpdateMultiViewScaling"));
   ASSERT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 1);
   EXPECT_NE(vlc_.ThreadsOf("libvlc_video_set_scale").front(), GetCurrentThreadId());
-  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
 TEST_F(TileEventsTest, MediaChangedRescalesTheTilesAndLeavesTheWatchdog) {
@@ -191,7 +191,7 @@ TEST_F(TileEventsTest, MediaChangedRescalesTheTilesAndLeavesTheWatchdog) {
   vlc_.Raise(TilePlayer(1), kMediaChanged);
   EXPECT_TRUE(log_.Has("DEBUG [ProcessVLCEvent] MediaChanged event - calling UpdateMultiViewScaling"));
   EXPECT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 1);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 }  // namespace

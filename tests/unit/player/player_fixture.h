@@ -10,6 +10,7 @@
 
 #include "player/vlc_player.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/player_inspector.h"
 #include "tests/support/scripted_vlc.h"
 
 namespace vantro::test {
@@ -73,6 +74,7 @@ class PlayerTest : public testing::Test {
   LogCapture log_;
   ParentWindow parent_{800, 600};
   VLCPlayer player_;
+  PlayerInspector state_{player_};
 };
 
 // A player that has been started, with the calls of the start forgotten.
@@ -80,7 +82,7 @@ class StartedPlayerTest : public PlayerTest {
  protected:
   void SetUp() override { Start(); }
 
-  libvlc_media_player_t* Player() { return player_.mediaPlayer_.get(); }
+  libvlc_media_player_t* Player() { return state_.mediaPlayer_.get(); }
   // The lines of the log that hold the tag.
   std::vector<std::string> LinesOf(const std::string& tag) {
     std::vector<std::string> lines = log_.Lines();

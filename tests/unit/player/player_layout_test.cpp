@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "player/tile_layout.h"
+#include "player/video_scale.h"
 #include "tests/unit/player/grid_fixture.h"
 #include "tests/unit/shell/import_hook.h"
 
@@ -125,13 +126,13 @@ TEST_F(LayoutTest, ASecondRunOnUnchangedTilesGivesTheSameResult) {
 TEST_F(LayoutTest, OutsideTheGridWithoutParentOrTilesNothingIsLaidOut) {
   StartWithEvents();
   player_.UpdateGridLayout();
-  player_.isMultiViewMode_ = true;
+  state_.isMultiViewMode_ = true;
   player_.UpdateGridLayout();
-  player_.isMultiViewMode_ = false;
+  state_.isMultiViewMode_ = false;
   player_.EnableMultiView();
-  player_.parentWindow_ = nullptr;
+  state_.parentWindow_ = nullptr;
   player_.UpdateGridLayout();
-  player_.parentWindow_ = parent_.get();
+  state_.parentWindow_ = parent_.get();
   EXPECT_EQ(log_.CountContaining("[UpdateGridLayout]"), 0);
 }
 
@@ -142,7 +143,7 @@ TEST_F(LayoutTest, ATileWithoutAWindowIsPassedOver) {
   EXPECT_TRUE(log_.Has("WARNING [UpdateGridLayout] Player 0 has no window!"));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_hwnd"),
               ElementsAre("libvlc_media_player_set_hwnd(player2, " + PointerText(Tile(1).window) + ")"));
-  Tile(0).window = player_.vlcWindow_;
+  Tile(0).window = state_.vlcWindow_;
 }
 
 TEST_F(LayoutTest, ATileInTheParentItselfIsPassedOver) {
@@ -247,7 +248,7 @@ TEST_F(LayoutTest, TheOriginalTileIsLaidOutLikeAllOthers) {
   StartGrid(2);
   Layout();
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_hwnd"),
-              ElementsAre("libvlc_media_player_set_hwnd(player1, " + PointerText(player_.vlcWindow_) + ")",
+              ElementsAre("libvlc_media_player_set_hwnd(player1, " + PointerText(state_.vlcWindow_) + ")",
                           "libvlc_media_player_set_hwnd(player2, " + PointerText(Tile(1).window) + ")"));
 }
 
@@ -292,7 +293,7 @@ TEST_F(LayoutTest, InAParentNarrowerThanTheGapTheCellsAreNegativeAndNothingIsSca
   EXPECT_TRUE(
       log_.Has("DEBUG [UpdateGridLayout] *** CORE FIX *** Player 0 - Positioned at client coords: 0,0 size: -1x600"));
   EXPECT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 0);
-  EXPECT_EQ(player_.FitVideoScale(TilePlayer(0), -1, 600), 0.0f);
+  EXPECT_EQ(FitVideoScale(TilePlayer(0), -1, 600), 0.0f);
 }
 
 TEST_F(LayoutTest, TheStepsOfATileAreLoggedInOrder) {
@@ -349,7 +350,7 @@ TEST_F(LayoutTest, RescalingOutsideTheGridDoesNothing) {
 
 TEST_F(LayoutTest, RescalingReachesATileBehindOneWithoutAPlayer) {
   StartWithEvents();
-  player_.mediaPlayer_.reset();
+  state_.mediaPlayer_.reset();
   player_.EnableMultiView();
   ASSERT_TRUE(Add(1));
   vlc_.SetSize(TilePlayer(1), 790, 300);
@@ -361,15 +362,15 @@ TEST_F(LayoutTest, RescalingReachesATileBehindOneWithoutAPlayer) {
 TEST_F(LayoutTest, AScaleNeedsAPlayerASizeAndTheFunctions) {
   StartGrid(1);
   vlc_.SetSize(TilePlayer(0), 400, 300);
-  EXPECT_EQ(player_.FitVideoScale(nullptr, 800, 600), 0.0f);
-  EXPECT_EQ(player_.FitVideoScale(TilePlayer(0), 0, 600), 0.0f);
-  EXPECT_EQ(player_.FitVideoScale(TilePlayer(0), 800, 600), 2.0f);
+  EXPECT_EQ(FitVideoScale(nullptr, 800, 600), 0.0f);
+  EXPECT_EQ(FitVideoScale(TilePlayer(0), 0, 600), 0.0f);
+  EXPECT_EQ(FitVideoScale(TilePlayer(0), 800, 600), 2.0f);
   LibVlcFunctionTable().libvlc_video_get_height = nullptr;
-  EXPECT_EQ(player_.FitVideoScale(TilePlayer(0), 800, 600), 0.0f);
+  EXPECT_EQ(FitVideoScale(TilePlayer(0), 800, 600), 0.0f);
   LibVlcFunctionTable().libvlc_video_set_scale = nullptr;
   vlc_.ClearCalls();
-  player_.SetVideoScale(TilePlayer(0), 1.0f);
-  player_.SetVideoScale(nullptr, 1.0f);
+  SetVideoScale(TilePlayer(0), 1.0f);
+  SetVideoScale(nullptr, 1.0f);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
@@ -396,9 +397,9 @@ TEST_F(AudioTest, TheActiveTileGetsFullVolumeWhateverTheVolumeControlSays) {
 TEST_F(AudioTest, AnActiveIndexOutOfRangeComesBackAsZeroAndTheFirstTileIsHeard) {
   StartGrid(2);
   for (const int index : {-1, 2}) {
-    player_.activeIndex_ = index;
+    state_.activeIndex_ = index;
     player_.UpdateActiveAudio();
-    EXPECT_EQ(player_.activeIndex_, 0);
+    EXPECT_EQ(state_.activeIndex_, 0);
     EXPECT_EQ(vlc_.Mute(TilePlayer(0)), 0);
     EXPECT_TRUE(log_.Has("ERROR [UpdateActiveAudio] ERROR: Invalid activeIndex_ " + std::to_string(index) +
                          ", resetting to 0"));

@@ -30,20 +30,18 @@ TEST_F(PlayerOnLibVlc4, ReplacesTheStreamBySettingTheNextMedia) {
                           "libvlc_audio_get_volume(player1)", "libvlc_audio_get_mute(player1)"));
 }
 
-TEST_F(PlayerOnLibVlc4, SuppressesNoStoppedEventBecauseNothingIsStopped) {
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
-}
+TEST_F(PlayerOnLibVlc4, SuppressesNoStoppedEventBecauseNothingIsStopped) { EXPECT_FALSE(state_.suppressStoppedEvent_); }
 
 TEST_F(PlayerOnLibVlc4, StopsOnlyTheWatchdog) {
   vlc_.ClearCalls();
   player_.StopInternal(false);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 TEST_F(PlayerOnLibVlc4, ReadsNoTrackLists) {
   int events = 0;
-  player_.eventCallback_ = [&](const char*, const char*) { ++events; };
+  state_.eventCallback_ = [&](const char*, const char*) { ++events; };
   vlc_.ClearCalls();
   player_.RefreshSpuTracks();
   player_.RefreshAudioTracks();
@@ -53,7 +51,7 @@ TEST_F(PlayerOnLibVlc4, ReadsNoTrackLists) {
 
 TEST_F(PlayerOnLibVlc4, CleanupReleasesWithoutAStop) {
   player_.Cleanup();
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
   EXPECT_EQ(vlc_.LivePlayers(), 0);
   EXPECT_EQ(vlc_.LiveMedia(), 0);
   EXPECT_EQ(vlc_.LiveInstances(), 0);

@@ -115,7 +115,7 @@ TEST_F(StartedPlayerTest, SetMediaWritesItsLines) {
   EXPECT_THAT(LinesOf("[VLCPlayer::SetMedia]"),
               ElementsAre("INFO [VLCPlayer::SetMedia] Called with url=http://host/a, title=A title, "
                           "networkCacheMs=1500, initialSeekPositionMs=4000, mediaPlayer_.get()=" +
-                              PointerText(Player()) + ", vlcInstance_=" + PointerText(player_.vlcInstance_.get()) +
+                              PointerText(Player()) + ", vlcInstance_=" + PointerText(state_.vlcInstance_.get()) +
                               ", volume_=100",
                           "INFO [VLCPlayer::SetMedia] Set network cache to 1500 ms",
                           "INFO [VLCPlayer::SetMedia]  Set initial seek position to 4000ms BEFORE play "
@@ -124,28 +124,28 @@ TEST_F(StartedPlayerTest, SetMediaWritesItsLines) {
 
 TEST_F(StartedPlayerTest, SetMediaStoresWhatTheWatchdogPlaysAgain) {
   ASSERT_TRUE(player_.SetMedia({"http://host/a", "A title", -3, 0, false, true, true}));
-  EXPECT_EQ(player_.current_.url, "http://host/a");
-  EXPECT_EQ(player_.current_.title, "A title");
-  EXPECT_EQ(player_.current_.networkCacheMs, -3);
-  EXPECT_FALSE(player_.current_.isLive);
-  EXPECT_TRUE(player_.current_.supportsTimeshift);
-  EXPECT_TRUE(player_.current_.inTimeshiftMode);
+  EXPECT_EQ(state_.current_.url, "http://host/a");
+  EXPECT_EQ(state_.current_.title, "A title");
+  EXPECT_EQ(state_.current_.networkCacheMs, -3);
+  EXPECT_FALSE(state_.current_.isLive);
+  EXPECT_TRUE(state_.current_.supportsTimeshift);
+  EXPECT_TRUE(state_.current_.inTimeshiftMode);
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_add_option"),
               testing::Contains("libvlc_media_add_option(media1, \":network-caching=-3\")"));
 }
 
 TEST_F(StartedPlayerTest, SetMediaStartsTheWatchdogAndIsUnseenByTheInterface) {
   ASSERT_TRUE(SetMedia("http://host/a"));
-  EXPECT_TRUE(player_.stallWatchdogActive_);
-  EXPECT_TRUE(player_.suppressStoppedEvent_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+  EXPECT_TRUE(state_.suppressStoppedEvent_);
 }
 
 TEST_F(StartedPlayerTest, SetMediaKeepsOneReferenceAndThePlayerTheOther) {
   ASSERT_TRUE(SetMedia("http://host/a"));
-  EXPECT_EQ(player_.media_.get(), vlc_.Media(1));
+  EXPECT_EQ(state_.media_.get(), vlc_.Media(1));
   EXPECT_EQ(vlc_.MediaOf(Player()), vlc_.Media(1));
   ASSERT_TRUE(SetMedia("http://host/b"));
-  EXPECT_EQ(player_.media_.get(), vlc_.Media(2));
+  EXPECT_EQ(state_.media_.get(), vlc_.Media(2));
   EXPECT_EQ(vlc_.LiveMedia(), 1);
 }
 
@@ -164,9 +164,9 @@ TEST_F(StartedPlayerTest, AnInitialSeekWithoutTheSlotIsLeftOut) {
 
 TEST_F(StartedPlayerTest, SetMediaWithCurrentTitleAsItsTitleDoesNotLoseTheTitle) {
   ASSERT_TRUE(player_.SetMedia({"http://host/a", "A title", 0, 0, true, false, false}));
-  ASSERT_TRUE(player_.SetMedia({player_.current_.url, player_.current_.title, 0, 0, true, false, false}));
-  EXPECT_EQ(player_.current_.title, "A title");
-  EXPECT_EQ(player_.current_.url, "http://host/a");
+  ASSERT_TRUE(player_.SetMedia({state_.current_.url, state_.current_.title, 0, 0, true, false, false}));
+  EXPECT_EQ(state_.current_.title, "A title");
+  EXPECT_EQ(state_.current_.url, "http://host/a");
 }
 
 TEST_F(StartedPlayerTest, SetMediaOfAnEmptyUrlChangesNothing) {
@@ -175,8 +175,8 @@ TEST_F(StartedPlayerTest, SetMediaOfAnEmptyUrlChangesNothing) {
   EXPECT_FALSE(SetMedia(""));
   EXPECT_EQ(log_.Lines().back(), "ERROR [VLCPlayer::SetMedia] ERROR: URL is empty.");
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_EQ(player_.current_.url, "http://host/a");
-  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_EQ(state_.current_.url, "http://host/a");
+  EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
 TEST_F(StartedPlayerTest, SetMediaWithoutAnInstanceChangesNothing) {
@@ -185,7 +185,7 @@ TEST_F(StartedPlayerTest, SetMediaWithoutAnInstanceChangesNothing) {
   EXPECT_FALSE(SetMedia("http://host/a"));
   EXPECT_EQ(log_.Lines().back(), "ERROR [VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance");
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_EQ(player_.current_.url, "");
+  EXPECT_EQ(state_.current_.url, "");
 }
 
 TEST_F(StartedPlayerTest, SetMediaWithoutItsFunctionsNamesThem) {
@@ -209,9 +209,9 @@ TEST_F(StartedPlayerTest, AMediaThatCannotBeMadeLeavesThePlayerStoppedWithoutAny
   EXPECT_EQ(log_.Lines().back(), "ERROR Failed to create media for URL: http://host/b");
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop"), 1);
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_release"), ElementsAre("libvlc_media_release(media1)"));
-  EXPECT_EQ(player_.media_.get(), nullptr);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
-  EXPECT_EQ(player_.current_.url, "http://host/a");
+  EXPECT_EQ(state_.media_.get(), nullptr);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
+  EXPECT_EQ(state_.current_.url, "http://host/a");
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 0);
 }
 

@@ -25,9 +25,9 @@ TEST_F(MultiViewEndTest, LeavingKeepsTheOriginalStreamAndEndsAllOthers) {
   const HWND third = Tile(2).window;
   vlc_.SetVolume(TilePlayer(0), 30);
   EXPECT_TRUE(player_.DisableMultiView());
-  EXPECT_FALSE(player_.isMultiViewMode_);
-  EXPECT_TRUE(player_.players_.empty());
-  EXPECT_EQ(player_.mediaPlayer_.get(), vlc_.Player(1));
+  EXPECT_FALSE(state_.isMultiViewMode_);
+  EXPECT_TRUE(state_.players_.empty());
+  EXPECT_EQ(state_.mediaPlayer_.get(), vlc_.Player(1));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_stop"),
               ElementsAre("libvlc_media_player_stop(player2)", "libvlc_media_player_stop(player3)"));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"),
@@ -35,23 +35,23 @@ TEST_F(MultiViewEndTest, LeavingKeepsTheOriginalStreamAndEndsAllOthers) {
   EXPECT_FALSE(IsWindow(second));
   EXPECT_FALSE(IsWindow(third));
   EXPECT_EQ(vlc_.Volume(vlc_.Player(1)), 100);
-  EXPECT_EQ(player_.volume_, 100);
+  EXPECT_EQ(state_.volume_, 100);
 }
 
 TEST_F(MultiViewEndTest, LeavingGivesTheOriginalWindowTheWholeClientArea) {
   StartGrid(2);
-  ASSERT_NE(PlaceInParent(player_.vlcWindow_).right, 800);
+  ASSERT_NE(PlaceInParent(state_.vlcWindow_).right, 800);
   vlc_.SetSize(TilePlayer(0), 400, 400);
   vlc_.ClearCalls();
   player_.DisableMultiView();
-  const RECT place = PlaceInParent(player_.vlcWindow_);
+  const RECT place = PlaceInParent(state_.vlcWindow_);
   EXPECT_EQ(place.left, 0);
   EXPECT_EQ(place.top, 0);
   EXPECT_EQ(place.right, 800);
   EXPECT_EQ(place.bottom, 600);
   EXPECT_THAT(vlc_.CallsOf("libvlc_video_set_scale"), ElementsAre("libvlc_video_set_scale(player1, 1.5)"));
   EXPECT_TRUE(
-      log_.Has("DEBUG [DisableMultiView] Keeping original player in child window: " + PointerText(player_.vlcWindow_)));
+      log_.Has("DEBUG [DisableMultiView] Keeping original player in child window: " + PointerText(state_.vlcWindow_)));
   EXPECT_TRUE(log_.Has("DEBUG [DisableMultiView] Reset VLC scale to 1.500000 for full window 800x600 (video 400x400)"));
 }
 
@@ -67,7 +67,7 @@ TEST_F(MultiViewEndTest, LeavingOutsideTheGridChangesNothing) {
   player_.SetVolume(40);
   vlc_.ClearCalls();
   EXPECT_TRUE(player_.DisableMultiView());
-  EXPECT_EQ(player_.volume_, 40);
+  EXPECT_EQ(state_.volume_, 40);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
   EXPECT_TRUE(log_.Has("DEBUG [DisableMultiView] *** CALLED *** isMultiViewMode_=0, player count=0"));
   EXPECT_TRUE(log_.Has("WARNING [DisableMultiView] Already disabled, returning"));
@@ -77,16 +77,16 @@ TEST_F(MultiViewEndTest, LeavingAfterASwapMovedTheOriginalTileLeavesNoPlayer) {
   StartGrid(2);
   ASSERT_TRUE(player_.MvSwapTiles(0, 1));
   const HWND first = Tile(0).window;
-  const RECT before = PlaceInParent(player_.vlcWindow_);
+  const RECT before = PlaceInParent(state_.vlcWindow_);
   vlc_.ClearCalls();
   EXPECT_TRUE(player_.DisableMultiView());
-  EXPECT_FALSE(player_.mediaPlayer_);
+  EXPECT_FALSE(state_.mediaPlayer_);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop"), 0);
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"),
               ElementsAre("libvlc_media_player_release(player2)", "libvlc_media_player_release(player1)"));
   EXPECT_TRUE(IsWindow(first));
-  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
-  const RECT after = PlaceInParent(player_.vlcWindow_);
+  EXPECT_TRUE(IsWindow(state_.vlcWindow_));
+  const RECT after = PlaceInParent(state_.vlcWindow_);
   EXPECT_TRUE(EqualRect(&before, &after));
   EXPECT_FALSE(SetMedia("http://host/next"));
   EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance"));
@@ -98,7 +98,7 @@ TEST_F(MultiViewEndTest, WhileTheGridIsOnTransportFindsNoPlayer) {
   player_.Pause();
   player_.SetVolume(30);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_EQ(player_.volume_, 30);
+  EXPECT_EQ(state_.volume_, 30);
 }
 
 // Promoting.
@@ -113,17 +113,17 @@ TEST_F(MultiViewEndTest, APromotedUrlIsOpenedAnewOnTheOriginalPlayer) {
   EXPECT_THAT(calls, ElementsAre("libvlc_media_player_stop(player1)", "libvlc_media_new_uri(\"http://host/1\")",
                                  "libvlc_media_player_set_media(player1, media3)", "libvlc_media_release(media3)",
                                  "libvlc_media_player_play(player1)", "libvlc_media_player_stop(player2)"));
-  EXPECT_EQ(player_.mediaPlayer_.get(), vlc_.Player(1));
+  EXPECT_EQ(state_.mediaPlayer_.get(), vlc_.Player(1));
   EXPECT_EQ(vlc_.LivePlayers(), 1);
-  EXPECT_FALSE(player_.isMultiViewMode_);
+  EXPECT_FALSE(state_.isMultiViewMode_);
 }
 
 TEST_F(MultiViewEndTest, AfterAPromotionAReloadBringsTheOldStreamBack) {
   StartGrid(2);
   player_.SetActiveIndexSafe(1);
   player_.MvPromoteActiveAndExit();
-  EXPECT_EQ(player_.current_.url, "http://host/0");
-  EXPECT_EQ(player_.current_.title, "Title");
+  EXPECT_EQ(state_.current_.url, "http://host/0");
+  EXPECT_EQ(state_.current_.title, "Title");
   vlc_.ClearCalls();
   player_.RestartMediaPreservingTime();
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_new_uri"), ElementsAre("libvlc_media_new_uri(\"http://host/0\")"));
@@ -132,7 +132,7 @@ TEST_F(MultiViewEndTest, AfterAPromotionAReloadBringsTheOldStreamBack) {
 TEST_F(MultiViewEndTest, PromotingTheFirstTileJustLeaves) {
   StartGrid(2);
   EXPECT_TRUE(player_.MvPromoteActiveAndExit());
-  EXPECT_FALSE(player_.isMultiViewMode_);
+  EXPECT_FALSE(state_.isMultiViewMode_);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_new_uri"), 0);
 }
 
@@ -142,7 +142,7 @@ TEST_F(MultiViewEndTest, PromotingATileWithoutAUrlChangesNothing) {
   Tile(1).url.clear();
   EXPECT_FALSE(player_.MvPromoteActiveAndExit());
   EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::MvPromoteActiveAndExit] ERROR: URL is empty."));
-  EXPECT_TRUE(player_.isMultiViewMode_);
+  EXPECT_TRUE(state_.isMultiViewMode_);
 }
 
 TEST_F(MultiViewEndTest, PromotingAfterASwapMovedTheOriginalTileLeavesNoPlayer) {
@@ -152,7 +152,7 @@ TEST_F(MultiViewEndTest, PromotingAfterASwapMovedTheOriginalTileLeavesNoPlayer) 
   vlc_.ClearCalls();
   EXPECT_TRUE(player_.MvPromoteActiveAndExit());
   EXPECT_EQ(vlc_.CountOf("libvlc_media_new_uri"), 0);
-  EXPECT_FALSE(player_.mediaPlayer_);
+  EXPECT_FALSE(state_.mediaPlayer_);
 }
 
 TEST_F(MultiViewEndTest, PromotingWithoutAFunctionItNeedsChangesNothing) {
@@ -170,7 +170,7 @@ TEST_F(MultiViewEndTest, PromotingIsRefusedOutsideTheGridAndForAWrongIndex) {
   StartWithEvents();
   EXPECT_FALSE(player_.MvPromoteActiveAndExit());
   player_.EnableMultiView();
-  player_.activeIndex_ = 3;
+  state_.activeIndex_ = 3;
   EXPECT_FALSE(player_.MvPromoteActiveAndExit());
 }
 
@@ -182,7 +182,7 @@ TEST_F(MultiViewEndTest, AGridWhoseFirstTileHasNoPlayerIsReplacedAndPromotedByNa
   EXPECT_EQ(Tile(0).url, "http://host/new");
   player_.SetActiveIndexSafe(1);
   EXPECT_TRUE(player_.MvPromoteActiveAndExit());
-  EXPECT_FALSE(player_.mediaPlayer_);
+  EXPECT_FALSE(state_.mediaPlayer_);
 }
 
 // The end.

@@ -55,15 +55,15 @@ TEST_F(MultiViewTest, TheSingleViewBecomesTheFirstTileWithoutTouchingItsStream) 
   ASSERT_TRUE(SetMedia("http://host/0"));
   vlc_.ClearCalls();
   EXPECT_TRUE(player_.EnableMultiView());
-  EXPECT_TRUE(player_.isMultiViewMode_);
-  EXPECT_FALSE(player_.mediaPlayer_);
-  ASSERT_EQ(player_.players_.size(), 1u);
+  EXPECT_TRUE(state_.isMultiViewMode_);
+  EXPECT_FALSE(state_.mediaPlayer_);
+  ASSERT_EQ(state_.players_.size(), 1u);
   EXPECT_EQ(TilePlayer(0), vlc_.Player(1));
-  EXPECT_EQ(Tile(0).window, player_.vlcWindow_);
+  EXPECT_EQ(Tile(0).window, state_.vlcWindow_);
   EXPECT_EQ(Tile(0).name, "Title");
   EXPECT_EQ(Tile(0).url, "http://host/0");
   EXPECT_TRUE(Tile(0).isOriginal);
-  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_EQ(state_.activeIndex_, 0);
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_audio_set_mute(player1, 0)", "libvlc_audio_set_volume(player1, 100)"));
   EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] *** CALLED *** isMultiViewMode=0, existing players=0"));
   EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] Enabling multiview - clearing 0 existing players"));
@@ -75,14 +75,14 @@ TEST_F(MultiViewTest, EnteringTwiceChangesNothingTheSecondTime) {
   player_.SetActiveIndexSafe(1);
   EXPECT_TRUE(player_.EnableMultiView());
   EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/1"));
-  EXPECT_EQ(player_.activeIndex_, 1);
+  EXPECT_EQ(state_.activeIndex_, 1);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
   EXPECT_TRUE(log_.Has("WARNING [EnableMultiView] Already in multiview mode - ignoring duplicate call"));
 }
 
 TEST_F(MultiViewTest, EnteringWithoutAPlayerStillMakesTheFirstRecord) {
   EXPECT_TRUE(player_.EnableMultiView());
-  ASSERT_EQ(player_.players_.size(), 1u);
+  ASSERT_EQ(state_.players_.size(), 1u);
   EXPECT_FALSE(Tile(0).mediaPlayer);
   EXPECT_TRUE(Tile(0).isOriginal);
 }
@@ -90,11 +90,11 @@ TEST_F(MultiViewTest, EnteringWithoutAPlayerStillMakesTheFirstRecord) {
 TEST_F(MultiViewTest, EnteringNeitherStopsNorStartsTheWatchdog) {
   StartWithEvents();
   player_.EnableMultiView();
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
   player_.DisableMultiView();
   player_.StartStallWatchdog();
   player_.EnableMultiView();
-  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
 // Adding.
@@ -113,7 +113,7 @@ TEST_F(MultiViewTest, AnAddedStreamGetsASilentPlayerThatPlaysInAWindowOfItsOwn) 
                           testing::HasSubstr("0x104")));
   EXPECT_EQ(Tile(1).name, "Tile 1");
   EXPECT_FALSE(Tile(1).isOriginal);
-  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_EQ(state_.activeIndex_, 0);
   EXPECT_EQ(vlc_.Mute(TilePlayer(1)), 1);
   EXPECT_EQ(vlc_.Volume(TilePlayer(1)), 0);
 }
@@ -173,7 +173,7 @@ TEST_F(MultiViewTest, AnAddLaysOutThenSetsTheAudioThenRescales) {
 TEST_F(MultiViewTest, AnAddOutsideTheGridLeavesASilentWindowWhereItWasBorn) {
   StartWithEvents();
   ASSERT_TRUE(Add(1));
-  ASSERT_EQ(player_.players_.size(), 1u);
+  ASSERT_EQ(state_.players_.size(), 1u);
   const HWND window = Tile(0).window;
   const RECT place = PlaceInParent(window);
   EXPECT_EQ(place.left, 100);
@@ -184,12 +184,12 @@ TEST_F(MultiViewTest, AnAddOutsideTheGridLeavesASilentWindowWhereItWasBorn) {
   player_.EnableMultiView();
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
   EXPECT_TRUE(IsWindow(window));
-  EXPECT_EQ(player_.players_.size(), 1u);
+  EXPECT_EQ(state_.players_.size(), 1u);
 }
 
 TEST_F(MultiViewTest, AFifthTileAndLaterOnesAreAccepted) {
   StartGrid(7);
-  EXPECT_EQ(player_.players_.size(), 7u);
+  EXPECT_EQ(state_.players_.size(), 7u);
 }
 
 TEST_F(MultiViewTest, AnAddWithoutAUrlIsRefused) {
@@ -201,11 +201,11 @@ TEST_F(MultiViewTest, AnAddWithoutAUrlIsRefused) {
 
 TEST_F(MultiViewTest, AnAddWithoutAWindowIsRefused) {
   StartGrid(1);
-  player_.parentWindow_ = nullptr;
+  state_.parentWindow_ = nullptr;
   EXPECT_FALSE(Add(1));
   EXPECT_TRUE(log_.Has("ERROR [MvAddStream] FAILED to create player window"));
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  player_.parentWindow_ = parent_.get();
+  state_.parentWindow_ = parent_.get();
 }
 
 TEST_F(MultiViewTest, AnAddWhosePlayerCannotBeMadeLeavesNoWindow) {
@@ -213,7 +213,7 @@ TEST_F(MultiViewTest, AnAddWhosePlayerCannotBeMadeLeavesNoWindow) {
   vlc_.Fail("libvlc_media_player_new");
   EXPECT_FALSE(Add(1));
   EXPECT_TRUE(log_.Has("ERROR [MvAddStream] FAILED to create VLC media player"));
-  EXPECT_EQ(player_.players_.size(), 1u);
+  EXPECT_EQ(state_.players_.size(), 1u);
   EXPECT_EQ(parent_.ChildCount(), 1);
 }
 
@@ -239,11 +239,11 @@ TEST_F(MultiViewTest, AnAddWhoseMediaCannotBeMadeIsNoFailure) {
 
 TEST_F(MultiViewTest, AttachingNeedsAPlayerAndTheFunctions) {
   StartGrid(1);
-  player_.AttachEventsToPlayer(nullptr);
+  state_.AttachEventsToPlayer(nullptr);
   vlc_.SetResult("libvlc_media_player_event_manager", 0);
-  player_.AttachEventsToPlayer(TilePlayer(0));
+  state_.AttachEventsToPlayer(TilePlayer(0));
   LibVlcFunctionTable().libvlc_event_attach = nullptr;
-  player_.AttachEventsToPlayer(TilePlayer(0));
+  state_.AttachEventsToPlayer(TilePlayer(0));
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_event_manager(player1)"));
 }
 
@@ -287,9 +287,9 @@ TEST_F(MultiViewTest, AReplaceIsRefusedWithoutUrlGridOrValidIndex) {
   EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
   EXPECT_EQ(log_.Lines().size(), lines);
   player_.EnableMultiView();
-  player_.activeIndex_ = 1;
+  state_.activeIndex_ = 1;
   EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
-  player_.activeIndex_ = -1;
+  state_.activeIndex_ = -1;
   EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
 }
 
@@ -315,7 +315,7 @@ TEST_F(MultiViewTest, ARemovedTileIsStoppedItsWindowDestroyedAndItsPlayerRelease
   EXPECT_THAT(calls, ElementsAre("libvlc_media_player_stop(player3)", "libvlc_media_player_release(player3)"));
   EXPECT_FALSE(IsWindow(window));
   EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/1"));
-  EXPECT_EQ(player_.activeIndex_, 1);
+  EXPECT_EQ(state_.activeIndex_, 1);
   EXPECT_TRUE(log_.Has("DEBUG [MvRemoveActive] *** CALLED *** isMultiViewMode=1, player count=3, activeIndex=2"));
   EXPECT_TRUE(log_.Has("DEBUG [MvRemoveActive] Need to adjust active index from 2 to 1"));
 }
@@ -324,7 +324,7 @@ TEST_F(MultiViewTest, RemovingTheSecondTileMakesTheFirstActiveAndClosesTheGap) {
   StartGrid(3);
   player_.SetActiveIndexSafe(1);
   EXPECT_TRUE(player_.MvRemoveActive());
-  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_EQ(state_.activeIndex_, 0);
   EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/2"));
   EXPECT_EQ(vlc_.Mute(TilePlayer(0)), 0);
   EXPECT_EQ(vlc_.Mute(TilePlayer(1)), 1);
@@ -333,7 +333,7 @@ TEST_F(MultiViewTest, RemovingTheSecondTileMakesTheFirstActiveAndClosesTheGap) {
 TEST_F(MultiViewTest, TheFirstTileCannotBeRemoved) {
   StartGrid(2);
   EXPECT_FALSE(player_.MvRemoveActive());
-  EXPECT_EQ(player_.players_.size(), 2u);
+  EXPECT_EQ(state_.players_.size(), 2u);
   EXPECT_TRUE(log_.Has("WARNING [MvRemoveActive] Cannot remove - conditions not met"));
 }
 
@@ -341,25 +341,25 @@ TEST_F(MultiViewTest, ARemovalIsRefusedOutsideTheGridWithOneTileOrAWrongIndex) {
   StartWithEvents();
   EXPECT_FALSE(player_.MvRemoveActive());
   player_.EnableMultiView();
-  player_.activeIndex_ = 1;
+  state_.activeIndex_ = 1;
   EXPECT_FALSE(player_.MvRemoveActive());
   EXPECT_EQ(log_.Count("WARNING [MvRemoveActive] Cannot remove - conditions not met"), 2);
   ASSERT_TRUE(Add(1));
-  player_.activeIndex_ = 5;
+  state_.activeIndex_ = 5;
   EXPECT_FALSE(player_.MvRemoveActive());
   EXPECT_EQ(log_.Count("WARNING [MvRemoveActive] Cannot remove - conditions not met"), 2);
-  EXPECT_EQ(player_.players_.size(), 2u);
+  EXPECT_EQ(state_.players_.size(), 2u);
 }
 
 TEST_F(MultiViewTest, RemovingTheOriginalTileAfterASwapStopsNothingKeepsItsWindowAndReleasesItsPlayer) {
   StartGrid(2);
   ASSERT_TRUE(player_.MvSwapTiles(0, 1));
-  ASSERT_EQ(player_.activeIndex_, 1);
+  ASSERT_EQ(state_.activeIndex_, 1);
   vlc_.ClearCalls();
   EXPECT_TRUE(player_.MvRemoveActive());
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop"), 0);
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player1)"));
-  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+  EXPECT_TRUE(IsWindow(state_.vlcWindow_));
 }
 
 // Swapping.
@@ -393,8 +393,8 @@ TEST_P(SwapTest, TheActiveIndexFollowsItsTile) {
   player_.SetActiveIndexSafe(row.active);
   const std::string url = Tile(row.active).url;
   EXPECT_TRUE(player_.MvSwapTiles(row.from, row.to));
-  EXPECT_EQ(player_.activeIndex_, row.activeAfter);
-  EXPECT_EQ(Tile(player_.activeIndex_).url, url);
+  EXPECT_EQ(state_.activeIndex_, row.activeAfter);
+  EXPECT_EQ(Tile(state_.activeIndex_).url, url);
   EXPECT_EQ(vlc_.Mute(TilePlayer(row.activeAfter)), 0);
   EXPECT_TRUE(log_.Has("DEBUG [MvSwapTiles] Swapped " + std::to_string(row.from) + " <-> " + std::to_string(row.to) +
                        ", activeIndex needs to change from " + std::to_string(row.active) + " to " +
@@ -430,7 +430,7 @@ TEST_F(MultiViewTest, AnActiveIndexOutOfRangeIsLoggedAndKept) {
   EXPECT_EQ(log_.Count("DEBUG [SetActiveIndexSafe] Player 1: window=" + PointerText(Tile(1).window) +
                        " player=" + PointerText(TilePlayer(1)) + " name=Tile 1"),
             2);
-  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_EQ(state_.activeIndex_, 0);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
@@ -443,7 +443,7 @@ TEST_F(MultiViewTest, TheSameActiveIndexIsNoChange) {
 TEST_F(MultiViewTest, ANewActiveIndexIsStoredWithoutTouchingTheAudio) {
   StartGrid(2);
   player_.SetActiveIndexSafe(1);
-  EXPECT_EQ(player_.activeIndex_, 1);
+  EXPECT_EQ(state_.activeIndex_, 1);
   EXPECT_TRUE(log_.Has("DEBUG [SetActiveIndexSafe] Changing activeIndex from 0 to 1"));
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
@@ -451,7 +451,7 @@ TEST_F(MultiViewTest, ANewActiveIndexIsStoredWithoutTouchingTheAudio) {
 TEST_F(MultiViewTest, OutsideTheGridTheActiveIndexStays) {
   StartWithEvents();
   player_.SetActiveIndexSafe(1);
-  EXPECT_EQ(player_.activeIndex_, 0);
+  EXPECT_EQ(state_.activeIndex_, 0);
   EXPECT_TRUE(log_.Has("WARNING [SetActiveIndexSafe] Ignoring - not in multiview mode"));
 }
 

@@ -26,13 +26,13 @@ TEST_F(RecoveryTest, TheFirstDetectionPausesAndArmsTheResume) {
   EXPECT_TRUE(log_.Has("INFO [StallDetector] primary wedge detected – performing cheap pause/resume nudge"));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_pause"), ElementsAre("libvlc_media_player_pause(player1)"));
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 0);
-  EXPECT_EQ(player_.primaryStall_.lastNudgeTickMs, fakeNow);
-  EXPECT_EQ(player_.nudgeTimers_.count(ResumeTimerId(vlc_.Player())), 1u);
+  EXPECT_EQ(state_.primaryStall_.lastNudgeTickMs, fakeNow);
+  EXPECT_EQ(state_.nudgeTimers_.count(ResumeTimerId(vlc_.Player())), 1u);
 }
 
 TEST_F(RecoveryTest, TheResumePlaysOnceAndEndsItsTimer) {
   StartSingle();
-  player_.NudgePlayer(vlc_.Player());
+  state_.NudgePlayer(vlc_.Player());
   vlc_.ClearCalls();
   EXPECT_TRUE(player_.HandleStallNudgeTimer(ResumeTimerId(vlc_.Player())));
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_play(player1)"));
@@ -45,7 +45,7 @@ TEST_F(RecoveryTest, TheResumeTimerFiresAfterThreeHundredMilliseconds) {
   StartSingle();
   player_.StopStallWatchdog();
   const ULONGLONG began = GetTickCount64();
-  player_.NudgePlayer(vlc_.Player());
+  state_.NudgePlayer(vlc_.Player());
   MSG message{};
   while (message.message != WM_TIMER) ASSERT_GT(GetMessageA(&message, parent_.get(), WM_TIMER, WM_TIMER), 0);
   EXPECT_EQ(message.wParam, ResumeTimerId(vlc_.Player()));
@@ -59,16 +59,16 @@ TEST_F(RecoveryTest, AForeignTimerIsNoResume) {
 
 TEST_F(RecoveryTest, ASecondNudgeWhileAResumeIsPendingReusesItsTimer) {
   StartSingle();
-  player_.NudgePlayer(vlc_.Player());
-  player_.NudgePlayer(vlc_.Player());
-  EXPECT_EQ(player_.nudgeTimers_.size(), 1u);
+  state_.NudgePlayer(vlc_.Player());
+  state_.NudgePlayer(vlc_.Player());
+  EXPECT_EQ(state_.nudgeTimers_.size(), 1u);
   EXPECT_TRUE(player_.HandleStallNudgeTimer(ResumeTimerId(vlc_.Player())));
   EXPECT_FALSE(HasTimer(ResumeTimerId(vlc_.Player())));
 }
 
 TEST_F(RecoveryTest, APendingResumeSurvivesAStop) {
   StartSingle();
-  player_.NudgePlayer(vlc_.Player());
+  state_.NudgePlayer(vlc_.Player());
   player_.StopStallWatchdog();
   vlc_.ClearCalls();
   EXPECT_TRUE(player_.HandleStallNudgeTimer(ResumeTimerId(vlc_.Player())));
@@ -78,15 +78,15 @@ TEST_F(RecoveryTest, APendingResumeSurvivesAStop) {
 TEST_F(RecoveryTest, ANudgeNeedsPauseAndPlay) {
   StartSingle();
   LibVlcFunctionTable().libvlc_media_player_play = nullptr;
-  player_.NudgePlayer(vlc_.Player());
+  state_.NudgePlayer(vlc_.Player());
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_TRUE(player_.nudgeTimers_.empty());
+  EXPECT_TRUE(state_.nudgeTimers_.empty());
 }
 
 TEST_F(RecoveryTest, AResumeOfATileThatIsGoneTouchesNothing) {
   StartGrid(2);
   libvlc_media_player_t* const tile = TilePlayer(1);
-  player_.NudgePlayer(tile);
+  state_.NudgePlayer(tile);
   player_.SetActiveIndexSafe(1);
   ASSERT_TRUE(player_.MvRemoveActive());
   vlc_.ClearCalls();
@@ -99,8 +99,8 @@ TEST_F(RecoveryTest, AResumePendingAtTheEndOfTheGridGoesWithItsTile) {
   StartGrid(2);
   libvlc_media_player_t* const original = TilePlayer(0);
   libvlc_media_player_t* const tile = TilePlayer(1);
-  player_.NudgePlayer(original);
-  player_.NudgePlayer(tile);
+  state_.NudgePlayer(original);
+  state_.NudgePlayer(tile);
   player_.DisableMultiView();
   EXPECT_FALSE(player_.HandleStallNudgeTimer(ResumeTimerId(tile)));
   EXPECT_TRUE(player_.HandleStallNudgeTimer(ResumeTimerId(original)));
@@ -109,7 +109,7 @@ TEST_F(RecoveryTest, AResumePendingAtTheEndOfTheGridGoesWithItsTile) {
 TEST_F(RecoveryTest, AResumePendingAtCleanupIsForgotten) {
   StartSingle();
   const UINT_PTR id = ResumeTimerId(vlc_.Player());
-  player_.NudgePlayer(vlc_.Player());
+  state_.NudgePlayer(vlc_.Player());
   player_.Cleanup();
   EXPECT_FALSE(player_.HandleStallNudgeTimer(id));
   EXPECT_FALSE(HasTimer(id));
@@ -120,7 +120,7 @@ TEST_F(RecoveryTest, ANudgeAnsweredWithPausedBeginsTheLadderAnew) {
   vlc_.OnCall("libvlc_media_player_pause", [this] { vlc_.Raise(vlc_.Player(), kPaused); });
   WedgedPasses(3);
   EXPECT_THAT(events_.Take(), ElementsAre("onPaused"));
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
   ASSERT_TRUE(player_.HandleStallNudgeTimer(ResumeTimerId(vlc_.Player())));
   vlc_.Raise(vlc_.Player(), kPlaying);
   EXPECT_THAT(events_.Take(), ElementsAre("onPlaying"));
@@ -138,10 +138,10 @@ TEST_F(RecoveryTest, ADetectionAfterANudgeReloadsTheStreamAndStartsWithACleanRec
   WedgedPasses(3);
   EXPECT_TRUE(log_.Has("INFO [StallDetector] primary wedge persisted after cheap nudge – restarting media"));
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_media"), 1);
-  EXPECT_TRUE(player_.stallWatchdogActive_);
-  EXPECT_EQ(player_.primaryStall_.lastNudgeTickMs, 0u);
-  EXPECT_THAT(player_.primaryStall_.restartTicksMs, IsEmpty());
-  EXPECT_EQ(player_.current_.title, "Title");
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+  EXPECT_EQ(state_.primaryStall_.lastNudgeTickMs, 0u);
+  EXPECT_THAT(state_.primaryStall_.restartTicksMs, IsEmpty());
+  EXPECT_EQ(state_.current_.title, "Title");
 }
 
 TEST_F(RecoveryTest, ASingleStreamThatWedgesOnAndOnIsNudgedAndReloadedWithoutEnd) {
@@ -157,20 +157,20 @@ TEST_F(RecoveryTest, ReloadsThatNeverStopThePlayerRunOutOfBudget) {
   WedgedPasses(18);
   EXPECT_TRUE(log_.Has("WARNING [StallDetector] primary restart budget exceeded – disabling stall watchdog"));
   EXPECT_THAT(events_.Take(), ElementsAre(kGaveUp));
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 TEST_F(RecoveryTest, WithoutACallbackTheWatchdogGivesUpInSilence) {
   StartSingle();
-  player_.eventCallback_ = nullptr;
+  state_.eventCallback_ = nullptr;
   LibVlcFunctionTable().libvlc_media_player_get_time = nullptr;
   WedgedPasses(18);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 TEST_F(RecoveryTest, AReloadWithoutAUrlIsAborted) {
   StartSingle();
-  player_.current_.url.clear();
+  state_.current_.url.clear();
   vlc_.ClearCalls();
   player_.RestartMediaPreservingTime();
   EXPECT_TRUE(log_.Has("WARNING [StallDetector] RestartMediaPreservingTime aborted – missing URL"));
@@ -179,10 +179,10 @@ TEST_F(RecoveryTest, AReloadWithoutAUrlIsAborted) {
 
 TEST_F(RecoveryTest, AReloadTakesTheFallbackWhereThereIsNoUrl) {
   StartSingle();
-  player_.current_.url.clear();
-  player_.fallbackUrl_ = "http://host/fallback";
+  state_.current_.url.clear();
+  state_.fallbackUrl_ = "http://host/fallback";
   player_.RestartMediaPreservingTime();
-  EXPECT_EQ(player_.current_.url, "http://host/fallback");
+  EXPECT_EQ(state_.current_.url, "http://host/fallback");
 }
 
 TEST_F(RecoveryTest, AReloadWithoutAPlayerDoesNothing) {
@@ -203,7 +203,7 @@ TEST_F(RecoveryTest, AReloadOfARecordingSeeksBackToItsTime) {
       log_.Has("INFO [StallDetector] Restarting media (isLive=0, supportsTimeshift=0, inTimeshiftMode=0, "
                "shouldRestorePosition=1) lastTime=73000ms URL=http://host/film"));
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_time"), 1);
-  EXPECT_EQ(player_.current_.networkCacheMs, 5000);
+  EXPECT_EQ(state_.current_.networkCacheMs, 5000);
 }
 
 TEST_F(RecoveryTest, AReloadOfALiveStreamDoesNotSeek) {
@@ -215,7 +215,7 @@ TEST_F(RecoveryTest, AReloadOfALiveStreamDoesNotSeek) {
       log_.Has("INFO [StallDetector] Restarting media (isLive=1, supportsTimeshift=0, inTimeshiftMode=0, "
                "shouldRestorePosition=0) lastTime=73000ms URL=http://host/0"));
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_time"), 0);
-  EXPECT_EQ(player_.current_.networkCacheMs, 1500);
+  EXPECT_EQ(state_.current_.networkCacheMs, 1500);
 }
 
 // Tiles.
@@ -237,7 +237,7 @@ TEST_F(TileRecoveryTest, AWedgedTileRunsItsTimetable) {
     WedgedPass();
     if (vlc_.CountOf("libvlc_media_player_pause")) course.emplace_back(second, "nudge");
     if (vlc_.CountOf("libvlc_media_player_stop")) course.emplace_back(second, "restart");
-    if (!player_.stallWatchdogActive_) course.emplace_back(second, "given up");
+    if (!state_.stallWatchdogActive_) course.emplace_back(second, "given up");
   }
   constexpr int T = 3;
   EXPECT_THAT(course,
@@ -314,7 +314,7 @@ TEST_F(TileRecoveryTest, WhenOneTileGivesUpThePassGoesOnAndNoneFollows) {
   Tile(2).stall.stalledTicks = 2;
   vlc_.ClearCalls();
   WedgedPass();
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_get_stats"), 2);
   EXPECT_EQ(Tile(2).stall.stalledTicks, 0);
   EXPECT_EQ(Tile(2).stall.lastAudio, static_cast<int>(audio_));
@@ -335,7 +335,7 @@ TEST_F(TileRecoveryTest, TheBudgetBelongsToEachTile) {
   WedgedPass();
   EXPECT_EQ(Tile(1).stall.restartTicksMs.size(), 3u);
   EXPECT_EQ(Tile(2).stall.restartTicksMs.size(), 1u);
-  EXPECT_TRUE(player_.stallWatchdogActive_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
 }  // namespace

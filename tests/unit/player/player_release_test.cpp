@@ -28,7 +28,7 @@ class ReleaseTest : public GridTest {
   // given time, and does what is given on libvlc's thread.
   template <typename Work>
   void BeginEvent(libvlc_media_player_t* player, int type, const Work& work) {
-    player_.eventCallback_ = [this, work](const char*, const char*) {
+    state_.eventCallback_ = [this, work](const char*, const char*) {
       entered_ = true;
       work();
       left_ = true;

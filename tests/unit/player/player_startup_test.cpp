@@ -54,21 +54,21 @@ class PlayerStartup : public PlayerTest {
 
 TEST_F(PlayerStartup, TheConstructorTouchesNoLibvlcAndSetsTheDefaults) {
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_EQ(player_.mediaPlayer_.get(), nullptr);
-  EXPECT_EQ(player_.vlcWindow_, nullptr);
-  EXPECT_EQ(player_.volume_, 100);
-  EXPECT_EQ(player_.current_.networkCacheMs, 5000);
-  EXPECT_TRUE(player_.current_.isLive);
-  EXPECT_FALSE(player_.current_.supportsTimeshift);
-  EXPECT_FALSE(player_.current_.inTimeshiftMode);
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
-  EXPECT_FALSE(player_.isMultiViewMode_);
+  EXPECT_EQ(state_.mediaPlayer_.get(), nullptr);
+  EXPECT_EQ(state_.vlcWindow_, nullptr);
+  EXPECT_EQ(state_.volume_, 100);
+  EXPECT_EQ(state_.current_.networkCacheMs, 5000);
+  EXPECT_TRUE(state_.current_.isLive);
+  EXPECT_FALSE(state_.current_.supportsTimeshift);
+  EXPECT_FALSE(state_.current_.inTimeshiftMode);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
+  EXPECT_FALSE(state_.isMultiViewMode_);
 }
 
 TEST_F(PlayerStartup, MakesTheCallsInOrder) {
   ASSERT_TRUE(Initialize());
   std::vector<std::string> expected = {"libvlc_get_version()", kFourArguments, "libvlc_media_player_new(instance1)",
-                                       "libvlc_media_player_set_hwnd(player1, " + vlc_.Name(player_.vlcWindow_) + ")",
+                                       "libvlc_media_player_set_hwnd(player1, " + vlc_.Name(state_.vlcWindow_) + ")",
                                        "libvlc_media_player_event_manager(player1)"};
   for (const std::string& call : EventCalls("libvlc_event_attach")) expected.push_back(call);
   expected.push_back("libvlc_audio_set_volume(player1, 100)");
@@ -79,9 +79,9 @@ TEST_F(PlayerStartup, WritesTheLogLinesInOrder) {
   const Variable plugins("VLC_PLUGIN_PATH", "C:\\plugins");
   const Variable data("LIBVLC_DATA_PATH", "C:\\data");
   ASSERT_TRUE(Initialize());
-  const std::string child = PointerText(player_.vlcWindow_);
+  const std::string child = PointerText(state_.vlcWindow_);
   const std::string parent = PointerText(parent_.get());
-  const std::string player = PointerText(player_.mediaPlayer_.get());
+  const std::string player = PointerText(state_.mediaPlayer_.get());
   EXPECT_THAT(
       log_.Lines(),
       ElementsAre(
@@ -117,7 +117,7 @@ TEST_F(PlayerStartup, WithAPluginPathLooksForNoInstalledVlc) {
 
 TEST_F(PlayerStartup, AttachesTheElevenEventsWithThePlayerAsUserData) {
   ASSERT_TRUE(Initialize());
-  const auto attached = vlc_.Attached(player_.mediaPlayer_.get());
+  const auto attached = vlc_.Attached(state_.mediaPlayer_.get());
   ASSERT_EQ(attached.size(), std::size(kEventTypes));
   for (size_t index = 0; index < attached.size(); ++index) {
     EXPECT_EQ(attached[index].type, kEventTypes[index]);
@@ -151,7 +151,7 @@ TEST_F(PlayerStartup, TheChildWindowFillsTheParentAtTheBottom) {
   const HWND sibling =
       CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 10, 10, parent_.get(), nullptr, nullptr, nullptr);
   ASSERT_TRUE(Initialize());
-  const HWND child = player_.vlcWindow_;
+  const HWND child = state_.vlcWindow_;
   EXPECT_EQ(GetParent(child), parent_.get());
   EXPECT_EQ(GetWindow(sibling, GW_HWNDNEXT), child);
   const RECT place = PlaceInParent(child);
@@ -164,17 +164,17 @@ TEST_F(PlayerStartup, TheChildWindowFillsTheParentAtTheBottom) {
 TEST_F(PlayerStartup, TheChildWindowHasItsClassStyleAndNoTitle) {
   ASSERT_TRUE(Initialize());
   wchar_t name[64] = L"";
-  GetClassNameW(player_.vlcWindow_, name, 64);
+  GetClassNameW(state_.vlcWindow_, name, 64);
   EXPECT_STREQ(name, L"VantroVlcHostWindow");
-  EXPECT_EQ(GetWindowLongPtrW(player_.vlcWindow_, GWL_STYLE), 0x56000000);
-  EXPECT_EQ(GetWindowLongPtrW(player_.vlcWindow_, GWL_EXSTYLE), WS_EX_NOPARENTNOTIFY);
-  EXPECT_EQ(GetWindowTextLengthW(player_.vlcWindow_), 0);
+  EXPECT_EQ(GetWindowLongPtrW(state_.vlcWindow_, GWL_STYLE), 0x56000000);
+  EXPECT_EQ(GetWindowLongPtrW(state_.vlcWindow_, GWL_EXSTYLE), WS_EX_NOPARENTNOTIFY);
+  EXPECT_EQ(GetWindowTextLengthW(state_.vlcWindow_), 0);
 }
 
 TEST_F(PlayerStartup, AnEmptyClientAreaOfTheParentStillMakesAChildOf1By1) {
   const ParentWindow empty(0, 0);
   ASSERT_TRUE(player_.Initialize(empty.get()));
-  const RECT place = PlaceInParent(player_.vlcWindow_);
+  const RECT place = PlaceInParent(state_.vlcWindow_);
   EXPECT_EQ(place.right - place.left, 1);
   EXPECT_EQ(place.bottom - place.top, 1);
   EXPECT_EQ(log_.CountContaining("(1x1) for original player"), 1);
@@ -184,7 +184,7 @@ TEST_F(PlayerStartup, AChildThatCannotBeMadeLeavesTheVideoInTheParent) {
   parent_.Destroy();
   EXPECT_TRUE(Initialize());
   EXPECT_TRUE(log_.Has("WARNING Failed to create VLC child window, using parent window"));
-  EXPECT_EQ(player_.vlcWindow_, parent_.get());
+  EXPECT_EQ(state_.vlcWindow_, parent_.get());
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_hwnd"),
               ElementsAre("libvlc_media_player_set_hwnd(player1, " + vlc_.Name(parent_.get()) + ")"));
 }
@@ -228,9 +228,9 @@ TEST_F(InstanceFailure, IsReportedAndKeepsTheChildWindow) {
   EXPECT_THAT(LinesAfterTheStages(),
               ElementsAre("ERROR Failed to create VLC instance", "ERROR VLC error: no plugins",
                           "WARNING Plugins directory does not exist at: " + GetExeDirectory() + "plugins"));
-  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
-  EXPECT_EQ(player_.parentWindow_, parent_.get());
-  EXPECT_EQ(player_.vlcInstance_.get(), nullptr);
+  EXPECT_TRUE(IsWindow(state_.vlcWindow_));
+  EXPECT_EQ(state_.parentWindow_, parent_.get());
+  EXPECT_EQ(state_.vlcInstance_.get(), nullptr);
 }
 
 TEST_F(InstanceFailure, ListsThePluginsFolder) {
@@ -256,8 +256,8 @@ TEST_F(PlayerStartup, AFailedPlayerCleansUp) {
   vlc_.SetText("libvlc_errmsg", "out of memory");
   EXPECT_FALSE(Initialize());
   EXPECT_EQ(log_.Lines().back(), "ERROR Failed to create VLC media player, VLC error: out of memory");
-  EXPECT_EQ(player_.parentWindow_, nullptr);
-  EXPECT_EQ(player_.vlcWindow_, nullptr);
+  EXPECT_EQ(state_.parentWindow_, nullptr);
+  EXPECT_EQ(state_.vlcWindow_, nullptr);
   EXPECT_EQ(GetWindow(parent_.get(), GW_CHILD), nullptr);
   EXPECT_EQ(vlc_.LiveInstances(), 0);
 }
@@ -268,7 +268,7 @@ TEST_F(PlayerStartup, AFailedEventManagerCleansUp) {
   EXPECT_FALSE(Initialize());
   EXPECT_TRUE(log_.Has("ERROR Failed to get VLC event manager"));
   EXPECT_TRUE(log_.Has("ERROR VLC error: no events"));
-  EXPECT_EQ(player_.parentWindow_, nullptr);
+  EXPECT_EQ(state_.parentWindow_, nullptr);
   EXPECT_EQ(GetWindow(parent_.get(), GW_CHILD), nullptr);
   EXPECT_EQ(vlc_.LivePlayers(), 0);
   EXPECT_EQ(vlc_.LiveInstances(), 0);
@@ -291,7 +291,7 @@ TEST_P(MissingSlot, EndsTheStartBeforeAnInstanceIsMade) {
   EXPECT_FALSE(Initialize());
   EXPECT_EQ(log_.Lines().back(), std::string("ERROR Missing required libvlc symbols ") + GetParam().line);
   EXPECT_EQ(vlc_.CountOf("libvlc_new"), 0);
-  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+  EXPECT_TRUE(IsWindow(state_.vlcWindow_));
 }
 
 #define REQUIRED(name, line) \
@@ -348,31 +348,31 @@ TEST_F(PlayerStartup, CleanupDetachesStopsAndReleasesInOrder) {
     expected.push_back(call);
   }
   EXPECT_THAT(vlc_.Calls(), ElementsAreArray(expected));
-  EXPECT_TRUE(player_.suppressStoppedEvent_);
+  EXPECT_TRUE(state_.suppressStoppedEvent_);
 }
 
 TEST_F(PlayerStartup, CleanupDestroysTheChildWindowAndForgetsTheWindows) {
   Start();
-  const HWND child = player_.vlcWindow_;
+  const HWND child = state_.vlcWindow_;
   player_.Cleanup();
   EXPECT_FALSE(IsWindow(child));
   EXPECT_TRUE(IsWindow(parent_.get()));
-  EXPECT_EQ(player_.vlcWindow_, nullptr);
-  EXPECT_EQ(player_.parentWindow_, nullptr);
-  EXPECT_EQ(player_.overlayWindow_, nullptr);
-  EXPECT_EQ(player_.eventManager_, nullptr);
+  EXPECT_EQ(state_.vlcWindow_, nullptr);
+  EXPECT_EQ(state_.parentWindow_, nullptr);
+  EXPECT_EQ(state_.overlayWindow_, nullptr);
+  EXPECT_EQ(state_.eventManager_, nullptr);
 }
 
 TEST_F(PlayerStartup, CleanupKeepsTheVolumeAndTheStringsAndEmptiesTheCallback) {
   Start();
   SetMedia("http://host/a");
   player_.SetVolume(30);
-  player_.eventCallback_ = [](const char*, const char*) {};
+  state_.eventCallback_ = [](const char*, const char*) {};
   player_.Cleanup();
-  EXPECT_EQ(player_.volume_, 30);
-  EXPECT_EQ(player_.current_.url, "http://host/a");
-  EXPECT_EQ(player_.current_.title, "Title");
-  EXPECT_FALSE(static_cast<bool>(player_.eventCallback_));
+  EXPECT_EQ(state_.volume_, 30);
+  EXPECT_EQ(state_.current_.url, "http://host/a");
+  EXPECT_EQ(state_.current_.title, "Title");
+  EXPECT_FALSE(static_cast<bool>(state_.eventCallback_));
 }
 
 TEST_F(PlayerStartup, ASecondCleanupNeitherStopsNorReleasesAnything) {
@@ -385,17 +385,17 @@ TEST_F(PlayerStartup, ASecondCleanupNeitherStopsNorReleasesAnything) {
 
 TEST_F(PlayerStartup, CleanupOfAPlayerInTheParentDoesNotDestroyTheParent) {
   Start();
-  DestroyWindow(player_.vlcWindow_);
-  player_.vlcWindow_ = parent_.get();
+  DestroyWindow(state_.vlcWindow_);
+  state_.vlcWindow_ = parent_.get();
   player_.Cleanup();
   EXPECT_TRUE(IsWindow(parent_.get()));
 }
 
 TEST_F(PlayerStartup, CleanupOutlivesAChildWindowThatIsGone) {
   Start();
-  DestroyWindow(player_.vlcWindow_);
+  DestroyWindow(state_.vlcWindow_);
   player_.Cleanup();
-  EXPECT_EQ(player_.vlcWindow_, nullptr);
+  EXPECT_EQ(state_.vlcWindow_, nullptr);
 }
 
 TEST_F(PlayerStartup, CleanupWithoutTheDetachFunctionStillReleases) {
@@ -409,8 +409,8 @@ TEST_F(PlayerStartup, CleanupWithoutTheDetachFunctionStillReleases) {
 TEST_F(PlayerStartup, TheStopOfCleanupIsNotToldToTheInterface) {
   Start();
   std::vector<std::string> told;
-  player_.eventCallback_ = [&](const char* name, const char*) { told.push_back(name); };
-  libvlc_media_player_t* const player = player_.mediaPlayer_.get();
+  state_.eventCallback_ = [&](const char* name, const char*) { told.push_back(name); };
+  libvlc_media_player_t* const player = state_.mediaPlayer_.get();
   vlc_.OnCall("libvlc_media_player_stop", [&] { vlc_.Raise(player, player_event::kStopped); });
   player_.Cleanup();
   EXPECT_THAT(told, IsEmpty());
@@ -419,8 +419,8 @@ TEST_F(PlayerStartup, TheStopOfCleanupIsNotToldToTheInterface) {
 TEST_F(PlayerStartup, CleanupAmidAStormOfEventsLetsNoneFollow) {
   Start();
   std::atomic<int> told{0};
-  player_.eventCallback_ = [&](const char*, const char*) { ++told; };
-  vlc_.StartStorm(player_.mediaPlayer_.get(), 2, {std::begin(kEventTypes), std::end(kEventTypes)});
+  state_.eventCallback_ = [&](const char*, const char*) { ++told; };
+  vlc_.StartStorm(state_.mediaPlayer_.get(), 2, {std::begin(kEventTypes), std::end(kEventTypes)});
   while (told < 50) SwitchToThread();
   player_.Cleanup();
   const int toldByThen = told;
@@ -447,7 +447,7 @@ TEST_F(PlayerStartup, APlayerCanBeInitialisedAgainAfterItsCleanup) {
   player_.Cleanup();
   EXPECT_TRUE(Initialize());
   EXPECT_EQ(vlc_.LivePlayers(), 1);
-  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+  EXPECT_TRUE(IsWindow(state_.vlcWindow_));
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ class StormTest : public GridTest {
     const ULONGLONG end = GetTickCount64() + kStormMs;
     do {
       action();
-      player_.RunStallPass(GetTickCount64);
+      state_.RunStallPass(GetTickCount64);
       // The library records every call.
       vlc_.ClearCalls();
     } while (GetTickCount64() < end);
@@ -52,7 +52,7 @@ class StormTest : public GridTest {
 
 TEST_F(StormTest, TilesComeGoAndSwapUnderEventsFromFourThreads) {
   StartGrid(3);
-  player_.eventCallback_ = [](const char*, const char*) {};
+  state_.eventCallback_ = [](const char*, const char*) {};
   for (const int player : {1, 2, 3}) MakeWatchable(player);
   StartStorm(vlc_.Player(1), 2);
   StartStorm(vlc_.Player(2), 1);
@@ -60,8 +60,8 @@ TEST_F(StormTest, TilesComeGoAndSwapUnderEventsFromFourThreads) {
   int round = 0;
   Weather([&] {
     ASSERT_TRUE(Add(++round));
-    vlc_.SetSize(Tile(static_cast<int>(player_.players_.size()) - 1).mediaPlayer.get(), 640, 360);
-    player_.MvSwapTiles(1, static_cast<int>(player_.players_.size()) - 1);
+    vlc_.SetSize(Tile(static_cast<int>(state_.players_.size()) - 1).mediaPlayer.get(), 640, 360);
+    player_.MvSwapTiles(1, static_cast<int>(state_.players_.size()) - 1);
     player_.SetActiveIndexSafe(1);
     ASSERT_TRUE(player_.MvRemoveActive());
     player_.UpdateGridLayout();
@@ -72,7 +72,7 @@ TEST_F(StormTest, TilesComeGoAndSwapUnderEventsFromFourThreads) {
 
 TEST_F(StormTest, TheGridBeginsAndEndsUnderEvents) {
   StartWithEvents();
-  player_.eventCallback_ = [](const char*, const char*) {};
+  state_.eventCallback_ = [](const char*, const char*) {};
   ASSERT_TRUE(SetMedia("http://host/0"));
   MakeWatchable(1);
   StartStorm(vlc_.Player(1), 4);
@@ -89,13 +89,13 @@ TEST_F(StormTest, TheGridBeginsAndEndsUnderEvents) {
 
 TEST_F(StormTest, SetMediaStopAndSeekRunUnderEvents) {
   StartWithEvents();
-  player_.eventCallback_ = [](const char*, const char*) {};
+  state_.eventCallback_ = [](const char*, const char*) {};
   MakeWatchable(1);
   StartStorm(vlc_.Player(1), 4);
   Weather([&] {
     ASSERT_TRUE(SetMedia("http://host/0", 1000));
     player_.SeekTo(5000);
-    player_.primaryStall_.restartTicksMs.push_back(1);
+    state_.primaryStall_.restartTicksMs.push_back(1);
     player_.StopInternal(false);
   });
   EXPECT_THAT(vlc_.Violations(), IsEmpty());
@@ -108,10 +108,10 @@ TEST_F(StormTest, AReplacedCallbackIsNeverCalledAfterItsReplacement) {
   std::atomic<int> calledWhenDead{0};
   Weather([&] {
     const auto alive = std::make_shared<std::atomic<bool>>(true);
-    player_.eventCallback_ = [alive, &calledWhenDead](const char*, const char*) {
+    state_.eventCallback_ = [alive, &calledWhenDead](const char*, const char*) {
       if (!*alive) ++calledWhenDead;
     };
-    player_.eventCallback_ = nullptr;
+    state_.eventCallback_ = nullptr;
     *alive = false;
   });
   EXPECT_EQ(calledWhenDead, 0);
@@ -122,8 +122,8 @@ TEST_F(StormTest, APlayerMayBeDestroyedUnderItsOwnEvents) {
     auto player = std::make_unique<VLCPlayer>();
     ASSERT_TRUE(player->Initialize(parent_.get()));
     std::atomic<int> events{0};
-    player->eventCallback_ = [&](const char*, const char*) { ++events; };
-    StartStorm(player->mediaPlayer_.get(), 2);
+    PlayerInspector(*player).eventCallback_ = [&](const char*, const char*) { ++events; };
+    StartStorm(PlayerInspector(*player).mediaPlayer_.get(), 2);
     while (events == 0) SwitchToThread();
     player.reset();
     vlc_.StopStorms();
@@ -173,10 +173,10 @@ class MeetingTest : public StormTest {
  protected:
   // Whether the watchdog is on; fails unless its timer runs just then. Ends the timer.
   bool IsOnWithItsTimer() {
-    const bool isOn = player_.stallWatchdogActive_.IsOn();
+    const bool isOn = state_.stallWatchdogActive_.IsOn();
     const bool hasTimer = KillTimer(parent_.get(), reinterpret_cast<UINT_PTR>(&player_)) != FALSE;
     EXPECT_EQ(hasTimer, isOn);
-    EXPECT_EQ(player_.stallTimerId_ != 0, isOn);
+    EXPECT_EQ(state_.stallTimerId_ != 0, isOn);
     return isOn;
   }
 };
@@ -231,7 +231,7 @@ TEST_F(MeetingTest, TheLogTellsOfEachStartAndStopInTurn) {
   EXPECT_GT(order.size(), 2u);
   EXPECT_EQ(order.find("++"), std::string::npos) << order;
   EXPECT_EQ(order.find("--"), std::string::npos) << order;
-  EXPECT_EQ(order.back() == '+', static_cast<bool>(player_.stallWatchdogActive_));
+  EXPECT_EQ(order.back() == '+', static_cast<bool>(state_.stallWatchdogActive_));
 }
 
 }  // namespace

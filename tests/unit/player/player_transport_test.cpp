@@ -44,7 +44,7 @@ TEST_F(PlayerPlay, CallsLibvlcOnceMoreOnARunningStream) {
 }
 
 TEST_F(PlayerPlay, WithoutAMediaIsIgnored) {
-  player_.media_.reset();
+  state_.media_.reset();
   vlc_.ClearCalls();
   player_.Play();
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
@@ -143,7 +143,7 @@ TEST_F(PlayerPlay, AfterVolume0EndsWithLibvlcAt100AndTheCachedVolumeAt0) {
   player_.SetVolume(0);
   player_.Play();
   EXPECT_EQ(vlc_.Volume(Player()), 100);
-  EXPECT_EQ(player_.volume_, 0);
+  EXPECT_EQ(state_.volume_, 0);
 }
 
 // Pausing, asking, stopping.
@@ -164,18 +164,18 @@ TEST_F(StartedPlayerTest, IsPlayingIsWhatLibvlcSays) {
 
 TEST_F(StartedPlayerTest, StopInternalStopsThePlayerAndTheWatchdogAndKeepsTheMedia) {
   ASSERT_TRUE(SetMedia("http://host/a"));
-  player_.suppressStoppedEvent_ = false;
+  state_.suppressStoppedEvent_ = false;
   vlc_.ClearCalls();
   player_.StopInternal(false);
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_stop(player1)"));
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
-  EXPECT_NE(player_.media_.get(), nullptr);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
+  EXPECT_NE(state_.media_.get(), nullptr);
 }
 
 TEST_F(StartedPlayerTest, StopInternalSuppressesBeforeItStops) {
   bool suppressed = false;
-  vlc_.OnCall("libvlc_media_player_stop", [&] { suppressed = player_.suppressStoppedEvent_; });
+  vlc_.OnCall("libvlc_media_player_stop", [&] { suppressed = state_.suppressStoppedEvent_; });
   player_.StopInternal(true);
   vlc_.OnCall("libvlc_media_player_stop", nullptr);  // the player's own end stops once more
   EXPECT_TRUE(suppressed);
@@ -183,13 +183,13 @@ TEST_F(StartedPlayerTest, StopInternalSuppressesBeforeItStops) {
 
 TEST_F(StartedPlayerTest, StopInternalWithoutTheSlotOnlyStopsTheWatchdog) {
   ASSERT_TRUE(SetMedia("http://host/a"));
-  player_.suppressStoppedEvent_ = false;
+  state_.suppressStoppedEvent_ = false;
   LibVlcFunctionTable().libvlc_media_player_stop = nullptr;
   vlc_.ClearCalls();
   player_.StopInternal(true);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 // Volume and time.
@@ -199,26 +199,26 @@ TEST_F(StartedPlayerTest, SetVolumePassesOnWhatComes) {
   EXPECT_THAT(vlc_.Calls(),
               ElementsAre("libvlc_audio_set_volume(player1, 0)", "libvlc_audio_set_volume(player1, 100)",
                           "libvlc_audio_set_volume(player1, 250)", "libvlc_audio_set_volume(player1, -7)"));
-  EXPECT_EQ(player_.volume_, -7);
+  EXPECT_EQ(state_.volume_, -7);
 }
 
 TEST_F(StartedPlayerTest, SetVolumeKeepsTheVolumeThatLibvlcRefuses) {
   vlc_.SetResult("libvlc_audio_set_volume", -1);
   player_.SetVolume(40);
-  EXPECT_EQ(player_.volume_, 40);
+  EXPECT_EQ(state_.volume_, 40);
   EXPECT_EQ(log_.Lines().back(), "INFO [VLCPlayer::SetVolume] libvlc_audio_set_volume result=-1 (0=success, -1=error)");
 }
 
 TEST_F(StartedPlayerTest, SetVolumeWithoutTheSlotKeepsTheVolume) {
   LibVlcFunctionTable().libvlc_audio_set_volume = nullptr;
   player_.SetVolume(40);
-  EXPECT_EQ(player_.volume_, 40);
+  EXPECT_EQ(state_.volume_, 40);
   EXPECT_EQ(log_.Lines().back(), "ERROR [VLCPlayer::SetVolume] ERROR: Could not get vlc_audio_set_volume function");
 }
 
 TEST_F(PlayerTest, SetVolumeBeforeInitializeCachesTheValueAndMakesNoCall) {
   player_.SetVolume(40);
-  EXPECT_EQ(player_.volume_, 40);
+  EXPECT_EQ(state_.volume_, 40);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
   EXPECT_THAT(log_.Lines(), ElementsAre("INFO [VLCPlayer::SetVolume] Called with volume=40, current volume_=100, "
                                         "mediaPlayer_.get()=" +
@@ -233,7 +233,7 @@ TEST_F(PlayerTest, TheOperationsBeforeInitializeDoNothing) {
   player_.RefreshAudioTracks();
   EXPECT_FALSE(player_.IsPlaying());
   EXPECT_FALSE(player_.SeekTo(1));
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
   EXPECT_THAT(log_.Lines(), IsEmpty());
 }
@@ -257,7 +257,7 @@ class TrackLists : public StartedPlayerTest {
  protected:
   void SetUp() override {
     StartedPlayerTest::SetUp();
-    player_.eventCallback_ = [this](const char* name, const char* argument) {
+    state_.eventCallback_ = [this](const char* name, const char* argument) {
       events_.push_back(std::string(name) + "=" + argument);
     };
   }
@@ -284,7 +284,7 @@ TEST_F(TrackLists, ThatAreEmptyAreToldToo) {
 }
 
 TEST_F(TrackLists, AreReadWithoutAnyoneToTell) {
-  player_.eventCallback_ = nullptr;
+  state_.eventCallback_ = nullptr;
   player_.RefreshSpuTracks();
   EXPECT_EQ(vlc_.CountOf("libvlc_video_get_spu_description"), 1);
 }

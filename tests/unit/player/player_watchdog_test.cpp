@@ -18,23 +18,23 @@ using testing::IsEmpty;
 // Starting and stopping.
 
 TEST_F(WatchdogTest, BeginsOff) {
-  EXPECT_FALSE(player_.stallWatchdogActive_);
-  EXPECT_EQ(player_.stallTimerId_, 0u);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
+  EXPECT_EQ(state_.stallTimerId_, 0u);
 }
 
 TEST_F(WatchdogTest, WithoutAPlayerAStartDoesNothing) {
-  player_.parentWindow_ = parent_.get();
+  state_.parentWindow_ = parent_.get();
   player_.StartStallWatchdog();
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 TEST_F(WatchdogTest, AStartRunsTheTimerOfItsAddress) {
   Start();
   player_.StartStallWatchdog();
-  EXPECT_TRUE(player_.stallWatchdogActive_);
-  EXPECT_NE(player_.stallTimerId_, 0u);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+  EXPECT_NE(state_.stallTimerId_, 0u);
   EXPECT_TRUE(HasTimer(CheckTimerId()));
-  const auto id = static_cast<UINT_PTR>(player_.stallTimerId_);
+  const auto id = static_cast<UINT_PTR>(state_.stallTimerId_);
   EXPECT_TRUE(
       log_.Has("DEBUG [VLCPlayer] Started stall watchdog timer (id=" + PointerText(reinterpret_cast<void*>(id)) + ")"));
 }
@@ -42,17 +42,17 @@ TEST_F(WatchdogTest, AStartRunsTheTimerOfItsAddress) {
 TEST_F(WatchdogTest, AStopKillsTheTimerAndClearsTheRecord) {
   Start();
   player_.StartStallWatchdog();
-  const auto id = static_cast<UINT_PTR>(player_.stallTimerId_);
-  player_.primaryStall_ = {1, 2, 2, 3, {4}};
+  const auto id = static_cast<UINT_PTR>(state_.stallTimerId_);
+  state_.primaryStall_ = {1, 2, 2, 3, {4}};
   player_.StopStallWatchdog();
-  EXPECT_FALSE(player_.stallWatchdogActive_);
-  EXPECT_EQ(player_.stallTimerId_, 0u);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
+  EXPECT_EQ(state_.stallTimerId_, 0u);
   EXPECT_FALSE(HasTimer(CheckTimerId()));
   EXPECT_TRUE(
       log_.Has("DEBUG [VLCPlayer] Stopped stall watchdog timer (id=" + PointerText(reinterpret_cast<void*>(id)) + ")"));
-  EXPECT_EQ(player_.primaryStall_.stalledTicks, 0);
-  EXPECT_EQ(player_.primaryStall_.lastNudgeTickMs, 0u);
-  EXPECT_THAT(player_.primaryStall_.restartTicksMs, IsEmpty());
+  EXPECT_EQ(state_.primaryStall_.stalledTicks, 0);
+  EXPECT_EQ(state_.primaryStall_.lastNudgeTickMs, 0u);
+  EXPECT_THAT(state_.primaryStall_.restartTicksMs, IsEmpty());
 }
 
 TEST_F(WatchdogTest, APlayingEventWhileOnLeavesTheRecordAlone) {
@@ -65,9 +65,9 @@ TEST_F(WatchdogTest, APlayingEventWhileOnLeavesTheRecordAlone) {
 
 TEST_F(WatchdogTest, AStopWhileOffChangesNothing) {
   Start();
-  player_.primaryStall_.stalledTicks = 2;
+  state_.primaryStall_.stalledTicks = 2;
   player_.StopStallWatchdog();
-  EXPECT_EQ(player_.primaryStall_.stalledTicks, 2);
+  EXPECT_EQ(state_.primaryStall_.stalledTicks, 2);
   EXPECT_EQ(log_.CountContaining("Stopped stall watchdog timer"), 0);
 }
 
@@ -95,12 +95,12 @@ TEST_F(WatchdogTest, AStopOnLibvlcsThreadClearsTheRecordBeforeItIsUsedAgain) {
 
 TEST_F(WatchdogTest, WithoutAParentWindowAStartSetsTheFlagAndNoTimer) {
   Start();
-  player_.parentWindow_ = nullptr;
+  state_.parentWindow_ = nullptr;
   player_.StartStallWatchdog();
-  EXPECT_TRUE(player_.stallWatchdogActive_);
-  EXPECT_EQ(player_.stallTimerId_, 0u);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+  EXPECT_EQ(state_.stallTimerId_, 0u);
   EXPECT_EQ(log_.CountContaining("Started stall watchdog timer"), 0);
-  player_.parentWindow_ = parent_.get();
+  state_.parentWindow_ = parent_.get();
   EXPECT_FALSE(HasTimer(CheckTimerId()));
 }
 
@@ -129,7 +129,7 @@ TEST_F(WatchdogTest, AUsersStopLeavesTheWatchdogOff) {
   StartSingle();
   player_.StopInternal(false);
   vlc_.Raise(vlc_.Player(), kStopped);
-  EXPECT_FALSE(player_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
 TEST_F(WatchdogTest, WhileOffAPassAsksNothing) {
@@ -156,7 +156,7 @@ TEST_F(WatchdogTest, ASinglePassReadsTheCountersOfTheMediaThatIsSet) {
 
 TEST_F(WatchdogTest, WithoutAMediaOfItsOwnAPassAsksThePlayerForItAndReleasesIt) {
   StartSingle();
-  player_.media_.reset();
+  state_.media_.reset();
   vlc_.ClearCalls();
   player_.OnStallWatchdogTick();
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_get_media"), 1);
@@ -178,9 +178,9 @@ TEST_F(WatchdogTest, APlayerThatDoesNotPlayOnOneCheckLosesItsCountAndKeepsItsCou
   WedgedPasses(2);
   vlc_.SetPlaying(vlc_.Player(), false);
   Pass();
-  EXPECT_EQ(player_.primaryStall_.stalledTicks, 0);
-  EXPECT_EQ(player_.primaryStall_.lastDisplayed, static_cast<int>(displayed_));
-  EXPECT_EQ(player_.primaryStall_.lastAudio, static_cast<int>(audio_));
+  EXPECT_EQ(state_.primaryStall_.stalledTicks, 0);
+  EXPECT_EQ(state_.primaryStall_.lastDisplayed, static_cast<int>(displayed_));
+  EXPECT_EQ(state_.primaryStall_.lastAudio, static_cast<int>(audio_));
 }
 
 TEST_F(WatchdogTest, StatisticsThatFailLeaveTheRecordAsItIs) {
@@ -189,23 +189,23 @@ TEST_F(WatchdogTest, StatisticsThatFailLeaveTheRecordAsItIs) {
   WedgedPasses(2);
   vlc_.Fail("libvlc_media_get_stats");
   Pass();
-  EXPECT_EQ(player_.primaryStall_.stalledTicks, 2);
+  EXPECT_EQ(state_.primaryStall_.stalledTicks, 2);
 }
 
 TEST_F(WatchdogTest, CountersAreTheirLowHalvesWithASign) {
   StartSingle();
   SetCounters(0x1'0000'0007, 0xFFFF'FFFF);
   Pass();
-  EXPECT_EQ(player_.primaryStall_.lastDisplayed, 7);
-  EXPECT_EQ(player_.primaryStall_.lastAudio, -1);
+  EXPECT_EQ(state_.primaryStall_.lastDisplayed, 7);
+  EXPECT_EQ(state_.primaryStall_.lastAudio, -1);
 }
 
 TEST_F(WatchdogTest, WhileTheGridIsOnWithoutTilesThePassTakesTheSinglePath) {
   StartSingle();
-  player_.isMultiViewMode_ = true;
+  state_.isMultiViewMode_ = true;
   player_.OnStallWatchdogTick();
   EXPECT_EQ(vlc_.CountOf("libvlc_media_get_stats"), 1);
-  player_.isMultiViewMode_ = false;
+  state_.isMultiViewMode_ = false;
 }
 
 TEST_F(WatchdogTest, AGridPassJudgesEachPlayingTileAndReleasesItsMedia) {
@@ -258,7 +258,7 @@ TEST_F(WatchdogTest, WithoutTheVideoSizeFunctionsTheWatchdogNeverActs) {
   LibVlcFunctionTable().libvlc_video_get_width = nullptr;
   WedgedPasses(10);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 0);
-  EXPECT_EQ(player_.primaryStall_.stalledTicks, 0);
+  EXPECT_EQ(state_.primaryStall_.stalledTicks, 0);
 }
 
 TEST_F(WatchdogTest, WithoutTheVideoHeightFunctionTheWatchdogNeverActs) {

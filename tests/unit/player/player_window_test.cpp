@@ -8,7 +8,7 @@ using testing::ElementsAre;
 
 TEST_F(StartedPlayerTest, ResizeMovesTheChildWindow) {
   player_.Resize(5, 30, 640, 360);
-  const RECT place = PlaceInParent(player_.vlcWindow_);
+  const RECT place = PlaceInParent(state_.vlcWindow_);
   EXPECT_EQ(place.left, 5);
   EXPECT_EQ(place.top, 30);
   EXPECT_EQ(place.right - place.left, 640);
@@ -17,15 +17,15 @@ TEST_F(StartedPlayerTest, ResizeMovesTheChildWindow) {
   lines.erase(lines.begin(), lines.end() - 3);
   EXPECT_THAT(lines, ElementsAre("INFO [Resize] Called with 640x360 isMultiViewMode=0",
                                  "INFO EnsureZOrder: parent=" + PointerText(parent_.get()) +
-                                     " vlc=" + PointerText(player_.vlcWindow_) + " overlay=" + PointerText(nullptr),
+                                     " vlc=" + PointerText(state_.vlcWindow_) + " overlay=" + PointerText(nullptr),
                                  "INFO [Resize] Resized VLC window to 640x360"));
 }
 
 TEST_F(StartedPlayerTest, ResizeInMultiViewModeIgnoresItsArguments) {
-  player_.isMultiViewMode_ = true;
-  const RECT before = PlaceInParent(player_.vlcWindow_);
+  state_.isMultiViewMode_ = true;
+  const RECT before = PlaceInParent(state_.vlcWindow_);
   player_.Resize(5, 30, 640, 360);
-  const RECT after = PlaceInParent(player_.vlcWindow_);
+  const RECT after = PlaceInParent(state_.vlcWindow_);
   EXPECT_TRUE(EqualRect(&before, &after));
   EXPECT_TRUE(log_.Has("INFO [Resize] In multiview mode - updating grid layout for new size"));
   EXPECT_EQ(log_.CountContaining("[Resize] Resized"), 0);
@@ -37,8 +37,8 @@ TEST_F(PlayerTest, ResizeWithNoChildWindowDoesNothingNotEvenEnsureZOrder) {
 }
 
 TEST_F(StartedPlayerTest, ResizeOfAPlayerInTheParentLeavesTheParentAlone) {
-  DestroyWindow(player_.vlcWindow_);
-  player_.vlcWindow_ = parent_.get();
+  DestroyWindow(state_.vlcWindow_);
+  state_.vlcWindow_ = parent_.get();
   player_.Resize(5, 30, 640, 360);
   RECT client{};
   GetClientRect(parent_.get(), &client);
@@ -82,24 +82,24 @@ class Stacking : public StartedPlayerTest {
 };
 
 TEST_F(Stacking, WithoutAnOverlayTakesTheVideoOutOfTheTopmostLayer) {
-  const HWND video = Watch(player_.vlcWindow_);
+  const HWND video = Watch(state_.vlcWindow_);
   player_.EnsureZOrder();
   EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_NOTOPMOST, kFlagsA}));
 }
 
 TEST_F(Stacking, TakesAnOverlayThatIsGoneForNone) {
   ParentWindow overlay(50, 50);
-  player_.overlayWindow_ = overlay.get();
+  state_.overlayWindow_ = overlay.get();
   overlay.Destroy();
-  const HWND video = Watch(player_.vlcWindow_);
+  const HWND video = Watch(state_.vlcWindow_);
   player_.EnsureZOrder();
   EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_NOTOPMOST, kFlagsA}));
 }
 
 TEST_F(Stacking, OfAChildOverlayPutsItOnTopAndTheVideoAtTheBottom) {
-  const HWND video = Watch(player_.vlcWindow_);
+  const HWND video = Watch(state_.vlcWindow_);
   const HWND overlay = Watch(MakeChild());
-  player_.overlayWindow_ = overlay;
+  state_.overlayWindow_ = overlay;
   player_.EnsureZOrder();
   EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_BOTTOM, kFlagsA}, Placement{overlay, video, kFlagsB},
                                        Placement{overlay, HWND_TOP, kFlagsB}));
@@ -108,19 +108,19 @@ TEST_F(Stacking, OfAChildOverlayPutsItOnTopAndTheVideoAtTheBottom) {
 
 TEST_F(Stacking, OfATopLevelOverlayPlacesItBehindTheVideoAndShowsIt) {
   // The system takes only a sibling as the window to insert after, so the video is a top-level window here.
-  DestroyWindow(player_.vlcWindow_);
+  DestroyWindow(state_.vlcWindow_);
   const ParentWindow videoWindow(60, 60);
   const ParentWindow overlayWindow(50, 50);
-  const HWND video = player_.vlcWindow_ = Watch(videoWindow.get());
-  const HWND overlay = player_.overlayWindow_ = Watch(overlayWindow.get());
+  const HWND video = state_.vlcWindow_ = Watch(videoWindow.get());
+  const HWND overlay = state_.overlayWindow_ = Watch(overlayWindow.get());
   player_.EnsureZOrder();
   EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_NOTOPMOST, kFlagsA}, Placement{overlay, video, kFlagsB}));
   EXPECT_TRUE(IsWindowVisible(overlay));
 }
 
 TEST_F(Stacking, OfAPlayerInTheParentIsLeftAlone) {
-  DestroyWindow(player_.vlcWindow_);
-  player_.vlcWindow_ = parent_.get();
+  DestroyWindow(state_.vlcWindow_);
+  state_.vlcWindow_ = parent_.get();
   player_.EnsureZOrder();
   EXPECT_EQ(log_.CountContaining("EnsureZOrder"), 0);
 }

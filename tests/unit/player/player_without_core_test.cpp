@@ -8,7 +8,7 @@ TEST_F(PlayerTest, WithoutTheCoreLibraryIsNotStartedOnAnyTry) {
   for (int attempt = 0; attempt < 2; ++attempt) {
     EXPECT_FALSE(player_.Initialize(parent_.get()));
     EXPECT_EQ(log_.Lines().back(), "ERROR Failed to load libvlccore.dll, error: 126");
-    EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+    EXPECT_TRUE(IsWindow(state_.vlcWindow_));
     player_.Cleanup();
   }
   EXPECT_EQ(log_.CountContaining("Successfully loaded"), 0);

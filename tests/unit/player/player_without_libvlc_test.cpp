@@ -6,6 +6,7 @@
 
 #include "player/vlc_player.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/player_inspector.h"
 
 namespace {
 
@@ -38,9 +39,9 @@ class PlayerWithoutLibVlc : public testing::Test {
 
   // As if an instance and a player had been made: the operations go on to ask for the table.
   void GiveHandles(VLCPlayer& player) {
-    player.vlcInstance_.reset(reinterpret_cast<libvlc_instance_t*>(&handles[0]));
-    player.mediaPlayer_.reset(reinterpret_cast<libvlc_media_player_t*>(&handles[1]));
-    player.media_.reset(reinterpret_cast<libvlc_media_t*>(&handles[2]));
+    PlayerInspector(player).vlcInstance_.reset(reinterpret_cast<libvlc_instance_t*>(&handles[0]));
+    PlayerInspector(player).mediaPlayer_.reset(reinterpret_cast<libvlc_media_player_t*>(&handles[1]));
+    PlayerInspector(player).media_.reset(reinterpret_cast<libvlc_media_t*>(&handles[2]));
   }
   std::vector<std::string> Failures() {
     std::vector<std::string> lines = log_.Lines();
@@ -50,6 +51,7 @@ class PlayerWithoutLibVlc : public testing::Test {
 
   LogCapture log_;
   VLCPlayer player_;
+  PlayerInspector state_{player_};
 };
 
 TEST_F(PlayerWithoutLibVlc, TheModuleIsNullAndTheTableNotLoaded) {
@@ -62,7 +64,7 @@ TEST_F(PlayerWithoutLibVlc, InitializeFailsAtTheLibraryAndKeepsTheChildWindow) {
   const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
   EXPECT_FALSE(player_.Initialize(parent));
   EXPECT_EQ(log_.Lines().back(), "ERROR Failed to load libvlc.dll, error: 126");
-  EXPECT_TRUE(IsWindow(player_.vlcWindow_));
+  EXPECT_TRUE(IsWindow(state_.vlcWindow_));
   DestroyWindow(parent);
 }
 
@@ -72,7 +74,7 @@ TEST_F(PlayerWithoutLibVlc, CleanupReleasesNothingAndTheHandlesReleaseThemselves
     GiveHandles(player);
     player.Cleanup();
     EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for cleanup"));
-    EXPECT_NE(player.mediaPlayer_.get(), nullptr);
+    EXPECT_NE(PlayerInspector(player).mediaPlayer_.get(), nullptr);
     EXPECT_EQ(releasedPlayers, 0);
   }
   EXPECT_EQ(releasedPlayers, 1);
@@ -89,8 +91,8 @@ TEST_F(PlayerWithoutLibVlc, SetMediaFailsAndChangesNothing) {
   GiveHandles(player_);
   EXPECT_FALSE(player_.SetMedia({"http://host/a", "", 0, 0, true, false, false}));
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for SetMedia"));
-  EXPECT_EQ(player_.current_.url, "");
-  EXPECT_NE(player_.media_.get(), nullptr);
+  EXPECT_EQ(state_.current_.url, "");
+  EXPECT_NE(state_.media_.get(), nullptr);
 }
 
 TEST_F(PlayerWithoutLibVlc, PlayFails) {
@@ -114,11 +116,11 @@ TEST_F(PlayerWithoutLibVlc, IsPlayingIsFalse) {
 
 TEST_F(PlayerWithoutLibVlc, StopInternalFailsAndTheWatchdogKeepsRunning) {
   GiveHandles(player_);
-  player_.stallWatchdogActive_.TurnTo(true);
+  state_.stallWatchdogActive_.TurnTo(true);
   player_.StopInternal(true);
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for StopInternal"));
-  EXPECT_TRUE(player_.stallWatchdogActive_);
-  EXPECT_FALSE(player_.suppressStoppedEvent_);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+  EXPECT_FALSE(state_.suppressStoppedEvent_);
 }
 
 TEST_F(PlayerWithoutLibVlc, SetVolumeFailsAndCachesTheVolume) {
@@ -126,7 +128,7 @@ TEST_F(PlayerWithoutLibVlc, SetVolumeFailsAndCachesTheVolume) {
   player_.SetVolume(20);
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for SetVolume",
                                       "ERROR [VLCPlayer::SetVolume] ERROR: Failed to load VLC DLL"));
-  EXPECT_EQ(player_.volume_, 20);
+  EXPECT_EQ(state_.volume_, 20);
 }
 
 TEST_F(PlayerWithoutLibVlc, SeekToIsFalse) {
@@ -144,19 +146,19 @@ TEST_F(PlayerWithoutLibVlc, TheTrackListsAreNotReadAndNothingIsLogged) {
 
 TEST_F(PlayerWithoutLibVlc, ATileIsNotAddedAndItsWindowIsGone) {
   const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
-  player_.parentWindow_ = parent;
+  state_.parentWindow_ = parent;
   EXPECT_FALSE(player_.MvAddStream("http://host/1", "Tile 1"));
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for MvAddStream"));
-  EXPECT_THAT(player_.players_, IsEmpty());
+  EXPECT_THAT(state_.players_, IsEmpty());
   EXPECT_EQ(GetWindow(parent, GW_CHILD), nullptr);
-  player_.parentWindow_ = nullptr;
+  state_.parentWindow_ = nullptr;
   DestroyWindow(parent);
 }
 
 TEST_F(PlayerWithoutLibVlc, ATilesWindowStays) {
   MultiViewPlayer tile;
   tile.window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
-  player_.DestroyPlayerWindow(tile);
+  state_.DestroyPlayerWindow(tile);
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for DestroyPlayerWindow"));
   EXPECT_TRUE(IsWindow(tile.window));
   DestroyWindow(tile.window);

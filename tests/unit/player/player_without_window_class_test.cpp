@@ -19,7 +19,7 @@ TEST_F(PlayerWithoutWindowClass, TheRegistrationGives0) { EXPECT_EQ(RegisterVlcH
 
 TEST_F(PlayerWithoutWindowClass, StartsWithoutAChildWindow) {
   EXPECT_TRUE(player_.Initialize(parent_.get()));
-  EXPECT_EQ(player_.vlcWindow_, nullptr);
+  EXPECT_EQ(state_.vlcWindow_, nullptr);
   EXPECT_EQ(GetWindow(parent_.get(), GW_CHILD), nullptr);
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_hwnd"),
               testing::ElementsAre("libvlc_media_player_set_hwnd(player1, null)"));

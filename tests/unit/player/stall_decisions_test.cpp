@@ -1,11 +1,11 @@
 // The watchdog's verdicts, its ladder and its restore rule over plain values, with a clock of the test's own.
+#include "player/stall_decisions.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "player/stall_watchdog.h"
 
 namespace vantro {
 namespace {

@@ -30,7 +30,7 @@ class WatchdogTest : public GridTest {
   }
   void Pass() {
     fakeNow += 1000;
-    player_.RunStallPass(FakeClock);
+    state_.RunStallPass(FakeClock);
   }
   // The counters of every media.
   void SetCounters(uint64_t displayed, uint64_t audio) { vlc_.SetStats(nullptr, displayed, audio); }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "shell/shell_ids.h"
+#include "tests/support/player_inspector.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/picture.h"
 #include "tests/unit/shell/shell_fixture.h"
@@ -37,7 +38,7 @@ TEST_F(VolumeControl, ClickSetsTheVolumeOfWindowAndPlayerAndRedraws) {
   CallLog calls(Window());
   Window().HandleVolumeClick(40, 7);
   EXPECT_EQ(Window().volume_, 50);
-  EXPECT_EQ(Window().vlcPlayer_->volume_, 50);
+  EXPECT_EQ(test::PlayerInspector(*Window().vlcPlayer_).volume_, 50);
   EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect volume all erase"}));
   EXPECT_EQ(log.CountContaining("HandleVolumeClick: x=40, y=7"), 1);
   EXPECT_EQ(log.CountContaining("VLC volume set to: 50"), 1);
@@ -63,7 +64,7 @@ TEST_F(VolumeControl, InTheGridTheVolumeIsOnlyRemembered) {
   ASSERT_TRUE(Window().vlcPlayer_->EnableMultiView());
   vlc_.ClearCalls();
   Window().HandleVolumeClick(40, 0);
-  EXPECT_EQ(Window().vlcPlayer_->volume_, 50);
+  EXPECT_EQ(test::PlayerInspector(*Window().vlcPlayer_).volume_, 50);
   EXPECT_EQ(vlc_.CountOf("libvlc_audio_set_volume"), 0);
 }
 

@@ -2,6 +2,7 @@
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
 #include "tests/support/interface_end.h"
+#include "tests/support/player_inspector.h"
 #include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
@@ -30,7 +31,8 @@ class MainWindow : public test::WindowTest {
   }
   void PointAtMiddleOf(HWND control) {
     const RECT rect = WindowRectOf(control);
-    ASSERT_TRUE(SetCursorPos(static_cast<int>(rect.left + rect.right) / 2, static_cast<int>(rect.top + rect.bottom) / 2));
+    ASSERT_TRUE(
+        SetCursorPos(static_cast<int>(rect.left + rect.right) / 2, static_cast<int>(rect.top + rect.bottom) / 2));
   }
 
   VantroWindow* window_ = nullptr;
@@ -72,7 +74,7 @@ TEST_F(MainWindow, SizePutsTheVideoBelowTheTitleBarInFullscreenToo) {
     Send(WM_SIZE);
     RECT client;
     GetClientRect(window_->hwnd_, &client);
-    RECT video = WindowRectOf(window_->vlcPlayer_->vlcWindow_);
+    RECT video = WindowRectOf(test::PlayerInspector(*window_->vlcPlayer_).vlcWindow_);
     MapWindowPoints(HWND_DESKTOP, window_->hwnd_, reinterpret_cast<POINT*>(&video), 2);
     EXPECT_EQ(video.left, 0);
     EXPECT_EQ(video.top, 30);
@@ -110,7 +112,8 @@ TEST_F(MainWindow, PaintFillsTheTitleBarWithItsColour) {
   const HDC dc = GetDC(window_->hwnd_);
   EXPECT_EQ(GetPixel(dc, 500, 15), kTitleBarColor);
   ReleaseDC(window_->hwnd_, dc);
-  EXPECT_GT(log_.CountContaining("WM_PAINT: Painting title bar - isFullscreen=0, isTitleBarVisible=1, rect=0,-2 to "), 0);
+  EXPECT_GT(log_.CountContaining("WM_PAINT: Painting title bar - isFullscreen=0, isTitleBarVisible=1, rect=0,-2 to "),
+            0);
 }
 
 TEST_F(MainWindow, PaintSkipsTheHiddenTitleBarInFullscreen) {
@@ -214,8 +217,8 @@ TEST_F(MainWindow, KeyThatTheViewLeavesAtZeroGoesThroughTheOverlay) {
   Open();
   SetFocus(window_->hwnd_);
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 1);
-  EXPECT_EQ(EngineOffered(WM_KEYDOWN), (std::vector<SeenMessage>{{Child(), WM_KEYDOWN, kKey},
-                                                                 {window_->flutterHostWindow_, WM_KEYDOWN, kKey}}));
+  EXPECT_EQ(EngineOffered(WM_KEYDOWN),
+            (std::vector<SeenMessage>{{Child(), WM_KEYDOWN, kKey}, {window_->flutterHostWindow_, WM_KEYDOWN, kKey}}));
   EXPECT_EQ(GetFocus(), Child()) << "the overlay's rule";
   DrainQueue();
   EXPECT_EQ(ViewSaw(WM_KEYDOWN).size(), 2u) << "sent by the window, posted by the overlay";

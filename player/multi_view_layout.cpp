@@ -2,8 +2,9 @@
 #include <windows.h>
 
 #include "common/log.h"
+#include "player/multi_view_grid.h"
 #include "player/tile_layout.h"
-#include "player/vlc_player.h"
+#include "player/video_scale.h"
 
 namespace vantro {
 
@@ -20,16 +21,6 @@ Size ClientSize(HWND window) {
   RECT client{};
   GetClientRect(window, &client);
   return {client.right - client.left, client.bottom - client.top};
-}
-
-struct VideoSize {
-  unsigned width;
-  unsigned height;
-};
-
-VideoSize ReadVideoSize(const LibVlcFunctions& vlc, libvlc_media_player_t* player) {
-  return {vlc.libvlc_video_get_width ? vlc.libvlc_video_get_width(player) : 0,
-          vlc.libvlc_video_get_height ? vlc.libvlc_video_get_height(player) : 0};
 }
 
 // The messages of a drag of the window's border: libvlc's video output follows a resize only with all of them.
@@ -51,23 +42,9 @@ void SendResizeMessages(HWND window, const TileRect& cell) {
 
 }  // namespace
 
-float VLCPlayer::FitVideoScale(libvlc_media_player_t* player, int width, int height) {
-  if (!player || width <= 0 || height <= 0) return 0.0f;
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded || !vlc.libvlc_video_get_width || !vlc.libvlc_video_get_height) return 0.0f;
-  const VideoSize video = ReadVideoSize(vlc, player);
-  return FitScale(video.width, video.height, width, height);
-}
-
-void VLCPlayer::SetVideoScale(libvlc_media_player_t* player, float scale) {
-  if (!player) return;
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (vlc.loaded && vlc.libvlc_video_set_scale) vlc.libvlc_video_set_scale(player, scale);
-}
-
-void VLCPlayer::UpdateGridLayout() {
-  if (!isMultiViewMode_ || !parentWindow_ || players_.empty()) return;
-  const Size parent = ClientSize(parentWindow_);
+void MultiViewGrid::UpdateGridLayout() {
+  if (!IsOn() || !ParentWindow() || players_.empty()) return;
+  const Size parent = ClientSize(ParentWindow());
   LOG_DEBUG("[UpdateGridLayout] Parent size: %dx%d, Player count: %zu", parent.width, parent.height, players_.size());
   for (size_t index = 0; index < players_.size(); ++index) {
     PlaceTile(index, GetTileRect(parent.width, parent.height, static_cast<int32_t>(players_.size()),
@@ -75,16 +52,16 @@ void VLCPlayer::UpdateGridLayout() {
   }
 }
 
-void VLCPlayer::PlaceTile(size_t index, const TileRect& cell) {
+void MultiViewGrid::PlaceTile(size_t index, const TileRect& cell) {
   const HWND window = players_[index].window;
   if (!window) {
     LOG_WARNING("[UpdateGridLayout] Player %zu has no window!", index);
     return;
   }
   const bool isOriginal = players_[index].isOriginal;
-  const bool isParent = window == parentWindow_;
+  const bool isParent = window == ParentWindow();
   LOG_DEBUG("[UpdateGridLayout] Player %zu window=%p parentWindow=%p isOriginal=%d (equal=%d)", index,
-            static_cast<void*>(window), static_cast<void*>(parentWindow_), isOriginal, isParent);
+            static_cast<void*>(window), static_cast<void*>(ParentWindow()), isOriginal, isParent);
   if (isParent) {
     LOG_DEBUG("[UpdateGridLayout] SKIPPING Player %zu - it's the parent window (original player)", index);
     return;
@@ -105,7 +82,7 @@ void VLCPlayer::PlaceTile(size_t index, const TileRect& cell) {
   LOG_DEBUG("[UpdateGridLayout] SetWindowPos result for player %zu: %d", index, placed);
 }
 
-void VLCPlayer::RefitTile(size_t index, const TileRect& cell) {
+void MultiViewGrid::RefitTile(size_t index, const TileRect& cell) {
   const HWND window = players_[index].window;
   libvlc_media_player_t* const player = players_[index].mediaPlayer.get();
   LOG_DEBUG("[UpdateGridLayout] Sending resize message sequence to player %zu", index);
@@ -135,7 +112,7 @@ void VLCPlayer::RefitTile(size_t index, const TileRect& cell) {
             cell.Height());
 }
 
-void VLCPlayer::FitTileVideo(const LibVlcFunctions& vlc, size_t index, const TileRect& cell) {
+void MultiViewGrid::FitTileVideo(const LibVlcFunctions& vlc, size_t index, const TileRect& cell) {
   libvlc_media_player_t* const player = players_[index].mediaPlayer.get();
   const int32_t width = cell.Width();
   const int32_t height = cell.Height();
@@ -157,14 +134,14 @@ void VLCPlayer::FitTileVideo(const LibVlcFunctions& vlc, size_t index, const Til
             video.height, static_cast<double>(scale), width, height);
 }
 
-void VLCPlayer::UpdateMultiViewScaling() {
-  const ReaderEpochs::Reader reader(eventReaders_);
+void MultiViewGrid::UpdateMultiViewScaling() {
+  const ReaderEpochs::Reader reader(readers_);
   const TileHandles* const tiles = tileHandles_.Load();
-  if (!isMultiViewMode_ || !tiles || tiles->empty()) return;
+  if (!IsOn() || !tiles || tiles->empty()) return;
   LOG_DEBUG("[UpdateMultiViewScaling] *** Event-driven scaling update ***");
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded) return;
-  const Size parent = ClientSize(parentWindow_);
+  const Size parent = ClientSize(ParentWindow());
   for (size_t index = 0; index < tiles->size(); ++index) {
     libvlc_media_player_t* const player = (*tiles)[index];
     if (!player) continue;
@@ -179,8 +156,8 @@ void VLCPlayer::UpdateMultiViewScaling() {
   }
 }
 
-void VLCPlayer::UpdateActiveAudio() {
-  if (!isMultiViewMode_) return;
+void MultiViewGrid::UpdateActiveAudio() {
+  if (!IsOn()) return;
   static int32_t callCount = 0;
   LOG_DEBUG("[UpdateActiveAudio] *** CALLED *** with activeIndex_=%d, total players=%zu", activeIndex_,
             players_.size());

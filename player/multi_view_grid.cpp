@@ -1,4 +1,6 @@
 // The tiles: how the single view becomes one of several and back, and which of them is the active one.
+#include "player/multi_view_grid.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -7,13 +9,12 @@
 
 #include "common/log.h"
 #include "player/player_events.h"
-#include "player/vlc_player.h"
+#include "player/video_scale.h"
 
 namespace vantro {
 
 namespace {
 
-constexpr int kFullVolume = 100;
 constexpr DWORD kTileWindowStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
 // Where a tile lies until the grid is laid out.
 constexpr int kNewTilePosition = 100;
@@ -21,83 +22,79 @@ constexpr int kNewTileSize = 100;
 
 }  // namespace
 
-bool VLCPlayer::EnableMultiView() {
-  LOG_DEBUG("[EnableMultiView] *** CALLED *** isMultiViewMode=%d, existing players=%zu",
-            static_cast<int>(isMultiViewMode_), players_.size());
-  if (isMultiViewMode_) {
+void MultiViewGrid::Enable(WatchedPlayerHandle& single, HWND window, const std::string& title, const std::string& url) {
+  LOG_DEBUG("[EnableMultiView] *** CALLED *** isMultiViewMode=%d, existing players=%zu", IsOn(), players_.size());
+  if (IsOn()) {
     LOG_WARNING("[EnableMultiView] Already in multiview mode - ignoring duplicate call");
-    return true;
+    return;
   }
   LOG_DEBUG("[EnableMultiView] Enabling multiview - clearing %zu existing players", players_.size());
-  isMultiViewMode_ = true;
+  isMultiViewMode_.store(true, std::memory_order_relaxed);
   ReleaseTiles();
 
   LOG_DEBUG("[EnableMultiView] Adding existing resizable player to multiview");
   MultiViewPlayer& original = players_.emplace_back();
-  original.window = vlcWindow_;
-  original.mediaPlayer.reset(mediaPlayer_.get());
-  original.name = current_.title;
-  original.url = current_.url;
+  original.window = window;
+  original.mediaPlayer.reset(single.get());
+  original.name = title;
+  original.url = url;
   original.isOriginal = true;
   // Published before the single view gives the handle up: an event between the two still finds a player to watch.
   PublishTiles();
-  mediaPlayer_.release();
+  single.release();
   activeIndex_ = 0;
   UpdateActiveAudio();
-  return true;
 }
 
-bool VLCPlayer::DisableMultiView() {
-  LOG_DEBUG("[DisableMultiView] *** CALLED *** isMultiViewMode_=%d, player count=%zu",
-            static_cast<int>(isMultiViewMode_), players_.size());
-  if (!isMultiViewMode_) {
+bool MultiViewGrid::Disable(WatchedPlayerHandle& single) {
+  LOG_DEBUG("[DisableMultiView] *** CALLED *** isMultiViewMode_=%d, player count=%zu", IsOn(), players_.size());
+  if (!IsOn()) {
     LOG_WARNING("[DisableMultiView] Already disabled, returning");
-    return true;
+    return false;
   }
   // The first tile stays out of this, the original one or not.
   for (size_t index = 1; index < players_.size(); ++index) DestroyPlayerWindow(players_[index]);
-  if (!players_.empty() && players_[0].isOriginal) RestoreOriginalTile(players_[0]);
+  if (!players_.empty() && players_[0].isOriginal) RestoreOriginalTile(players_[0], single);
   ReleaseTiles();
-  isMultiViewMode_ = false;
+  isMultiViewMode_.store(false, std::memory_order_relaxed);
   activeIndex_ = 0;
-  SetVolume(kFullVolume);
   return true;
 }
 
-void VLCPlayer::RestoreOriginalTile(MultiViewPlayer& tile) {
+void MultiViewGrid::RestoreOriginalTile(MultiViewPlayer& tile, WatchedPlayerHandle& single) {
   LOG_DEBUG("[DisableMultiView] Keeping original player in child window: %p", static_cast<void*>(tile.window));
-  ReleasePlayer(VlcMediaPlayerPtr(mediaPlayer_.release()));
-  mediaPlayer_ = std::move(tile.mediaPlayer);
+  ReleasePlayer(VlcMediaPlayerPtr(single.release()));
+  single = std::move(tile.mediaPlayer);
 
   RECT client{};
-  GetClientRect(parentWindow_, &client);
+  GetClientRect(ParentWindow(), &client);
   const int width = client.right - client.left;
   const int height = client.bottom - client.top;
   MoveWindow(tile.window, 0, 0, width, height, TRUE);
-  if (!mediaPlayer_) return;
+  if (!single) return;
 
-  const float scale = FitVideoScale(mediaPlayer_.get(), width, height);
+  const float scale = FitVideoScale(single.get(), width, height);
   if (scale > 0) {
-    SetVideoScale(mediaPlayer_.get(), scale);
+    SetVideoScale(single.get(), scale);
     const LibVlcFunctions vlc = GetLibVlcFunctions();
     if (vlc.loaded) {
       LOG_DEBUG("[DisableMultiView] Reset VLC scale to %f for full window %dx%d (video %ux%u)",
-                static_cast<double>(scale), width, height, vlc.libvlc_video_get_width(mediaPlayer_.get()),
-                vlc.libvlc_video_get_height(mediaPlayer_.get()));
+                static_cast<double>(scale), width, height, vlc.libvlc_video_get_width(single.get()),
+                vlc.libvlc_video_get_height(single.get()));
     }
   } else {
-    SetVideoScale(mediaPlayer_.get(), 0.0f);
+    SetVideoScale(single.get(), 0.0f);
     LOG_DEBUG("[DisableMultiView] Reset VLC scale to auto (0.0)");
   }
 }
 
-bool VLCPlayer::MvAddStream(const std::string& url, const std::string& name) {
+bool MultiViewGrid::AddStream(const std::string& url, const std::string& name) {
   if (url.empty()) {
     LOG_ERROR("[VLCPlayer::MvAddStream] ERROR: URL is empty.");
     return false;
   }
   LOG_DEBUG("[MvAddStream] *** CALLED *** url=%s, name=%s, isMultiViewMode=%d, current player count=%zu", url.c_str(),
-            name.c_str(), static_cast<int>(isMultiViewMode_), players_.size());
+            name.c_str(), IsOn(), players_.size());
   const HWND window = CreateTileWindow();
   if (!window) {
     LOG_ERROR("[MvAddStream] FAILED to create player window");
@@ -127,14 +124,14 @@ bool VLCPlayer::MvAddStream(const std::string& url, const std::string& name) {
   return true;
 }
 
-HWND VLCPlayer::CreateTileWindow() {
+HWND MultiViewGrid::CreateTileWindow() {
   if (!RegisterVlcHostWindowClass()) return nullptr;
   return CreateWindowExW(WS_EX_NOPARENTNOTIFY, kVlcHostWindowClass, L"VLC Player Window", kTileWindowStyle,
-                         kNewTilePosition, kNewTilePosition, kNewTileSize, kNewTileSize, parentWindow_, nullptr,
+                         kNewTilePosition, kNewTilePosition, kNewTileSize, kNewTileSize, ParentWindow(), nullptr,
                          GetModuleHandleW(nullptr), nullptr);
 }
 
-VlcMediaPlayerPtr VLCPlayer::CreateTilePlayer(HWND window, const std::string& url) {
+VlcMediaPlayerPtr MultiViewGrid::CreateTilePlayer(HWND window, const std::string& url) {
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded) {
     LOG_ERROR("Failed to load VLC functions for MvAddStream");
@@ -147,7 +144,7 @@ VlcMediaPlayerPtr VLCPlayer::CreateTilePlayer(HWND window, const std::string& ur
               vlc.libvlc_media_player_set_media != nullptr, vlc.libvlc_media_player_play != nullptr);
     return nullptr;
   }
-  VlcMediaPlayerPtr player(vlc.libvlc_media_player_new(vlcInstance_.get()));
+  VlcMediaPlayerPtr player(vlc.libvlc_media_player_new(instance_.get()));
   if (!player) {
     LOG_ERROR("[MvAddStream] FAILED to create VLC media player");
     return nullptr;
@@ -161,28 +158,28 @@ VlcMediaPlayerPtr VLCPlayer::CreateTilePlayer(HWND window, const std::string& ur
   return player;
 }
 
-void VLCPlayer::OpenOnTile(const LibVlcFunctions& vlc, libvlc_media_player_t* player, const std::string& url) {
-  const VlcMediaPtr media(CreateMedia(url));
+void MultiViewGrid::OpenOnTile(const LibVlcFunctions& vlc, libvlc_media_player_t* player, const std::string& url) {
+  const VlcMediaPtr media(instance_.CreateMedia(url));
   if (media) vlc.libvlc_media_player_set_media(player, media.get());
 }
 
-void VLCPlayer::AttachEventsToPlayer(libvlc_media_player_t* player) {
+void MultiViewGrid::AttachEventsToPlayer(libvlc_media_player_t* player) {
   if (!player) return;
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded || !vlc.libvlc_media_player_event_manager || !vlc.libvlc_event_attach) return;
   libvlc_event_manager_t* const events = vlc.libvlc_media_player_event_manager(player);
   if (!events) return;
-  vlc.libvlc_event_attach(events, player_event::kPlaying, VlcEventCallback, this);
-  vlc.libvlc_event_attach(events, player_event::kMediaChanged, VlcEventCallback, this);
+  vlc.libvlc_event_attach(events, player_event::kPlaying, listener_.callback, listener_.userData);
+  vlc.libvlc_event_attach(events, player_event::kMediaChanged, listener_.callback, listener_.userData);
   LOG_DEBUG("[AttachEventsToPlayer] Attached events to player %p", static_cast<void*>(player));
 }
 
-bool VLCPlayer::MvReplaceActive(const std::string& url, const std::string& name) {
+bool MultiViewGrid::ReplaceActive(const std::string& url, const std::string& name) {
   if (url.empty()) {
     LOG_ERROR("[VLCPlayer::MvReplaceActive] ERROR: URL is empty.");
     return false;
   }
-  if (!isMultiViewMode_ || !IsTileIndex(activeIndex_)) return false;
+  if (!IsOn() || !IsTileIndex(activeIndex_)) return false;
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded) return false;
   if (!vlc.libvlc_media_player_stop || !vlc.libvlc_media_player_set_media || !vlc.libvlc_media_player_play) {
@@ -196,8 +193,8 @@ bool VLCPlayer::MvReplaceActive(const std::string& url, const std::string& name)
   return true;
 }
 
-void VLCPlayer::ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& tile, const std::string& url,
-                                  const std::string& name) {
+void MultiViewGrid::ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& tile, const std::string& url,
+                                      const std::string& name) {
   // A tile that came from a single view without a player has none either: it just takes the names.
   libvlc_media_player_t* const player = tile.mediaPlayer.get();
   if (player) {
@@ -209,10 +206,27 @@ void VLCPlayer::ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& t
   if (player && vlc.libvlc_media_player_play) vlc.libvlc_media_player_play(player);
 }
 
-bool VLCPlayer::MvRemoveActive() {
-  LOG_DEBUG("[MvRemoveActive] *** CALLED *** isMultiViewMode=%d, player count=%zu, activeIndex=%d",
-            static_cast<int>(isMultiViewMode_), players_.size(), activeIndex_);
-  if (!isMultiViewMode_ || players_.size() < 2 || activeIndex_ == 0) {
+void MultiViewGrid::RestartTile(libvlc_media_player_t* mediaPlayer, const std::string& url, bool restorePosition) {
+  if (url.empty()) return;
+  const LibVlcFunctions vlc = GetLibVlcFunctions();
+  if (!vlc.loaded || !vlc.libvlc_media_player_stop || !vlc.libvlc_media_player_set_media ||
+      !vlc.libvlc_media_player_play) {
+    return;
+  }
+  libvlc_time_t time = 0;
+  if (restorePosition && vlc.libvlc_media_player_get_time) time = vlc.libvlc_media_player_get_time(mediaPlayer);
+  vlc.libvlc_media_player_stop(mediaPlayer);
+  OpenOnTile(vlc, mediaPlayer, url);
+  vlc.libvlc_media_player_play(mediaPlayer);
+  if (restorePosition && vlc.libvlc_media_player_set_time && time > 0) {
+    vlc.libvlc_media_player_set_time(mediaPlayer, time, false);
+  }
+}
+
+bool MultiViewGrid::RemoveActive() {
+  LOG_DEBUG("[MvRemoveActive] *** CALLED *** isMultiViewMode=%d, player count=%zu, activeIndex=%d", IsOn(),
+            players_.size(), activeIndex_);
+  if (!IsOn() || players_.size() < 2 || activeIndex_ == 0) {
     LOG_WARNING("[MvRemoveActive] Cannot remove - conditions not met");
     return false;
   }
@@ -232,8 +246,8 @@ bool VLCPlayer::MvRemoveActive() {
   return true;
 }
 
-bool VLCPlayer::MvSwapTiles(int from, int to) {
-  if (!isMultiViewMode_ || !IsTileIndex(from) || !IsTileIndex(to) || from == to) return false;
+bool MultiViewGrid::SwapTiles(int from, int to) {
+  if (!IsOn() || !IsTileIndex(from) || !IsTileIndex(to) || from == to) return false;
   std::swap(players_[static_cast<size_t>(from)], players_[static_cast<size_t>(to)]);
   PublishTiles();
   int index = activeIndex_;
@@ -250,15 +264,15 @@ bool VLCPlayer::MvSwapTiles(int from, int to) {
   return true;
 }
 
-bool VLCPlayer::MvPromoteActiveAndExit() {
-  if (!isMultiViewMode_ || !IsTileIndex(activeIndex_)) return false;
-  if (activeIndex_ == 0) return DisableMultiView();
+bool MultiViewGrid::OpenActiveInOriginal() {
+  if (!IsOn() || !IsTileIndex(activeIndex_)) return false;
+  if (activeIndex_ == 0) return true;
   const MultiViewPlayer& active = players_[static_cast<size_t>(activeIndex_)];
   if (active.url.empty()) {
     LOG_ERROR("[VLCPlayer::MvPromoteActiveAndExit] ERROR: URL is empty.");
     return false;
   }
-  if (!players_[0].isOriginal) return DisableMultiView();
+  if (!players_[0].isOriginal) return true;
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded) return false;
   if (!vlc.libvlc_media_player_stop || !vlc.libvlc_media_player_set_media) {
@@ -267,11 +281,11 @@ bool VLCPlayer::MvPromoteActiveAndExit() {
     return false;
   }
   ReplaceTileStream(vlc, players_[0], active.url, active.name);
-  return DisableMultiView();
+  return true;
 }
 
-void VLCPlayer::SetActiveIndexSafe(int index) {
-  if (!isMultiViewMode_) {
+void MultiViewGrid::SetActiveIndexSafe(int index) {
+  if (!IsOn()) {
     LOG_WARNING("[SetActiveIndexSafe] Ignoring - not in multiview mode");
     return;
   }
@@ -295,7 +309,7 @@ void VLCPlayer::SetActiveIndexSafe(int index) {
   activeIndex_ = index;
 }
 
-void VLCPlayer::DestroyPlayerWindow(MultiViewPlayer& record) {
+void MultiViewGrid::DestroyPlayerWindow(MultiViewPlayer& record) {
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded) {
     LOG_ERROR("Failed to load VLC functions for DestroyPlayerWindow");
@@ -309,22 +323,28 @@ void VLCPlayer::DestroyPlayerWindow(MultiViewPlayer& record) {
   }
 }
 
-void VLCPlayer::PublishTiles() {
+void MultiViewGrid::PublishTiles() {
   auto handles = std::make_unique<TileHandles>();
   handles->reserve(players_.size());
   for (const MultiViewPlayer& tile : players_) handles->push_back(tile.mediaPlayer.get());
   tileHandles_.Replace(std::move(handles));
 }
 
-void VLCPlayer::ReleasePlayer(VlcMediaPlayerPtr player) {
-  if (player) ForgetPendingResume(player.get());
+void MultiViewGrid::ReleasePlayer(VlcMediaPlayerPtr player) {
+  if (player) resumes_.Forget(player.get());
 }
 
-void VLCPlayer::ReleaseTiles() {
+void MultiViewGrid::ReleaseTiles() {
   std::vector<MultiViewPlayer> tiles = std::move(players_);
   players_.clear();
   PublishTiles();
   for (MultiViewPlayer& tile : tiles) ReleasePlayer(std::move(tile.mediaPlayer));
+}
+
+bool MultiViewGrid::HasTiles() {
+  const ReaderEpochs::Reader reader(readers_);
+  const TileHandles* const tiles = tileHandles_.Load();
+  return tiles && !tiles->empty();
 }
 
 }  // namespace vantro
