@@ -11,9 +11,6 @@
 
 namespace vantro {
 
-// The value under a string key that equals the given one byte for byte, borrowed from the map; null when there is none.
-const EncodableValue* FindEntry(const EncodableMap& map, std::string_view key);
-
 // A 32-bit integer as it is, a 64-bit integer cut to its low 32 bits, a double truncated toward zero (to the nearest
 // end of the range beyond it, 0 for a NaN).
 int32_t ReadIntArgument(const MethodCall& call, std::string_view key, int32_t fallback);

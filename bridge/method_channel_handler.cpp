@@ -1,6 +1,5 @@
 #include "bridge/method_channel_handler.h"
 
-#include <optional>
 #include <utility>
 
 #include "bridge/method_table.h"
@@ -53,16 +52,17 @@ void MethodChannelHandler::HandleMethodCall(const MethodCall& call, std::unique_
 
 void MethodChannelHandler::SendChannelEvent(std::string_view method, std::string_view payload) {
   if (!methodChannel_) return;
-  methodChannel_->InvokeMethodWithText(method, payload.empty() ? std::nullopt : std::optional(payload));
+  methodChannel_->InvokeMethod(method, payload.empty() ? EncodableValue() : EncodableValue(payload));
 }
 
 void MethodChannelHandler::ShowToast(const std::string& message, bool isShort) {
   if (!methodChannel_) return;
   // The flag travels as a word: the interface compares text.
-  methodChannel_->InvokeMethod("showToast", std::make_unique<EncodableValue>(EncodableMap{
-                                                {EncodableValue("message"), EncodableValue(message)},
-                                                {EncodableValue("short"), EncodableValue(isShort ? "true" : "false")},
-                                            }));
+  const LocalMap toast({
+      {EncodableValue("message"), EncodableValue(message)},
+      {EncodableValue("short"), EncodableValue(isShort ? "true" : "false")},
+  });
+  methodChannel_->InvokeMethod("showToast", toast.value());
 }
 
 }  // namespace vantro

@@ -47,7 +47,7 @@ class MethodChannelHandler {
   // had or expressed.
   static std::string ResolveNativeMarkerPath();
   NativeMarkerState ReadNativeMarker() const;
-  void WriteNativeMarker(bool running, const std::string& lastAction, int64_t lastActionTs) const;
+  void WriteNativeMarker(bool running, std::string_view lastAction, int64_t lastActionTs) const;
   // Tells the interface of a session that died, then marks this one as running.
   void HandleStartupMarker();
 

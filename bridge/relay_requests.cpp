@@ -22,10 +22,11 @@ bool GetWindowInfo(MethodChannelHandler& handler, const MethodCall&, MethodResul
   LOG_DEBUG("GetWindowInfo: Returning window information");
   // An address is unique among the windows of this process, and means nothing beyond it.
   const auto windowId = static_cast<int64_t>(reinterpret_cast<intptr_t>(&handler));
-  result.Success(EncodableValue(EncodableMap{
+  const LocalMap info({
       {EncodableValue("isMasterWindow"), EncodableValue(handler.isMasterWindow_)},
       {EncodableValue("windowId"), EncodableValue(windowId)},
-  }));
+  });
+  result.Success(info.value());
   return true;
 }
 
@@ -44,20 +45,20 @@ bool RequestProviderData(MethodChannelHandler&, const MethodCall&, MethodResult&
 
 bool SendProviderData(MethodChannelHandler&, const MethodCall& call, MethodResult& result) {
   LOG_INFO("SendProviderDataDirect: Master window sending raw data to clients");
-  const auto* const chunk = std::get_if<EncodableMap>(call.arguments());
+  const auto chunk = call.arguments().Get<EncodableMap>();
   if (!chunk) {
     LOG_ERROR("SendProviderDataDirect: Invalid arguments");
     result.Error("INVALID_ARGUMENTS", "Arguments must be a map", EncodableValue(false));
     return false;
   }
-  const auto* const chunkType = std::get_if<std::string>(FindEntry(*chunk, "chunkType"));
-  if (!chunkType || chunkType->empty()) {
+  const std::string chunkType = ReadStringArgument(call, "chunkType");
+  if (chunkType.empty()) {
     LOG_ERROR("SendProviderDataDirect: Missing chunk type");
     result.Error("INVALID_CHUNK", "Chunk type is missing", EncodableValue(false));
     return false;
   }
-  LOG_INFO("SendProviderDataDirect: Broadcasting %s chunk directly", chunkType->c_str());
-  BroadcastEncodableToClientWindows("providerDataReceived", *call.arguments());
+  LOG_INFO("SendProviderDataDirect: Broadcasting %s chunk directly", chunkType.c_str());
+  BroadcastEncodableToClientWindows("providerDataReceived", call.KeepArguments());
   return Reply(result, true);
 }
 

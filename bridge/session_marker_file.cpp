@@ -74,7 +74,7 @@ NativeMarkerState MethodChannelHandler::ReadNativeMarker() const {
 
 // Opened, written and closed at each call, and never batched: the method that kills the process must be in the file
 // before it runs.
-void MethodChannelHandler::WriteNativeMarker(bool running, const std::string& lastAction, int64_t lastActionTs) const {
+void MethodChannelHandler::WriteNativeMarker(bool running, std::string_view lastAction, int64_t lastActionTs) const {
   const File file(std::fopen(markerPath_.c_str(), "w"), &std::fclose);
   if (!file) return;
   const std::string text = FormatNativeMarker(running, lastAction, lastActionTs);
@@ -88,11 +88,12 @@ void MethodChannelHandler::HandleStartupMarker() {
     const std::string last = state.lastAction.empty() ? "unknown" : state.lastAction;
     ShowToast("Recovered from crash (last: " + last + ")", false);
     if (methodChannel_) {
-      methodChannel_->InvokeMethod("appEvent", std::make_unique<EncodableValue>(EncodableMap{
-                                                   {EncodableValue("type"), EncodableValue("nativeCrashRecovered")},
-                                                   {EncodableValue("platform"), EncodableValue("windows")},
-                                                   {EncodableValue("lastAction"), EncodableValue(last)},
-                                               }));
+      const LocalMap event({
+          {EncodableValue("type"), EncodableValue("nativeCrashRecovered")},
+          {EncodableValue("platform"), EncodableValue("windows")},
+          {EncodableValue("lastAction"), EncodableValue(last)},
+      });
+      methodChannel_->InvokeMethod("appEvent", event.value());
     }
   }
   WriteNativeMarker(true, "startup", CurrentUnixTimeMs());

@@ -43,7 +43,7 @@ bool GetDatabaseEncryptionKey(MethodChannelHandler&, const MethodCall&, MethodRe
   if (key.empty()) {
     result.Error("DB_KEY_ERROR", "Failed to load database encryption key", EncodableValue(false));
   } else {
-    result.Success(EncodableValue(std::move(key)));
+    result.Success(EncodableValue(key));
   }
   return true;
 }

@@ -1,7 +1,8 @@
 #include "flutter_host/binary_messenger_impl.h"
 
-#include <cstdio>
 #include <utility>
+
+#include "common/standard_error.h"
 
 namespace vantro {
 
@@ -27,7 +28,7 @@ class PendingResponse {
  private:
   void SendToEngine(const uint8_t* reply, size_t size) {
     if (isAnswered_) {
-      std::fputs("Error: Response can be set only once. Ignoring duplicate response.\n", stderr);
+      ReportLine("Error: Response can be set only once. Ignoring duplicate response.");
       return;
     }
     isAnswered_ = true;

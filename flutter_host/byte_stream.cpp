@@ -1,38 +1,66 @@
 #include "flutter_host/byte_stream.h"
 
-#include <cstdio>
-#include <cstring>
+#include <algorithm>
+
+#include "common/standard_error.h"
 
 namespace vantro {
 
-void ByteBufferStreamReader::ReadBytes(uint8_t* buffer, size_t length) {
-  if (length == 0) return;
-  if (const uint8_t* bytes = Take(length)) std::memcpy(buffer, bytes, length);
+namespace {
+
+// How much is set aside at first for the lists and maps of a message, a byte of it, and at most.
+constexpr size_t kRoomPerByte = 2;
+constexpr size_t kMostFirstRoom = 64 * 1024;
+
+}  // namespace
+
+ByteBufferStreamReader::ByteBufferStreamReader(const uint8_t* message, size_t size, ValueArena* arena)
+    : arena_(arena), claimable_(size) {
+  arena->Expect(size + std::min(size * kRoomPerByte, kMostFirstRoom) + 64);
+  std::byte* const copy = arena->Take(size);
+  if (size != 0) std::memcpy(copy, message, size);
+  at_ = begin_ = reinterpret_cast<const uint8_t*>(copy);
+  end_ = begin_ + size;
 }
 
-// Out of line and cold: the readers' fast path stays a comparison.
+void ByteBufferStreamReader::ReadBytes(uint8_t* buffer, size_t length) {
+  const uint8_t* const bytes = Take(length);
+  if (bytes && length != 0) std::memcpy(buffer, bytes, length);
+}
+
+// Out of line and cold: the fast path of a read stays a comparison.
 const uint8_t* ByteBufferStreamReader::ReportInvalidRead() {
-  std::fputs("Invalid read in StandardCodecByteStreamReader\n", stderr);
-  Fail();
+  ReportLine("Invalid read in StandardCodecByteStreamReader");
+  failed_ = true;
+  at_ = end_;
   return nullptr;
 }
 
-void ShortMessageWriter::WriteAlignment(uint8_t alignment) {
-  constexpr uint8_t kZeros[16] = {};
-  for (size_t left = (alignment - size() % alignment) % alignment; left > 0;) {
-    const size_t padding = left < sizeof kZeros ? left : sizeof kZeros;
-    WriteBytes(kZeros, padding);
-    left -= padding;
-  }
+bool ByteBufferStreamReader::Enter() {
+  if (nesting_ < kMaximumNesting) return ++nesting_, true;
+  ReportLine("Value nested too deeply in StandardCodecSerializer::ReadValueOfType");
+  failed_ = isRefused_ = true;
+  at_ = end_;
+  return false;
 }
 
-void ShortMessageWriter::WriteLong(const uint8_t* bytes, size_t length) {
-  if (long_.empty()) {
-    long_.reserve(size_ + length);
-    long_.assign(short_, short_ + size_);
-    size_ = sizeof short_;  // from here on every byte comes this way
-  }
-  long_.insert(long_.end(), bytes, bytes + length);
+size_t ByteBufferStreamReader::ClaimRoom(size_t claimed, size_t fewestBytes) {
+  if (nesting_ <= 1) return std::min(claimed, Left() / fewestBytes);
+  if (claimed > claimable_ / fewestBytes) return ReportInvalidRead(), 0;
+  claimable_ -= claimed * fewestBytes;
+  return claimed;
+}
+
+void ByteVector::Grow(size_t length) {
+  const size_t used = size();
+  const size_t capacity = std::max(2 * static_cast<size_t>(end_ - begin_), used + length);
+  // Not make_unique: it would clear what is about to be written.
+  std::unique_ptr<uint8_t[]> grown(new uint8_t[capacity]);
+  std::memcpy(grown.get(), begin_, used);
+  long_ = std::move(grown);
+  begin_ = long_.get();
+  at_ = begin_ + used;
+  end_ = begin_ + capacity;
 }
 
 }  // namespace vantro

@@ -5,171 +5,156 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <vector>
+#include <memory>
+
+#include "flutter_host/value_arena.h"
 
 namespace vantro {
 
 static_assert(std::endian::native == std::endian::little, "the streams copy numbers as they lie in memory");
 
-class ByteBufferStreamReader;
-class ByteBufferStreamWriter;
-
-// Reads a message from its first byte on. A reader fails once and stays failed: after the first read beyond the end
-// nothing that follows is taken for data.
+// Reads a message from its first byte on.
 class ByteStreamReader {
  public:
-  // Containers may nest this deep. A message that goes deeper is hostile: the bound keeps decoding, and everything that
-  // later walks the value, within a small stack.
-  static constexpr int kMaximumNesting = 256;
-
   virtual ~ByteStreamReader() = default;
-
   // 0 when the reader is at its end.
   virtual uint8_t ReadByte() = 0;
   // Copies all or, when fewer are left, nothing.
   virtual void ReadBytes(uint8_t* buffer, size_t length) = 0;
   // Skips to the next multiple of the alignment, a power of two, counted from the message's first byte.
   virtual void ReadAlignment(uint8_t alignment) = 0;
-
-  bool failed() const { return failed_; }
-  // From here on every read is one beyond the end.
-  void Fail() { failed_ = true; }
-
-  // The reader itself when it reads from a buffer, else null: lets the codec take runs of bytes without a virtual call.
-  ByteBufferStreamReader* AsBuffer() { return buffer_; }
-
-  // False, and failed, when one more container would nest too deeply. Each success is paired with LeaveContainer.
-  bool EnterContainer() {
-    if (nesting_ < kMaximumNesting) return ++nesting_, true;
-    Fail();
-    return false;
-  }
-  void LeaveContainer() { --nesting_; }
-
-  // How many of the claimed elements may be reserved in advance. An element takes a byte at least, so that all grants
-  // together never exceed the size of the message, however many lists claim to be long.
-  size_t GrantElements(size_t claimed) {
-    const size_t granted = claimed < grantable_ ? claimed : grantable_;
-    grantable_ -= granted;
-    return granted;
-  }
-
- protected:
-  ByteStreamReader() = default;
-  ByteStreamReader(ByteBufferStreamReader* buffer, size_t size) : buffer_(buffer), grantable_(size) {}
-
- private:
-  ByteBufferStreamReader* buffer_ = nullptr;
-  size_t grantable_ = 0;
-  int nesting_ = 0;
-  bool failed_ = false;
 };
 
-// Reads from bytes that it does not own. Each read beyond the end is reported on the standard error stream.
+// Reads from a copy of a message, which text and typed lists view and which is aligned for them. It fails once and
+// stays failed: after the first read beyond the end nothing that follows is taken for data. Each such read is reported
+// on the standard error stream.
 class ByteBufferStreamReader final : public ByteStreamReader {
  public:
-  ByteBufferStreamReader(const uint8_t* bytes, size_t size)
-      : ByteStreamReader(this, size), bytes_(bytes), size_(size) {}
+  // Lists and maps may nest this deep. A message that goes deeper is hostile and refused as a whole: the bound keeps
+  // decoding, and everything that later walks the value, within a small stack.
+  static constexpr int kMaximumNesting = 256;
+
+  // The message is copied into the arena, in which all that is read lies too. The arena outlives the reader and the
+  // values.
+  ByteBufferStreamReader(const uint8_t* message, size_t size, ValueArena* arena);
 
   uint8_t ReadByte() override {
     const uint8_t* byte = Take(1);
     return byte ? *byte : 0;
   }
   void ReadBytes(uint8_t* buffer, size_t length) override;
-  void ReadAlignment(uint8_t alignment) override {
-    const size_t padding = (alignment - position_ % alignment) % alignment;
-    if (padding != 0) Take(padding);
-  }
+  void ReadAlignment(uint8_t alignment) override { Align(alignment); }
 
-  // The next bytes, borrowed from the message, or null when fewer are left.
+  // The next bytes, which lie in the arena, or null when fewer are left.
   const uint8_t* Take(size_t length) {
-    if (failed() || length > size_ - position_) [[unlikely]]
+    if (length > Left()) [[unlikely]]
       return ReportInvalidRead();
-    const uint8_t* taken = bytes_ + position_;
-    position_ += length;
-    return taken;
+    return std::exchange(at_, at_ + length);
   }
-  size_t position() const { return position_; }
+  // As ReadAlignment; false when the padding is cut short.
+  bool Align(size_t alignment) {
+    const size_t padding = (begin_ - at_) & (alignment - 1);
+    return padding == 0 || Take(padding);
+  }
+  size_t position() const { return static_cast<size_t>(at_ - begin_); }
+  bool failed() const { return failed_; }
+  // The message nests too deeply: no value read from it is to be used.
+  bool isRefused() const { return isRefused_; }
+
+  // False, failed and refused when one more list or map would nest too deeply. Each success is paired with Leave.
+  bool Enter();
+  void Leave() { --nesting_; }
+  // Room for the elements that the list or map just entered claims to have: for all of them, or for as many as there
+  // are bytes left for. Fails, with null, when an enclosing one must come to be cut short.
+  //
+  // An element takes a byte at least, and an entry two, so that all lists and maps of a whole message together never
+  // claim more than its size. That bounds the room by 32 bytes a byte: 16 for the outermost, and 16 for all inside it.
+  // Where more is claimed inside, one of the lists and maps around the place cannot be whole, and what is cut short is
+  // dropped from the one that encloses it.
+  template <class Element>
+  Element* MakeRoom(size_t claimed) {
+    constexpr size_t kFewestBytes = sizeof(Element) / sizeof(EncodableValue);
+    const size_t room = ClaimRoom(claimed, kFewestBytes);
+    return failed_ ? nullptr : reinterpret_cast<Element*>(arena_->Take(room * sizeof(Element)));
+  }
 
  private:
+  size_t Left() const { return static_cast<size_t>(end_ - at_); }
+  size_t ClaimRoom(size_t claimed, size_t fewestBytes);
   const uint8_t* ReportInvalidRead();
 
-  const uint8_t* bytes_;
-  size_t size_;
-  size_t position_ = 0;
+  const uint8_t* begin_;
+  const uint8_t* at_;
+  const uint8_t* end_;
+  ValueArena* arena_;
+  size_t claimable_;  // by all lists and maps inside the outermost one
+  int nesting_ = 0;
+  bool failed_ = false;
+  bool isRefused_ = false;
+};
+
+// A run of bytes that grows. A short one, as the player's events and most answers are, lies in the object itself, on
+// its maker's stack, and costs no allocation.
+class ByteVector {
+ public:
+  // The array begins uninitialised: only what has been written is read. A defaulted constructor would let ByteVector{}
+  // clear it.
+  // cppcheck-suppress uninitMemberVar
+  ByteVector() {}
+  ByteVector(const ByteVector&) = delete;
+  ByteVector& operator=(const ByteVector&) = delete;
+
+  // Valid until the next bytes are added.
+  const uint8_t* data() const { return begin_; }
+  size_t size() const { return static_cast<size_t>(at_ - begin_); }
+  // Where the next bytes go; so many fit there.
+  uint8_t* Room(size_t length) {
+    if (length > static_cast<size_t>(end_ - at_)) [[unlikely]]
+      Grow(length);
+    return at_;
+  }
+  // Takes the bytes up to here, within the room, for written.
+  void AddUntil(uint8_t* end) { at_ = end; }
+
+ private:
+  void Grow(size_t length);
+
+  uint8_t* begin_ = short_;
+  uint8_t* at_ = short_;
+  uint8_t* end_ = short_ + sizeof short_;
+  std::unique_ptr<uint8_t[]> long_;
+  uint8_t short_[256];
 };
 
 // Writes a message from its first byte on.
 class ByteStreamWriter {
  public:
   virtual ~ByteStreamWriter() = default;
-
   virtual void WriteByte(uint8_t byte) = 0;
   virtual void WriteBytes(const uint8_t* bytes, size_t length) = 0;
   // Pads with zeros to the next multiple of the alignment, a power of two, counted from the message's first byte.
   virtual void WriteAlignment(uint8_t alignment) = 0;
-
-  // The writer itself when it appends to a buffer, else null.
-  ByteBufferStreamWriter* AsBuffer() { return buffer_; }
-
- protected:
-  explicit ByteStreamWriter(ByteBufferStreamWriter* buffer = nullptr) : buffer_(buffer) {}
-
- private:
-  ByteBufferStreamWriter* buffer_;
 };
 
-// Appends to a vector that it does not own; the message begins with the vector's first byte.
+// Appends to a byte vector that it does not own; the message begins with the vector's first byte.
 class ByteBufferStreamWriter final : public ByteStreamWriter {
  public:
-  explicit ByteBufferStreamWriter(std::vector<uint8_t>* bytes) : ByteStreamWriter(this), bytes_(bytes) {}
-
-  void WriteByte(uint8_t byte) override { bytes_->push_back(byte); }
-  void WriteBytes(const uint8_t* bytes, size_t length) override {
-    bytes_->insert(bytes_->end(), bytes, bytes + length);
-  }
-  void WriteAlignment(uint8_t alignment) override {
-    const size_t padding = (alignment - bytes_->size() % alignment) % alignment;
-    bytes_->insert(bytes_->end(), padding, uint8_t{0});
-  }
-
-  size_t size() const { return bytes_->size(); }
-  void Reserve(size_t more) { bytes_->reserve(bytes_->size() + more); }
-
- private:
-  std::vector<uint8_t>* bytes_;
-};
-
-// Holds the message that is written to it. A short one, as the player's events and most answers are, stays in the
-// writer itself, on its caller's stack, and costs no allocation.
-class ShortMessageWriter final : public ByteStreamWriter {
- public:
-  // The array begins uninitialised: only what has been written is read. A defaulted constructor would let
-  // ShortMessageWriter{} clear it.
-  // cppcheck-suppress uninitMemberVar
-  ShortMessageWriter() {}
-  ShortMessageWriter(const ShortMessageWriter&) = delete;
-  ShortMessageWriter& operator=(const ShortMessageWriter&) = delete;
+  explicit ByteBufferStreamWriter(ByteVector* bytes) : bytes_(bytes) {}
 
   void WriteByte(uint8_t byte) override { WriteBytes(&byte, 1); }
   void WriteBytes(const uint8_t* bytes, size_t length) override {
-    if (length > sizeof short_ - size_) [[unlikely]]
-      return WriteLong(bytes, length);
-    std::memcpy(short_ + size_, bytes, length);
-    size_ += length;
+    uint8_t* const at = bytes_->Room(length);
+    if (length != 0) std::memcpy(at, bytes, length);
+    bytes_->AddUntil(at + length);
   }
-  void WriteAlignment(uint8_t alignment) override;
-
-  // Valid until the next write.
-  const uint8_t* data() const { return long_.empty() ? short_ : long_.data(); }
-  size_t size() const { return long_.empty() ? size_ : long_.size(); }
+  void WriteAlignment(uint8_t alignment) override {
+    while ((bytes_->size() & (alignment - 1u)) != 0) WriteByte(0);
+  }
+  // For what is written in one piece.
+  ByteVector& bytes() { return *bytes_; }
 
  private:
-  void WriteLong(const uint8_t* bytes, size_t length);
-
-  uint8_t short_[256];
-  size_t size_ = 0;
-  std::vector<uint8_t> long_;  // the whole message, once it has outgrown the array
+  ByteVector* bytes_;
 };
 
 }  // namespace vantro

@@ -1,57 +1,117 @@
 #include "flutter_host/encodable_value.h"
 
 #include <cmath>
-#include <type_traits>
 
 namespace vantro {
 
 namespace {
 
-// Below, at or above zero. One walk tells all three: two walks, for "less" and "greater", would double at each level of
-// maps that are keys of maps, and a message of some hundred bytes could hold up its reader for hours.
-int Compare(std::monostate, std::monostate) { return 0; }
-int Compare(const std::string& left, const std::string& right) { return left.compare(right); }
-int Compare(const CustomEncodableValue&, const CustomEncodableValue&) { return 0; }
-int Compare(const EncodableValue& left, const EncodableValue& right);
+constexpr size_t kFewEntries = 24;
 
+int CompareEach(const EncodableValue& left, const EncodableValue& right) { return Compare(left, right); }
+int CompareEach(const EncodableEntry& left, const EncodableEntry& right) {
+  const int keys = Compare(left.key, right.key);
+  return keys != 0 ? keys : Compare(left.value, right.value);
+}
 template <class T>
-requires std::is_arithmetic_v<T>
-int Compare(T left, T right) {
+requires std::is_scalar_v<T>
+int CompareEach(T left, T right) {
   if constexpr (std::is_floating_point_v<T>) {
     if (std::isnan(left) || std::isnan(right)) return std::isnan(left) - std::isnan(right);
   }
   return (left > right) - (left < right);
 }
 
-int Compare(const EncodableMap::value_type& left, const EncodableMap::value_type& right) {
-  const int keys = Compare(left.first, right.first);
-  return keys != 0 ? keys : Compare(left.second, right.second);
-}
+using Comparison = int(const EncodableValue& left, const EncodableValue& right);
 
-template <class Container>
-requires requires(const Container& container) { container.begin(); }
-int Compare(const Container& left, const Container& right) {
-  auto leftAt = left.begin();
-  auto rightAt = right.begin();
-  for (; leftAt != left.end() && rightAt != right.end(); ++leftAt, ++rightAt) {
-    if (const int elements = Compare(*leftAt, *rightAt)) return elements;
+int CompareNulls(const EncodableValue&, const EncodableValue&) { return 0; }
+template <class T>
+int CompareScalars(const EncodableValue& left, const EncodableValue& right) {
+  return CompareEach(*left.Get<T>(), *right.Get<T>());
+}
+template <class Element>
+int CompareElements(const EncodableValue& left, const EncodableValue& right) {
+  const auto* const leftAt = static_cast<const Element*>(left.elements());
+  const auto* const rightAt = static_cast<const Element*>(right.elements());
+  for (size_t at = 0; at < left.size() && at < right.size(); ++at) {
+    if (const int elements = CompareEach(leftAt[at], rightAt[at])) return elements;
   }
-  return (leftAt != left.end()) - (rightAt != right.end());
+  return CompareEach(left.size(), right.size());
 }
 
-int Compare(const EncodableValue& left, const EncodableValue& right) {
-  if (left.index() != right.index()) return left.index() < right.index() ? -1 : 1;
-  return std::visit(
-      [&right](const auto& value) {
-        return Compare(value, *std::get_if<std::decay_t<decltype(value)>>(&right.variant()));
-      },
-      left.variant());
+// Of two values of one alternative, in the order of the alternatives.
+constexpr Comparison* kComparisons[] = {
+    CompareNulls,
+    CompareScalars<bool>,
+    CompareScalars<int32_t>,
+    CompareScalars<int64_t>,
+    CompareScalars<double>,
+    CompareElements<uint8_t>,
+    CompareElements<uint8_t>,
+    CompareElements<int32_t>,
+    CompareElements<int64_t>,
+    CompareElements<double>,
+    CompareElements<EncodableValue>,
+    CompareElements<EncodableEntry>,
+    CompareScalars<const CustomEncodableValue*>,
+    CompareElements<float>,
+};
+
+// Nearly every key is a string, and most differ in their first character.
+bool IsKeyLess(const EncodableEntry& left, const EncodableEntry& right) {
+  const auto leftText = left.key.Get<std::string_view>();
+  const auto rightText = right.key.Get<std::string_view>();
+  if (!leftText || !rightText) return Compare(left.key, right.key) < 0;
+  if (leftText->empty() || rightText->empty() || leftText->front() == rightText->front()) return *leftText < *rightText;
+  return static_cast<uint8_t>(leftText->front()) < static_cast<uint8_t>(rightText->front());
+}
+
+// Faster than a merge for the few entries that most maps have, and without memory of its own.
+void InsertionSort(EncodableEntry* entries, size_t count) {
+  for (size_t at = 1; at < count; ++at) {
+    const EncodableEntry entry = entries[at];
+    size_t place = at;
+    for (; place > 0 && IsKeyLess(entry, entries[place - 1]); --place) entries[place] = entries[place - 1];
+    entries[place] = entry;
+  }
 }
 
 }  // namespace
 
-bool encodable_internal::LessWithinAlternative(const EncodableValue& left, const EncodableValue& right) {
-  return Compare(left, right) < 0;
+// One walk tells all three: two walks, for "less" and "greater", would double at each level of maps that are keys of
+// maps, and a message of some hundred bytes could hold up its reader for hours.
+int Compare(const EncodableValue& left, const EncodableValue& right) {
+  if (left.kind() != right.kind()) return left.kind() < right.kind() ? -1 : 1;
+  return kComparisons[static_cast<size_t>(left.kind())](left, right);
+}
+
+size_t SortEntries(EncodableEntry* entries, size_t count) {
+  // A sender that keeps its maps in order sends their keys in order.
+  size_t inOrder = 1;
+  while (inOrder < count && IsKeyLess(entries[inOrder - 1], entries[inOrder])) ++inOrder;
+  if (inOrder >= count) return count;
+  if (count <= kFewEntries) {
+    InsertionSort(entries, count);
+  } else {
+    std::stable_sort(entries, entries + count, IsKeyLess);
+  }
+  size_t kept = 1;
+  for (size_t at = 1; at < count; ++at) {
+    if (IsKeyLess(entries[kept - 1], entries[at])) {
+      entries[kept++] = entries[at];
+    } else {
+      entries[kept - 1].value = entries[at].value;
+    }
+  }
+  return kept;
+}
+
+// A walk: the maps are small, and a search would compare as often.
+const EncodableValue* EncodableMap::Find(std::string_view key) const {
+  for (const EncodableEntry& entry : *this) {
+    if (entry.key.Get<std::string_view>() == key) return &entry.value;
+  }
+  return nullptr;
 }
 
 }  // namespace vantro

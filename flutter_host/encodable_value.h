@@ -1,69 +1,159 @@
 // The variant value of Flutter's standard message codec: every argument and reply on the method channels.
-// Standard library only.
+// Standard library only. A value never changes, so that any thread may read it.
 #pragma once
 
-#include <any>
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
-#include <map>
-#include <string>
-#include <utility>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <variant>
-#include <vector>
 
 namespace vantro {
 
+class CustomEncodableValue;  // of a codec extension
+class EncodableMap;
 class EncodableValue;
-using EncodableList = std::vector<EncodableValue>;
-// Orders values first by alternative, then by value: a string is never equal to a number. A number that is not a number
-// (NaN) comes after all others, so that a map keeps its order whatever keys arrive. It is a named order because "<" on
-// a class that derives from a variant of containers of itself sends C++20's three-way comparison round in circles.
-struct EncodableLess {
-  bool operator()(const EncodableValue& left, const EncodableValue& right) const;
+struct EncodableEntry;
+using EncodableList = std::span<const EncodableValue>;
+
+// The alternatives, in the order in which values of two alternatives compare, and their types.
+// clang-format off
+enum class EncodableKind : uint8_t {
+  kNull, kBool, kInt32, kInt64, kDouble, kString, kByteList, kInt32List, kInt64List, kDoubleList, kList, kMap, kCustom,
+  kFloatList
 };
-using EncodableMap = std::map<EncodableValue, EncodableValue, EncodableLess>;
-
-// A value that only a codec extension could write.
-class CustomEncodableValue {
- public:
-  explicit CustomEncodableValue(std::any value) : value_(std::move(value)) {}
-  const std::any& value() const { return value_; }
-  // Two custom values have neither an order nor an equality that means anything.
-  friend bool operator==(const CustomEncodableValue&, const CustomEncodableValue&) { return false; }
-
- private:
-  std::any value_;
-};
-
-using EncodableVariant = std::variant<std::monostate, bool, int32_t, int64_t, double, std::string, std::vector<uint8_t>,
-                                      std::vector<int32_t>, std::vector<int64_t>, std::vector<double>, EncodableList,
-                                      EncodableMap, CustomEncodableValue, std::vector<float>>;
-
-class EncodableValue : public EncodableVariant {
- public:
-  using EncodableVariant::EncodableVariant;
-  using EncodableVariant::operator=;
-  EncodableValue() = default;
-  // A literal is a string, not a Boolean.
-  explicit EncodableValue(const char* text) : EncodableVariant(std::string(text)) {}
-
-  bool IsNull() const { return std::holds_alternative<std::monostate>(*this); }
-  const EncodableVariant& variant() const { return *this; }
-
-  friend bool operator==(const EncodableValue& left, const EncodableValue& right);
-};
+using EncodableAlternatives = std::tuple<
+    std::monostate, bool, int32_t, int64_t, double, std::string_view, std::span<const uint8_t>,
+    std::span<const int32_t>, std::span<const int64_t>, std::span<const double>, EncodableList, EncodableMap,
+    const CustomEncodableValue*, std::span<const float>>;
+// clang-format on
 
 namespace encodable_internal {
-bool LessWithinAlternative(const EncodableValue& left, const EncodableValue& right);
+template <class T, class... Types>
+constexpr size_t IndexOf(const std::tuple<Types...>*) {
+  size_t index = 0;
+  static_cast<void>(((std::is_same_v<T, Types> || (++index, false)) || ...));
+  return index;
+}
+template <class T>
+constexpr size_t kIndexOf = IndexOf<T>(static_cast<const EncodableAlternatives*>(nullptr));
 }  // namespace encodable_internal
 
-inline bool EncodableLess::operator()(const EncodableValue& left, const EncodableValue& right) const {
-  if (left.index() != right.index()) return left.index() < right.index();
-  // Nearly every key is a string.
-  const std::string* text = std::get_if<std::string>(&left);
-  return text ? *text < *std::get_if<std::string>(&right) : encodable_internal::LessWithinAlternative(left, right);
+template <class T>
+concept EncodableAlternative = encodable_internal::kIndexOf<T> < std::tuple_size_v<EncodableAlternatives>;
+template <EncodableAlternative T>
+constexpr EncodableKind kEncodableKindOf{encodable_internal::kIndexOf<T>};
+
+// A handle of 16 bytes: the alternative, and either the number itself or a view of text, of a list or of a map. A
+// handle owns nothing: what it views outlives it, as the call does whose argument it is. An OwnedValue (value_arena.h)
+// keeps a value together with its memory. Text and lists have at most 2^32 - 1 elements.
+class EncodableValue {
+ public:
+  constexpr EncodableValue() = default;  // null
+  // A Boolean or an integer, and nothing that only converts to one.
+  template <EncodableAlternative T>
+  requires std::integral<T>
+  explicit EncodableValue(T number) : kind_(kEncodableKindOf<T>), integer_(number) {}
+  explicit EncodableValue(double number) : kind_(EncodableKind::kDouble), real_(number) {}
+  // A literal is a string, not a Boolean.
+  explicit EncodableValue(const char* text) : EncodableValue(std::string_view(text)) {}
+  explicit EncodableValue(std::string_view text) : EncodableValue(EncodableKind::kString, text.data(), text.size()) {}
+  // A list: a span, a vector or an array of numbers or values.
+  template <class List>
+  requires EncodableAlternative<std::span<const typename List::value_type>>
+  explicit EncodableValue(const List& list)
+      : EncodableValue(kEncodableKindOf<std::span<const typename List::value_type>>, list.data(), list.size()) {}
+  explicit EncodableValue(EncodableMap map);
+  explicit EncodableValue(const CustomEncodableValue* custom) : EncodableValue(EncodableKind::kCustom, custom, 0) {}
+  // As many elements of the alternative, which is text, a list or a map whose entries are sorted.
+  EncodableValue(EncodableKind kind, const void* elements, size_t count)
+      : kind_(kind), size_(static_cast<uint32_t>(count)), elements_(elements) {}
+
+  EncodableKind kind() const { return kind_; }
+  bool IsNull() const { return kind_ == EncodableKind::kNull; }
+  // Nothing when the value is of another alternative: none is taken for another.
+  template <EncodableAlternative T>
+  std::optional<T> Get() const;
+
+  // Elements of text, a list or a map, and the first of them.
+  uint32_t size() const { return size_; }
+  const void* elements() const { return elements_; }
+
+ private:
+  EncodableKind kind_ = EncodableKind::kNull;
+  uint32_t size_ = 0;
+  union {
+    int64_t integer_ = 0;
+    double real_;
+    const void* elements_;
+  };
+};
+static_assert(sizeof(EncodableValue) == 16 && std::is_trivially_copyable_v<EncodableValue>);
+
+// Below, at or above zero. The alternatives compare first, then the values: a string is never equal to a number. A
+// number that is not a number (NaN) comes after all others and equals itself, so that a map keeps its order whatever
+// keys arrive. Custom values compare by their addresses.
+int Compare(const EncodableValue& left, const EncodableValue& right);
+inline bool operator==(const EncodableValue& left, const EncodableValue& right) { return Compare(left, right) == 0; }
+
+struct EncodableEntry {
+  EncodableValue key;
+  EncodableValue value;
+};
+
+// Sorts by key and leaves, of entries with equal keys, the first one's key with the last one's value. Returns how many
+// are left, at the front.
+size_t SortEntries(EncodableEntry* entries, size_t count);
+
+// Bytes of an element of text, a list or a map.
+constexpr size_t ElementSize(EncodableKind kind) {
+  constexpr uint8_t kSizes[] = {0, 0, 0, 0, 0, 1, 1, 4, 8, 8, sizeof(EncodableValue), sizeof(EncodableEntry), 0, 4};
+  return kSizes[static_cast<size_t>(kind)];
 }
-inline bool operator==(const EncodableValue& left, const EncodableValue& right) {
-  return static_cast<const EncodableVariant&>(left) == static_cast<const EncodableVariant&>(right);
+
+// A view of entries in the order of their keys, no two of which are equal.
+class EncodableMap : public std::span<const EncodableEntry> {
+ public:
+  using std::span<const EncodableEntry>::span;
+  // The value under a string key that equals the given one byte for byte; null when there is none.
+  const EncodableValue* Find(std::string_view key) const;
+};
+
+inline EncodableValue::EncodableValue(EncodableMap map) : EncodableValue(EncodableKind::kMap, map.data(), map.size()) {}
+
+// A map on the stack of whoever builds it, from entries in any order. Borrows what its keys and values view.
+template <size_t N>
+class LocalMap {
+ public:
+  explicit LocalMap(const EncodableEntry (&entries)[N]) {
+    std::copy(entries, entries + N, entries_);
+    size_ = SortEntries(entries_, N);
+  }
+  // Borrows the map.
+  EncodableValue value() const { return EncodableValue(EncodableMap(entries_, size_)); }
+
+ private:
+  EncodableEntry entries_[N];
+  size_t size_;
+};
+
+template <EncodableAlternative T>
+std::optional<T> EncodableValue::Get() const {
+  if (kind_ != kEncodableKindOf<T>) return std::nullopt;
+  if constexpr (std::is_same_v<T, double>) {
+    return real_;
+  } else if constexpr (std::is_arithmetic_v<T>) {
+    return static_cast<T>(integer_);
+  } else if constexpr (std::is_pointer_v<T>) {
+    return static_cast<T>(elements_);
+  } else {
+    return T(static_cast<const typename T::value_type*>(elements_), size_);
+  }
 }
 
 }  // namespace vantro

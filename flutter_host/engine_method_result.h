@@ -1,9 +1,7 @@
 // The answer to a request that came over a messenger.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <string>
+#include <string_view>
 #include <utility>
 
 #include "flutter_host/binary_messenger.h"
@@ -24,7 +22,7 @@ class ReplyGuard {
 
   // Uses the function, which gets null for an empty answer. Once empty, the answer is dropped and reported on the
   // standard error stream: that happens in normal work, when a request is answered with an error and then declined.
-  void Send(const uint8_t* bytes, size_t size);
+  void Send(const ByteVector& answer);
 
  private:
   BinaryReply reply_;
@@ -37,8 +35,8 @@ class EngineMethodResult : public MethodResult {
   EngineMethodResult(BinaryReply reply, const MethodCodec* codec) : reply_(std::move(reply)), codec_(codec) {}
 
  protected:
-  void SuccessInternal(const EncodableValue* value) override;
-  void ErrorInternal(const std::string& code, const std::string& message, const EncodableValue* details) override;
+  void SuccessInternal(const EncodableValue& value) override;
+  void ErrorInternal(std::string_view code, std::string_view message, const EncodableValue& details) override;
   void NotImplementedInternal() override;
 
  private:

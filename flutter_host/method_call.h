@@ -1,29 +1,42 @@
-// One incoming request: a method name and its arguments.
+// One request: a method name and its arguments.
 #pragma once
 
 #include <memory>
-#include <string>
-#include <utility>
+#include <string_view>
 
-#include "flutter_host/encodable_value.h"
+#include "flutter_host/value_arena.h"
 
 namespace vantro {
 
+// Owns its name and its arguments. Little of both lies in the object itself, which its maker keeps on the stack, so
+// that a short call costs no allocation.
 class MethodCall {
  public:
-  MethodCall(std::string methodName, std::unique_ptr<EncodableValue> arguments)
-      : methodName_(std::move(methodName)), arguments_(std::move(arguments)) {}
+  // To be decoded into.
+  MethodCall() = default;
+  // Copies the name and the arguments; null stands for none.
+  MethodCall(std::string_view name, const EncodableValue& arguments);
+  // Copies the name. Of the arguments the call gets a copy that shares their memory, which is immutable.
+  MethodCall(std::string_view name, const OwnedValue& arguments);
   virtual ~MethodCall() = default;
   MethodCall(const MethodCall&) = delete;
   MethodCall& operator=(const MethodCall&) = delete;
 
-  const std::string& method_name() const { return methodName_; }
-  // Owned by the call; null when the call has none.
-  const EncodableValue* arguments() const { return arguments_.get(); }
+  std::string_view method_name() const { return name_; }
+  // Null when the call has none. Valid while the call lives.
+  const EncodableValue& arguments() const { return arguments_; }
+  // The arguments for whoever keeps them longer: a large message's share its memory, a short one's are copied.
+  OwnedValue KeepArguments() const;
+
+  // For the codec: where what is decoded from a message of this size is to lie, then what has been decoded.
+  ValueArena& MemoryFor(size_t messageSize);
+  void Set(std::string_view name, const EncodableValue& arguments);
 
  private:
-  std::string methodName_;
-  std::unique_ptr<EncodableValue> arguments_;
+  LocalArena local_;
+  std::string_view name_;
+  EncodableValue arguments_;
+  std::shared_ptr<const ValueArena> shared_;  // null when the arguments lie in local_
 };
 
 }  // namespace vantro

@@ -3,12 +3,11 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "flutter_host/binary_messenger.h"
-#include "flutter_host/encodable_value.h"
 #include "flutter_host/method_call.h"
 #include "flutter_host/method_result.h"
 
@@ -27,14 +26,17 @@ class MethodChannel {
   MethodChannel(const MethodChannel&) = delete;
   MethodChannel& operator=(const MethodChannel&) = delete;
 
-  // Calls a method of the interface. Without a result no reply is asked for: the only form that the host uses.
-  // arguments may be null. Any thread that the messenger accepts. A result is answered on the main thread, or destroyed
-  // unanswered when the call could not be sent.
-  void InvokeMethod(const std::string& method, std::unique_ptr<EncodableValue> arguments,
-                    std::unique_ptr<MethodResult> result = nullptr);
-  // The same call with a string for an argument, or none, and without a result. A short one allocates nothing: the
-  // player's events come this way, several a second on libvlc's threads.
-  void InvokeMethodWithText(std::string_view method, std::optional<std::string_view> text);
+  // Calls a method of the interface. Without a result no reply is asked for: the only form that the host uses. Any
+  // thread that the messenger accepts. A result is answered on the main thread, or destroyed unanswered when the call
+  // could not be sent. A short call allocates nothing: the player's events come this way, several a second on libvlc's
+  // threads.
+  void InvokeMethod(const MethodCall& call, std::unique_ptr<MethodResult> result = nullptr);
+  // The same with arguments of either kind, which the call copies as MethodCall says; none stands for no arguments.
+  template <class Value = EncodableValue>
+  void InvokeMethod(std::string_view method, const Value& arguments = {},
+                    std::unique_ptr<MethodResult> result = nullptr) {
+    InvokeMethod(MethodCall(method, arguments), std::move(result));
+  }
   // Main thread. An empty handler unregisters the channel. Bytes that are no method call are reported on the standard
   // error stream and answered as not implemented, without a call of the handler.
   void SetMethodCallHandler(MethodCallHandler handler) const;

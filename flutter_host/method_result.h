@@ -1,12 +1,13 @@
 // The object through which one request is answered, exactly once.
 #pragma once
 
-#include <string>
+#include <string_view>
 
 #include "flutter_host/encodable_value.h"
 
 namespace vantro {
 
+// Values are borrowed for the call. Null stands for a value or details that are absent.
 class MethodResult {
  public:
   MethodResult() = default;
@@ -14,18 +15,15 @@ class MethodResult {
   MethodResult(const MethodResult&) = delete;
   MethodResult& operator=(const MethodResult&) = delete;
 
-  void Success() { SuccessInternal(nullptr); }
-  void Success(const EncodableValue& value) { SuccessInternal(&value); }
-  void Error(const std::string& code, const std::string& message = "") { ErrorInternal(code, message, nullptr); }
-  void Error(const std::string& code, const std::string& message, const EncodableValue& details) {
-    ErrorInternal(code, message, &details);
+  void Success(const EncodableValue& value = EncodableValue()) { SuccessInternal(value); }
+  void Error(std::string_view code, std::string_view message = "", const EncodableValue& details = EncodableValue()) {
+    ErrorInternal(code, message, details);
   }
   void NotImplemented() { NotImplementedInternal(); }
 
  protected:
-  // The value and the details may be null.
-  virtual void SuccessInternal(const EncodableValue* value) = 0;
-  virtual void ErrorInternal(const std::string& code, const std::string& message, const EncodableValue* details) = 0;
+  virtual void SuccessInternal(const EncodableValue& value) = 0;
+  virtual void ErrorInternal(std::string_view code, std::string_view message, const EncodableValue& details) = 0;
   virtual void NotImplementedInternal() = 0;
 };
 

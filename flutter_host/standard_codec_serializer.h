@@ -10,14 +10,15 @@
 namespace vantro {
 
 // Stateless, so that any number of threads may use one instance. A subclass adds types of its own by overriding both
-// operations and handing everything else on to these; elements of lists and maps then come through the overrides too.
+// operations and handing everything else on to these: a message's outermost values come to the overrides, and so do,
+// inside lists and maps, types that are not the standard's and custom values.
 //
 // Reading never throws on bad bytes, and takes memory and time in proportion to the bytes that arrived, whatever a
 // length in them claims. What is wrong is reported on the standard error stream:
 //  - A read beyond the end fails the reader. A scalar is then zero; a string, a byte list and a typed list are empty; a
 //    list and a map hold what stood complete before.
 //  - An unknown type yields null, and reading goes on behind its byte.
-//  - Containers nested deeper than ByteStreamReader::kMaximumNesting fail the reader and yield null.
+//  - Lists and maps nested deeper than ByteBufferStreamReader::kMaximumNesting refuse the whole message.
 // A key that occurs twice in a map keeps its last value, as in the interface. Type 5, an integer too large for 64 bits
 // as hexadecimal text, is read as the string that it carries.
 class StandardCodecSerializer {
@@ -29,14 +30,12 @@ class StandardCodecSerializer {
   StandardCodecSerializer(const StandardCodecSerializer&) = delete;
   StandardCodecSerializer& operator=(const StandardCodecSerializer&) = delete;
 
-  // A custom value is reported on the standard error stream and leaves no byte. Lengths are at most 2^32 - 1.
-  virtual void WriteValue(const EncodableValue& value, ByteStreamWriter* stream) const;
-  // Reads the value behind a type byte that has been read.
-  virtual EncodableValue ReadValueOfType(uint8_t type, ByteStreamReader* stream) const;
+  // A custom value is reported on the standard error stream and leaves no byte.
+  virtual void WriteValue(const EncodableValue& value, ByteBufferStreamWriter* stream) const;
+  // Reads the value behind a type byte that has been read. It lies in the reader's arena.
+  virtual EncodableValue ReadValueOfType(uint8_t type, ByteBufferStreamReader* stream) const;
 
-  // The same as WriteValue of a string, without making a value of it.
-  static void WriteText(std::string_view text, ByteStreamWriter* stream);
-  EncodableValue ReadValue(ByteStreamReader* stream) const { return ReadValueOfType(stream->ReadByte(), stream); }
+  EncodableValue ReadValue(ByteBufferStreamReader* stream) const { return ReadValueOfType(stream->ReadByte(), stream); }
 
  protected:
   StandardCodecSerializer() = default;

@@ -15,18 +15,12 @@ class StandardMethodCodec : public MethodCodec {
 
   explicit StandardMethodCodec(const StandardCodecSerializer* serializer) : serializer_(serializer) {}
 
- protected:
-  std::unique_ptr<MethodCall> DecodeMethodCallInternal(const uint8_t* message, size_t size) const override;
-  std::unique_ptr<std::vector<uint8_t>> EncodeMethodCallInternal(const MethodCall& call) const override;
-  std::unique_ptr<std::vector<uint8_t>> EncodeSuccessEnvelopeInternal(const EncodableValue* result) const override;
-  std::unique_ptr<std::vector<uint8_t>> EncodeErrorEnvelopeInternal(const std::string& code,
-                                                                    const std::string& message,
-                                                                    const EncodableValue* details) const override;
-  bool DecodeAndProcessResponseEnvelopeInternal(const uint8_t* response, size_t size,
-                                                MethodResult* result) const override;
-  void WriteTextCallInternal(std::string_view method, std::optional<std::string_view> text,
-                             ByteStreamWriter* stream) const override;
-  void WriteSuccessEnvelopeInternal(const EncodableValue* result, ByteStreamWriter* stream) const override;
+  bool DecodeMethodCall(const uint8_t* message, size_t size, MethodCall* call) const override;
+  void EncodeMethodCall(const MethodCall& call, ByteVector* message) const override;
+  void EncodeSuccessEnvelope(const EncodableValue& value, ByteVector* envelope) const override;
+  void EncodeErrorEnvelope(std::string_view code, std::string_view message, const EncodableValue& details,
+                           ByteVector* envelope) const override;
+  bool DecodeAndProcessResponseEnvelope(const uint8_t* response, size_t size, MethodResult* result) const override;
 
  private:
   const StandardCodecSerializer* serializer_;

@@ -2,11 +2,13 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <iterator>
 #include <thread>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "common/log.h"
@@ -30,34 +32,26 @@ constexpr std::chrono::milliseconds kAfterSnapshot{200};
 constexpr DWORD kPathLength = 260;
 constexpr const char* kRequiredKeys[] = {"mediaId", "proxyUrl", "timeSeconds", "width", "height"};
 
-EncodableValue FailureReply(const char* text) {
-  return EncodableValue(EncodableMap{
-      {EncodableValue("success"), EncodableValue(false)},
-      {EncodableValue("error"), EncodableValue(text)},
-  });
+bool HasRequiredKeys(EncodableMap arguments) {
+  return std::all_of(std::begin(kRequiredKeys), std::end(kRequiredKeys),
+                     [arguments](const char* key) { return arguments.Find(key) != nullptr; });
 }
 
-EncodableValue FrameReply(std::vector<uint8_t> bytes) {
-  return EncodableValue(EncodableMap{
-      {EncodableValue("success"), EncodableValue(true)},
-      {EncodableValue("bytes"), EncodableValue(std::move(bytes))},
-  });
+// Of a key that is there. Throws std::bad_variant_access on a value of another type.
+template <class T>
+T Argument(EncodableMap arguments, const char* key) {
+  const auto value = arguments.Find(key)->Get<T>();
+  if (!value) throw std::bad_variant_access();
+  return *value;
 }
 
-bool HasRequiredKeys(const EncodableMap& arguments) {
-  for (const char* key : kRequiredKeys) {
-    if (!arguments.contains(EncodableValue(key))) return false;
-  }
-  return true;
+FrameRequest ReadFrameRequest(EncodableMap arguments) {
+  return {std::string(Argument<std::string_view>(arguments, "mediaId")),
+          std::string(Argument<std::string_view>(arguments, "proxyUrl")), Argument<double>(arguments, "timeSeconds"),
+          Argument<int32_t>(arguments, "width"), Argument<int32_t>(arguments, "height")};
 }
 
-// Throws std::bad_variant_access on a value of another type.
-FrameRequest ReadFrameRequest(const EncodableMap& arguments) {
-  const auto value = [&](const char* key) -> const EncodableValue& { return arguments.at(EncodableValue(key)); };
-  return {std::get<std::string>(value("mediaId")), std::get<std::string>(value("proxyUrl")),
-          std::get<double>(value("timeSeconds")), std::get<int32_t>(value("width")),
-          std::get<int32_t>(value("height"))};
-}
+Frame Failure(const char* text) { return {{}, text}; }
 
 std::string SnapshotPath(const FrameRequest& request) {
   char folder[kPathLength] = "";
@@ -106,7 +100,7 @@ void VodThumbnailWorkerPlugin::HandleMethodCall(const vantro::MethodCall& call,
     Dispose();
     result->Success();
   } else {
-    LOG_WARNING("VodThumbnailWorkerPlugin: Method not implemented: %s", call.method_name().c_str());
+    LOG_WARNING("VodThumbnailWorkerPlugin: Method not implemented: %s", std::string(call.method_name()).c_str());
     result->NotImplemented();
   }
 }
@@ -136,7 +130,7 @@ bool VodThumbnailWorkerPlugin::Initialize() {
 }
 
 void VodThumbnailWorkerPlugin::GetFrame(const vantro::MethodCall& call, vantro::MethodResult& result) {
-  const auto* const arguments = std::get_if<EncodableMap>(call.arguments());
+  const auto arguments = call.arguments().Get<EncodableMap>();
   if (!arguments) {
     result.Error("INVALID_ARGS", "Invalid arguments");
     return;
@@ -149,30 +143,36 @@ void VodThumbnailWorkerPlugin::GetFrame(const vantro::MethodCall& call, vantro::
   const FrameRequest request = ReadFrameRequest(*arguments);
   LOG_INFO("VodThumbnailWorkerPlugin: getFrame - mediaId=%s, proxyUrl=%s, time=%.2f, size=%dx%d",
            request.mediaId.c_str(), request.proxyUrl.c_str(), request.timeSeconds, request.width, request.height);
-  result.Success(TakeFrame(request));
+  const Frame frame = TakeFrame(request);
+  const vantro::LocalMap reply({
+      {EncodableValue("success"), EncodableValue(!frame.error)},
+      {EncodableValue(frame.error ? "error" : "bytes"),
+       frame.error ? EncodableValue(frame.error) : EncodableValue(frame.bytes)},
+  });
+  result.Success(reply.value());
 }
 
-EncodableValue VodThumbnailWorkerPlugin::TakeFrame(const FrameRequest& request) {
+Frame VodThumbnailWorkerPlugin::TakeFrame(const FrameRequest& request) {
   if (!initialized_ || !thumbnailPlayer_) {
     LOG_ERROR("VodThumbnailWorkerPlugin: Worker not initialized");
-    return FailureReply("Worker not initialized");
+    return Failure("Worker not initialized");
   }
   LOG_INFO("VodThumbnailWorkerPlugin: Creating media from URL: %s", request.proxyUrl.c_str());
   const vantro::VlcMediaPtr media(libvlc_media_new_location(request.proxyUrl.c_str()));
   if (!media) {
     LOG_ERROR("VodThumbnailWorkerPlugin: Failed to create media");
-    return FailureReply("Failed to create media");
+    return Failure("Failed to create media");
   }
   try {
     return PlayAndSnapshot(request, media.get());
   } catch (...) {
     LOG_ERROR("VodThumbnailWorkerPlugin: Exception during snapshot");
     if (thumbnailPlayer_) libvlc_media_player_stop_async(thumbnailPlayer_.get());
-    return FailureReply("Exception during snapshot");
+    return Failure("Exception during snapshot");
   }
 }
 
-EncodableValue VodThumbnailWorkerPlugin::PlayAndSnapshot(const FrameRequest& request, libvlc_media_t* media) {
+Frame VodThumbnailWorkerPlugin::PlayAndSnapshot(const FrameRequest& request, libvlc_media_t* media) {
   libvlc_media_player_t* const player = thumbnailPlayer_.get();
   libvlc_media_player_set_media(player, media);
   LOG_INFO("VodThumbnailWorkerPlugin: Starting playback");
@@ -190,7 +190,7 @@ EncodableValue VodThumbnailWorkerPlugin::PlayAndSnapshot(const FrameRequest& req
   if (taken != 0) {
     LOG_ERROR("VodThumbnailWorkerPlugin: Snapshot failed with result: %d", taken);
     libvlc_media_player_stop_async(player);
-    return FailureReply("Snapshot failed");
+    return Failure("Snapshot failed");
   }
   std::this_thread::sleep_for(kAfterSnapshot);
 
@@ -200,14 +200,14 @@ EncodableValue VodThumbnailWorkerPlugin::PlayAndSnapshot(const FrameRequest& req
     LOG_ERROR("VodThumbnailWorkerPlugin: Failed to open snapshot file");
     libvlc_media_player_stop_async(player);
     DeleteFileA(path.c_str());
-    return FailureReply("Failed to read snapshot");
+    return Failure("Failed to read snapshot");
   }
   std::vector<uint8_t> bytes = ReadSnapshot(file.get());
   file.reset();  // an open file cannot be deleted
   DeleteFileA(path.c_str());
   libvlc_media_player_stop_async(player);
   LOG_INFO("VodThumbnailWorkerPlugin: Snapshot captured successfully");
-  return FrameReply(std::move(bytes));
+  return Frame{std::move(bytes), nullptr};
 }
 
 void VodThumbnailWorkerPlugin::Dispose() {

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "flutter_host/method_channel.h"
 #include "player/libvlc_api.h"
@@ -16,6 +17,12 @@ struct FrameRequest {
   double timeSeconds;
   int32_t width;
   int32_t height;
+};
+
+// What came of a request: a JPEG file's bytes, or what went wrong.
+struct Frame {
+  std::vector<uint8_t> bytes;
+  const char* error;  // null for a frame
 };
 
 // One a window. Main thread, which getFrame blocks for some 800 ms. It calls libvlc through the direct imports, and no
@@ -37,9 +44,9 @@ class VodThumbnailWorkerPlugin {
  private:
   bool Initialize();
   void GetFrame(const vantro::MethodCall& call, vantro::MethodResult& result);
-  // The reply's map. Stops the player again, whatever comes of it.
-  vantro::EncodableValue TakeFrame(const FrameRequest& request);
-  vantro::EncodableValue PlayAndSnapshot(const FrameRequest& request, libvlc_media_t* media);
+  // Stops the player again, whatever comes of it.
+  Frame TakeFrame(const FrameRequest& request);
+  Frame PlayAndSnapshot(const FrameRequest& request, libvlc_media_t* media);
   void Dispose();
 
   std::unique_ptr<vantro::MethodChannel> channel_;

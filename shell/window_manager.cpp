@@ -117,7 +117,7 @@ size_t CountActiveWindows() {
       std::count_if(registry.begin(), registry.end(), [](const auto& window) { return window && !window->isClosing_; }));
 }
 
-void BroadcastEncodableToClientWindows(const std::string& methodName, const EncodableValue& value) {
+void BroadcastEncodableToClientWindows(const std::string& methodName, const OwnedValue& value) {
   const auto& registry = GetWindowRegistry();
   LOG_INFO("BroadcastEncodableToClientWindows: Broadcasting '%s' to %zu windows", methodName.c_str(), registry.size());
   if (registry.size() < 2) return;
@@ -127,7 +127,7 @@ void BroadcastEncodableToClientWindows(const std::string& methodName, const Enco
     if (!window || !window->methodChannelHandler_) continue;
     LOG_INFO("BroadcastEncodableToClientWindows: Sending to client window %zu", position);
     MethodChannel* const channel = window->methodChannelHandler_->methodChannel_.get();
-    if (channel) channel->InvokeMethod(methodName, std::make_unique<EncodableValue>(value));
+    if (channel) channel->InvokeMethod(methodName, value);
   }
 }
 

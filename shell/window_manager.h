@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "flutter_host/encodable_value.h"
+#include "flutter_host/value_arena.h"
 
 namespace vantro {
 
@@ -29,8 +29,9 @@ void UnregisterWindow(VantroWindow* window);
 // Entries whose window is not closing.
 size_t CountActiveWindows();
 
-// Invokes the method, with a copy of the value, on every window from position 1 on that has a handler.
-void BroadcastEncodableToClientWindows(const std::string& methodName, const EncodableValue& value);
+// Invokes the method, with a copy of the value, on every window from position 1 on that has a handler. The copies share
+// the value's memory, which never changes.
+void BroadcastEncodableToClientWindows(const std::string& methodName, const OwnedValue& value);
 
 // After the message loop: raises the flag, destroys every window in order, empties the list.
 void ShutdownWindowManager();

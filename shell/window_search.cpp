@@ -38,8 +38,7 @@ void VantroWindow::OnSearchDebounceTimer() {
   LOG_DEBUG("WM_TIMER: Search debounce complete, query: '%s'", query.c_str());
   if (!methodChannelHandler_ || !methodChannelHandler_->methodChannel_) return;
   // A cleared box sends no argument at all, which the interface tells from an empty query.
-  auto argument = query.empty() ? nullptr : std::make_unique<EncodableValue>(query);
-  methodChannelHandler_->methodChannel_->InvokeMethod("search_query_changed", std::move(argument));
+  methodChannelHandler_->SendChannelEvent("search_query_changed", query);
   LOG_DEBUG("WM_TIMER: Sent search query to Flutter - Flutter will handle focus");
 }
 

@@ -22,26 +22,29 @@ void CountBytes(benchmark::State& state, size_t size) {
   state.counters["size"] = static_cast<double>(size);
 }
 
-void Encode(benchmark::State& state, const EncodableValue& arguments) {
+void Encode(benchmark::State& state, const Value& arguments) {
   const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
-  const MethodCall call("setMedia", std::make_unique<EncodableValue>(arguments));
+  const MethodCall call("setMedia", arguments);
   size_t size = 0;
   for (auto step : state) {
-    const auto message = codec.EncodeMethodCall(call);
-    benchmark::DoNotOptimize(message->data());
-    size = message->size();
+    ByteVector message;
+    codec.EncodeMethodCall(call, &message);
+    benchmark::DoNotOptimize(message.data());
+    size = message.size();
   }
   CountBytes(state, size);
 }
 
-void Decode(benchmark::State& state, const EncodableValue& arguments) {
+void Decode(benchmark::State& state, const Value& arguments) {
   const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
-  const auto message = codec.EncodeMethodCall(MethodCall("setMedia", std::make_unique<EncodableValue>(arguments)));
+  ByteVector message;
+  codec.EncodeMethodCall(MethodCall("setMedia", arguments), &message);
   for (auto step : state) {
-    const auto call = codec.DecodeMethodCall(message->data(), message->size());
-    benchmark::DoNotOptimize(call->arguments());
+    MethodCall call;
+    codec.DecodeMethodCall(message.data(), message.size(), &call);
+    benchmark::DoNotOptimize(call.arguments().elements());
   }
-  CountBytes(state, message->size());
+  CountBytes(state, message.size());
 }
 
 msgpack::sbuffer PackCall(const msgpack::object& arguments) {
@@ -53,9 +56,9 @@ msgpack::sbuffer PackCall(const msgpack::object& arguments) {
   return buffer;
 }
 
-void EncodeMsgpack(benchmark::State& state, const EncodableValue& arguments) {
+void EncodeMsgpack(benchmark::State& state, const Value& arguments) {
   msgpack::zone zone;
-  const msgpack::object object = ToMsgpack(arguments, zone);
+  const msgpack::object object = ToMsgpack(arguments.value(), zone);
   size_t size = 0;
   for (auto step : state) {
     const msgpack::sbuffer buffer = PackCall(object);
@@ -65,9 +68,9 @@ void EncodeMsgpack(benchmark::State& state, const EncodableValue& arguments) {
   CountBytes(state, size);
 }
 
-void DecodeMsgpack(benchmark::State& state, const EncodableValue& arguments) {
+void DecodeMsgpack(benchmark::State& state, const Value& arguments) {
   msgpack::zone zone;
-  const msgpack::sbuffer buffer = PackCall(ToMsgpack(arguments, zone));
+  const msgpack::sbuffer buffer = PackCall(ToMsgpack(arguments.value(), zone));
   for (auto step : state) {
     const msgpack::object_handle call = msgpack::unpack(buffer.data(), buffer.size());
     benchmark::DoNotOptimize(call.get().via.array.ptr);
@@ -75,8 +78,8 @@ void DecodeMsgpack(benchmark::State& state, const EncodableValue& arguments) {
   CountBytes(state, buffer.size());
 }
 
-void EncodeJson(benchmark::State& state, const EncodableValue& arguments) {
-  const nlohmann::json call = nlohmann::json::array({"setMedia", ToJson(arguments)});
+void EncodeJson(benchmark::State& state, const Value& arguments) {
+  const nlohmann::json call = nlohmann::json::array({"setMedia", ToJson(arguments.value())});
   size_t size = 0;
   for (auto step : state) {
     const std::string text = call.dump();
@@ -86,8 +89,8 @@ void EncodeJson(benchmark::State& state, const EncodableValue& arguments) {
   CountBytes(state, size);
 }
 
-void DecodeJson(benchmark::State& state, const EncodableValue& arguments) {
-  const std::string text = nlohmann::json::array({"setMedia", ToJson(arguments)}).dump();
+void DecodeJson(benchmark::State& state, const Value& arguments) {
+  const std::string text = nlohmann::json::array({"setMedia", ToJson(arguments.value())}).dump();
   for (auto step : state) {
     const nlohmann::json call = nlohmann::json::parse(text);
     benchmark::DoNotOptimize(call.size());
@@ -95,8 +98,8 @@ void DecodeJson(benchmark::State& state, const EncodableValue& arguments) {
   CountBytes(state, text.size());
 }
 
-void EncodeCbor(benchmark::State& state, const EncodableValue& arguments) {
-  const nlohmann::json call = nlohmann::json::array({"setMedia", ToJson(arguments)});
+void EncodeCbor(benchmark::State& state, const Value& arguments) {
+  const nlohmann::json call = nlohmann::json::array({"setMedia", ToJson(arguments.value())});
   size_t size = 0;
   for (auto step : state) {
     const std::vector<uint8_t> bytes = nlohmann::json::to_cbor(call);
@@ -106,8 +109,9 @@ void EncodeCbor(benchmark::State& state, const EncodableValue& arguments) {
   CountBytes(state, size);
 }
 
-void DecodeCbor(benchmark::State& state, const EncodableValue& arguments) {
-  const std::vector<uint8_t> bytes = nlohmann::json::to_cbor(nlohmann::json::array({"setMedia", ToJson(arguments)}));
+void DecodeCbor(benchmark::State& state, const Value& arguments) {
+  const std::vector<uint8_t> bytes =
+      nlohmann::json::to_cbor(nlohmann::json::array({"setMedia", ToJson(arguments.value())}));
   for (auto step : state) {
     const nlohmann::json call = nlohmann::json::from_cbor(bytes);
     benchmark::DoNotOptimize(call.size());
@@ -126,8 +130,8 @@ void CopyMemory(benchmark::State& state) {
   CountBytes(state, kByteListSize);
 }
 
-void Register(const std::string& message, const EncodableValue& arguments, bool isText) {
-  using Benchmark = void (*)(benchmark::State&, const EncodableValue&);
+void Register(const std::string& message, const Value& arguments, bool isText) {
+  using Benchmark = void (*)(benchmark::State&, const Value&);
   const struct {
     std::string name;
     Benchmark benchmark;
@@ -152,7 +156,9 @@ void Register(const std::string& message, const EncodableValue& arguments, bool 
 int main(int argc, char** argv) {
   using namespace vantro::bench;
   Register("setMedia", SetMediaArguments(), true);
+  Register("setMediaUnsorted", WithKeysUnsorted(SetMediaArguments()), true);
   Register("providerChunk1000", ProviderChunk(1000), true);
+  Register("providerChunk1000Unsorted", WithKeysUnsorted(ProviderChunk(1000)), true);
   Register("byteList1MiB", ByteList(kByteListSize), false);
   benchmark::RegisterBenchmark("byteList1MiB/memcpy", CopyMemory);
   benchmark::Initialize(&argc, argv);

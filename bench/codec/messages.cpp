@@ -1,63 +1,91 @@
 #include "bench/codec/messages.h"
 
+#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace vantro::bench {
 
+using test::ListOf;
+using test::MapOf;
+
 namespace {
 
-EncodableValue ChannelRecord(int number) {
+Value ChannelRecord(int number) {
   const std::string digits = std::to_string(number);
-  return EncodableValue(EncodableMap{
-      {EncodableValue("id"), EncodableValue(int64_t{5'000'000'000} + number)},
-      {EncodableValue("number"), EncodableValue(int32_t{number})},
-      {EncodableValue("name"), EncodableValue("Channel " + digits + " HD")},
-      {EncodableValue("url"), EncodableValue("http://provider.example:8080/live/user/secret/" + digits + ".ts")},
-      {EncodableValue("logo"), EncodableValue("http://provider.example/logos/" + digits + ".png")},
-      {EncodableValue("group"), EncodableValue("News")},
-      {EncodableValue("rating"), EncodableValue(number * 0.01)},
-      {EncodableValue("isAdult"), EncodableValue(false)},
-      {EncodableValue("archive"), EncodableValue(number % 2 == 0)},
-      {EncodableValue("epgId"), EncodableValue()},
-      {EncodableValue("tags"),
-       EncodableValue(EncodableList{EncodableValue("hd"), EncodableValue("en"), EncodableValue("live")})},
-      {EncodableValue("slots"),
-       EncodableValue(
-           EncodableList{EncodableValue(EncodableList{EncodableValue(int32_t{0}), EncodableValue(int32_t{3600})}),
-                         EncodableValue(EncodableList{EncodableValue(int32_t{3600}), EncodableValue(int32_t{7200})})})},
+  return MapOf({
+      {Value("id"), Value(int64_t{5'000'000'000} + number)},
+      {Value("number"), Value(int32_t{number})},
+      {Value("name"), Value("Channel " + digits + " HD")},
+      {Value("url"), Value("http://provider.example:8080/live/user/secret/" + digits + ".ts")},
+      {Value("logo"), Value("http://provider.example/logos/" + digits + ".png")},
+      {Value("group"), Value("News")},
+      {Value("rating"), Value(number * 0.01)},
+      {Value("isAdult"), Value(false)},
+      {Value("archive"), Value(number % 2 == 0)},
+      {Value("epgId"), Value()},
+      {Value("tags"), ListOf({Value("hd"), Value("en"), Value("live")})},
+      {Value("slots"), ListOf({ListOf({Value(int32_t{0}), Value(int32_t{3600})}),
+                               ListOf({Value(int32_t{3600}), Value(int32_t{7200})})})},
   });
+}
+
+// A sender's own order: neither up nor down, and the same each time.
+template <class Entries>
+void Shuffle(Entries& entries) {
+  for (size_t at = 0; at < entries.size(); ++at) std::swap(entries[at], entries[at * 7919 % entries.size()]);
+}
+
+EncodableValue UnsortedCopy(const EncodableValue& value, ValueArena& memory) {
+  if (const auto list = value.Get<EncodableList>()) {
+    std::vector<EncodableValue> elements;
+    for (const EncodableValue& element : *list) elements.push_back(UnsortedCopy(element, memory));
+    return memory.Copy(EncodableValue(elements));
+  }
+  if (const auto map = value.Get<EncodableMap>()) {
+    std::vector<EncodableEntry> entries;
+    for (const EncodableEntry& entry : *map) entries.push_back({entry.key, UnsortedCopy(entry.value, memory)});
+    Shuffle(entries);
+    return memory.Copy(EncodableValue(EncodableMap(entries.data(), entries.size())));
+  }
+  return memory.Copy(value);
 }
 
 }  // namespace
 
-EncodableValue SetMediaArguments() {
-  return EncodableValue(EncodableMap{
-      {EncodableValue("URL"), EncodableValue("http://provider.example:8080/live/user/secret/12345.ts")},
-      {EncodableValue("url"), EncodableValue("http://provider.example:8080/live/user/secret/12345.ts")},
-      {EncodableValue("title"), EncodableValue("Channel 12345 HD")},
-      {EncodableValue("Title"), EncodableValue("Channel 12345 HD")},
-      {EncodableValue("networkCacheMs"), EncodableValue(int32_t{5000})},
-      {EncodableValue("initialSeekPositionMs"), EncodableValue(int32_t{0})},
-      {EncodableValue("isLiveStream"), EncodableValue(true)},
-      {EncodableValue("supportsTimeshift"), EncodableValue(false)},
-      {EncodableValue("isInTimeshiftMode"), EncodableValue(false)},
-      {EncodableValue("playerProfile"), EncodableValue("windows_fullscreen")},
-      {EncodableValue("localVodProxyEnabled"), EncodableValue(false)},
-      {EncodableValue("originalUrl"), EncodableValue("http://provider.example:8080/live/user/secret/12345.ts")},
+Value WithKeysUnsorted(const Value& value) {
+  const auto memory = std::make_shared<ValueArena>();
+  return Value(UnsortedCopy(value.value(), *memory), memory);
+}
+
+Value SetMediaArguments() {
+  return MapOf({
+      {Value("URL"), Value("http://provider.example:8080/live/user/secret/12345.ts")},
+      {Value("url"), Value("http://provider.example:8080/live/user/secret/12345.ts")},
+      {Value("title"), Value("Channel 12345 HD")},
+      {Value("Title"), Value("Channel 12345 HD")},
+      {Value("networkCacheMs"), Value(int32_t{5000})},
+      {Value("initialSeekPositionMs"), Value(int32_t{0})},
+      {Value("isLiveStream"), Value(true)},
+      {Value("supportsTimeshift"), Value(false)},
+      {Value("isInTimeshiftMode"), Value(false)},
+      {Value("playerProfile"), Value("windows_fullscreen")},
+      {Value("localVodProxyEnabled"), Value(false)},
+      {Value("originalUrl"), Value("http://provider.example:8080/live/user/secret/12345.ts")},
   });
 }
 
-EncodableValue ProviderChunk(int records) {
-  EncodableList items;
+Value ProviderChunk(int records) {
+  std::vector<Value> items;
   for (int number = 0; number < records; ++number) items.push_back(ChannelRecord(number));
-  return EncodableValue(EncodableMap{{EncodableValue("chunkType"), EncodableValue("channels")},
-                                     {EncodableValue("items"), EncodableValue(std::move(items))}});
+  return MapOf({{Value("chunkType"), Value("channels")}, {Value("items"), ListOf(items)}});
 }
 
-EncodableValue ByteList(size_t size) {
+Value ByteList(size_t size) {
   std::vector<uint8_t> bytes(size);
   for (size_t at = 0; at < size; ++at) bytes[at] = static_cast<uint8_t>(at * 31);
-  return EncodableValue(std::move(bytes));
+  return Value(bytes);
 }
 
 }  // namespace vantro::bench

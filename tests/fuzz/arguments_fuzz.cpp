@@ -14,19 +14,18 @@ constexpr int32_t kIntFallback = 0x5EED;
 constexpr double kNumberFallback = 1.0;
 
 void CheckKey(const MethodCall& call, const EncodableMap& map, const std::string& key) {
-  const EncodableValue* value = FindEntry(map, key);
-  const bool isNarrow = std::get_if<int32_t>(value), isWide = std::get_if<int64_t>(value);
-  const auto* real = std::get_if<double>(value);
-  const auto* text = std::get_if<std::string>(value);
+  const EncodableValue value = *map.Find(key);
+  const bool isNarrow = value.Get<int32_t>().has_value(), isWide = value.Get<int64_t>().has_value();
+  const auto real = value.Get<double>();
+  const auto text = value.Get<std::string_view>();
 
   const int32_t asInt = ReadIntArgument(call, key, kIntFallback);
   if (!isNarrow && !isWide && !real) REQUIRE(asInt == kIntFallback);
   if (real && std::abs(*real) < 1) REQUIRE(asInt == 0);
   const double asNumber = ReadNumberArgument(call, key, kNumberFallback);
   if (!isNarrow && !isWide && !real) REQUIRE(asNumber == kNumberFallback);
-  const bool isFlag = std::get_if<bool>(value);
-  if (!isFlag) REQUIRE(ReadBoolArgument(call, key, true) && !ReadBoolArgument(call, key, false));
-  REQUIRE(ReadStringArgument(call, key) == (text ? *text : ""));
+  if (!value.Get<bool>()) REQUIRE(ReadBoolArgument(call, key, true) && !ReadBoolArgument(call, key, false));
+  REQUIRE(ReadStringArgument(call, key) == text.value_or(""));
   // The other readers of numbers that arrive from outside.
   if (real) {
     static_cast<void>(vod_thumbnail::SeekTargetMs(*real));
@@ -39,13 +38,13 @@ void CheckKey(const MethodCall& call, const EncodableMap& map, const std::string
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace vantro;
-  const auto call = StandardMethodCodec::GetInstance().DecodeMethodCall(data, size);
-  if (!call) return 0;
-  REQUIRE(ReadIntArgument(*call, call->method_name() + "?", kIntFallback) == kIntFallback || call->arguments());
-  const auto* map = std::get_if<EncodableMap>(call->arguments());
+  MethodCall call;
+  if (!StandardMethodCodec::GetInstance().DecodeMethodCall(data, size, &call)) return 0;
+  const auto map = call.arguments().Get<EncodableMap>();
+  REQUIRE(map || ReadIntArgument(call, call.method_name(), kIntFallback) == kIntFallback);
   if (!map) return 0;
-  for (const auto& [key, value] : *map) {
-    if (const auto* text = std::get_if<std::string>(&key)) CheckKey(*call, *map, *text);
+  for (const EncodableEntry& entry : *map) {
+    if (const auto text = entry.key.Get<std::string_view>()) CheckKey(call, *map, std::string(*text));
   }
   return 0;
 }

@@ -1,4 +1,4 @@
-// A value as the bytes that the codec gives it: compares what "==" cannot, such as numbers that are not numbers.
+// The two directions of the codec, for the fuzz targets.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +8,12 @@
 
 namespace vantro {
 
+// A value as the bytes that the codec gives it: tells apart what "==" does not, such as 0 and -0.
 inline std::vector<uint8_t> Encoded(const EncodableValue& value) {
-  std::vector<uint8_t> bytes;
+  ByteVector bytes;
   ByteBufferStreamWriter writer(&bytes);
   StandardCodecSerializer::GetInstance().WriteValue(value, &writer);
-  return bytes;
+  return {bytes.data(), bytes.data() + bytes.size()};
 }
 
 }  // namespace vantro

@@ -32,12 +32,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FakeMessenger messenger;
   MethodChannel channel(&messenger, "fuzz", &codec);
   channel.SetMethodCallHandler([&](const MethodCall& call, std::unique_ptr<MethodResult> result) {
-    channel.InvokeMethod(call.method_name(), std::make_unique<EncodableValue>(*call.arguments()));
-    const auto relayed = codec.DecodeMethodCall(messenger.sent.data(), messenger.sent.size());
-    REQUIRE(relayed);
-    REQUIRE(relayed->method_name() == call.method_name());
-    REQUIRE(Encoded(*relayed->arguments()) == Encoded(*call.arguments()));
-    result->Success(*call.arguments());
+    channel.InvokeMethod(call.method_name(), call.KeepArguments());
+    MethodCall relayed;
+    REQUIRE(codec.DecodeMethodCall(messenger.sent.data(), messenger.sent.size(), &relayed));
+    REQUIRE(relayed.method_name() == call.method_name());
+    REQUIRE(Encoded(relayed.arguments()) == Encoded(call.arguments()));
+    result->Success(call.arguments());
     result->NotImplemented();
   });
   int replies = 0;

@@ -1,19 +1,26 @@
-// Whatever was decoded, from whole or broken bytes, encodes to bytes that decode to it again, to the last byte.
-#include "flutter_host/standard_codec_serializer.h"
+// Whatever was decoded, from whole or broken bytes, encodes to bytes that decode to it again, to the last byte, and so
+// does a copy of it.
 #include "tests/fuzz/encoded.h"
 #include "tests/fuzz/require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace vantro;
   const StandardCodecSerializer& serializer = StandardCodecSerializer::GetInstance();
-  ByteBufferStreamReader reader(data, size);
-  const std::vector<uint8_t> once = Encoded(serializer.ReadValue(&reader));
+  LocalArena memory;
+  ByteBufferStreamReader reader(data, size, &memory);
+  const EncodableValue value = serializer.ReadValue(&reader);
+  if (reader.isRefused()) return 0;
+  const std::vector<uint8_t> once = Encoded(value);
 
-  ByteBufferStreamReader again(once.data(), once.size());
-  const std::vector<uint8_t> twice = Encoded(serializer.ReadValue(&again));
-
+  LocalArena memoryAgain;
+  ByteBufferStreamReader again(once.data(), once.size(), &memoryAgain);
+  const EncodableValue same = serializer.ReadValue(&again);
   REQUIRE(!again.failed());
   REQUIRE(again.position() == once.size());
-  REQUIRE(once == twice);
+  REQUIRE(same == value);
+  REQUIRE(Encoded(same) == once);
+
+  LocalArena memoryOfCopy;
+  REQUIRE(Encoded(memoryOfCopy.Copy(value)) == once);
   return 0;
 }

@@ -2,14 +2,12 @@
 // and keeps the calls that the host makes.
 #pragma once
 
-#include <initializer_list>
 #include <ostream>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "flutter_host/encodable_value.h"
 #include "tests/support/loopback.h"
+#include "tests/support/values.h"
 
 namespace vantro::test {
 
@@ -20,7 +18,7 @@ constexpr char kThumbnailChannel[] = "org.vantro.thumbnail/worker";
 struct Answer {
   enum class Kind { kSuccess, kError, kNotImplemented, kNone };
   Kind kind = Kind::kNone;
-  EncodableValue value;  // of a success, or the details of an error
+  Value value;  // of a success, or the details of an error
   std::string code;
   std::string message;
 
@@ -28,8 +26,8 @@ struct Answer {
   friend std::ostream& operator<<(std::ostream& out, const Answer& answer);
 };
 
-Answer Success(EncodableValue value = EncodableValue());
-Answer Failure(std::string code, std::string message, EncodableValue details = EncodableValue());
+Answer Success(Value value = Value());
+Answer Failure(std::string code, std::string message, Value details = Value());
 Answer NotImplemented();
 // Nobody listened, or nobody answered.
 Answer NoAnswer();
@@ -37,30 +35,17 @@ Answer NoAnswer();
 // A call that the host made. No argument is a null one.
 struct InterfaceCall {
   std::string method;
-  EncodableValue argument;
+  Value argument;
 
   friend bool operator==(const InterfaceCall&, const InterfaceCall&) = default;
   friend std::ostream& operator<<(std::ostream& out, const InterfaceCall& call);
 };
 
-std::string Describe(const EncodableValue& value);
-
-// A map with string keys. Text values are strings.
-struct Entry {
-  const char* key;
-  EncodableValue value;
-
-  Entry(const char* entryKey, EncodableValue entryValue) : key(entryKey), value(std::move(entryValue)) {}
-  Entry(const char* entryKey, const char* text) : key(entryKey), value(std::string(text)) {}
-};
-EncodableValue MapOf(std::initializer_list<Entry> entries);
-
 class InterfaceEnd {
  public:
   explicit InterfaceEnd(Loopback& loopback) : loopback_(loopback) {}
 
-  Answer Ask(int engine, const char* channel, const std::string& method,
-             const EncodableValue& arguments = EncodableValue());
+  Answer Ask(int engine, const char* channel, const std::string& method, const Value& arguments = Value());
   // What the host called on the player channel, in order; of one engine, or of all for 0.
   std::vector<InterfaceCall> Calls(int engine = 0) const;
   std::vector<std::string> CallNames(int engine = 0) const;

@@ -63,7 +63,7 @@ TEST_F(ChannelPage, TellsWhichRepliesAreAlwaysTrue) {
   for (const Cells& row : Rows("## Player channel: requests")) {
     if (row[3] != "`true`, always") continue;
     ++rows;
-    EXPECT_EQ(Ask(Codes(row[0]).front()), Success(EncodableValue(true))) << row[0];
+    EXPECT_EQ(Ask(Codes(row[0]).front()), Success(Value(true))) << row[0];
   }
   EXPECT_GT(rows, 10);
 }
@@ -77,7 +77,7 @@ TEST_F(ChannelPage, TellsTheErrorsOfBareRequests) {
     const auto isTold = [&](const Cells& row) {
       const bool details = row[2] == "`false`";
       return Codes(row[0]).front() == answer.code && Codes(row[1]).front() == answer.message &&
-             details == (answer.value == EncodableValue(false)) &&
+             details == (answer.value == Value(false)) &&
              row[3].find("`" + request + "`") != std::string::npos;
     };
     EXPECT_TRUE(std::any_of(rows.begin(), rows.end(), isTold)) << request << ": " << answer;

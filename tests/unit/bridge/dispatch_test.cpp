@@ -13,7 +13,6 @@ namespace vantro::test {
 namespace {
 
 using testing::ElementsAre;
-using Value = EncodableValue;
 
 class Dispatch : public PlayerChannelTest {};
 
@@ -183,9 +182,9 @@ TEST_F(Dispatch, GridRequestsWithoutAPlayerFailWithASecondAnswerDropped) {
 
 TEST_F(Dispatch, BuildTimeIsTheCompilersDateAndTime) {
   const Answer answer = Ask("getBuildTime");
-  ASSERT_TRUE(std::holds_alternative<std::string>(answer.value));
-  EXPECT_TRUE(std::regex_match(*std::get_if<std::string>(&answer.value),
-                               std::regex(R"([A-Z][a-z]{2} [ 123]\d \d{4} \d{2}:\d{2}:\d{2})")))
+  const auto text = answer.value.value().Get<std::string_view>();
+  ASSERT_TRUE(text) << answer;
+  EXPECT_TRUE(std::regex_match(std::string(*text), std::regex(R"([A-Z][a-z]{2} [ 123]\d \d{4} \d{2}:\d{2}:\d{2})")))
       << answer;
 }
 
@@ -198,7 +197,7 @@ TEST_F(Dispatch, DatabaseKeyIsTheSame32BytesAtEveryRequest) {
   const ScratchFolder appData;
   const LocalAppDataAt redirection(appData.path());
   const Answer key = Ask("getDatabaseEncryptionKey");
-  const auto* bytes = std::get_if<std::vector<uint8_t>>(&key.value);
+  const auto bytes = key.value.value().Get<std::span<const uint8_t>>();
   ASSERT_TRUE(bytes) << key;
   EXPECT_EQ(bytes->size(), 32u);
   EXPECT_EQ(Ask("getDatabaseEncryptionKey"), key);

@@ -9,7 +9,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Value = EncodableValue;
 
 const Answer kTrue = Success(Value(true));
 const Answer kFalse = Success(Value(false));

@@ -30,7 +30,7 @@ void PlayerChannelTest::RestartHandler() {
   handler_ = std::make_unique<MethodChannelHandler>(engine_.get(), player_.get(), true, nullptr);
 }
 
-Answer PlayerChannelTest::AskCountingDuplicates(const std::string& method, const EncodableValue& arguments,
+Answer PlayerChannelTest::AskCountingDuplicates(const std::string& method, const Value& arguments,
                                                 int* duplicates) {
   testing::internal::CaptureStderr();
   const Answer answer = Ask(method, arguments);
@@ -40,7 +40,7 @@ Answer PlayerChannelTest::AskCountingDuplicates(const std::string& method, const
 }
 
 void PlayerChannelTest::LoadMedia() {
-  ASSERT_EQ(Ask("setMedia", MapOf({{"URL", kUrl}})), Success(EncodableValue(true)));
+  ASSERT_EQ(Ask("setMedia", MapOf({{"URL", kUrl}})), Success(Value(true)));
   vlc_.ClearCalls();
   interface_.ClearCalls();
 }

@@ -46,11 +46,11 @@ class PlayerChannelTest : public testing::Test {
   // Engine and player, with the handler behind them.
   PlayerChannelTest();
 
-  Answer Ask(const std::string& method, const EncodableValue& arguments = EncodableValue()) {
+  Answer Ask(const std::string& method, const Value& arguments = Value()) {
     return interface_.Ask(engineNumber_, kPlayerChannel, method, arguments);
   }
   // Asks while the standard error stream is caught, and says how often the line about a second answer stands in it.
-  Answer AskCountingDuplicates(const std::string& method, const EncodableValue& arguments, int* duplicates);
+  Answer AskCountingDuplicates(const std::string& method, const Value& arguments, int* duplicates);
   // Loads a media, and forgets what that called.
   void LoadMedia();
   // Ends the handler of this test and builds another one.

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "flutter_host/byte_stream.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
 #include "tests/unit/bridge/player_channel.h"
@@ -16,7 +17,6 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Value = EncodableValue;
 
 const Answer kTrue = Success(Value(true));
 const InterfaceCall kRequested{"providerDataRequested", Value()};
@@ -76,8 +76,8 @@ Value NestedChunk() {
       {"longs", Value(std::vector<int64_t>{})},
       {"reals", Value(std::vector<double>{1e300})},
       {"floats", Value(std::vector<float>{0.5f})},
-      {"list", Value(EncodableList{Value(1), MapOf({{"deep", Value(EncodableList{Value("x"), Value()})}})})},
-      {"map", Value(EncodableMap{{Value(7), Value("by number")}, {Value(), Value("by null")}})},
+      {"list", ListOf({Value(1), MapOf({{"deep", ListOf({Value("x"), Value()})}})})},
+      {"map", MapOf({{Value(7), Value("by number")}, {Value(), Value("by null")}})},
   });
 }
 
@@ -144,10 +144,18 @@ TEST_F(RelayRequests, ChunkTypeThatIsNoStringOrEmptyOrAbsentIsAnError) {
   EXPECT_EQ(log_.Count("ERROR SendProviderDataDirect: Missing chunk type"), 3);
 }
 
+TEST_F(RelayRequests, ChunkThatNestsTooDeeplyReachesNoClientInAnyPart) {
+  OpenWindows(2);
+  Value nested;
+  for (int level = 0; level < ByteBufferStreamReader::kMaximumNesting; ++level) nested = ListOf({nested});
+  EXPECT_EQ(Ask(0, "sendProviderData", MapOf({{"chunkType", "channels"}, {"nested", nested}})), NotImplemented());
+  EXPECT_THAT(Calls(1), IsEmpty());
+}
+
 TEST_F(RelayRequests, ChunkThatIsNoMapIsAnError) {
   OpenWindows(2);
   const Answer error = Failure("INVALID_ARGUMENTS", "Arguments must be a map", Value(false));
-  EXPECT_EQ(Ask(0, "sendProviderData", Value(EncodableList{Value("chunkType")})), error);
+  EXPECT_EQ(Ask(0, "sendProviderData", ListOf({Value("chunkType")})), error);
   EXPECT_EQ(Ask(0, "sendProviderData"), error);
   EXPECT_EQ(log_.Count("ERROR SendProviderDataDirect: Invalid arguments"), 2);
 }

@@ -11,7 +11,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Value = EncodableValue;
 
 InterfaceCall CrashEvent(const char* lastAction) {
   return {"appEvent", MapOf({{"type", "nativeCrashRecovered"}, {"platform", "windows"}, {"lastAction", lastAction}})};

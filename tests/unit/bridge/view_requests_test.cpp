@@ -7,7 +7,6 @@
 namespace vantro::test {
 namespace {
 
-using Value = EncodableValue;
 
 const Answer kTrue = Success(Value(true));
 

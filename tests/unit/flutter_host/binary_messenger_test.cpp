@@ -193,7 +193,7 @@ TEST_F(BinaryMessengerTest, ChannelThatOutlivesItsEngineIsInert) {
   channel.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult>) {});
   controller_.reset();
   test::SentMessages sent;
-  channel.InvokeMethod("m", nullptr);
+  channel.InvokeMethod("m");
   channel.SetMethodCallHandler(nullptr);
   EXPECT_EQ(sent.Count(), 0u);
 }

@@ -4,10 +4,12 @@
 #include <cctype>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "flutter_host/standard_codec_serializer.h"
+#include "tests/support/values.h"
 
 namespace vantro::test {
 
@@ -24,16 +26,17 @@ inline Bytes FromHex(const std::string& hex) {
   }
 }
 
-inline Bytes Encode(const EncodableValue& value) {
-  Bytes bytes;
+inline Bytes Encode(const Value& value) {
+  ByteVector bytes;
   ByteBufferStreamWriter writer(&bytes);
-  StandardCodecSerializer::GetInstance().WriteValue(value, &writer);
-  return bytes;
+  StandardCodecSerializer::GetInstance().WriteValue(value.value(), &writer);
+  return Bytes(bytes.data(), bytes.data() + bytes.size());
 }
 
-inline EncodableValue Decode(const Bytes& bytes) {
-  ByteBufferStreamReader reader(bytes.data(), bytes.size());
-  return StandardCodecSerializer::GetInstance().ReadValue(&reader);
+inline Value Decode(const Bytes& bytes) {
+  const auto memory = std::make_shared<ValueArena>();
+  ByteBufferStreamReader reader(bytes.data(), bytes.size(), memory.get());
+  return Value(StandardCodecSerializer::GetInstance().ReadValue(&reader), memory);
 }
 
 template <class... Parts>

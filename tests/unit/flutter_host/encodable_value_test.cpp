@@ -5,29 +5,39 @@
 #include <cmath>
 #include <limits>
 
+#include "tests/support/values.h"
+
 namespace vantro {
 namespace {
 
-const EncodableLess kLess;
+using test::ListOf;
+using test::MapOf;
+using test::Value;
+
 const double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
-EncodableValue Floats(std::vector<float> floats) { return EncodableValue(std::move(floats)); }
+bool IsLess(const Value& left, const Value& right) { return Compare(left.value(), right.value()) < 0; }
+Value Floats(const std::vector<float>& floats) { return Value(floats); }
+const CustomEncodableValue* CustomAt(const int* object) {
+  return reinterpret_cast<const CustomEncodableValue*>(object);
+}
 
 // One of each alternative, in the order in which alternatives compare; each value is large where the next is small.
-std::vector<EncodableValue> OneOfEachAlternative() {
-  return {EncodableValue(),
-          EncodableValue(true),
-          EncodableValue(int32_t{9}),
-          EncodableValue(int64_t{8}),
-          EncodableValue(7.0),
-          EncodableValue("z"),
-          EncodableValue(std::vector<uint8_t>{255}),
-          EncodableValue(std::vector<int32_t>{254}),
-          EncodableValue(std::vector<int64_t>{253}),
-          EncodableValue(std::vector<double>{252}),
-          EncodableValue(EncodableList{EncodableValue("y")}),
-          EncodableValue(EncodableMap{{EncodableValue("x"), EncodableValue()}}),
-          EncodableValue(CustomEncodableValue(1)),
+std::vector<Value> OneOfEachAlternative() {
+  static const int object = 1;
+  return {Value(),
+          Value(true),
+          Value(int32_t{9}),
+          Value(int64_t{8}),
+          Value(7.0),
+          Value("z"),
+          Value(std::vector<uint8_t>{255}),
+          Value(std::vector<int32_t>{254}),
+          Value(std::vector<int64_t>{253}),
+          Value(std::vector<double>{252}),
+          ListOf({Value("y")}),
+          MapOf({{"x", Value()}}),
+          Value(EncodableValue(CustomAt(&object))),
           Floats({1})};
 }
 
@@ -36,65 +46,121 @@ TEST(EncodableValue, StartsNull) {
   EXPECT_FALSE(EncodableValue(false).IsNull());
 }
 
-TEST(EncodableValue, LiteralIsAString) { EXPECT_TRUE(std::holds_alternative<std::string>(EncodableValue("true"))); }
+TEST(EncodableValue, LiteralIsAString) { EXPECT_EQ(EncodableValue("true").Get<std::string_view>(), "true"); }
 
-TEST(EncodableValue, CustomValueEqualsNothingNotEvenItself) {
-  const EncodableValue custom(CustomEncodableValue(1));
-  EXPECT_FALSE(custom == custom);
+TEST(EncodableValue, GivesNoOtherAlternativeThanItsOwn) {
+  const EncodableValue number(int32_t{1});
+  EXPECT_EQ(number.Get<int32_t>(), 1);
+  EXPECT_FALSE(number.Get<int64_t>());
+  EXPECT_FALSE(number.Get<bool>());
+  EXPECT_FALSE(number.Get<double>());
+  EXPECT_FALSE(number.Get<std::string_view>());
+  EXPECT_FALSE(number.Get<EncodableMap>());
+  EXPECT_FALSE(EncodableValue().Get<bool>());
+}
+
+TEST(EncodableValue, GivesWhatItWasMadeOf) {
+  const std::vector<float> floats{0.5f, 1.5f};
+  EXPECT_EQ(EncodableValue(floats).Get<std::span<const float>>()->data(), floats.data());
+  EXPECT_EQ(EncodableValue(-2.5).Get<double>(), -2.5);
+  EXPECT_EQ(EncodableValue(int64_t{-1}).Get<int64_t>(), -1);
+  EXPECT_EQ(EncodableValue(true).Get<bool>(), true);
 }
 
 TEST(EncodableValueOrder, AlternativesCompareInTheirOrderWhateverTheirValues) {
   const auto values = OneOfEachAlternative();
   for (size_t left = 0; left < values.size(); ++left) {
-    EXPECT_EQ(values[left].index(), left);
+    EXPECT_EQ(static_cast<size_t>(values[left].value().kind()), left);
     for (size_t right = 0; right < values.size(); ++right) {
-      EXPECT_EQ(kLess(values[left], values[right]), left < right) << left << " and " << right;
+      EXPECT_EQ(IsLess(values[left], values[right]), left < right) << left << " and " << right;
     }
   }
 }
 
 TEST(EncodableValueOrder, WithinAnAlternativeTheValueDecides) {
-  const std::pair<EncodableValue, EncodableValue> pairs[] = {
-      {EncodableValue(false), EncodableValue(true)},
-      {EncodableValue(int32_t{-1}), EncodableValue(int32_t{0})},
-      {EncodableValue(int64_t{-1}), EncodableValue(int64_t{0})},
-      {EncodableValue(-0.5), EncodableValue(0.25)},
-      {EncodableValue("Url"), EncodableValue("url")},
-      {EncodableValue("url"), EncodableValue("urls")},
-      {EncodableValue(std::vector<uint8_t>{1}), EncodableValue(std::vector<uint8_t>{1, 0})},
-      {EncodableValue(std::vector<int32_t>{-2}), EncodableValue(std::vector<int32_t>{-1})},
-      {EncodableValue(std::vector<int64_t>{1, 2}), EncodableValue(std::vector<int64_t>{2})},
-      {EncodableValue(std::vector<double>{}), EncodableValue(std::vector<double>{0})},
+  const std::pair<Value, Value> pairs[] = {
+      {Value(false), Value(true)},
+      {Value(int32_t{-1}), Value(int32_t{0})},
+      {Value(int64_t{-1}), Value(int64_t{0})},
+      {Value(-0.5), Value(0.25)},
+      {Value("Url"), Value("url")},
+      {Value("url"), Value("urls")},
+      {Value("z"), Value("\xc3\xa4")},
+      {Value(std::vector<uint8_t>{1}), Value(std::vector<uint8_t>{1, 0})},
+      {Value(std::vector<int32_t>{-2}), Value(std::vector<int32_t>{-1})},
+      {Value(std::vector<int64_t>{1, 2}), Value(std::vector<int64_t>{2})},
+      {Value(std::vector<double>{}), Value(std::vector<double>{0})},
       {Floats({0.5f}), Floats({1.5f})},
-      {EncodableValue(EncodableList{EncodableValue(1)}), EncodableValue(EncodableList{EncodableValue(2)})},
-      {EncodableValue(EncodableMap{{EncodableValue("a"), EncodableValue(9)}}),
-       EncodableValue(EncodableMap{{EncodableValue("b"), EncodableValue(1)}})},
-      {EncodableValue(EncodableMap{{EncodableValue("a"), EncodableValue(1)}}),
-       EncodableValue(EncodableMap{{EncodableValue("a"), EncodableValue(2)}})},
+      {ListOf({Value(1)}), ListOf({Value(2)})},
+      {MapOf({{"a", Value(9)}}), MapOf({{"b", Value(1)}})},
+      {MapOf({{"a", Value(1)}}), MapOf({{"a", Value(2)}})},
   };
   for (const auto& [smaller, greater] : pairs) {
-    EXPECT_TRUE(kLess(smaller, greater)) << "alternative " << smaller.index();
-    EXPECT_FALSE(kLess(greater, smaller)) << "alternative " << smaller.index();
-    EXPECT_FALSE(kLess(smaller, smaller)) << "alternative " << smaller.index();
+    EXPECT_TRUE(IsLess(smaller, greater)) << test::Describe(greater);
+    EXPECT_FALSE(IsLess(greater, smaller)) << test::Describe(greater);
+    EXPECT_FALSE(IsLess(smaller, smaller)) << test::Describe(greater);
   }
 }
 
 TEST(EncodableValueOrder, NotANumberComesAfterAllNumbers) {
-  EXPECT_TRUE(kLess(EncodableValue(std::numeric_limits<double>::infinity()), EncodableValue(kNotANumber)));
-  EXPECT_FALSE(kLess(EncodableValue(kNotANumber), EncodableValue(0.0)));
-  EXPECT_FALSE(kLess(EncodableValue(kNotANumber), EncodableValue(kNotANumber)));
-  EXPECT_TRUE(kLess(EncodableValue(std::vector<double>{1}), EncodableValue(std::vector<double>{kNotANumber})));
-  EXPECT_FALSE(kLess(Floats({std::nanf("")}), Floats({1})));
+  EXPECT_TRUE(IsLess(Value(std::numeric_limits<double>::infinity()), Value(kNotANumber)));
+  EXPECT_FALSE(IsLess(Value(kNotANumber), Value(0.0)));
+  EXPECT_FALSE(IsLess(Value(kNotANumber), Value(kNotANumber)));
+  EXPECT_TRUE(IsLess(Value(std::vector<double>{1}), Value(std::vector<double>{kNotANumber})));
+  EXPECT_FALSE(IsLess(Floats({std::nanf("")}), Floats({1})));
 }
 
 TEST(EncodableMap, NumberAndTextKeysStayApart) {
-  const EncodableMap map{{EncodableValue("1"), EncodableValue("text")},
-                         {EncodableValue(int32_t{1}), EncodableValue("narrow")},
-                         {EncodableValue(int64_t{1}), EncodableValue("wide")},
-                         {EncodableValue(1.0), EncodableValue("real")}};
-  EXPECT_EQ(map.size(), 4u);
-  EXPECT_EQ(map.at(EncodableValue("1")), EncodableValue("text"));
-  EXPECT_EQ(map.begin()->first, EncodableValue(int32_t{1}));
+  const Value value = MapOf({{"1", "text"},
+                             {Value(int32_t{1}), Value("narrow")},
+                             {Value(int64_t{1}), Value("wide")},
+                             {Value(1.0), Value("real")}});
+  const auto map = value.value().Get<EncodableMap>();
+  ASSERT_EQ(map->size(), 4u);
+  EXPECT_EQ(*map->Find("1"), EncodableValue("text"));
+  EXPECT_EQ(map->front().key, EncodableValue(int32_t{1}));
+}
+
+TEST(EncodableMap, IsInTheOrderOfItsKeysAndTheLastOfEqualOnesStaysHoweverManyThereAre) {
+  for (const int count : {0, 1, 2, 23, 24, 25, 26, 100, 1000}) {
+    std::vector<EncodableEntry> entries;
+    // Each key twice, in an order that is neither up nor down.
+    for (int at = 0; at < 2 * count; ++at) {
+      entries.push_back({EncodableValue(int32_t{at * 7919 % count}), EncodableValue(int32_t{at})});
+    }
+    const size_t kept = SortEntries(entries.data(), entries.size());
+    ASSERT_EQ(kept, static_cast<size_t>(count));
+    for (int at = 0; at < count; ++at) {
+      const EncodableEntry& entry = entries[static_cast<size_t>(at)];
+      EXPECT_EQ(entry.key, EncodableValue(int32_t{at})) << count;
+      EXPECT_GE(entry.value.Get<int32_t>(), count) << "the second of each key";
+    }
+  }
+}
+
+TEST(LocalMap, TakesEntriesInAnyOrder) {
+  const LocalMap map({{EncodableValue("b"), EncodableValue(1)},
+                      {EncodableValue("a"), EncodableValue(2)},
+                      {EncodableValue("b"), EncodableValue(3)}});
+  EXPECT_EQ(map.value(), MapOf({{"a", Value(2)}, {"b", Value(3)}}).value());
+}
+
+TEST(OwnedValue, OutlivesWhatItWasMadeOf) {
+  Value kept;
+  {
+    const std::string text = "a text that is longer than a string's own room";
+    const std::vector<double> reals{0.5, 1.5};
+    kept = MapOf({{"list", ListOf({Value(text), Value(reals), Value()})}});
+  }
+  EXPECT_EQ(test::Describe(kept),
+            "{ \"list\": [ \"a text that is longer than a string's own room\" [2 elements] null ] }");
+}
+
+TEST(OwnedValue, CopyIsEqualAndNoWriteCanTellItFromTheFirst) {
+  const Value first = ListOf({Value("x")});
+  const Value copy = first;
+  EXPECT_EQ(copy, first);
+  EXPECT_EQ(copy.memory(), first.memory());
 }
 
 }  // namespace

@@ -18,28 +18,31 @@ using test::Decode;
 using test::Encode;
 using test::FromHex;
 using test::Join;
+using test::ListOf;
+using test::MapOf;
+using test::Value;
 
 constexpr char kInvalidRead[] = "Invalid read in StandardCodecByteStreamReader\n";
 
-EncodableValue OneOfEveryReadableType() {
-  return EncodableValue(EncodableList{
-      EncodableValue(), EncodableValue(true), EncodableValue(int32_t{1}), EncodableValue(int64_t{2}),
-      EncodableValue(1.5), EncodableValue("text"), EncodableValue(Bytes{1, 2, 3}),
-      EncodableValue(std::vector<int32_t>{1, 2}), EncodableValue(std::vector<int64_t>{3}),
-      EncodableValue(std::vector<double>{0.5}), EncodableValue(std::vector<float>{0.25f}),
-      EncodableValue(EncodableMap{{EncodableValue("key"), EncodableValue(EncodableList{EncodableValue("deep")})}})});
+Value OneOfEveryReadableType() {
+  return ListOf({Value(), Value(true), Value(int32_t{1}), Value(int64_t{2}), Value(1.5), Value("text"),
+                 Value(Bytes{1, 2, 3}), Value(std::vector<int32_t>{1, 2}), Value(std::vector<int64_t>{3}),
+                 Value(std::vector<double>{0.5}), Value(std::vector<float>{0.25f}),
+                 MapOf({{"key", ListOf({Value("deep")})}})});
 }
 
 TEST(ReaderBeyondItsEnd, YieldsZeroForAByteAndReportsIt) {
-  ByteBufferStreamReader reader(nullptr, 0);
+  LocalArena memory;
+  ByteBufferStreamReader reader(nullptr, 0, &memory);
   CapturedStderr errors;
   EXPECT_EQ(reader.ReadByte(), 0);
   EXPECT_EQ(errors.Take(), kInvalidRead);
 }
 
 TEST(ReaderBeyondItsEnd, CopiesNothingAndReportsIt) {
+  LocalArena memory;
   const Bytes bytes{1, 2, 3};
-  ByteBufferStreamReader reader(bytes.data(), bytes.size());
+  ByteBufferStreamReader reader(bytes.data(), bytes.size(), &memory);
   uint8_t buffer[4] = {9, 9, 9, 9};
   CapturedStderr errors;
   reader.ReadBytes(buffer, sizeof buffer);
@@ -48,8 +51,9 @@ TEST(ReaderBeyondItsEnd, CopiesNothingAndReportsIt) {
 }
 
 TEST(ReaderBeyondItsEnd, StaysFailed) {
+  LocalArena memory;
   const Bytes bytes{1, 2, 3};
-  ByteBufferStreamReader reader(bytes.data(), bytes.size());
+  ByteBufferStreamReader reader(bytes.data(), bytes.size(), &memory);
   uint8_t buffer[4] = {};
   CapturedStderr errors;
   reader.ReadBytes(buffer, sizeof buffer);
@@ -58,7 +62,8 @@ TEST(ReaderBeyondItsEnd, StaysFailed) {
 }
 
 TEST(ReaderBeyondItsEnd, ReadsNothingWithoutFailing) {
-  ByteBufferStreamReader reader(nullptr, 0);
+  LocalArena memory;
+  ByteBufferStreamReader reader(nullptr, 0, &memory);
   reader.ReadBytes(nullptr, 0);
   reader.ReadAlignment(8);
   EXPECT_FALSE(reader.failed());
@@ -67,7 +72,7 @@ TEST(ReaderBeyondItsEnd, ReadsNothingWithoutFailing) {
 TEST(ReaderBeyondItsEnd, FailsInThePadding) {
   const Bytes bytes{6, 0, 0};
   CapturedStderr errors;
-  EXPECT_EQ(Decode(bytes), EncodableValue(0.0));
+  EXPECT_EQ(Decode(bytes), Value(0.0));
   EXPECT_EQ(errors.Take(), kInvalidRead);
 }
 
@@ -77,9 +82,9 @@ TEST(TruncatedMessage, IsReportedOnceAtEveryOffset) {
     // A block of its own size, so that a sanitizer sees any read beyond it.
     const Bytes cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
     CapturedStderr errors;
-    const EncodableValue value = Decode(cut);
+    const Value value = Decode(cut);
     EXPECT_EQ(errors.Take(), kInvalidRead) << "cut to " << length;
-    if (const auto* list = std::get_if<EncodableList>(&value)) {
+    if (const auto list = value.value().Get<EncodableList>()) {
       EXPECT_LT(list->size(), 12u) << "cut to " << length;
     }
   }
@@ -87,48 +92,51 @@ TEST(TruncatedMessage, IsReportedOnceAtEveryOffset) {
 
 TEST(TruncatedMessage, ListHoldsWhatStoodCompleteBefore) {
   CapturedStderr errors;
-  EXPECT_EQ(Decode(FromHex("0c 03 01 03 05 00 00 00 03 06")),
-            EncodableValue(EncodableList{EncodableValue(true), EncodableValue(int32_t{5})}));
+  EXPECT_EQ(Decode(FromHex("0c 03 01 03 05 00 00 00 03 06")), ListOf({Value(true), Value(int32_t{5})}));
 }
 
 TEST(TruncatedMessage, MapHoldsWhatStoodCompleteBefore) {
   CapturedStderr errors;
-  EXPECT_EQ(Decode(FromHex("0d 02 07 01 61 01 07 01 62 03 01")),
-            EncodableValue(EncodableMap{{EncodableValue("a"), EncodableValue(true)}}));
+  EXPECT_EQ(Decode(FromHex("0d 02 07 01 61 01 07 01 62 03 01")), MapOf({{"a", Value(true)}}));
+}
+
+TEST(TruncatedMessage, CutEntryLeavesACompleteOneWithTheSameKeyAlone) {
+  CapturedStderr errors;
+  EXPECT_EQ(Decode(FromHex("0d 02 07 01 61 01 07 01 61 03 01")), MapOf({{"a", Value(true)}}));
 }
 
 struct Truncation {
   const char* name;
   const char* bytes;
-  EncodableValue value;
+  Value value;
 };
 
 class TruncatedValue : public testing::TestWithParam<Truncation> {};
 
 TEST_P(TruncatedValue, IsZeroOrEmpty) {
   CapturedStderr errors;
-  const EncodableValue value = Decode(FromHex(GetParam().bytes));
+  const Value value = Decode(FromHex(GetParam().bytes));
   EXPECT_EQ(errors.Take(), kInvalidRead);
   EXPECT_EQ(value, GetParam().value);
 }
 
 const Truncation kTruncations[] = {
-    {"NothingAtAll", "", EncodableValue()},
-    {"Int32", "03 01 02 03", EncodableValue(int32_t{0})},
-    {"Int64", "04 01 02 03 04 05 06 07", EncodableValue(int64_t{0})},
-    {"Double", "06 00 00 00 00 00 00 00 01", EncodableValue(0.0)},
-    {"String", "07 03 61 62", EncodableValue("")},
-    {"SizeOfAString", "07", EncodableValue("")},
-    {"TwoByteSize", "07 fe 01", EncodableValue("")},
-    {"FourByteSize", "08 ff 01 00 00", EncodableValue(Bytes{})},
-    {"LargeInteger", "05 09 31", EncodableValue("")},
-    {"ByteList", "08 03 01 02", EncodableValue(Bytes{})},
-    {"Int32List", "09 01 00 00 01", EncodableValue(std::vector<int32_t>{})},
-    {"Int64List", "0a 01 00 00 00 00 00 00 01", EncodableValue(std::vector<int64_t>{})},
-    {"DoubleList", "0b 01 00", EncodableValue(std::vector<double>{})},
-    {"FloatList", "0e 02 00 00 01 02 03 04", EncodableValue(std::vector<float>{})},
-    {"List", "0c 02", EncodableValue(EncodableList{})},
-    {"Map", "0d 02", EncodableValue(EncodableMap{})},
+    {"NothingAtAll", "", Value()},
+    {"Int32", "03 01 02 03", Value(int32_t{0})},
+    {"Int64", "04 01 02 03 04 05 06 07", Value(int64_t{0})},
+    {"Double", "06 00 00 00 00 00 00 00 01", Value(0.0)},
+    {"String", "07 03 61 62", Value("")},
+    {"SizeOfAString", "07", Value("")},
+    {"TwoByteSize", "07 fe 01", Value("")},
+    {"FourByteSize", "08 ff 01 00 00", Value(Bytes{})},
+    {"LargeInteger", "05 09 31", Value("")},
+    {"ByteList", "08 03 01 02", Value(Bytes{})},
+    {"Int32List", "09 01 00 00 01", Value(std::vector<int32_t>{})},
+    {"Int64List", "0a 01 00 00 00 00 00 00 01", Value(std::vector<int64_t>{})},
+    {"DoubleList", "0b 01 00", Value(std::vector<double>{})},
+    {"FloatList", "0e 02 00 00 01 02 03 04", Value(std::vector<float>{})},
+    {"List", "0c 02", ListOf({})},
+    {"Map", "0d 02", MapOf({})},
 };
 
 INSTANTIATE_TEST_SUITE_P(HostileBytes, TruncatedValue, testing::ValuesIn(kTruncations),
@@ -138,18 +146,17 @@ class UnknownType : public testing::TestWithParam<int> {};
 
 TEST_P(UnknownType, IsReportedWithItsByteAndYieldsNull) {
   CapturedStderr errors;
-  const EncodableValue value = Decode({static_cast<uint8_t>(GetParam()), 1, 2, 3});
+  const Value value = Decode({static_cast<uint8_t>(GetParam()), 1, 2, 3});
   EXPECT_EQ(errors.Take(),
             "Unknown type in StandardCodecSerializer::ReadValueOfType: " + std::to_string(GetParam()) + "\n");
-  EXPECT_TRUE(value.IsNull());
+  EXPECT_TRUE(value.value().IsNull());
 }
 
 INSTANTIATE_TEST_SUITE_P(HostileBytes, UnknownType, testing::Values(15, 16, 127, 128, 254, 255));
 
 TEST(UnknownType, InsideAListLeavesTheRestReadable) {
   CapturedStderr errors;
-  EXPECT_EQ(Decode(FromHex("0c 03 01 0f 02")),
-            EncodableValue(EncodableList{EncodableValue(true), EncodableValue(), EncodableValue(false)}));
+  EXPECT_EQ(Decode(FromHex("0c 03 01 0f 02")), ListOf({Value(true), Value(), Value(false)}));
 }
 
 // Four thousand million claimed elements in a handful of bytes.
@@ -174,9 +181,13 @@ INSTANTIATE_TEST_SUITE_P(HostileBytes, ClaimedLength,
                                          "0b ff ff ff ff ff 01 01 01 01 01 01", "0c ff ff ff ff ff 01 01 01 01 01 01",
                                          "0d ff ff ff ff ff 01 01 02 02 00 00", "0e ff ff ff ff ff 01 01 01 01 01 01"));
 
-TEST(ClaimedLength, OfListsInListsReservesTheMessageOnceInAll) {
+// Whatever the lengths in a message claim, its values take at most 16 bytes a byte for the outermost list or map and 16
+// for all inside it, and the message is copied once.
+class ClaimsInsideClaims : public testing::TestWithParam<const char*> {};
+
+TEST_P(ClaimsInsideClaims, TakeNoMoreThanThirtyThreeBytesAByte) {
   Bytes bytes;
-  for (int depth = 0; depth < 200; ++depth) bytes = Join(bytes, FromHex("0c ff ff ff ff ff"));
+  for (int depth = 0; depth < 200; ++depth) bytes = Join(bytes, FromHex(GetParam()));
   bytes.resize(64 * 1024, 1);
   CapturedStderr errors;
   size_t allocated = 0;
@@ -185,7 +196,19 @@ TEST(ClaimedLength, OfListsInListsReservesTheMessageOnceInAll) {
     Decode(bytes);
     allocated = meter.bytes();
   }
-  EXPECT_LE(allocated, 4 * bytes.size() * sizeof(EncodableValue));
+  EXPECT_LE(allocated, 33 * bytes.size() + 128 * 1024) << "what is set aside at first comes on top";
+}
+
+INSTANTIATE_TEST_SUITE_P(HostileBytes, ClaimsInsideClaims,
+                         testing::Values("0c ff ff ff ff ff", "0d ff ff ff ff ff", "0c fe 00 f0", "0d fe 00 70",
+                                         "0c ff ff ff 00 00", "0d 02 0c fe 00 10"));
+
+TEST(ClaimedLength, BeyondTheEndKeepsWhatStandsCompleteBeforeItHoweverMuchThatClaimed) {
+  CapturedStderr errors;
+  // A list of four thousand million, in it a whole list, a whole map, and a list that is cut short.
+  EXPECT_EQ(Decode(FromHex("0c ff ff ff ff ff 0c 02 01 02 0d 01 07 01 61 0c 01 00 0c fe 00 01 01")),
+            ListOf({ListOf({Value(true), Value(false)}), MapOf({{"a", ListOf({Value()})}})}));
+  EXPECT_EQ(errors.Take(), kInvalidRead);
 }
 
 Bytes NestedLists(int depth) {
@@ -195,15 +218,18 @@ Bytes NestedLists(int depth) {
 }
 
 TEST(DeepNesting, UpToTheBoundIsReadWhole) {
-  const Bytes bytes = NestedLists(ByteStreamReader::kMaximumNesting);
+  const Bytes bytes = NestedLists(ByteBufferStreamReader::kMaximumNesting);
   EXPECT_EQ(Encode(Decode(bytes)), bytes);
 }
 
-TEST(DeepNesting, BeyondTheBoundFailsTheMessage) {
+TEST(DeepNesting, BeyondTheBoundRefusesTheMessage) {
+  const Bytes bytes = NestedLists(ByteBufferStreamReader::kMaximumNesting + 1);
+  LocalArena memory;
+  ByteBufferStreamReader reader(bytes.data(), bytes.size(), &memory);
   CapturedStderr errors;
-  const EncodableValue value = Decode(NestedLists(ByteStreamReader::kMaximumNesting + 1));
+  StandardCodecSerializer::GetInstance().ReadValue(&reader);
   EXPECT_EQ(errors.Take(), "Value nested too deeply in StandardCodecSerializer::ReadValueOfType\n");
-  EXPECT_EQ(value, EncodableValue(EncodableList{})) << "no list inside stood complete";
+  EXPECT_TRUE(reader.isRefused());
 }
 
 TEST(DeepNesting, OfThousandsOfLevelsKeepsTheStack) {
@@ -218,15 +244,15 @@ TEST(DeepNesting, OfThousandsOfLevelsKeepsTheStack) {
 // A map of two equal keys, each of which is such a map, and so on: the comparison of the keys must not double with each
 // level. What is more than linear does not end within the watchdog's time.
 TEST(DeepNesting, OfMapsAsKeysOfMapsIsComparedInOneWalk) {
-  EncodableValue value;
-  for (int level = 0; level < 200; ++level) value = EncodableValue(EncodableMap{{value, EncodableValue()}});
+  Value value;
+  for (int level = 0; level < 200; ++level) value = MapOf({{value, Value()}});
   const Bytes key = Encode(value);
   const Bytes bytes = Join(FromHex("0d 02"), key, FromHex("01"), key, FromHex("02"));
-  EXPECT_EQ(Decode(bytes), EncodableValue(EncodableMap{{value, EncodableValue(false)}}));
+  EXPECT_EQ(Decode(bytes), MapOf({{value, Value(false)}}));
 }
 
 TEST(WideNesting, IsNotTakenForDeepNesting) {
-  const EncodableValue value(EncodableList(1000, EncodableValue(EncodableList{})));
+  const Value value = ListOf(std::vector<Value>(1000, ListOf({})));
   EXPECT_EQ(Decode(Encode(value)), value);
 }
 

@@ -21,6 +21,7 @@ namespace {
 using test::Bytes;
 using test::CapturedStderr;
 using test::FromHex;
+using test::Value;
 
 constexpr char kDuplicate[] =
     "Error: Only one of Success, Error, or NotImplemented can be called, and it can be called exactly once. Ignoring "
@@ -73,30 +74,27 @@ class MethodChannelTest : public testing::Test {
 };
 
 TEST_F(MethodChannelTest, InvokeMethodSendsTheCallWithoutAskingForAReply) {
-  channel_.InvokeMethod("m", std::make_unique<EncodableValue>("x"));
+  channel_.InvokeMethod("m", EncodableValue("x"));
   EXPECT_EQ(messenger_.sentOn, "a/channel");
   EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 07 01 78"));
   EXPECT_FALSE(messenger_.sentReply);
 }
 
-TEST_F(MethodChannelTest, AnInvocationWithTextSendsTheBytesOfACallWithAStringOfAnyLength) {
+TEST_F(MethodChannelTest, TextOfAnyLengthIsSentWhole) {
   for (const size_t length : {0, 1, 253, 254, 255, 256, 257, 5000, 70000}) {
     const std::string text(length, 'x');
-    channel_.InvokeMethodWithText("onTimeChanged", text);
-    EXPECT_EQ(messenger_.sent,
-              *Codec().EncodeMethodCall(MethodCall("onTimeChanged", std::make_unique<EncodableValue>(text))))
-        << length;
+    channel_.InvokeMethod("m", EncodableValue(text));
+    EXPECT_EQ(messenger_.sent, test::Join(FromHex("07 01 6d"), test::Encode(Value(text)))) << length;
   }
-  EXPECT_EQ(messenger_.sentOn, "a/channel");
-  EXPECT_FALSE(messenger_.sentReply);
 }
 
-TEST_F(MethodChannelTest, AnInvocationWithoutTextSendsNull) {
-  channel_.InvokeMethodWithText("m", std::nullopt);
-  EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 00"));
+TEST_F(MethodChannelTest, ValueWithItsMemoryIsSentAsItIs) {
+  const Value value = test::ListOf({Value("x"), Value(std::string(5000, 'y'))});
+  channel_.InvokeMethod("m", value);
+  EXPECT_EQ(messenger_.sent, test::Join(FromHex("07 01 6d"), test::Encode(value)));
 }
 
-TEST(MethodChannelText, AllocatesNothingWhileItIsShort) {
+TEST(Event, AllocatesNothingWhileItIsShort) {
   class CountingMessenger : public BinaryMessenger {
    public:
     void Send(const std::string&, const uint8_t*, size_t, BinaryReply) override { ++sends; }
@@ -105,43 +103,31 @@ TEST(MethodChannelText, AllocatesNothingWhileItIsShort) {
   } messenger;
   MethodChannel channel(&messenger, "a/channel", &Codec());
   const test::AllocationMeter meter;
-  channel.InvokeMethodWithText("onTimeChanged", "1234567");
+  channel.InvokeMethod("onTimeChanged", EncodableValue("1234567"));
   EXPECT_EQ(meter.count(), 0u);
   EXPECT_EQ(messenger.sends, 1);
 }
 
-TEST(MethodChannelText, IsSeenByAnExtensionOfTheCodec) {
-  class ShoutingSerializer : public StandardCodecSerializer {
-   public:
-    void WriteValue(const EncodableValue& value, ByteStreamWriter* stream) const override {
-      const auto* text = std::get_if<std::string>(&value);
-      StandardCodecSerializer::WriteValue(text ? EncodableValue(*text + "!") : value, stream);
-    }
-  };
-  static const ShoutingSerializer shouting;
-  FakeMessenger messenger;
-  MethodChannel channel(&messenger, "a/channel", &StandardMethodCodec::GetInstance(&shouting));
-  channel.InvokeMethodWithText("m", "x");
-  EXPECT_EQ(messenger.sent, FromHex("07 01 6d 07 02 78 21"));
-}
-
-TEST(ShortMessageWriter, PadsAndWritesLikeAWriterOfAVectorAcrossItsOwnRoom) {
+TEST(ByteVector, KeepsWhatIsWrittenAcrossItsOwnRoom) {
   for (size_t before = 240; before < 270; ++before) {
+    ByteVector bytes;
+    ByteBufferStreamWriter writer(&bytes);
     Bytes expected;
-    ByteBufferStreamWriter vectorWriter(&expected);
-    ShortMessageWriter shortWriter;
-    const EncodableValue tail(std::vector<double>{1.5, -2.5});
-    for (ByteStreamWriter* writer :
-         {static_cast<ByteStreamWriter*>(&vectorWriter), static_cast<ByteStreamWriter*>(&shortWriter)}) {
-      for (size_t at = 0; at < before; ++at) writer->WriteByte(static_cast<uint8_t>(at));
-      StandardCodecSerializer::GetInstance().WriteValue(tail, writer);
+    for (size_t at = 0; at < before; ++at) {
+      writer.WriteByte(static_cast<uint8_t>(at));
+      expected.push_back(static_cast<uint8_t>(at));
     }
-    EXPECT_EQ(Bytes(shortWriter.data(), shortWriter.data() + shortWriter.size()), expected) << before;
+    writer.WriteAlignment(16);
+    expected.resize((before + 15) / 16 * 16);
+    const uint8_t tail[] = {1, 2, 3};
+    writer.WriteBytes(tail, sizeof tail);
+    expected.insert(expected.end(), tail, tail + sizeof tail);
+    EXPECT_EQ(Bytes(bytes.data(), bytes.data() + bytes.size()), expected) << before;
   }
 }
 
 TEST_F(MethodChannelTest, InvokeMethodWithoutArgumentsSendsNull) {
-  channel_.InvokeMethod("m", nullptr);
+  channel_.InvokeMethod("m");
   EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 00"));
 }
 
@@ -170,7 +156,8 @@ TEST(Answer, AllocatesNothingWhileItIsShort) {
 TEST(Answer, OfALargeByteListTakesOneBufferOfItsSize) {
   size_t answered = 0;
   EngineMethodResult result([&answered](const uint8_t*, size_t size) { answered = size; }, &Codec());
-  const EncodableValue picture(Bytes(1 << 20, 7));
+  const Bytes bytes(1 << 20, 7);
+  const EncodableValue picture(bytes);
   const test::AllocationMeter meter;
   result.Success(picture);
   EXPECT_EQ(meter.count(), 1u);
@@ -241,8 +228,8 @@ class NotedResult : public MethodResult {
   ~NotedResult() override { *note_ += ";destroyed"; }
 
  protected:
-  void SuccessInternal(const EncodableValue*) override { *note_ += "success"; }
-  void ErrorInternal(const std::string& code, const std::string&, const EncodableValue*) override { *note_ += code; }
+  void SuccessInternal(const EncodableValue&) override { *note_ += "success"; }
+  void ErrorInternal(std::string_view code, std::string_view, const EncodableValue&) override { *note_ += code; }
   void NotImplementedInternal() override { *note_ += "not implemented"; }
 
  private:
@@ -262,7 +249,7 @@ TEST_P(AnswerOfTheInterface, ReachesTheResult) {
   FakeMessenger messenger;
   MethodChannel channel(&messenger, "a/channel", &Codec());
   std::string note;
-  channel.InvokeMethod("m", nullptr, std::make_unique<NotedResult>(&note));
+  channel.InvokeMethod("m", EncodableValue(), std::make_unique<NotedResult>(&note));
   ASSERT_TRUE(messenger.sentReply);
   const Bytes answer = FromHex(GetParam().bytes);
   CapturedStderr errors;
@@ -290,14 +277,14 @@ TEST(ChannelOverASharedMessengerThatIsGone, IsInert) {
   channel.SetMethodCallHandler(nullptr);
   channel.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult>) {});
   std::string note;
-  channel.InvokeMethod("m", nullptr, std::make_unique<NotedResult>(&note));
+  channel.InvokeMethod("m", EncodableValue(), std::make_unique<NotedResult>(&note));
   EXPECT_EQ(note, ";destroyed");
 }
 
 TEST(ChannelOverASharedMessenger, WorksWhileItLives) {
   const auto messenger = std::make_shared<FakeMessenger>();
   MethodChannel channel(messenger.get(), "a/channel", &Codec());
-  channel.InvokeMethod("m", nullptr);
+  channel.InvokeMethod("m");
   EXPECT_EQ(messenger->sends, 1);
 }
 
@@ -307,10 +294,10 @@ TEST(ReplyGuard, AnswerFromInsideTheReplyCountsAsADuplicate) {
   ReplyGuard* inner = nullptr;
   ReplyGuard guard([&](const uint8_t*, size_t) {
     ++replies;
-    inner->Send(nullptr, 0);
+    inner->Send(ByteVector());
   });
   inner = &guard;
-  guard.Send(nullptr, 0);
+  guard.Send(ByteVector());
   EXPECT_EQ(replies, 1);
   EXPECT_EQ(errors.Take(), kDuplicate);
 }

@@ -16,30 +16,54 @@ namespace {
 using test::Bytes;
 using test::CapturedStderr;
 using test::FromHex;
+using test::ListOf;
+using test::MapOf;
+using test::Value;
 
 const StandardMethodCodec& Codec() { return StandardMethodCodec::GetInstance(); }
 
-std::unique_ptr<MethodCall> DecodeCall(const Bytes& bytes) {
-  return Codec().DecodeMethodCall(bytes.data(), bytes.size());
+// The name and the arguments, or nothing for bytes that are no call.
+std::optional<std::pair<std::string, Value>> DecodeCall(const Bytes& bytes) {
+  MethodCall call;
+  if (!Codec().DecodeMethodCall(bytes.data(), bytes.size(), &call)) return std::nullopt;
+  return std::pair(std::string(call.method_name()), call.KeepArguments());
+}
+
+Bytes EncodeCall(const char* name, const Value& arguments) {
+  ByteVector message;
+  Codec().EncodeMethodCall(MethodCall(name, arguments), &message);
+  return Bytes(message.data(), message.data() + message.size());
+}
+
+Bytes SuccessEnvelope(const EncodableValue& value = EncodableValue()) {
+  ByteVector envelope;
+  Codec().EncodeSuccessEnvelope(value, &envelope);
+  return Bytes(envelope.data(), envelope.data() + envelope.size());
+}
+
+Bytes ErrorEnvelope(const char* code, const char* message, const EncodableValue& details) {
+  ByteVector envelope;
+  Codec().EncodeErrorEnvelope(code, message, details, &envelope);
+  return Bytes(envelope.data(), envelope.data() + envelope.size());
 }
 
 // What a result was told, as one line.
 class TellingResult : public MethodResult {
  public:
   std::string told;
-  std::optional<EncodableValue> value;
+  Value value;
 
  protected:
-  void SuccessInternal(const EncodableValue* newValue) override { Tell("success", newValue); }
-  void ErrorInternal(const std::string& code, const std::string& message, const EncodableValue* details) override {
-    Tell("error " + code + "/" + message, details);
+  void SuccessInternal(const EncodableValue& newValue) override { Tell("success", newValue); }
+  void ErrorInternal(std::string_view code, std::string_view message, const EncodableValue& details) override {
+    Tell("error " + std::string(code) + "/" + std::string(message), details);
   }
-  void NotImplementedInternal() override { Tell("not implemented", nullptr); }
+  void NotImplementedInternal() override { Tell("not implemented", EncodableValue()); }
 
  private:
-  void Tell(const std::string& what, const EncodableValue* newValue) {
+  void Tell(const std::string& what, const EncodableValue& newValue) {
     told += what;
-    if (newValue) value = *newValue;
+    value = Value(newValue);
   }
 };
 
@@ -55,57 +79,68 @@ TEST(MethodCodec, HasOneInstancePerSerializer) {
 
 TEST(MethodCallOnTheWire, IsNameThenArgumentsAlignedFromTheFirstByteOfTheMessage) {
   const Bytes bytes = FromHex("07 02 61 62 06 00 00 00 00 00 00 00 00 00 f8 3f");
-  EXPECT_EQ(*Codec().EncodeMethodCall(MethodCall("ab", std::make_unique<EncodableValue>(1.5))), bytes);
+  EXPECT_EQ(EncodeCall("ab", Value(1.5)), bytes);
 
   const auto call = DecodeCall(bytes);
   ASSERT_TRUE(call);
-  EXPECT_EQ(call->method_name(), "ab");
-  EXPECT_EQ(*call->arguments(), EncodableValue(1.5));
+  EXPECT_EQ(call->first, "ab");
+  EXPECT_EQ(call->second, Value(1.5));
 }
 
 TEST(MethodCallOnTheWire, WithoutArgumentsCarriesNull) {
   const Bytes bytes = FromHex("07 04 70 6c 61 79 00");
-  EXPECT_EQ(*Codec().EncodeMethodCall(MethodCall("play", nullptr)), bytes);
+  EXPECT_EQ(EncodeCall("play", Value()), bytes);
   const auto call = DecodeCall(bytes);
   ASSERT_TRUE(call);
-  EXPECT_TRUE(call->arguments()->IsNull());
+  EXPECT_EQ(call->second, Value());
 }
 
 TEST(MethodCallOnTheWire, NameThatIsNoStringIsReportedAndRefused) {
   for (const char* hex : {"00", "03 01 00 00 00 00", "0c 00", "0d 00"}) {
     CapturedStderr errors;
-    EXPECT_EQ(DecodeCall(FromHex(hex)), nullptr) << hex;
+    EXPECT_EQ(DecodeCall(FromHex(hex)), std::nullopt) << hex;
     EXPECT_EQ(errors.Take(), "Invalid method call; method name is not a string.\n") << hex;
   }
 }
 
 TEST(MethodCallOnTheWire, EmptyMessageIsRefused) {
   CapturedStderr errors;
-  EXPECT_EQ(Codec().DecodeMethodCall(nullptr, 0), nullptr);
+  MethodCall call;
+  EXPECT_FALSE(Codec().DecodeMethodCall(nullptr, 0, &call));
   EXPECT_EQ(errors.Take(),
             "Invalid read in StandardCodecByteStreamReader\nInvalid method call; method name is not a string.\n");
 }
 
 TEST(MethodCallOnTheWire, CutAtAnyOffsetNeverGivesAnotherName) {
-  EncodableMap map{{EncodableValue("URL"), EncodableValue("http://host/a.ts")},
-                   {EncodableValue(1), EncodableValue(2.5)}};
-  const auto whole = Codec().EncodeMethodCall(MethodCall("setMedia", std::make_unique<EncodableValue>(std::move(map))));
-  for (size_t length = 0; length < whole->size(); ++length) {
-    const Bytes cut(whole->begin(), whole->begin() + static_cast<ptrdiff_t>(length));
+  const Bytes whole = EncodeCall("setMedia", MapOf({{"URL", "http://host/a.ts"}, {Value(1), Value(2.5)}}));
+  for (size_t length = 0; length < whole.size(); ++length) {
+    const Bytes cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
     CapturedStderr errors;
     const auto call = DecodeCall(cut);
     EXPECT_NE(errors.Take(), "") << length;
     if (call) {
-      EXPECT_EQ(call->method_name(), length < 10 ? "" : "setMedia") << length;
+      EXPECT_EQ(call->first, length < 10 ? "" : "setMedia") << length;
     }
   }
+}
+
+TEST(MethodCallOnTheWire, NestedTooDeeplyIsRefusedAsAWhole) {
+  Bytes arguments;
+  for (int level = 0; level <= ByteBufferStreamReader::kMaximumNesting; ++level) {
+    arguments = test::Join(arguments, FromHex("0c 01"));
+  }
+  CapturedStderr errors;
+  EXPECT_EQ(DecodeCall(test::Join(FromHex("07 01 6d"), arguments, FromHex("00"))), std::nullopt);
+  EXPECT_EQ(errors.Take(), "Value nested too deeply in StandardCodecSerializer::ReadValueOfType\n");
+  EXPECT_NE(DecodeCall(test::Join(FromHex("07 01 6d"), Bytes(arguments.begin() + 2, arguments.end()), FromHex("00"))),
+            std::nullopt);
 }
 
 struct Envelope {
   const char* name;
   Bytes bytes;
   std::string told;
-  std::optional<EncodableValue> value;
+  Value value;
 };
 void PrintTo(const Envelope& envelope, std::ostream* out) { *out << envelope.name; }
 
@@ -120,28 +155,26 @@ TEST_P(UnderstoodEnvelope, AnswersTheResult) {
 
 INSTANTIATE_TEST_SUITE_P(
     MethodCodec, UnderstoodEnvelope,
-    testing::Values(Envelope{"Null", FromHex("00 00"), "success", std::nullopt},
-                    Envelope{"True", FromHex("00 01"), "success", EncodableValue(true)},
+    testing::Values(Envelope{"Null", FromHex("00 00"), "success", Value()},
+                    Envelope{"True", FromHex("00 01"), "success", Value(true)},
                     Envelope{"AlignedDouble", FromHex("00 06 00 00 00 00 00 00 00 00 00 00 00 00 f8 3f"), "success",
-                             EncodableValue(1.5)},
-                    Envelope{"Error", FromHex("01 07 01 45 07 01 6d 02"), "error E/m", EncodableValue(false)},
-                    Envelope{"ErrorWithoutMessageAndDetails", FromHex("01 07 01 45 00 00"), "error E/", std::nullopt}),
+                             Value(1.5)},
+                    Envelope{"Error", FromHex("01 07 01 45 07 01 6d 02"), "error E/m", Value(false)},
+                    Envelope{"ErrorWithoutMessageAndDetails", FromHex("01 07 01 45 00 00"), "error E/", Value()}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(Envelope, SuccessIsZeroThenTheValueAlignedFromTheEnvelopeByte) {
-  const EncodableValue number(1.5);
-  EXPECT_EQ(*Codec().EncodeSuccessEnvelope(&number), FromHex("00 06 00 00 00 00 00 00 00 00 00 00 00 00 f8 3f"));
+  EXPECT_EQ(SuccessEnvelope(EncodableValue(1.5)), FromHex("00 06 00 00 00 00 00 00 00 00 00 00 00 00 f8 3f"));
 }
 
-TEST(Envelope, SuccessWithoutAValueCarriesNull) { EXPECT_EQ(*Codec().EncodeSuccessEnvelope(), FromHex("00 00")); }
+TEST(Envelope, SuccessWithoutAValueCarriesNull) { EXPECT_EQ(SuccessEnvelope(), FromHex("00 00")); }
 
 TEST(Envelope, ErrorIsOneThenCodeMessageAndDetails) {
-  const EncodableValue details(false);
-  EXPECT_EQ(*Codec().EncodeErrorEnvelope("E", "m", &details), FromHex("01 07 01 45 07 01 6d 02"));
+  EXPECT_EQ(ErrorEnvelope("E", "m", EncodableValue(false)), FromHex("01 07 01 45 07 01 6d 02"));
 }
 
 TEST(Envelope, ErrorWithoutMessageAndDetailsCarriesNullForThem) {
-  EXPECT_EQ(*Codec().EncodeErrorEnvelope("E"), FromHex("01 07 01 45 00 00"));
+  EXPECT_EQ(ErrorEnvelope("E", "", EncodableValue()), FromHex("01 07 01 45 00 00"));
 }
 
 TEST(Envelope, OfAnUnknownKindIsRefusedUnanswered) {
@@ -158,28 +191,87 @@ TEST(Envelope, WithoutAByteIsRefusedUnanswered) {
   EXPECT_EQ(result.told, "");
 }
 
-// Two for the message and its bytes; the name and the text are written where they stand.
-TEST(SmallEvent, TakesTwoAllocationsAndNoneGrows) {
-  const MethodCall call("providerDataReceivedByThisWindow",
-                        std::make_unique<EncodableValue>("{\"position\":123456,\"duration\":7200000}"));
-  size_t allocations = 0;
-  {
-    const test::AllocationMeter meter;
-    const auto message = Codec().EncodeMethodCall(call);
-    allocations = meter.count();
+TEST(Envelope, NestedTooDeeplyIsRefusedUnanswered) {
+  Bytes bytes = FromHex("00");
+  for (int level = 0; level <= ByteBufferStreamReader::kMaximumNesting; ++level) {
+    bytes = test::Join(bytes, FromHex("0c 01"));
   }
-  EXPECT_EQ(allocations, 2u);
+  TellingResult result;
+  CapturedStderr errors;
+  EXPECT_FALSE(Codec().DecodeAndProcessResponseEnvelope(bytes.data(), bytes.size(), &result));
+  EXPECT_EQ(result.told, "");
+}
+
+TEST(ShortCall, IsDecodedWithoutAnAllocation) {
+  const Bytes bytes = EncodeCall("setAlphaFlutterView", MapOf({{"level", Value(0.5)}, {"by", "the interface"}}));
+  const test::AllocationMeter meter;
+  MethodCall call;
+  EXPECT_TRUE(Codec().DecodeMethodCall(bytes.data(), bytes.size(), &call));
+  EXPECT_EQ(meter.count(), 0u);
+  EXPECT_EQ(call.method_name(), "setAlphaFlutterView");
+}
+
+TEST(ShortCall, IsEncodedWithoutAnAllocation) {
+  const test::AllocationMeter meter;
+  const MethodCall call("onTimeChanged", EncodableValue("{\"position\":123456,\"duration\":7200000}"));
+  ByteVector message;
+  Codec().EncodeMethodCall(call, &message);
+  EXPECT_EQ(meter.count(), 0u);
+}
+
+Value LargeArguments() {
+  return MapOf({{"text", Value(std::string(5000, 'x'))}, {"list", ListOf(std::vector<Value>(100, Value(1)))}});
+}
+
+TEST(LargeCall, IsDecodedIntoOneBlockBesideTheOneThatIsCounted) {
+  const Bytes bytes = EncodeCall("m", LargeArguments());
+  const test::AllocationMeter meter;
+  MethodCall call;
+  EXPECT_TRUE(Codec().DecodeMethodCall(bytes.data(), bytes.size(), &call));
+  EXPECT_EQ(meter.count(), 2u);
+}
+
+TEST(LargeCall, GivesItsArgumentsOnWithoutACopy) {
+  const Bytes bytes = EncodeCall("m", LargeArguments());
+  Value kept;
+  {
+    MethodCall call;
+    ASSERT_TRUE(Codec().DecodeMethodCall(bytes.data(), bytes.size(), &call));
+    const test::AllocationMeter meter;
+    kept = call.KeepArguments();
+    const MethodCall relayed("m", kept);
+    EXPECT_EQ(meter.count(), 0u);
+    EXPECT_EQ(relayed.arguments().elements(), call.arguments().elements());
+  }
+  EXPECT_EQ(kept, LargeArguments()) << "it outlives the call";
+}
+
+TEST(ShortCall, GivesOnArgumentsThatOutliveIt) {
+  const Bytes bytes = EncodeCall("m", MapOf({{"a", "text"}}));
+  Value kept;
+  {
+    MethodCall call;
+    ASSERT_TRUE(Codec().DecodeMethodCall(bytes.data(), bytes.size(), &call));
+    kept = call.KeepArguments();
+  }
+  EXPECT_EQ(kept, MapOf({{"a", "text"}}));
+}
+
+TEST(MethodCall, OwnsACopyOfItsNameAndItsArguments) {
+  std::string name = "name", text = "text";
+  const MethodCall call(name, EncodableValue(text));
+  name = text = "gone";
+  EXPECT_EQ(call.method_name(), "name");
+  EXPECT_EQ(call.arguments(), EncodableValue("text"));
 }
 
 TEST(LargeByteList, IsEncodedIntoOneBufferOfItsSize) {
-  const EncodableValue value(Bytes(1 << 20, 7));
-  size_t bytes = 0;
-  {
-    const test::AllocationMeter meter;
-    const auto envelope = Codec().EncodeSuccessEnvelope(&value);
-    bytes = meter.bytes();
-  }
-  EXPECT_LT(bytes, (1u << 20) + 1024);
+  const Bytes list(1 << 20, 7);
+  const test::AllocationMeter meter;
+  ByteVector envelope;
+  Codec().EncodeSuccessEnvelope(EncodableValue(list), &envelope);
+  EXPECT_EQ(meter.count(), 1u);
+  EXPECT_LT(meter.bytes(), (1u << 20) + 1024);
 }
 
 }  // namespace

@@ -25,17 +25,18 @@ using std::chrono::steady_clock;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
-using Value = EncodableValue;
 
 constexpr char kJpeg[] = "\xFF\xD8 a picture \r\n\x1A with any bytes";
 
-EncodableMap FrameArguments(const char* mediaId = "123", double timeSeconds = 42.7) {
-  return std::get<EncodableMap>(MapOf({{"mediaId", mediaId},
-                                       {"proxyUrl", "http://host/film.mp4"},
-                                       {"timeSeconds", Value(timeSeconds)},
-                                       {"width", Value(320)},
-                                       {"height", Value(180)}})
-                                    .variant());
+std::vector<Entry> FrameEntries(const char* mediaId = "123", double timeSeconds = 42.7) {
+  return {{"mediaId", mediaId},
+          {"proxyUrl", "http://host/film.mp4"},
+          {"timeSeconds", Value(timeSeconds)},
+          {"width", Value(320)},
+          {"height", Value(180)}};
+}
+Value FrameArguments(const char* mediaId = "123", double timeSeconds = 42.7) {
+  return MapOf(FrameEntries(mediaId, timeSeconds));
 }
 
 Answer Frame(const std::string& bytes) {
@@ -55,7 +56,7 @@ class ThumbnailWorker : public testing::Test {
   Answer Ask(const std::string& method, const Value& arguments = Value()) {
     return interface_.Ask(engineNumber_, kThumbnailChannel, method, arguments);
   }
-  Answer GetFrame(const EncodableMap& arguments = FrameArguments()) { return Ask("getFrame", Value(arguments)); }
+  Answer GetFrame(const Value& arguments = FrameArguments()) { return Ask("getFrame", arguments); }
   void Initialize() { ASSERT_EQ(Ask("initialize"), Success(Value(true))); }
   // Ready, with a picture to give.
   void InitializeWithPicture() {
@@ -208,29 +209,29 @@ TEST_F(ThumbnailWorker, ArgumentsThatAreNoMapAreAnError) {
 }
 
 TEST_F(ThumbnailWorker, EachKeyIsRequired) {
-  for (const char* key : {"mediaId", "proxyUrl", "timeSeconds", "width", "height"}) {
-    EncodableMap arguments = FrameArguments();
-    arguments.erase(Value(key));
-    EXPECT_EQ(GetFrame(arguments), Failure("INVALID_ARGS", "Missing required arguments")) << key;
+  for (size_t left = 0; left < FrameEntries().size(); ++left) {
+    std::vector<Entry> entries = FrameEntries();
+    entries.erase(entries.begin() + static_cast<ptrdiff_t>(left));
+    EXPECT_EQ(GetFrame(MapOf(entries)), Failure("INVALID_ARGS", "Missing required arguments")) << left;
   }
 }
 
 // An answer that nobody waits for.
 class UnreadResult : public MethodResult {
  protected:
-  void SuccessInternal(const EncodableValue*) override {}
-  void ErrorInternal(const std::string&, const std::string&, const EncodableValue*) override {}
+  void SuccessInternal(const EncodableValue&) override {}
+  void ErrorInternal(std::string_view, std::string_view, const EncodableValue&) override {}
   void NotImplementedInternal() override {}
 };
 
 TEST_F(ThumbnailWorker, ValueOfAnotherTypeRaisesTheVariantsErrorOutOfTheHandler) {
   Initialize();
   vlc_.ClearCalls();
-  for (const char* key : {"mediaId", "proxyUrl", "timeSeconds", "width", "height"}) {
-    EncodableMap arguments = FrameArguments();
-    arguments[Value(key)] = Value(int64_t{5});
-    const MethodCall call("getFrame", std::make_unique<Value>(std::move(arguments)));
-    EXPECT_THROW(plugin_->HandleMethodCall(call, std::make_unique<UnreadResult>()), std::bad_variant_access) << key;
+  for (size_t odd = 0; odd < FrameEntries().size(); ++odd) {
+    std::vector<Entry> entries = FrameEntries();
+    entries[odd].value = Value(int64_t{5});
+    const MethodCall call("getFrame", MapOf(entries));
+    EXPECT_THROW(plugin_->HandleMethodCall(call, std::make_unique<UnreadResult>()), std::bad_variant_access) << odd;
   }
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }

@@ -101,10 +101,11 @@ std::vector<std::string> ShellTest::CallsToInterface() const {
   std::vector<std::string> calls;
   const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
   for (const SentMessages::Message& message : sent_.All()) {
-    const auto call = codec.DecodeMethodCall(message.bytes.data(), message.bytes.size());
-    if (!call) continue;
-    const std::string* text = call->arguments() ? std::get_if<std::string>(call->arguments()) : nullptr;
-    calls.push_back(text ? call->method_name() + "(" + *text + ")" : call->method_name());
+    MethodCall call;
+    if (!codec.DecodeMethodCall(message.bytes.data(), message.bytes.size(), &call)) continue;
+    const auto text = call.arguments().Get<std::string_view>();
+    calls.emplace_back(call.method_name());
+    if (text) calls.back().append("(").append(*text).append(")");
   }
   return calls;
 }

@@ -66,7 +66,7 @@ TEST_F(Windows, RequestToAClientStillGoesToAClosedMaster) {
   Close(master);
   test::InterfaceEnd interface(loopback_);
   GetWindowRegistry()[0]->methodChannelHandler_->SendChannelEvent("ping", "x");
-  EXPECT_EQ(interface.Calls(masterEngine), (std::vector<InterfaceCall>{{"ping", EncodableValue("x")}}));
+  EXPECT_EQ(interface.Calls(masterEngine), (std::vector<InterfaceCall>{{"ping", OwnedValue("x")}}));
 }
 
 // Broadcasts.
@@ -74,7 +74,7 @@ TEST_F(Windows, RequestToAClientStillGoesToAClosedMaster) {
 TEST_F(Windows, BroadcastWithOneWindowSendsNothing) {
   OpenWindow();
   test::InterfaceEnd interface(loopback_);
-  BroadcastEncodableToClientWindows("changed", EncodableValue("v"));
+  BroadcastEncodableToClientWindows("changed", OwnedValue("v"));
   EXPECT_TRUE(interface.Calls().empty());
   EXPECT_TRUE(log_.Has("INFO BroadcastEncodableToClientWindows: Broadcasting 'changed' to 1 windows"));
 }
@@ -88,8 +88,8 @@ TEST_F(Windows, BroadcastReachesEveryClientClosedOnesTooAndNeverTheMaster) {
   const int openClient = loopback_.NewestEngine();
   Close(closed);
   test::InterfaceEnd interface(loopback_);
-  BroadcastEncodableToClientWindows("changed", EncodableValue("v"));
-  const std::vector<InterfaceCall> once{{"changed", EncodableValue("v")}};
+  BroadcastEncodableToClientWindows("changed", OwnedValue("v"));
+  const std::vector<InterfaceCall> once{{"changed", OwnedValue("v")}};
   EXPECT_TRUE(interface.Calls(master).empty());
   EXPECT_EQ(interface.Calls(closedClient), once);
   EXPECT_EQ(interface.Calls(openClient), once);

@@ -347,7 +347,7 @@ TEST_F(MainWindow, TypingRestartsTheWaitAndOnlyTheLastTextIsSent) {
   SetWindowTextW(window_->searchBox_, L"news");
   EXPECT_EQ(log_.CountContaining("HandleSearchInput: Debounce timer set (500ms)"), 3);
   ASSERT_TRUE(test::PumpUntil([&] { return !interface.Calls().empty(); }));
-  EXPECT_EQ(interface.Calls(), (std::vector<test::InterfaceCall>{{"search_query_changed", EncodableValue("news")}}));
+  EXPECT_EQ(interface.Calls(), (std::vector<test::InterfaceCall>{{"search_query_changed", OwnedValue("news")}}));
   EXPECT_EQ(window_->searchDebounceTimer_, 0u);
 }
 
@@ -356,7 +356,7 @@ TEST_F(MainWindow, ClearedSearchBoxSendsNoArgument) {
   test::InterfaceEnd interface(loopback_);
   SetWindowTextW(window_->searchBox_, L"");
   Send(WM_TIMER, kSearchDebounceTimerId);
-  EXPECT_EQ(interface.Calls(), (std::vector<test::InterfaceCall>{{"search_query_changed", EncodableValue()}}));
+  EXPECT_EQ(interface.Calls(), (std::vector<test::InterfaceCall>{{"search_query_changed", OwnedValue()}}));
 }
 
 // Timers.

@@ -1,0 +1,38 @@
+#include "flutter_host/method_call.h"
+
+namespace vantro {
+
+namespace {
+
+// A message up to this size, with the values decoded from it, mostly fits into the call's own memory.
+constexpr size_t kShortMessage = 640;
+
+std::string_view CopyText(std::string_view text, ValueArena& memory) {
+  return *memory.Copy(EncodableValue(text)).Get<std::string_view>();
+}
+
+}  // namespace
+
+MethodCall::MethodCall(std::string_view name, const EncodableValue& arguments)
+    : name_(CopyText(name, local_)), arguments_(local_.Copy(arguments)) {}
+
+MethodCall::MethodCall(std::string_view name, const OwnedValue& arguments)
+    : name_(CopyText(name, local_)), arguments_(arguments.value()), shared_(arguments.memory()) {}
+
+OwnedValue MethodCall::KeepArguments() const {
+  return shared_ ? OwnedValue(arguments_, shared_) : OwnedValue(arguments_);
+}
+
+ValueArena& MethodCall::MemoryFor(size_t messageSize) {
+  if (messageSize <= kShortMessage) return local_;
+  const auto memory = std::make_shared<ValueArena>();
+  shared_ = memory;
+  return *memory;
+}
+
+void MethodCall::Set(std::string_view name, const EncodableValue& arguments) {
+  name_ = name;
+  arguments_ = arguments;
+}
+
+}  // namespace vantro
