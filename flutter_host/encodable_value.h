@@ -9,7 +9,6 @@
 #include <optional>
 #include <span>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <variant>
 
@@ -21,33 +20,34 @@ class EncodableValue;
 struct EncodableEntry;
 using EncodableList = std::span<const EncodableValue>;
 
+template <class... Types>
+struct EncodableTypes {
+  static constexpr size_t kCount = sizeof...(Types);
+  // kCount when there is no such type.
+  template <class T>
+  static constexpr size_t IndexOf() {
+    size_t index = 0;
+    static_cast<void>(((std::is_same_v<T, Types> || (++index, false)) || ...));
+    return index;
+  }
+};
+
 // The alternatives, in the order in which values of two alternatives compare, and their types.
 // clang-format off
 enum class EncodableKind : uint8_t {
   kNull, kBool, kInt32, kInt64, kDouble, kString, kByteList, kInt32List, kInt64List, kDoubleList, kList, kMap, kCustom,
   kFloatList
 };
-using EncodableAlternatives = std::tuple<
+using EncodableAlternatives = EncodableTypes<
     std::monostate, bool, int32_t, int64_t, double, std::string_view, std::span<const uint8_t>,
     std::span<const int32_t>, std::span<const int64_t>, std::span<const double>, EncodableList, EncodableMap,
     const CustomEncodableValue*, std::span<const float>>;
 // clang-format on
 
-namespace encodable_internal {
-template <class T, class... Types>
-constexpr size_t IndexOf(const std::tuple<Types...>*) {
-  size_t index = 0;
-  static_cast<void>(((std::is_same_v<T, Types> || (++index, false)) || ...));
-  return index;
-}
 template <class T>
-constexpr size_t kIndexOf = IndexOf<T>(static_cast<const EncodableAlternatives*>(nullptr));
-}  // namespace encodable_internal
-
-template <class T>
-concept EncodableAlternative = encodable_internal::kIndexOf<T> < std::tuple_size_v<EncodableAlternatives>;
+concept EncodableAlternative = EncodableAlternatives::IndexOf<T>() < EncodableAlternatives::kCount;
 template <EncodableAlternative T>
-constexpr EncodableKind kEncodableKindOf{encodable_internal::kIndexOf<T>};
+constexpr EncodableKind kEncodableKindOf{EncodableAlternatives::IndexOf<T>()};
 
 // A handle of 16 bytes: the alternative, and either the number itself or a view of text, of a list or of a map. A
 // handle owns nothing: what it views outlives it, as the call does whose argument it is. An OwnedValue (value_arena.h)
