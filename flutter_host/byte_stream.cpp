@@ -6,17 +6,8 @@
 
 namespace vantro {
 
-namespace {
-
-// How much is set aside at first for the lists and maps of a message, a byte of it, and at most.
-constexpr size_t kRoomPerByte = 2;
-constexpr size_t kMostFirstRoom = 64 * 1024;
-
-}  // namespace
-
 ByteBufferStreamReader::ByteBufferStreamReader(const uint8_t* message, size_t size, ValueArena* arena)
     : arena_(arena), claimable_(size) {
-  arena->Expect(size + std::min(size * kRoomPerByte, kMostFirstRoom) + 64);
   std::byte* const copy = arena->Take(size);
   if (size != 0) std::memcpy(copy, message, size);
   at_ = begin_ = reinterpret_cast<const uint8_t*>(copy);

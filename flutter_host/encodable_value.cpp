@@ -40,22 +40,20 @@ int CompareElements(const EncodableValue& left, const EncodableValue& right) {
 }
 
 // Of two values of one alternative, in the order of the alternatives.
-constexpr Comparison* kComparisons[] = {
-    CompareNulls,
-    CompareScalars<bool>,
-    CompareScalars<int32_t>,
-    CompareScalars<int64_t>,
-    CompareScalars<double>,
-    CompareElements<uint8_t>,
-    CompareElements<uint8_t>,
-    CompareElements<int32_t>,
-    CompareElements<int64_t>,
-    CompareElements<double>,
-    CompareElements<EncodableValue>,
-    CompareElements<EncodableEntry>,
-    CompareScalars<const CustomEncodableValue*>,
-    CompareElements<float>,
-};
+constexpr Comparison* kComparisons[] = {CompareNulls,
+                                        CompareScalars<bool>,
+                                        CompareScalars<int32_t>,
+                                        CompareScalars<int64_t>,
+                                        CompareScalars<double>,
+                                        CompareElements<uint8_t>,
+                                        CompareElements<uint8_t>,
+                                        CompareElements<int32_t>,
+                                        CompareElements<int64_t>,
+                                        CompareElements<double>,
+                                        CompareElements<EncodableValue>,
+                                        CompareElements<EncodableEntry>,
+                                        CompareScalars<const CustomEncodableValue*>,
+                                        CompareElements<float>};
 
 // Nearly every key is a string, and most differ in their first character.
 bool IsKeyLess(const EncodableEntry& left, const EncodableEntry& right) {

@@ -45,7 +45,8 @@ using EncodableAlternatives = EncodableTypes<
 // clang-format on
 
 template <class T>
-concept EncodableAlternative = EncodableAlternatives::IndexOf<T>() < EncodableAlternatives::kCount;
+concept EncodableAlternative = EncodableAlternatives::IndexOf<T>()
+< EncodableAlternatives::kCount;
 template <EncodableAlternative T>
 constexpr EncodableKind kEncodableKindOf{EncodableAlternatives::IndexOf<T>()};
 

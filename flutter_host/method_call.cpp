@@ -1,11 +1,15 @@
 #include "flutter_host/method_call.h"
 
+#include <algorithm>
+
 namespace vantro {
 
 namespace {
 
 // A message up to this size, with the values decoded from it, mostly fits into the call's own memory.
 constexpr size_t kShortMessage = 640;
+// For a longer one, how much is set aside at first, at most, for its lists and maps: as a rule twice its bytes.
+constexpr size_t kMostFirstRoom = 64 * 1024;
 
 std::string_view CopyText(std::string_view text, ValueArena& memory) {
   return *memory.Copy(EncodableValue(text)).Get<std::string_view>();
@@ -26,6 +30,7 @@ OwnedValue MethodCall::KeepArguments() const {
 ValueArena& MethodCall::MemoryFor(size_t messageSize) {
   if (messageSize <= kShortMessage) return local_;
   const auto memory = std::make_shared<ValueArena>();
+  memory->Expect(messageSize + std::min(2 * messageSize, kMostFirstRoom));
   shared_ = memory;
   return *memory;
 }

@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "common/standard_error.h"
 #include "flutter_host/engine_method_result.h"
 #include "flutter_host/method_codec.h"
-#include "common/standard_error.h"
 
 namespace vantro {
 

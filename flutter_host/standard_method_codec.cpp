@@ -3,8 +3,8 @@
 #include <map>
 #include <mutex>
 
-#include "flutter_host/standard_codec_serializer.h"
 #include "common/standard_error.h"
+#include "flutter_host/standard_codec_serializer.h"
 
 namespace vantro {
 

@@ -46,3 +46,8 @@ def test_version_is_stated_in_one_place():
                  if path.is_file() and path.suffix in suffixes and not skipped & set(path.relative_to(ROOT).parts)
                  and re.search(rf"(?<![\d.]){re.escape(version)}(?![\d.])", path.read_text(errors="replace"))]
     assert not elsewhere, f"the version {version} stands also in {elsewhere}"
+def test_the_performance_page_is_its_template_with_the_tables_that_are_kept():
+    kept = {path.stem: path.read_text().strip() for path in (ROOT / "bench/results").glob("*.md")}
+    template = (ROOT / "bench/performance.md.in").read_text()
+    expected = re.sub(r"^@(\w+)@$", lambda match: kept[match[1]], template, flags=re.MULTILINE)
+    assert (ROOT / "docs/performance.md").read_text() == expected
