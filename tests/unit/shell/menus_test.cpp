@@ -16,6 +16,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Inside;
 using test::LogCapture;
 using Lines = std::vector<std::string>;
 
@@ -132,8 +133,8 @@ TEST_F(Menus, HelpMenuHasItsOneItem) { EXPECT_EQ(OpenHelp().lines, (Lines{"&Abou
 
 TEST_F(Menus, OpenBelowTheirButtons) {
   RECT file{}, help{};
-  GetWindowRect(Window().fileButton_, &file);
-  GetWindowRect(Window().helpButton_, &help);
+  GetWindowRect(Inside(Window()).fileButton_, &file);
+  GetWindowRect(Inside(Window()).helpButton_, &help);
   CallLog calls(Window());
   OpenFile();
   OpenHelp();
@@ -173,32 +174,32 @@ TEST_F(Menus, ThisWindowItemFollowsAlwaysOnTop) {
 
 TEST_F(Menus, ThisWindowItemIsGreyWhileAlwaysOnTopIsSet) {
   AddWindow();
-  Window().alwaysOnTop_ = true;
+  Inside(Window()).alwaysOnTop_ = true;
   EXPECT_TRUE(FileMenuHas("[-] Always on Top - &This Window (40006)"));
-  Window().alwaysOnTopThisWindow_ = true;
+  Inside(Window()).alwaysOnTopThisWindow_ = true;
   EXPECT_TRUE(FileMenuHas("[x] [-] Always on Top - &This Window (40006)"));
 }
 
 TEST_F(Menus, CheckMarksFollowTheFlagsAtTheMomentOfOpening) {
   AddWindow();
-  Window().alwaysOnTopThisWindow_ = true;
-  Window().vlcEqualizerEnabled_ = true;
-  Window().vlcCompressorEnabled_ = true;
-  Window().isFullscreen_ = true;
+  Inside(Window()).alwaysOnTopThisWindow_ = true;
+  Inside(Window()).vlcEqualizerEnabled_ = true;
+  Inside(Window()).vlcCompressorEnabled_ = true;
+  Inside(Window()).isFullscreen_ = true;
   const Lines lines = OpenFile().lines;
-  Window().isFullscreen_ = false;
+  Inside(Window()).isFullscreen_ = false;
   for (const char* checked : {"[x] Always on Top - &This Window (40006)", "  [x] &Equalizer (40050)",
                               "  [x] &Compressor (40051)", "[x] &Fullscreen\tF11 (40008)", "Always on &Top (40003)"}) {
     EXPECT_NE(std::find(lines.begin(), lines.end(), checked), lines.end()) << checked;
   }
-  Window().alwaysOnTop_ = true;
+  Inside(Window()).alwaysOnTop_ = true;
   EXPECT_TRUE(FileMenuHas("[x] Always on &Top (40003)"));
 }
 
 TEST_F(Menus, CheckMarksFollowTheMediaSettings) {
-  Window().vlcHwAccel_ = "d3d11va";
-  Window().vlcAudioOutput_ = "mmdevice";
-  Window().vlcDeinterlace_ = "mean";
+  Inside(Window()).vlcHwAccel_ = "d3d11va";
+  Inside(Window()).vlcAudioOutput_ = "mmdevice";
+  Inside(Window()).vlcDeinterlace_ = "mean";
   const Lines lines = OpenFile().lines;
   for (const char* checked :
        {"    [x] D3&D11VA (40023)", "    [x] &MMDevice (40032)", "    [x] &Mean (40043)", "    &Auto (40020)"}) {
@@ -207,7 +208,7 @@ TEST_F(Menus, CheckMarksFollowTheMediaSettings) {
 }
 
 TEST_F(Menus, UnknownHardwareAccelerationChecksNoItem) {
-  Window().vlcHwAccel_ = "vulkan";
+  Inside(Window()).vlcHwAccel_ = "vulkan";
   const Lines lines = OpenFile().lines;
   EXPECT_EQ(Lines(lines.begin() + 5, lines.begin() + 9),
             (Lines{"    &Auto (40020)", "    &None (40021)", "    &DXVA2 (40022)", "    D3&D11VA (40023)"}));
@@ -223,19 +224,17 @@ TEST_F(Menus, ItemIsChosenByItsKey) {
   LogCapture log;
   OpenFile({'T'});
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Always on Top menu item selected"));
-  EXPECT_TRUE(Window().alwaysOnTop_);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTop_);
 }
 
 TEST_F(Menus, FileAndHelpButtonsOpenTheirMenus) {
-  const auto click = [this](HWND button) {
-    return Open([=] { SendMessageA(button, BM_CLICK, 0, 0); }).lines.size();
-  };
-  EXPECT_EQ(click(Window().fileButton_), 29u);
-  EXPECT_EQ(click(Window().helpButton_), 1u);
+  const auto click = [this](HWND button) { return Open([=] { SendMessageA(button, BM_CLICK, 0, 0); }).lines.size(); };
+  EXPECT_EQ(click(Inside(Window()).fileButton_), 29u);
+  EXPECT_EQ(click(Inside(Window()).helpButton_), 1u);
 }
 
 TEST_F(Menus, MissingButtonMeansNoMenu) {
-  DestroyWindow(Window().fileButton_);
+  DestroyWindow(Inside(Window()).fileButton_);
   CallLog calls(Window());
   Window().ShowFileMenu();
   EXPECT_TRUE(calls.Of("TrackPopupMenu").empty());
@@ -256,18 +255,17 @@ TEST_F(Menus, MenuThatCannotBeCreatedIsLogged) {
   LogCapture log;
   Window().ShowFileMenu();
   Window().ShowHelpMenu();
-  EXPECT_EQ(log.Lines(), (Lines{"DEBUG ShowFileMenu: Showing File popup menu",
-                                "ERROR ShowFileMenu: Failed to create popup menu",
-                                "DEBUG ShowHelpMenu: Showing Help popup menu",
-                                "ERROR ShowHelpMenu: Failed to create popup menu"}));
+  EXPECT_EQ(log.Lines(),
+            (Lines{"DEBUG ShowFileMenu: Showing File popup menu", "ERROR ShowFileMenu: Failed to create popup menu",
+                   "DEBUG ShowHelpMenu: Showing Help popup menu", "ERROR ShowHelpMenu: Failed to create popup menu"}));
 }
 
 TEST_F(Menus, VlcSettingsThatCannotBeCreatedAreLeftOut) {
   menusRefusedAfter = 1;
   const test::ImportHook hook("user32.dll", "CreatePopupMenu", reinterpret_cast<void*>(&RefuseMenu));
-  EXPECT_EQ(OpenFile().lines, (Lines{"&New Window (40001)", "---", "&Settings... (40002)", "---",
-                                     "Always on &Top (40003)", "---", "&Fullscreen\tF11 (40008)", "---",
-                                     "E&xit (40004)"}));
+  EXPECT_EQ(OpenFile().lines,
+            (Lines{"&New Window (40001)", "---", "&Settings... (40002)", "---", "Always on &Top (40003)", "---",
+                   "&Fullscreen\tF11 (40008)", "---", "E&xit (40004)"}));
 }
 
 using Commands = test::ShellTest;
@@ -310,30 +308,30 @@ TEST_F(Commands, MediaChoicesSetTheirMemberLogAndSave) {
 TEST_F(Commands, EqualizerAndCompressorToggleAndSave) {
   LogCapture log;
   Window().HandleMenuCommand(40050);
-  EXPECT_TRUE(Window().vlcEqualizerEnabled_);
-  EXPECT_FALSE(Window().vlcCompressorEnabled_);
+  EXPECT_TRUE(Inside(Window()).vlcEqualizerEnabled_);
+  EXPECT_FALSE(Inside(Window()).vlcCompressorEnabled_);
   Window().HandleMenuCommand(40051);
-  EXPECT_TRUE(Window().vlcCompressorEnabled_);
+  EXPECT_TRUE(Inside(Window()).vlcCompressorEnabled_);
   Window().HandleMenuCommand(40050);
-  EXPECT_FALSE(Window().vlcEqualizerEnabled_);
+  EXPECT_FALSE(Inside(Window()).vlcEqualizerEnabled_);
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Equalizer toggled"), 2);
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Compressor toggled"), 1);
   EXPECT_EQ(log.Count("INFO SaveSettings: Saving application settings to registry"), 3);
 }
 
 TEST_F(Commands, RestoreDefaultsResetsTheFiveMediaSettingsAndSaves) {
-  Window().vlcHwAccel_ = "none";
-  Window().vlcAudioOutput_ = "wasapi";
-  Window().vlcDeinterlace_ = "mean";
-  Window().vlcEqualizerEnabled_ = true;
-  Window().vlcCompressorEnabled_ = true;
+  Inside(Window()).vlcHwAccel_ = "none";
+  Inside(Window()).vlcAudioOutput_ = "wasapi";
+  Inside(Window()).vlcDeinterlace_ = "mean";
+  Inside(Window()).vlcEqualizerEnabled_ = true;
+  Inside(Window()).vlcCompressorEnabled_ = true;
   LogCapture log;
   Window().HandleMenuCommand(40052);
-  EXPECT_EQ(Window().vlcHwAccel_, "auto");
-  EXPECT_EQ(Window().vlcAudioOutput_, "directsound");
-  EXPECT_EQ(Window().vlcDeinterlace_, "off");
-  EXPECT_FALSE(Window().vlcEqualizerEnabled_);
-  EXPECT_FALSE(Window().vlcCompressorEnabled_);
+  EXPECT_EQ(Inside(Window()).vlcHwAccel_, "auto");
+  EXPECT_EQ(Inside(Window()).vlcAudioOutput_, "directsound");
+  EXPECT_EQ(Inside(Window()).vlcDeinterlace_, "off");
+  EXPECT_FALSE(Inside(Window()).vlcEqualizerEnabled_);
+  EXPECT_FALSE(Inside(Window()).vlcCompressorEnabled_);
   EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: VLC Restore Defaults selected");
   EXPECT_EQ(log.Lines()[2], "INFO SaveSettings: Saving application settings to registry");
   EXPECT_EQ(log.Lines().back(), "INFO VLC settings restored to defaults");
@@ -343,13 +341,12 @@ TEST_F(Commands, AlwaysOnTopTogglesWindowAndOverlayAndSaves) {
   LogCapture log;
   CallLog calls(Window());
   Window().HandleMenuCommand(40003);
-  EXPECT_TRUE(Window().alwaysOnTop_);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTop_);
   Window().HandleMenuCommand(40003);
-  EXPECT_FALSE(Window().alwaysOnTop_);
-  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos main after=-2 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  EXPECT_FALSE(Inside(Window()).alwaysOnTop_);
+  EXPECT_EQ(calls.Calls(),
+            (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3", "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
+                   "SetWindowPos main after=-2 0,0 0x0 flags=3", "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top menu item selected"), 2);
   EXPECT_TRUE(log.Has("INFO Always on top enabled"));
   EXPECT_TRUE(log.Has("INFO Always on top disabled"));
@@ -360,12 +357,12 @@ TEST_F(Commands, AlwaysOnTopTogglesWindowAndOverlayAndSaves) {
 TEST_F(Commands, AlwaysOnTopTouchesThisWindowOnly) {
   VantroWindow& second = AddWindow();
   Window().HandleMenuCommand(40003);
-  EXPECT_FALSE(second.alwaysOnTop_);
-  EXPECT_FALSE(GetWindowLongA(second.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  EXPECT_FALSE(Inside(second).alwaysOnTop_);
+  EXPECT_FALSE(GetWindowLongA(Inside(second).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
 }
 
 TEST_F(Commands, AlwaysOnTopWithoutAnOverlayTouchesTheWindowAlone) {
-  DestroyWindow(Window().flutterHostWindow_);
+  DestroyWindow(Inside(Window()).flutterHostWindow_);
   CallLog calls(Window());
   Window().HandleMenuCommand(40003);
   EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3"}));
@@ -375,13 +372,12 @@ TEST_F(Commands, ThisWindowTogglesWindowAndOverlayAndIsNotSaved) {
   LogCapture log;
   CallLog calls(Window());
   Window().HandleMenuCommand(40006);
-  EXPECT_TRUE(Window().alwaysOnTopThisWindow_);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTopThisWindow_);
   Window().HandleMenuCommand(40006);
-  EXPECT_FALSE(Window().alwaysOnTopThisWindow_);
-  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos main after=-2 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  EXPECT_FALSE(Inside(Window()).alwaysOnTopThisWindow_);
+  EXPECT_EQ(calls.Calls(),
+            (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3", "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
+                   "SetWindowPos main after=-2 0,0 0x0 flags=3", "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top - This Window menu item selected"), 2);
   EXPECT_TRUE(log.Has("INFO Always on top enabled for this window only"));
   EXPECT_TRUE(log.Has("INFO Always on top disabled for this window only"));
@@ -389,16 +385,15 @@ TEST_F(Commands, ThisWindowTogglesWindowAndOverlayAndIsNotSaved) {
 }
 
 TEST_F(Commands, ThisWindowChosenWhileGreyFlipsTheFlagAndNothingElse) {
-  Window().alwaysOnTop_ = true;
+  Inside(Window()).alwaysOnTop_ = true;
   LogCapture log;
   CallLog calls(Window());
   Window().HandleMenuCommand(40006);
-  EXPECT_TRUE(Window().alwaysOnTopThisWindow_);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTopThisWindow_);
   EXPECT_TRUE(calls.Calls().empty());
-  EXPECT_EQ(log.Lines().back(),
-            "INFO Global always on top is enabled - window-specific setting has no effect");
+  EXPECT_EQ(log.Lines().back(), "INFO Global always on top is enabled - window-specific setting has no effect");
   // The next toggle without the setting goes by the flag as it flips then.
-  Window().alwaysOnTop_ = false;
+  Inside(Window()).alwaysOnTop_ = false;
   Window().HandleMenuCommand(40006);
   EXPECT_EQ(calls.Calls().front(), "SetWindowPos main after=-2 0,0 0x0 flags=3");
 }
@@ -451,17 +446,17 @@ TEST_F(Commands, MinimizeButtonMinimizes) {
 TEST_F(Commands, MaximizeButtonNeverMaximizesButTogglesFullscreen) {
   LogCapture log;
   Window().HandleMenuCommand(998);
-  EXPECT_TRUE(Window().isFullscreen_);
+  EXPECT_TRUE(Inside(Window()).isFullscreen_);
   EXPECT_FALSE(IsZoomed(Window().hwnd_));
   Window().HandleMenuCommand(998);
-  EXPECT_FALSE(Window().isFullscreen_);
+  EXPECT_FALSE(Inside(Window()).isFullscreen_);
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Maximize button clicked - toggling fullscreen"), 2);
 }
 
 TEST_F(Commands, FullscreenItemTogglesFullscreen) {
   LogCapture log;
   Window().HandleMenuCommand(40008);
-  EXPECT_TRUE(Window().isFullscreen_);
+  EXPECT_TRUE(Inside(Window()).isFullscreen_);
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Fullscreen menu item selected"));
 }
 

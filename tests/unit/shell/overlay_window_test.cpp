@@ -12,6 +12,7 @@ namespace {
 using test::ClientRectOnScreen;
 using test::DrainQueue;
 using test::ImportHook;
+using test::Inside;
 using test::WindowRectOf;
 using test::operator==;
 
@@ -101,7 +102,7 @@ TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar)
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RecordCreateWindow));
   realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
   ASSERT_TRUE(window_.CreateFlutterOverlay());
-  const HWND overlay = window_.flutterHostWindow_;
+  const HWND overlay = Inside(window_).flutterHostWindow_;
   EXPECT_EQ(createCall.className, L"VantroFlutterOverlay");
   EXPECT_EQ(createCall.title, L"Flutter UI");
   EXPECT_EQ(createCall.exStyle, 0xA0u);
@@ -140,7 +141,7 @@ TEST_F(BareOverlay, SyncWithoutAnOverlayOnlyLogs) {
 
 TEST_F(BareOverlay, SyncWithADeadOverlayOnlyLogs) {
   ASSERT_TRUE(window_.CreateFlutterOverlay());
-  DestroyWindow(window_.flutterHostWindow_);
+  DestroyWindow(Inside(window_).flutterHostWindow_);
   window_.SyncFlutterOverlayPosition();
   EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is not a valid window!"));
 }
@@ -151,7 +152,7 @@ TEST_F(BareOverlay, SyncWithADeadMainWindowIsSilent) {
   window_.hwnd_ = nullptr;
   const PlaceCalls calls;
   window_.SyncFlutterOverlayPosition();
-  EXPECT_TRUE(calls.Of(window_.flutterHostWindow_).empty());
+  EXPECT_TRUE(calls.Of(Inside(window_).flutterHostWindow_).empty());
   window_.hwnd_ = main;
 }
 
@@ -163,20 +164,20 @@ TEST_F(BareOverlay, MouseInputCannotBeEnabledWithoutIt) {
 
 TEST_F(Overlay, CoversTheWholeClientAreaUntilTheWindowIsFirstShown) {
   const auto window = BringUp();
-  EXPECT_TRUE(WindowRectOf(window->flutterHostWindow_) == ClientRectOnScreen(window->hwnd_));
+  EXPECT_TRUE(WindowRectOf(Inside(*window).flutterHostWindow_) == ClientRectOnScreen(window->hwnd_));
   ShowWindow(window->hwnd_, SW_SHOWNORMAL);
-  EXPECT_TRUE(WindowRectOf(window->flutterHostWindow_) == BelowTitleBar(window->hwnd_));
+  EXPECT_TRUE(WindowRectOf(Inside(*window).flutterHostWindow_) == BelowTitleBar(window->hwnd_));
   DestroyWindow(window->hwnd_);
 }
 
 TEST_F(Overlay, CapturesInputOnceTheWindowIsUp) {
-  const VantroWindow& window = OpenWindow();
-  EXPECT_EQ(GetWindowLongPtrA(window.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TRANSPARENT, 0);
+  VantroWindow& window = OpenWindow();
+  EXPECT_EQ(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TRANSPARENT, 0);
 }
 
 TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   VantroWindow& window = OpenWindow();
-  const HWND overlay = window.flutterHostWindow_;
+  const HWND overlay = Inside(window).flutterHostWindow_;
   const HWND child = window.LiveFlutterChild();
   const RECT client = ClientRectOnScreen(window.hwnd_);
   const int width = static_cast<int>(client.right - client.left);
@@ -184,7 +185,8 @@ TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   const PlaceCalls calls;
   window.EnableOverlayMouseInput();
   const PlaceCall raise{overlay, nullptr, 0, 0, 0, 0, 83};
-  const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width, height, 80};
+  const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width,
+                        height,  80};
   EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{raise, raise, raise, place}));
   EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
   EXPECT_EQ(GetFocus(), child);
@@ -192,8 +194,8 @@ TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
 
 TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
   VantroWindow& window = OpenWindow();
-  SetFocus(window.searchBox_);
-  const HWND overlay = window.flutterHostWindow_;
+  SetFocus(Inside(window).searchBox_);
+  const HWND overlay = Inside(window).flutterHostWindow_;
   const HWND child = window.LiveFlutterChild();
   const RECT below = BelowTitleBar(window.hwnd_);
   const int width = static_cast<int>(below.right - below.left);
@@ -210,28 +212,28 @@ TEST_F(Overlay, SyncInFullscreenCoversTheTitleBarEvenWhileItIsShown) {
   VantroWindow& window = OpenWindow();
   window.ToggleFullscreen();
   window.ShowTitleBarControls();
-  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == BelowTitleBar(window.hwnd_));
+  EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == BelowTitleBar(window.hwnd_));
   window.SyncFlutterOverlayPosition();
-  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == ClientRectOnScreen(window.hwnd_));
+  EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == ClientRectOnScreen(window.hwnd_));
   window.HideTitleBarControls();
   window.ShowTitleBarControls();
-  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == BelowTitleBar(window.hwnd_));
+  EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == BelowTitleBar(window.hwnd_));
 }
 
 TEST_F(Overlay, SyncDoesNotNest) {
   VantroWindow& window = OpenWindow();
-  window.isSyncingOverlay_ = true;
+  Inside(window).isSyncingOverlay_ = true;
   const PlaceCalls calls;
   window.SyncFlutterOverlayPosition();
-  EXPECT_TRUE(calls.Of(window.flutterHostWindow_).empty());
-  window.isSyncingOverlay_ = false;
+  EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
+  Inside(window).isSyncingOverlay_ = false;
 }
 
 TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
   VantroWindow& window = OpenWindow();
   const PlaceCalls calls;
   ShowWindow(window.hwnd_, SW_MINIMIZE);
-  const auto placed = calls.Of(window.flutterHostWindow_);
+  const auto placed = calls.Of(Inside(window).flutterHostWindow_);
   ASSERT_FALSE(placed.empty());
   EXPECT_EQ(placed.back().width, 0);
   EXPECT_EQ(placed.back().height, -30);
@@ -240,29 +242,29 @@ TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
 TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
   VantroWindow& window = OpenWindow();
   // Something above it, or there is nothing to raise.
-  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
-                                     nullptr);
+  const HWND other =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-  ASSERT_NE(GetTopWindow(GetDesktopWindow()), window.flutterHostWindow_);
+  ASSERT_NE(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
   window.SetFlutterOverlayTopmost();
-  EXPECT_EQ(calls.Of(window.flutterHostWindow_),
-            (std::vector<PlaceCall>{{window.flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
-  EXPECT_FALSE(GetWindowLongPtrA(window.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_),
+            (std::vector<PlaceCall>{{Inside(window).flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
+  EXPECT_FALSE(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
   DestroyWindow(other);
 }
 
 TEST_F(Overlay, OnTopAlreadyIsNotRaised) {
   VantroWindow& window = OpenWindow();
-  SetWindowPos(window.flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-  ASSERT_EQ(GetTopWindow(GetDesktopWindow()), window.flutterHostWindow_);
+  SetWindowPos(Inside(window).flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  ASSERT_EQ(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
   window.SetFlutterOverlayTopmost();
-  EXPECT_TRUE(calls.Of(window.flutterHostWindow_).empty());
+  EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
 }
 
 TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   const int before = SyncsLogged(log_);
   SendMessageA(window.hwnd_, WM_MOVE, 0, 0);
   EXPECT_EQ(SyncsLogged(log_) - before, 2);
@@ -271,14 +273,14 @@ TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
 TEST_F(Overlay, MovingTheNewestOfSeveralWindowsSyncsTwiceTooThoughEachHasAHook) {
   OpenWindow();
   OpenWindow();
-  const VantroWindow& newest = OpenWindow();
+  VantroWindow& newest = OpenWindow();
   const int before = SyncsLogged(log_);
   SendMessageA(newest.hwnd_, WM_MOVE, 0, 0);
   EXPECT_EQ(SyncsLogged(log_) - before, 2);
 }
 
 TEST_F(Overlay, MovingAnOlderWindowSyncsOnceThroughItsHandler) {
-  const VantroWindow& older = OpenWindow();
+  VantroWindow& older = OpenWindow();
   OpenWindow();
   const int before = SyncsLogged(log_);
   SendMessageA(older.hwnd_, WM_MOVE, 0, 0);
@@ -286,8 +288,8 @@ TEST_F(Overlay, MovingAnOlderWindowSyncsOnceThroughItsHandler) {
 }
 
 TEST_F(Overlay, ShowingReachesTheNewestWindowOnly) {
-  const VantroWindow& older = OpenWindow();
-  const VantroWindow& newest = OpenWindow();
+  VantroWindow& older = OpenWindow();
+  VantroWindow& newest = OpenWindow();
   int before = SyncsLogged(log_);
   SendMessageA(older.hwnd_, WM_SHOWWINDOW, TRUE, 0);
   EXPECT_EQ(SyncsLogged(log_), before);
@@ -304,25 +306,24 @@ struct Activation {
 class OverlayActivation : public test::WindowTest, public testing::WithParamInterface<Activation> {};
 
 TEST_P(OverlayActivation, RaisesForPlainActivationOnly) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   CWPSTRUCT sent{0, GetParam().wParam, WM_ACTIVATE, window.hwnd_};
-  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
-                                     nullptr);
+  const HWND other =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   const PlaceCalls calls;
   VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
-  EXPECT_EQ(calls.Of(window.flutterHostWindow_).size(), GetParam().raises ? 1u : 0u);
+  EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_).size(), GetParam().raises ? 1u : 0u);
   DestroyWindow(other);
 }
 
 INSTANTIATE_TEST_SUITE_P(EachKind, OverlayActivation,
                          testing::Values(Activation{WA_INACTIVE, false}, Activation{WA_ACTIVE, true},
-                                         Activation{WA_CLICKACTIVE, true},
-                                         Activation{MAKEWPARAM(WA_ACTIVE, 1), false},
+                                         Activation{WA_CLICKACTIVE, true}, Activation{MAKEWPARAM(WA_ACTIVE, 1), false},
                                          Activation{MAKEWPARAM(WA_CLICKACTIVE, 1), false}));
 
 TEST_F(Overlay, HookWithANegativeCodePassesOnWithoutLooking) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   CWPSTRUCT sent{0, 0, WM_MOVE, window.hwnd_};
   const int before = SyncsLogged(log_);
   VantroWindow::WindowSyncHookProc(-1, 0, reinterpret_cast<LPARAM>(&sent));
@@ -330,8 +331,8 @@ TEST_F(Overlay, HookWithANegativeCodePassesOnWithoutLooking) {
 }
 
 TEST_F(Overlay, HookIgnoresAMissingStructureAndOtherWindows) {
-  const VantroWindow& window = OpenWindow();
-  CWPSTRUCT sent{0, 0, WM_MOVE, window.flutterHostWindow_};
+  VantroWindow& window = OpenWindow();
+  CWPSTRUCT sent{0, 0, WM_MOVE, Inside(window).flutterHostWindow_};
   const int before = SyncsLogged(log_);
   VantroWindow::WindowSyncHookProc(0, 0, 0);
   VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
@@ -345,25 +346,25 @@ LRESULT WINAPI RecordNextHook(HHOOK hook, int, WPARAM, LPARAM) {
 }
 
 TEST_F(Overlay, HookPassesOnWithTheNewestWindowsHook) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
   EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
-  EXPECT_EQ(passedHook, window.windowHook_);
+  EXPECT_EQ(passedHook, Inside(window).windowHook_);
 }
 
 TEST_F(Overlay, HookWithoutANewestWindowPassesOnWithNone) {
   OpenWindow();
   VantroWindow* const newest = std::exchange(VantroWindow::instance_, nullptr);
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  passedHook = newest->windowHook_;
+  passedHook = Inside(*newest).windowHook_;
   EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
   EXPECT_EQ(passedHook, nullptr);
   VantroWindow::instance_ = newest;
 }
 
 TEST_F(Overlay, AfterTheNewestWindowClosedTheHookMatchesNoLiveWindow) {
-  const VantroWindow& older = OpenWindow();
-  const VantroWindow& newest = OpenWindow();
+  VantroWindow& older = OpenWindow();
+  VantroWindow& newest = OpenWindow();
   SendMessageA(newest.hwnd_, WM_CLOSE, 0, 0);
   ASSERT_EQ(VantroWindow::instance_, &newest);
   const int before = SyncsLogged(log_);
@@ -373,7 +374,7 @@ TEST_F(Overlay, AfterTheNewestWindowClosedTheHookMatchesNoLiveWindow) {
 
 TEST_F(Overlay, GoesWithItsOwner) {
   VantroWindow& window = OpenWindow();
-  const HWND overlay = window.flutterHostWindow_;
+  const HWND overlay = Inside(window).flutterHostWindow_;
   SendMessageA(window.hwnd_, WM_CLOSE, 0, 0);
   EXPECT_FALSE(IsWindow(overlay));
   DrainQueue();

@@ -15,6 +15,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Inside;
 using test::LogCapture;
 using test::PlaceInParent;
 using test::ShellTest;
@@ -93,8 +94,8 @@ HWND WINAPI RecordCreate(DWORD exStyle, LPCWSTR className, LPCWSTR text, DWORD s
   const Place place{x, y, width, height};
   created->push_back(std::to_string(static_cast<unsigned>(reinterpret_cast<UINT_PTR>(menu))) + ": " +
                      testing::PrintToString(place));
-  const auto original = reinterpret_cast<decltype(&CreateWindowExW)>(
-      GetProcAddress(GetModuleHandleA("user32.dll"), "CreateWindowExW"));
+  const auto original =
+      reinterpret_cast<decltype(&CreateWindowExW)>(GetProcAddress(GetModuleHandleA("user32.dll"), "CreateWindowExW"));
   return original(exStyle, className, text, style, x, y, width, height, parent, menu, instance, parameter);
 }
 
@@ -123,16 +124,16 @@ TEST_P(TitleBarLayout, KeepsEachControlAtItsPlace) {
   const int width = GetParam();
   SetClientWidth(Window(), width);
   VantroWindow& window = Window();
-  EXPECT_EQ(PlaceOf(window.appIconStatic_), (Place{8, 7, 16, 16}));
-  EXPECT_EQ(PlaceOf(window.titleStatic_), (Place{32, 6, 50, 18}));
-  EXPECT_EQ(PlaceOf(window.fileButton_), (Place{90, 5, 35, 20}));
-  EXPECT_EQ(PlaceOf(window.helpButton_), (Place{135, 5, 35, 20}));
-  EXPECT_EQ(PlaceOf(window.closeButton_), (Place{width - 45, 3, 45, 27}));
-  EXPECT_EQ(PlaceOf(window.maximizeButton_), (Place{width - 90, 3, 45, 27}));
-  EXPECT_EQ(PlaceOf(window.minimizeButton_), (Place{width - 135, 3, 45, 27}));
-  EXPECT_EQ(PlaceOf(window.searchBox_), (Place{width - 295, 5, 150, 20}));
-  EXPECT_EQ(PlaceOf(window.speakerIcon_), (Place{width - 410, 5, 20, 20}));
-  EXPECT_EQ(PlaceOf(window.volumeControl_), (Place{width - 385, 5, 80, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).appIconStatic_), (Place{8, 7, 16, 16}));
+  EXPECT_EQ(PlaceOf(Inside(window).titleStatic_), (Place{32, 6, 50, 18}));
+  EXPECT_EQ(PlaceOf(Inside(window).fileButton_), (Place{90, 5, 35, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).helpButton_), (Place{135, 5, 35, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).closeButton_), (Place{width - 45, 3, 45, 27}));
+  EXPECT_EQ(PlaceOf(Inside(window).maximizeButton_), (Place{width - 90, 3, 45, 27}));
+  EXPECT_EQ(PlaceOf(Inside(window).minimizeButton_), (Place{width - 135, 3, 45, 27}));
+  EXPECT_EQ(PlaceOf(Inside(window).searchBox_), (Place{width - 295, 5, 150, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).speakerIcon_), (Place{width - 410, 5, 20, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).volumeControl_), (Place{width - 385, 5, 80, 20}));
 }
 
 INSTANTIATE_TEST_SUITE_P(AtClientWidth, TitleBarLayout, testing::Values(640, 1280, 1920),
@@ -153,14 +154,14 @@ TEST_F(TitleBar, MovesItsControlsWithoutChangingTheirOrder) {
 }
 
 TEST_F(TitleBar, SkipsAControlThatIsMissing) {
-  Window().searchBox_ = nullptr;
+  Inside(Window()).searchBox_ = nullptr;
   CallLog calls(Window());
   Window().LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls().size(), 5u);
 }
 
 TEST_F(TitleBar, MovesSpeakerAndVolumeOnlyIfBothExist) {
-  Window().speakerIcon_ = nullptr;
+  Inside(Window()).speakerIcon_ = nullptr;
   CallLog calls(Window());
   Window().LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls().size(), 4u);
@@ -196,8 +197,8 @@ TEST_F(TitleBar, ColoursBorderAndCaptionThenAppliesTheFrame) {
 TEST_F(TitleBar, MissingIconResourceLeavesTheIconStaticEmpty) {
   // The test program carries no icon resource.
   ASSERT_EQ(FindResourceA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(101), RT_GROUP_ICON), nullptr);
-  EXPECT_EQ(SendMessageA(Window().appIconStatic_, STM_GETICON, 0, 0), 0);
-  EXPECT_EQ(PlaceOf(Window().appIconStatic_), (Place{8, 7, 16, 16}));
+  EXPECT_EQ(SendMessageA(Inside(Window()).appIconStatic_, STM_GETICON, 0, 0), 0);
+  EXPECT_EQ(PlaceOf(Inside(Window()).appIconStatic_), (Place{8, 7, 16, 16}));
 }
 
 // The bring-up's own situation: no engine yet, so nothing redirects the focus.
@@ -210,7 +211,7 @@ class TitleBarOfANewWindow : public ShellTest {
 
 TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
   ASSERT_TRUE(fresh_.InitializeWindow());
-  const HWND file = Window().fileButton_;
+  const HWND file = Inside(Window()).fileButton_;
   SetFocus(file);
   LogCapture log;
   fresh_.CreateCustomTitleBar();
@@ -225,7 +226,7 @@ TEST_F(TitleBarOfANewWindow, SearchBoxKeepsTheFocusThatNobodyHadBefore) {
   ASSERT_TRUE(fresh_.InitializeWindow());
   SetFocus(nullptr);
   fresh_.CreateCustomTitleBar();
-  EXPECT_EQ(GetFocus(), fresh_.searchBox_);
+  EXPECT_EQ(GetFocus(), Inside(fresh_).searchBox_);
 }
 
 TEST_F(TitleBarOfANewWindow, SearchBoxOfAHiddenWindowIsLoggedAsNotVisible) {
@@ -269,7 +270,7 @@ class RefusedControls : public TitleBar {
 TEST_F(RefusedControls, MissingSearchBoxIsLoggedAndTheBarGoesOn) {
   LogCapture log;
   CreateWithout(L"EDIT");
-  EXPECT_EQ(Window().searchBox_, nullptr);
+  EXPECT_EQ(Inside(Window()).searchBox_, nullptr);
   EXPECT_TRUE(log.Has("ERROR Failed to create search box window!"));
   EXPECT_EQ(log.CountContaining("Focus test"), 0);
   EXPECT_EQ(log.Lines().back(), "INFO Custom title bar controls created in DWM extended area");
@@ -278,15 +279,15 @@ TEST_F(RefusedControls, MissingSearchBoxIsLoggedAndTheBarGoesOn) {
 TEST_F(RefusedControls, MissingVolumeControlsAreLoggedAndTheBarGoesOn) {
   LogCapture log;
   CreateWithout(L"STATIC");
-  EXPECT_EQ(Window().speakerIcon_, nullptr);
-  EXPECT_EQ(Window().volumeControl_, nullptr);
+  EXPECT_EQ(Inside(Window()).speakerIcon_, nullptr);
+  EXPECT_EQ(Inside(Window()).volumeControl_, nullptr);
   EXPECT_TRUE(log.Has("ERROR Failed to create speaker icon"));
   EXPECT_TRUE(log.Has("ERROR Failed to create volume control"));
-  EXPECT_TRUE(IsWindow(Window().searchBox_));
+  EXPECT_TRUE(IsWindow(Inside(Window()).searchBox_));
 }
 
 TEST_F(TitleBar, PressingTheCloseButtonPaintsThePressedColourAndNotRed) {
-  const HWND close = Window().closeButton_;
+  const HWND close = Inside(Window()).closeButton_;
   SendMessageA(close, BM_SETSTATE, TRUE, 0);
   UpdateWindow(close);
   const HDC dc = GetDC(close);

@@ -1,0 +1,93 @@
+// What a window keeps to itself, for tests that set it up or look at it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "shell/vantro_window.h"
+
+namespace vantro::test {
+
+// The private state of a window's rooms under the names of the members, whichever room holds them.
+struct WindowInside {
+  HWND& flutterHostWindow_;
+  HWND& searchBox_;
+  HWND& fileButton_;
+  HWND& helpButton_;
+  HWND& closeButton_;
+  HWND& maximizeButton_;
+  HWND& minimizeButton_;
+  HWND& volumeControl_;
+  HWND& speakerIcon_;
+  HWND& appIconStatic_;
+  HWND& titleStatic_;
+  int& width_;
+  int& height_;
+  bool& isFullscreen_;
+  bool& alwaysOnTop_;
+  bool& alwaysOnTopThisWindow_;
+  bool& searchBoxClicked_;
+  RECT& savedWindowRect_;
+  DWORD& savedStyle_;
+  DWORD& savedExStyle_;
+  std::string& vlcHwAccel_;
+  std::string& vlcAudioOutput_;
+  std::string& vlcDeinterlace_;
+  bool& vlcEqualizerEnabled_;
+  bool& vlcCompressorEnabled_;
+  bool& isSyncingOverlay_;
+  int& volume_;
+  bool& isVolumeDragging_;
+  bool& showVolumePercent_;
+  HHOOK& windowHook_;
+  UINT_PTR& searchDebounceTimer_;
+  UINT_PTR& titleBarAutoHideTimer_;
+  UINT_PTR& mouseTrackingTimer_;
+  bool& isTitleBarVisible_;
+  bool& isMouseInTopArea_;
+  HBRUSH& titleBarBrush_;
+  std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin>& vodThumbnailPlugin_;
+};
+
+inline WindowInside Inside(VantroWindow& window) {
+  return {window.flutterHostWindow_,
+          window.searchBox_,
+          window.fileButton_,
+          window.helpButton_,
+          window.closeButton_,
+          window.maximizeButton_,
+          window.minimizeButton_,
+          window.volumeControl_,
+          window.speakerIcon_,
+          window.appIconStatic_,
+          window.titleStatic_,
+          window.width_,
+          window.height_,
+          window.isFullscreen_,
+          window.alwaysOnTop_,
+          window.alwaysOnTopThisWindow_,
+          window.searchBoxClicked_,
+          window.savedWindowRect_,
+          window.savedStyle_,
+          window.savedExStyle_,
+          window.vlcHwAccel_,
+          window.vlcAudioOutput_,
+          window.vlcDeinterlace_,
+          window.vlcEqualizerEnabled_,
+          window.vlcCompressorEnabled_,
+          window.isSyncingOverlay_,
+          window.volume_,
+          window.isVolumeDragging_,
+          window.showVolumePercent_,
+          window.windowHook_,
+          window.searchDebounceTimer_,
+          window.titleBarAutoHideTimer_,
+          window.mouseTrackingTimer_,
+          window.isTitleBarVisible_,
+          window.isMouseInTopArea_,
+          window.titleBarBrush_,
+          window.vodThumbnailPlugin_};
+}
+
+}  // namespace vantro::test
