@@ -88,9 +88,9 @@ void RestoreMediaDefaults(VantroWindow& window) {
 void ClickVolumeControl(VantroWindow& window) {
   POINT cursor{};
   GetCursorPos(&cursor);
-  if (!window.volumeControl_) return;
+  if (!window.titleBar_.Controls().volumeControl_) return;
   RECT control{};
-  GetWindowRect(window.volumeControl_, &control);
+  GetWindowRect(window.titleBar_.Controls().volumeControl_, &control);
   const int x = static_cast<int>(cursor.x - control.left);
   const int y = static_cast<int>(cursor.y - control.top);
   LOG_DEBUG("Volume control WM_COMMAND: click at relative (%d, %d)", x, y);

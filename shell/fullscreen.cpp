@@ -4,7 +4,6 @@
 #include "common/log.h"
 #include "shell/fullscreen_placement.h"
 #include "shell/shell_ids.h"
-#include "shell/title_bar_layout.h"
 #include "shell/top_area.h"
 #include "shell/vantro_window.h"
 #include "shell/window_metrics.h"
@@ -27,11 +26,6 @@ RECT MonitorRectangle(HWND window) {
 
 void SetStyle(HWND window, int index, DWORD style) { SetWindowLongA(window, index, static_cast<LONG>(style)); }
 
-// A null window would stand for every window of the desktop.
-void InvalidateIfAny(HWND window) {
-  if (window) InvalidateRect(window, nullptr, TRUE);
-}
-
 struct OverlayPlace {
   POINT topLeft;  // screen
   int width;
@@ -43,8 +37,8 @@ struct OverlayPlace {
 OverlayPlace MoveOverlay(const VantroWindow& window, int topOffset) {
   RECT client{};
   GetClientRect(window.hwnd_, &client);
-  OverlayPlace place{{client.left, client.top + topOffset}, client.right - client.left,
-                     client.bottom - client.top - topOffset};
+  OverlayPlace place{
+      {client.left, client.top + topOffset}, client.right - client.left, client.bottom - client.top - topOffset};
   ClientToScreen(window.hwnd_, &place.topLeft);
   SetWindowPos(window.flutterHostWindow_, nullptr, place.topLeft.x, place.topLeft.y, place.width, place.height,
                kQuietMove);
@@ -52,23 +46,6 @@ OverlayPlace MoveOverlay(const VantroWindow& window, int topOffset) {
     SetWindowPos(view, nullptr, 0, 0, place.width, place.height, kQuietMove);
   }
   return place;
-}
-
-void RepaintTitleBar(const VantroWindow& window, bool erase) {
-  RECT strip{};
-  if (GetClientRect(window.hwnd_, &strip)) {
-    if (strip.bottom > TITLE_BAR_HEIGHT) strip.bottom = TITLE_BAR_HEIGHT;
-  } else {
-    strip = {0, 0, window.width_, TITLE_BAR_HEIGHT};
-  }
-  InvalidateRect(window.hwnd_, &strip, erase);
-  UpdateWindow(window.hwnd_);
-}
-
-void ShowAutoHiddenControls(const VantroWindow& window, int command) {
-  for (const auto member : kAutoHiddenControls) {
-    if (const HWND control = window.*member) ShowWindow(control, command);
-  }
 }
 
 void LogMouseEnteredTopArea(TopAreaCaller caller, int y) {
@@ -132,7 +109,7 @@ void VantroWindow::EnterFullscreen() {
   if (mouseTrackingTimer_) KillTimer(hwnd_, kMouseTrackingTimerId);
   mouseTrackingTimer_ = SetTimer(hwnd_, kMouseTrackingTimerId, kMouseTrackingMs, nullptr);
   LOG_INFO("Started mouse tracking timer for fullscreen mode");
-  InvalidateIfAny(maximizeButton_);  // its glyph shows the state
+  titleBar_.RedrawMaximizeButton();
   LOG_INFO("Entered fullscreen mode - title bar will auto-hide");
 }
 
@@ -167,15 +144,16 @@ void VantroWindow::LeaveFullscreen() {
   ShowTitleBarControls();
   StopTitleBarAutoHideTimer();
   isMouseInTopArea_ = false;
-  InvalidateIfAny(maximizeButton_);
-  InvalidateIfAny(hwnd_);
+  titleBar_.RedrawMaximizeButton();
+  // A null window would stand for every window of the desktop.
+  if (hwnd_) InvalidateRect(hwnd_, nullptr, TRUE);
   LOG_INFO("Exited fullscreen mode - title bar controls restored");
 }
 
 void VantroWindow::ShowTitleBarControls() {
   if (isTitleBarVisible_) return;
   LOG_DEBUG("ShowTitleBarControls: Showing title bar controls in fullscreen");
-  ShowAutoHiddenControls(*this, SW_SHOW);
+  titleBar_.ShowControls(SW_SHOW);
   isTitleBarVisible_ = true;
   if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
     const OverlayPlace place = MoveOverlay(*this, TITLE_BAR_HEIGHT);
@@ -183,30 +161,22 @@ void VantroWindow::ShowTitleBarControls() {
              place.topLeft.x, place.topLeft.y);
   }
   // Painted at once: the bar must not wait for a WM_PAINT that the video's traffic delays.
-  if (const HDC dc = GetDC(hwnd_)) {
-    RECT strip{};
-    GetClientRect(hwnd_, &strip);
-    strip.top = 0;
-    strip.bottom = TITLE_BAR_HEIGHT;
-    FillRect(dc, &strip, titleBarBrush_);
-    ReleaseDC(hwnd_, dc);
-    LOG_DEBUG("ShowTitleBarControls: Painted title bar background directly");
-  }
-  RepaintTitleBar(*this, false);
+  if (titleBar_.PaintNow()) LOG_DEBUG("ShowTitleBarControls: Painted title bar background directly");
+  titleBar_.Repaint(false, width_);
   LOG_DEBUG("ShowTitleBarControls: Title bar background painted and invalidated");
 }
 
 void VantroWindow::HideTitleBarControls() {
   if (!isTitleBarVisible_) return;
   LOG_DEBUG("HideTitleBarControls: Hiding title bar controls in fullscreen");
-  ShowAutoHiddenControls(*this, SW_HIDE);
+  titleBar_.ShowControls(SW_HIDE);
   isTitleBarVisible_ = false;
   if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
     const OverlayPlace place = MoveOverlay(*this, 0);
     LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place.width,
              place.height, place.topLeft.x, place.topLeft.y);
   }
-  RepaintTitleBar(*this, true);
+  titleBar_.Repaint(true, width_);
   LOG_DEBUG("HideTitleBarControls: Invalidated and updated title bar area");
 }
 

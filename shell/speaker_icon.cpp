@@ -85,10 +85,10 @@ void DrawSpeakerByHand(HDC dc, const RECT& control) {
 }  // namespace
 
 void VantroWindow::DrawSpeakerIcon(const DRAWITEMSTRUCT& item) {
-  FillRect(item.hDC, &item.rcItem, titleBarBrush_);
-  const VolumeRect place = SpeakerPictureSquare({static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
-                                                 static_cast<int>(item.rcItem.right),
-                                                 static_cast<int>(item.rcItem.bottom)});
+  FillRect(item.hDC, &item.rcItem, titleBar_.Brush());
+  const VolumeRect place =
+      SpeakerPictureSquare({static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
+                            static_cast<int>(item.rcItem.right), static_cast<int>(item.rcItem.bottom)});
   const int side = place.right - place.left;
   if (const ScopedImage picture = FindPicture()) {
     LOG_DEBUG("Speaker icon: Successfully loaded PNG");

@@ -13,12 +13,11 @@
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 #include "services/vod_thumbnail_worker_plugin.h"
+#include "shell/title_bar.h"
 #include "shell/top_area.h"
 #include "shell/window_metrics.h"
 
 namespace vantro {
-
-constexpr COLORREF kTitleBarColor = 0x5F4646;
 
 class VantroWindow {
  public:
@@ -88,10 +87,6 @@ class VantroWindow {
   void StartVolumeDragAtPointer();
   void EndVolumeDrag();
 
-  // Title bar (title_bar.cpp).
-  void RemoveStandardTitleBar();
-  void CreateCustomTitleBar();
-  void LayoutTitleBarControls();
   LRESULT OnDrawItem(WPARAM wParam, LPARAM lParam);  // WM_DRAWITEM of buttons and statics
 
   // Fullscreen (fullscreen.cpp).
@@ -116,8 +111,6 @@ class VantroWindow {
   void SaveSettings();
 
   // Volume control (volume_control.cpp).
-  void CreateVolumeControl();
-  void CreateSpeakerIcon();
   void HandleVolumeClick(int x, int y);
   void SetVlcVolume(int volume);
   // The left button went down on the slider, at this position relative to it: drags from here on.
@@ -135,16 +128,6 @@ class VantroWindow {
 
   HWND hwnd_ = nullptr;
   HWND flutterHostWindow_ = nullptr;  // the overlay
-  HWND searchBox_ = nullptr;
-  HWND fileButton_ = nullptr;
-  HWND helpButton_ = nullptr;
-  HWND closeButton_ = nullptr;
-  HWND maximizeButton_ = nullptr;
-  HWND minimizeButton_ = nullptr;
-  HWND volumeControl_ = nullptr;
-  HWND speakerIcon_ = nullptr;
-  HWND appIconStatic_ = nullptr;
-  HWND titleStatic_ = nullptr;
   HINSTANCE hInstance_;
   std::wstring className_ = L"VantroWindowClass";
   std::wstring windowTitle_ = L"Vantro";
@@ -183,7 +166,7 @@ class VantroWindow {
   bool isTitleBarVisible_ = true;
   bool isMouseInTopArea_ = false;
   HBRUSH backgroundBrush_ = nullptr;
-  HBRUSH titleBarBrush_ = nullptr;
+  TitleBar titleBar_{hwnd_};
 };
 
 }  // namespace vantro

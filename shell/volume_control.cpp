@@ -13,19 +13,9 @@ namespace vantro {
 
 namespace {
 
-constexpr DWORD kSpeakerStyle = WS_CHILD | WS_VISIBLE | SS_OWNERDRAW;
-constexpr DWORD kSliderStyle = kSpeakerStyle | SS_NOTIFY;
-constexpr int kSpeakerSize = 20;
-
 constexpr Gdiplus::ARGB kOutlineColor = 0xFFFFFFFF;
 constexpr Gdiplus::ARGB kFillColor = 0xFF00C800;
 constexpr COLORREF kPercentColor = 0xFFFFFF;
-
-// At 0, 0: the title bar's layout moves it.
-HWND CreateOwnerDrawnStatic(const VantroWindow& window, DWORD style, WORD id, int width, int height) {
-  return CreateWindowExW(0, L"STATIC", L"", style, 0, 0, width, height, window.hwnd_,
-                         reinterpret_cast<HMENU>(UINT_PTR{id}), window.hInstance_, nullptr);
-}
 
 VolumeRect PlainRect(const RECT& rect) {
   return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
@@ -67,25 +57,6 @@ void DrawPercent(HDC dc, RECT area, int volume) {
 
 }  // namespace
 
-void VantroWindow::CreateVolumeControl() {
-  volumeControl_ =
-      CreateOwnerDrawnStatic(*this, kSliderStyle, kVolumeControlId, kVolumeControlWidth, kVolumeControlHeight);
-  if (volumeControl_) {
-    LOG_INFO("Volume control created successfully: %p", static_cast<void*>(volumeControl_));
-  } else {
-    LOG_ERROR("Failed to create volume control");
-  }
-}
-
-void VantroWindow::CreateSpeakerIcon() {
-  speakerIcon_ = CreateOwnerDrawnStatic(*this, kSpeakerStyle, kSpeakerIconId, kSpeakerSize, kSpeakerSize);
-  if (speakerIcon_) {
-    LOG_INFO("Speaker icon created successfully: %p", static_cast<void*>(speakerIcon_));
-  } else {
-    LOG_ERROR("Failed to create speaker icon");
-  }
-}
-
 void VantroWindow::BeginVolumeDrag(int x, int y) {
   isVolumeDragging_ = true;
   showVolumePercent_ = true;
@@ -98,7 +69,7 @@ void VantroWindow::HandleVolumeClick(int x, int y) {
   volume_ = VolumeFromX(x);
   SetVlcVolume(volume_);
   // Without the control there is nothing to redraw: a null window would stand for all of them.
-  if (volumeControl_) InvalidateRect(volumeControl_, nullptr, TRUE);
+  if (const HWND control = titleBar_.Controls().volumeControl_) InvalidateRect(control, nullptr, TRUE);
   LOG_INFO("Volume changed to: %d%%", volume_);
 }
 
@@ -112,7 +83,7 @@ void VantroWindow::SetVlcVolume(int volume) {
 }
 
 void VantroWindow::DrawVolumeControl(const DRAWITEMSTRUCT& item) {
-  FillRect(item.hDC, &item.rcItem, titleBarBrush_);
+  FillRect(item.hDC, &item.rcItem, titleBar_.Brush());
   DrawWedge(item.hDC, PlainRect(item.rcItem), volume_);
   if (showVolumePercent_) DrawPercent(item.hDC, item.rcItem, volume_);
 }

@@ -29,8 +29,9 @@ long long Result(LRESULT result) { return result; }
 
 LRESULT VantroWindow::OnSetFocus(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_SETFOCUS: Main window got focus, current focus window: %p", static_cast<void*>(GetFocus()));
-  LOG_DEBUG("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p", static_cast<void*>(searchBox_),
-            static_cast<void*>(fileButton_), static_cast<void*>(helpButton_));
+  LOG_DEBUG("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p",
+            static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
+            static_cast<void*>(titleBar_.Controls().helpButton_));
   LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
   LOG_DEBUG("WM_SETFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
   return DefWindowProcA(hwnd_, WM_SETFOCUS, wParam, lParam);
@@ -38,8 +39,9 @@ LRESULT VantroWindow::OnSetFocus(WPARAM wParam, LPARAM lParam) {
 
 LRESULT VantroWindow::OnKillFocus(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_KILLFOCUS: Main window lost focus, new focus window: %p", reinterpret_cast<void*>(wParam));
-  LOG_DEBUG("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p", static_cast<void*>(searchBox_),
-            static_cast<void*>(fileButton_), static_cast<void*>(helpButton_));
+  LOG_DEBUG("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p",
+            static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
+            static_cast<void*>(titleBar_.Controls().helpButton_));
   LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
   LOG_DEBUG("WM_KILLFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
   return DefWindowProcA(hwnd_, WM_KILLFOCUS, wParam, lParam);

@@ -1,10 +1,7 @@
 // How a window object begins, comes up and ends.
-#include <objidl.h>
-
-#include <gdiplus.h>
-
 #include "common/log.h"
 #include "common/text.h"
+#include "shell/gdiplus_drawing.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
 
@@ -28,7 +25,6 @@ VantroWindow::VantroWindow(HINSTANCE hInstance) : hInstance_(hInstance) {
   Gdiplus::GdiplusStartup(&gdiplusToken_, &input, nullptr);
   LOG_INFO("=== NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ===");
   backgroundBrush_ = CreateSolidBrush(RGB(0, 0, 0));
-  titleBarBrush_ = CreateSolidBrush(kTitleBarColor);
   LOG_INFO("VantroWindow constructor called");
   LOG_DEBUG("Window class name: %s", NarrowFromWide(className_).c_str());
   LOG_DEBUG("Window title: %s", NarrowFromWide(windowTitle_).c_str());
@@ -71,8 +67,7 @@ bool VantroWindow::Initialize() {
 
 // One hook a window, all with the same procedure, which looks at the newest window only.
 void VantroWindow::InstallWindowHook() {
-  windowHook_ =
-      SetWindowsHookExA(WH_CALLWNDPROC, WindowSyncHookProc, GetModuleHandleA(nullptr), GetCurrentThreadId());
+  windowHook_ = SetWindowsHookExA(WH_CALLWNDPROC, WindowSyncHookProc, GetModuleHandleA(nullptr), GetCurrentThreadId());
   if (windowHook_) {
     LOG_INFO("Window hook installed successfully for window synchronization");
   } else {
@@ -112,7 +107,7 @@ VantroWindow::~VantroWindow() {
   // Fails while any window of the class lives.
   if (hInstance_) UnregisterClassW(className_.c_str(), hInstance_);
   DeleteObject(backgroundBrush_);
-  DeleteObject(titleBarBrush_);
+  titleBar_.EndDrawing();
   Gdiplus::GdiplusShutdown(gdiplusToken_);
   if (instance_ == this) instance_ = nullptr;
   // After a failed start the native window is still there and stays until the process ends. From here on the system

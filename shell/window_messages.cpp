@@ -2,6 +2,7 @@
 #include <windowsx.h>
 
 #include "common/log.h"
+#include "shell/button_painter.h"
 #include "shell/hit_test.h"
 #include "shell/input_state.h"
 #include "shell/shell_ids.h"
@@ -11,10 +12,6 @@
 namespace vantro {
 
 namespace {
-
-constexpr LONG kNonClientStrip = 3;  // the frame's top edge, painted in the title bar's colour
-// Two pixels above the client area, so that no light line is left between the strip and the bar.
-constexpr LONG kTitleBarPaintTop = -2;
 
 SIZE ClientSize(HWND window) {
   RECT client{};
@@ -124,7 +121,7 @@ LRESULT VantroWindow::OnSize() {
     width_ = static_cast<int>(client.right - client.left);
     height_ = static_cast<int>(client.bottom - client.top);
   }
-  LayoutTitleBarControls();
+  titleBar_.LayoutTitleBarControls();
   // Below the title bar also in fullscreen, where the bar comes and goes above the picture.
   if (VLCPlayer* const player = methodChannelHandler_ ? methodChannelHandler_->vlcPlayer_ : nullptr) {
     const SIZE size = ClientSize(player->parentWindow_);
@@ -134,36 +131,26 @@ LRESULT VantroWindow::OnSize() {
   return 0;
 }
 
-// Only the title bar: video and overlay cover the rest.
 LRESULT VantroWindow::OnPaint() {
-  PAINTSTRUCT paint;
-  const HDC dc = BeginPaint(hwnd_, &paint);
-  if (isFullscreen_ && !isTitleBarVisible_) {
-    LOG_DEBUG("WM_PAINT: Skipping title bar paint - isFullscreen=%d, isTitleBarVisible=%d", isFullscreen_,
-              isTitleBarVisible_);
-  } else {
-    RECT bar{};
-    GetClientRect(hwnd_, &bar);
-    bar.top = kTitleBarPaintTop;
-    bar.bottom = TITLE_BAR_HEIGHT;
-    LOG_DEBUG("WM_PAINT: Painting title bar - isFullscreen=%d, isTitleBarVisible=%d, rect=%ld,%ld to %ld,%ld",
-              isFullscreen_, isTitleBarVisible_, bar.left, bar.top, bar.right, bar.bottom);
-    FillRect(dc, &bar, titleBarBrush_);
-  }
-  EndPaint(hwnd_, &paint);
+  titleBar_.Paint(isFullscreen_, isTitleBarVisible_);
   return 0;
 }
 
 LRESULT VantroWindow::OnNcPaint() {
-  const HDC dc = GetWindowDC(hwnd_);
-  if (!dc) return 0;
-  RECT strip{};
-  GetWindowRect(hwnd_, &strip);
-  OffsetRect(&strip, -strip.left, -strip.top);
-  strip.bottom = kNonClientStrip;
-  FillRect(dc, &strip, titleBarBrush_);
-  ReleaseDC(hwnd_, dc);
+  titleBar_.PaintFrameEdge();
   return 0;
+}
+
+LRESULT VantroWindow::OnDrawItem(WPARAM wParam, LPARAM lParam) {
+  const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+  if (item.CtlType == ODT_BUTTON) {
+    PaintTitleBarButton(item, isFullscreen_, titleBar_.Brush());
+  } else if (item.CtlType == ODT_STATIC && item.CtlID == kVolumeControlId) {
+    DrawVolumeControl(item);
+  } else if (item.CtlType == ODT_STATIC && item.CtlID == kSpeakerIconId) {
+    DrawSpeakerIcon(item);
+  }
+  return TRUE;
 }
 
 LRESULT VantroWindow::OnClose(WPARAM wParam, LPARAM lParam) {
@@ -220,7 +207,7 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
 
 // A button that was clicked keeps the focus otherwise, and the view would hear no key.
 void VantroWindow::RedirectFocusAfterCommand() {
-  if (GetFocus() == searchBox_) {
+  if (GetFocus() == titleBar_.Controls().searchBox_) {
     LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
   } else if (const HWND child = LiveFlutterChild()) {
     SetFocus(child);
@@ -265,10 +252,7 @@ void VantroWindow::OnMouseTrackingTimer() {
 }
 
 LRESULT VantroWindow::OnControlColor(WPARAM wParam) {
-  const auto dc = reinterpret_cast<HDC>(wParam);
-  SetTextColor(dc, RGB(255, 255, 255));
-  SetBkColor(dc, kTitleBarColor);
-  return reinterpret_cast<LRESULT>(titleBarBrush_);
+  return reinterpret_cast<LRESULT>(titleBar_.ColorControl(reinterpret_cast<HDC>(wParam)));
 }
 
 LRESULT VantroWindow::OnNewWindowRequest() {

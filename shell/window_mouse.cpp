@@ -34,7 +34,7 @@ LRESULT VantroWindow::OnMouseMove(WPARAM wParam, LPARAM lParam) {
     }
   }
   if (isVolumeDragging_) {
-    const POINT point = PointerIn(volumeControl_);
+    const POINT point = PointerIn(titleBar_.Controls().volumeControl_);
     HandleVolumeClick(static_cast<int>(point.x), static_cast<int>(point.y));
     return 0;
   }
@@ -46,19 +46,20 @@ LRESULT VantroWindow::OnLeftButtonDown(WPARAM wParam, LPARAM lParam) {
   const HWND hit = ChildWindowFromPoint(hwnd_, point);
   LOG_DEBUG("WM_LBUTTONDOWN: Click at (%d, %d), hit window: %p", static_cast<int>(point.x), static_cast<int>(point.y),
             static_cast<void*>(hit));
-  LOG_DEBUG("WM_LBUTTONDOWN: Search box window: %p", static_cast<void*>(searchBox_));
-  if (hit && hit == searchBox_) {
+  LOG_DEBUG("WM_LBUTTONDOWN: Search box window: %p", static_cast<void*>(titleBar_.Controls().searchBox_));
+  if (hit && hit == titleBar_.Controls().searchBox_) {
     LOG_DEBUG("WM_LBUTTONDOWN: Click on search box - ensuring it gets focus");
     searchBoxClicked_ = true;
     return DefWindowProcA(hwnd_, WM_LBUTTONDOWN, wParam, lParam);
   }
-  if (hit && hit == volumeControl_) {
+  if (hit && hit == titleBar_.Controls().volumeControl_) {
     LOG_DEBUG("WM_LBUTTONDOWN: Click on volume control");
     StartVolumeDragAtPointer();
     return 0;
   }
   // By hand again: the search for a child leaves the right and the lower edge out.
-  if (volumeControl_ && ContainsWithEdges(RectInParent(volumeControl_, hwnd_), point)) {
+  if (titleBar_.Controls().volumeControl_ &&
+      ContainsWithEdges(RectInParent(titleBar_.Controls().volumeControl_, hwnd_), point)) {
     LOG_DEBUG("WM_LBUTTONDOWN: Manual volume control hit test succeeded at (%d, %d)", static_cast<int>(point.x),
               static_cast<int>(point.y));
     StartVolumeDragAtPointer();
@@ -69,7 +70,7 @@ LRESULT VantroWindow::OnLeftButtonDown(WPARAM wParam, LPARAM lParam) {
 }
 
 void VantroWindow::StartVolumeDragAtPointer() {
-  const POINT point = PointerIn(volumeControl_);
+  const POINT point = PointerIn(titleBar_.Controls().volumeControl_);
   const int x = static_cast<int>(point.x);
   const int y = static_cast<int>(point.y);
   LOG_DEBUG("WM_LBUTTONDOWN: Volume control clicked at relative position (%d, %d)", x, y);
@@ -79,9 +80,9 @@ void VantroWindow::StartVolumeDragAtPointer() {
 LRESULT VantroWindow::OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam) {
   if (isVolumeDragging_ && message == WM_LBUTTONUP) EndVolumeDrag();
   const HWND hit = ChildWindowFromPoint(hwnd_, PointerIn(hwnd_));
-  if (hit && (hit == searchBox_ || hit == volumeControl_)) {
+  if (hit && (hit == titleBar_.Controls().searchBox_ || hit == titleBar_.Controls().volumeControl_)) {
     LOG_DEBUG("MainWindow: Mouse up on search box - maintaining focus on search");
-  } else if (GetFocus() == searchBox_) {
+  } else if (GetFocus() == titleBar_.Controls().searchBox_) {
     LOG_DEBUG("MainWindow: Search box has focus, not stealing it");
   } else if (const HWND child = LiveFlutterChild()) {
     SetFocus(child);
@@ -95,7 +96,7 @@ void VantroWindow::EndVolumeDrag() {
   showVolumePercent_ = false;
   ReleaseCapture();
   // A null window would stand for every window of the desktop.
-  if (volumeControl_) InvalidateRect(volumeControl_, nullptr, TRUE);
+  if (titleBar_.Controls().volumeControl_) InvalidateRect(titleBar_.Controls().volumeControl_, nullptr, TRUE);
   LOG_DEBUG("WM_LBUTTONUP: Volume control mouse up - hiding percentage");
 }
 

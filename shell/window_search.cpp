@@ -18,7 +18,7 @@ constexpr int kSearchTextCapacity = 1024;  // wide characters, the terminator in
 }  // namespace
 
 void VantroWindow::HandleSearchInput() {
-  if (!searchBox_) return;
+  if (!titleBar_.Controls().searchBox_) return;
   if (searchDebounceTimer_) {
     KillTimer(hwnd_, kSearchDebounceTimerId);
     searchDebounceTimer_ = 0;
@@ -30,9 +30,9 @@ void VantroWindow::HandleSearchInput() {
 void VantroWindow::OnSearchDebounceTimer() {
   KillTimer(hwnd_, kSearchDebounceTimerId);
   searchDebounceTimer_ = 0;
-  if (!searchBox_) return;
+  if (!titleBar_.Controls().searchBox_) return;
   wchar_t text[kSearchTextCapacity];
-  const int length = GetWindowTextW(searchBox_, text, kSearchTextCapacity);
+  const int length = GetWindowTextW(titleBar_.Controls().searchBox_, text, kSearchTextCapacity);
   if (length < 0) return;
   const std::string query = NarrowFromWide({text, static_cast<size_t>(length)});
   LOG_DEBUG("WM_TIMER: Search debounce complete, query: '%s'", query.c_str());

@@ -84,8 +84,8 @@ bool VantroWindow::InitializeWindow() {
   SetWindowLongPtrA(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   LOG_INFO("Window created successfully with HWND: %p", static_cast<void*>(hwnd_));
   LOG_INFO("Set this pointer in GWLP_USERDATA: %p", static_cast<void*>(this));
-  RemoveStandardTitleBar();
-  CreateCustomTitleBar();
+  titleBar_.RemoveStandardTitleBar();
+  titleBar_.CreateCustomTitleBar(hInstance_);
   return true;
 }
 

@@ -101,9 +101,9 @@ int main(int argc, char** argv) {
   std::vector<Result> results;
   results.push_back(
       Measure("repaint of the bar with all its controls", 10000, seconds, [&] { repaint(window.hwnd_); }));
-  results.push_back(Measure("of it, the speaker without files", 1000, seconds, [&] { repaint(window.speakerIcon_); }));
-  results.push_back(Measure("of it, the volume slider", 1000, seconds, [&] { repaint(window.volumeControl_); }));
-  results.push_back(Measure("of it, the close button", 1000, seconds, [&] { repaint(window.closeButton_); }));
+  results.push_back(Measure("of it, the speaker without files", 1000, seconds, [&] { repaint(window.titleBar_.Controls().speakerIcon_); }));
+  results.push_back(Measure("of it, the volume slider", 1000, seconds, [&] { repaint(window.titleBar_.Controls().volumeControl_); }));
+  results.push_back(Measure("of it, the close button", 1000, seconds, [&] { repaint(window.titleBar_.Controls().closeButton_); }));
   results.push_back(
       Measure("fullscreen or back until the overlay stands", 1000, seconds, [&] { window.ToggleFullscreen(); }));
   results.push_back(Measure("File menu opened, and closed by a timer of 10 ms", 50, seconds, openMenu));

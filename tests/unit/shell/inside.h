@@ -7,6 +7,16 @@
 
 #include "shell/vantro_window.h"
 
+namespace vantro {
+
+// The one friend of the rooms.
+struct RoomPeer {
+  static TitleBarControls& Controls(VantroWindow& window) { return window.titleBar_.controls_; }
+  static HBRUSH& Brush(VantroWindow& window) { return window.titleBar_.titleBarBrush_; }
+};
+
+}  // namespace vantro
+
 namespace vantro::test {
 
 // The private state of a window's rooms under the names of the members, whichever room holds them.
@@ -52,16 +62,16 @@ struct WindowInside {
 
 inline WindowInside Inside(VantroWindow& window) {
   return {window.flutterHostWindow_,
-          window.searchBox_,
-          window.fileButton_,
-          window.helpButton_,
-          window.closeButton_,
-          window.maximizeButton_,
-          window.minimizeButton_,
-          window.volumeControl_,
-          window.speakerIcon_,
-          window.appIconStatic_,
-          window.titleStatic_,
+          RoomPeer::Controls(window).searchBox_,
+          RoomPeer::Controls(window).fileButton_,
+          RoomPeer::Controls(window).helpButton_,
+          RoomPeer::Controls(window).closeButton_,
+          RoomPeer::Controls(window).maximizeButton_,
+          RoomPeer::Controls(window).minimizeButton_,
+          RoomPeer::Controls(window).volumeControl_,
+          RoomPeer::Controls(window).speakerIcon_,
+          RoomPeer::Controls(window).appIconStatic_,
+          RoomPeer::Controls(window).titleStatic_,
           window.width_,
           window.height_,
           window.isFullscreen_,
@@ -86,7 +96,7 @@ inline WindowInside Inside(VantroWindow& window) {
           window.mouseTrackingTimer_,
           window.isTitleBarVisible_,
           window.isMouseInTopArea_,
-          window.titleBarBrush_,
+          RoomPeer::Brush(window),
           window.vodThumbnailPlugin_};
 }
 
