@@ -40,7 +40,7 @@ void RequestAbout(VantroWindow& window) {
 // This window only: the others keep their own state.
 void ToggleAlwaysOnTop(VantroWindow& window) {
   window.alwaysOnTop_ = !window.alwaysOnTop_;
-  window.ApplyTopmost(window.alwaysOnTop_);
+  window.overlay_.ApplyTopmost(window.alwaysOnTop_);
   if (window.alwaysOnTop_) {
     LOG_INFO("Always on top enabled");
   } else {
@@ -56,7 +56,7 @@ void ToggleAlwaysOnTopThisWindow(VantroWindow& window) {
     LOG_INFO("Global always on top is enabled - window-specific setting has no effect");
     return;
   }
-  window.ApplyTopmost(window.alwaysOnTopThisWindow_);
+  window.overlay_.ApplyTopmost(window.alwaysOnTopThisWindow_);
   if (window.alwaysOnTopThisWindow_) {
     LOG_INFO("Always on top enabled for this window only");
   } else {
@@ -156,13 +156,6 @@ void VantroWindow::HandleMenuCommand(WORD commandId) {
   LOG_DEBUG("HandleMenuCommand: Received command %d", commandId);
   if (RunCommand(commandId, *this) || ChooseMediaSetting(commandId, *this)) return;
   LOG_DEBUG("HandleMenuCommand: Unknown command %d", commandId);
-}
-
-void VantroWindow::ApplyTopmost(bool topmost) {
-  const HWND band = topmost ? HWND_TOPMOST : HWND_NOTOPMOST;
-  constexpr UINT kInPlace = SWP_NOSIZE | SWP_NOMOVE;
-  SetWindowPos(hwnd_, band, 0, 0, 0, 0, kInPlace);
-  if (IsWindow(flutterHostWindow_)) SetWindowPos(flutterHostWindow_, band, 0, 0, 0, 0, kInPlace);
 }
 
 }  // namespace vantro

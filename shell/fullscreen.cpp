@@ -14,7 +14,6 @@ namespace {
 
 constexpr DWORD kFullscreenStyle = WS_POPUP | WS_VISIBLE;
 constexpr UINT kFrameChange = SWP_FRAMECHANGED | SWP_SHOWWINDOW;
-constexpr UINT kQuietMove = SWP_NOACTIVATE | SWP_SHOWWINDOW;
 
 RECT MonitorRectangle(HWND window) {
   MONITORINFO monitor{};
@@ -25,28 +24,6 @@ RECT MonitorRectangle(HWND window) {
 }
 
 void SetStyle(HWND window, int index, DWORD style) { SetWindowLongA(window, index, static_cast<LONG>(style)); }
-
-struct OverlayPlace {
-  POINT topLeft;  // screen
-  int width;
-  int height;
-};
-
-// The overlay over the window's client area below topOffset, and the Flutter view over the whole overlay. Neither takes
-// the activation.
-OverlayPlace MoveOverlay(const VantroWindow& window, int topOffset) {
-  RECT client{};
-  GetClientRect(window.hwnd_, &client);
-  OverlayPlace place{
-      {client.left, client.top + topOffset}, client.right - client.left, client.bottom - client.top - topOffset};
-  ClientToScreen(window.hwnd_, &place.topLeft);
-  SetWindowPos(window.flutterHostWindow_, nullptr, place.topLeft.x, place.topLeft.y, place.width, place.height,
-               kQuietMove);
-  if (const HWND view = window.LiveFlutterChild()) {
-    SetWindowPos(view, nullptr, 0, 0, place.width, place.height, kQuietMove);
-  }
-  return place;
-}
 
 void LogMouseEnteredTopArea(TopAreaCaller caller, int y) {
   switch (caller) {
@@ -103,7 +80,7 @@ void VantroWindow::EnterFullscreen() {
                kFrameChange);
   // The syncs that the move caused ran with the bar's offset; the one below repairs them.
   isFullscreen_ = true;
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
   HideTitleBarControls();
   isMouseInTopArea_ = false;
   if (mouseTrackingTimer_) KillTimer(hwnd_, kMouseTrackingTimerId);
@@ -140,7 +117,7 @@ void VantroWindow::LeaveFullscreen() {
     LOG_INFO("Stopped mouse tracking timer");
   }
   isFullscreen_ = false;
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
   ShowTitleBarControls();
   StopTitleBarAutoHideTimer();
   isMouseInTopArea_ = false;
@@ -155,10 +132,11 @@ void VantroWindow::ShowTitleBarControls() {
   LOG_DEBUG("ShowTitleBarControls: Showing title bar controls in fullscreen");
   titleBar_.ShowControls(SW_SHOW);
   isTitleBarVisible_ = true;
-  if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
-    const OverlayPlace place = MoveOverlay(*this, TITLE_BAR_HEIGHT);
-    LOG_INFO("ShowTitleBarControls: Repositioned overlay below title bar (%dx%d at %ld,%ld)", place.width, place.height,
-             place.topLeft.x, place.topLeft.y);
+  if (isFullscreen_) {
+    if (const auto place = overlay_.MoveBelow(TITLE_BAR_HEIGHT)) {
+      LOG_INFO("ShowTitleBarControls: Repositioned overlay below title bar (%dx%d at %ld,%ld)", place->width,
+               place->height, long{place->x}, long{place->y});
+    }
   }
   // Painted at once: the bar must not wait for a WM_PAINT that the video's traffic delays.
   if (titleBar_.PaintNow()) LOG_DEBUG("ShowTitleBarControls: Painted title bar background directly");
@@ -171,10 +149,11 @@ void VantroWindow::HideTitleBarControls() {
   LOG_DEBUG("HideTitleBarControls: Hiding title bar controls in fullscreen");
   titleBar_.ShowControls(SW_HIDE);
   isTitleBarVisible_ = false;
-  if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
-    const OverlayPlace place = MoveOverlay(*this, 0);
-    LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place.width,
-             place.height, place.topLeft.x, place.topLeft.y);
+  if (isFullscreen_) {
+    if (const auto place = overlay_.MoveBelow(0)) {
+      LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place->width,
+               place->height, long{place->x}, long{place->y});
+    }
   }
   titleBar_.Repaint(true, width_);
   LOG_DEBUG("HideTitleBarControls: Invalidated and updated title bar area");

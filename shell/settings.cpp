@@ -133,7 +133,7 @@ void VantroWindow::LoadSettings() {
   }
   if (!alwaysOnTop_) return;
   LOG_INFO("LoadSettings: Applying always on top setting");
-  ApplyTopmost(true);
+  overlay_.ApplyTopmost(true);
 }
 
 void VantroWindow::SaveSettings() {

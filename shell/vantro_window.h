@@ -13,6 +13,7 @@
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 #include "services/vod_thumbnail_worker_plugin.h"
+#include "shell/flutter_overlay.h"
 #include "shell/title_bar.h"
 #include "shell/top_area.h"
 #include "shell/window_metrics.h"
@@ -36,23 +37,6 @@ class VantroWindow {
   bool RegisterWindowClass();
   bool CreateMethodChannelHandler();
   void CreateThumbnailWorker();
-  void InstallWindowHook();
-
-  // The view's window, or null: with no engine, an engine without a view, or, for the second, a window that is gone.
-  HWND FlutterChild() const;
-  HWND LiveFlutterChild() const;
-
-  // The overlay (overlay_window.cpp).
-  bool CreateFlutterOverlay();
-  void SyncFlutterOverlayPosition();
-  void SetFlutterOverlayTopmost();
-  void EnableOverlayMouseInput();
-  static LRESULT CALLBACK WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam);
-  static bool RegisterOverlayClass(HINSTANCE instance);
-  void MoveOverlayOverClientArea();
-  void FollowMainWindow(UINT message, WPARAM wParam);
-  // Input on the overlay (overlay_input.cpp).
-  static LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
   // Messages (window_messages.cpp and its companions by topic).
   static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
@@ -105,8 +89,6 @@ class VantroWindow {
   void ShowFileMenu();
   void ShowHelpMenu();
   void HandleMenuCommand(WORD commandId);
-  // Puts window and overlay into the topmost band or takes them out of it.
-  void ApplyTopmost(bool topmost);
   void LoadSettings();
   void SaveSettings();
 
@@ -122,12 +104,13 @@ class VantroWindow {
   void HandleSearchInput();      // its text changed: waits for the typing to pause
   void OnSearchDebounceTimer();  // the pause has come: sends the text to the interface
 
+  HWND flutterHostWindow() const { return overlay_.Window(); }
+
   // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
   // window's object is gone, also while older windows live.
   static VantroWindow* instance_;
 
   HWND hwnd_ = nullptr;
-  HWND flutterHostWindow_ = nullptr;  // the overlay
   HINSTANCE hInstance_;
   std::wstring className_ = L"VantroWindowClass";
   std::wstring windowTitle_ = L"Vantro";
@@ -152,13 +135,11 @@ class VantroWindow {
   std::string vlcDeinterlace_ = "off";
   bool vlcEqualizerEnabled_ = false;
   bool vlcCompressorEnabled_ = false;
-  bool isSyncingOverlay_ = false;  // re-entry guard of SyncFlutterOverlayPosition
   bool isClosing_ = false;         // set on WM_CLOSE, never cleared
   int volume_ = 100;               // percent, 0 to 100
   bool isVolumeDragging_ = false;
   bool showVolumePercent_ = false;
   ULONG_PTR gdiplusToken_ = 0;
-  HHOOK windowHook_ = nullptr;
   UINT_PTR reservedTimerId_ = 0;  // nothing sets it; the destructor still tests it
   UINT_PTR searchDebounceTimer_ = 0;
   UINT_PTR titleBarAutoHideTimer_ = 0;
@@ -167,6 +148,7 @@ class VantroWindow {
   bool isMouseInTopArea_ = false;
   HBRUSH backgroundBrush_ = nullptr;
   TitleBar titleBar_{hwnd_};
+  FlutterOverlay overlay_{hwnd_, flutterEngine_};
 };
 
 }  // namespace vantro

@@ -1,6 +1,7 @@
 // Keys and focus on the main window itself. The view is the home of the focus; what reaches the window instead is
 // carried to the view, and the focus stays where it is.
 #include "common/log.h"
+#include "shell/flutter_child.h"
 #include "shell/vantro_window.h"
 
 namespace vantro {
@@ -32,8 +33,8 @@ LRESULT VantroWindow::OnSetFocus(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p",
             static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
             static_cast<void*>(titleBar_.Controls().helpButton_));
-  LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
-  LOG_DEBUG("WM_SETFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
+  LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("WM_SETFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild(flutterEngine_)));
   return DefWindowProcA(hwnd_, WM_SETFOCUS, wParam, lParam);
 }
 
@@ -42,14 +43,14 @@ LRESULT VantroWindow::OnKillFocus(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p",
             static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
             static_cast<void*>(titleBar_.Controls().helpButton_));
-  LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
-  LOG_DEBUG("WM_KILLFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
+  LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("WM_KILLFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild(flutterEngine_)));
   return DefWindowProcA(hwnd_, WM_KILLFOCUS, wParam, lParam);
 }
 
 LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("MAIN_WINDOW_HANDLER: Received WM_KEYDOWN, key=%llu", Key(wParam));
-  LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(flutterHostWindow_));
+  LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(flutterHostWindow()));
   LOG_DEBUG("MainWindow: Current focus when keydown received: %p", static_cast<void*>(GetFocus()));
   LOG_DEBUG("MainWindow: Is current focus == main window? %s", GetFocus() == hwnd_ ? "YES" : "NO");
   if (wParam == VK_F11 || (wParam == VK_ESCAPE && isFullscreen_)) {
@@ -60,7 +61,7 @@ LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
     LOG_ERROR("MainWindow: flutterEngine_ is NULL - cannot forward keyboard events!");
     return 0;
   }
-  const HWND child = FlutterChild();
+  const HWND child = FlutterChild(flutterEngine_);
   LOG_DEBUG("MainWindow: flutterEngine exists, flutterWindow = %p", static_cast<void*>(child));
   if (!child || !IsWindow(child)) {
     LOG_ERROR("MainWindow: Invalid Flutter window - flutterWindow=%p, IsWindow=%s", static_cast<void*>(child),
@@ -84,9 +85,9 @@ LRESULT VantroWindow::SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lPa
   const LRESULT childResult = SendMessageA(child, WM_KEYDOWN, wParam, lParam);
   LOG_DEBUG("MainWindow: Direct SendMessage result: %lld", Result(childResult));
   if (childResult != 0) return childResult;
-  if (!flutterHostWindow_ || !IsWindow(flutterHostWindow_)) return 0;
-  LOG_DEBUG("MainWindow: Trying Flutter overlay window as fallback: %p", static_cast<void*>(flutterHostWindow_));
-  const LRESULT overlayResult = SendMessageA(flutterHostWindow_, WM_KEYDOWN, wParam, lParam);
+  if (!flutterHostWindow() || !IsWindow(flutterHostWindow())) return 0;
+  LOG_DEBUG("MainWindow: Trying Flutter overlay window as fallback: %p", static_cast<void*>(flutterHostWindow()));
+  const LRESULT overlayResult = SendMessageA(flutterHostWindow(), WM_KEYDOWN, wParam, lParam);
   LOG_DEBUG("MainWindow: Overlay SendMessage result: %lld", Result(overlayResult));
   return overlayResult;
 }
@@ -99,7 +100,7 @@ LRESULT VantroWindow::OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam) {
     LOG_ERROR("MainWindow: flutterEngine_ is NULL - cannot forward keyboard message %u!", message);
     return 0;
   }
-  const HWND child = FlutterChild();
+  const HWND child = FlutterChild(flutterEngine_);
   if (!child || !IsWindow(child)) {
     LOG_ERROR("MainWindow: Invalid Flutter window for message %u - flutterWindow=%p, IsWindow=%s", message,
               static_cast<void*>(child), Liveness(child));

@@ -43,7 +43,7 @@ bool VantroWindow::Initialize() {
   }
   LOG_INFO("VantroWindow::InitializeVLC() succeeded");
   // A window without its overlay fails below, where the view finds no parent.
-  if (CreateFlutterOverlay()) {
+  if (overlay_.CreateFlutterOverlay(hInstance_)) {
     LOG_INFO("VantroWindow::CreateFlutterOverlay() succeeded");
   } else {
     LOG_WARNING("VantroWindow::CreateFlutterOverlay() failed");
@@ -52,10 +52,10 @@ bool VantroWindow::Initialize() {
     LOG_ERROR("VantroWindow::InitializeFlutter() failed");
     return false;
   }
-  InstallWindowHook();
-  EnableOverlayMouseInput();
-  if (flutterHostWindow_) {
-    SetFlutterOverlayTopmost();
+  overlay_.InstallWindowHook();
+  overlay_.EnableOverlayMouseInput();
+  if (flutterHostWindow()) {
+    overlay_.SetFlutterOverlayTopmost();
     LOG_DEBUG("Final Z-order: Set Flutter overlay on top after all initialization");
   }
   LOG_INFO("VantroWindow::InitializeFlutter() succeeded");
@@ -63,17 +63,6 @@ bool VantroWindow::Initialize() {
   LoadSettings();
   LOG_INFO("VantroWindow::Initialize() completed successfully");
   return true;
-}
-
-// One hook a window, all with the same procedure, which looks at the newest window only.
-void VantroWindow::InstallWindowHook() {
-  windowHook_ = SetWindowsHookExA(WH_CALLWNDPROC, WindowSyncHookProc, GetModuleHandleA(nullptr), GetCurrentThreadId());
-  if (windowHook_) {
-    LOG_INFO("Window hook installed successfully for window synchronization");
-  } else {
-    const DWORD error = GetLastError();
-    LOG_ERROR("Failed to set window hook: %lu", error);
-  }
 }
 
 // Copes with any subset of members being null: it also ends a window whose start failed half-way.
@@ -91,19 +80,12 @@ VantroWindow::~VantroWindow() {
   }
   KillAndClear(hwnd_, reservedTimerId_);
   KillAndClear(hwnd_, searchDebounceTimer_);
-  if (windowHook_) {
-    UnhookWindowsHookEx(windowHook_);
-    windowHook_ = nullptr;
-  }
+  overlay_.RemoveWindowHook();
   // The handler goes first: on its way out it writes the session marker and still touches engine and player.
   methodChannelHandler_.reset();
   flutterEngine_.reset();
   vlcPlayer_.reset();
-  if (IsWindow(flutterHostWindow_)) {
-    LOG_DEBUG("Destructor: Destroying overlay window: %p", static_cast<void*>(flutterHostWindow_));
-    DestroyWindow(flutterHostWindow_);
-    flutterHostWindow_ = nullptr;
-  }
+  overlay_.Destroy();
   // Fails while any window of the class lives.
   if (hInstance_) UnregisterClassW(className_.c_str(), hInstance_);
   DeleteObject(backgroundBrush_);

@@ -3,6 +3,7 @@
 
 #include "common/log.h"
 #include "shell/button_painter.h"
+#include "shell/flutter_child.h"
 #include "shell/hit_test.h"
 #include "shell/input_state.h"
 #include "shell/shell_ids.h"
@@ -111,7 +112,7 @@ LRESULT VantroWindow::OnDestroy() {
 }
 
 LRESULT VantroWindow::OnMove() {
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
   return 0;
 }
 
@@ -127,7 +128,7 @@ LRESULT VantroWindow::OnSize() {
     const SIZE size = ClientSize(player->parentWindow_);
     player->Resize(0, TITLE_BAR_HEIGHT, static_cast<int>(size.cx), static_cast<int>(size.cy) - TITLE_BAR_HEIGHT);
   }
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
   return 0;
 }
 
@@ -209,7 +210,7 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
 void VantroWindow::RedirectFocusAfterCommand() {
   if (GetFocus() == titleBar_.Controls().searchBox_) {
     LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
-  } else if (const HWND child = LiveFlutterChild()) {
+  } else if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     SetFocus(child);
     LOG_DEBUG("WM_COMMAND: Redirected focus back to Flutter window %p", static_cast<void*>(child));
   }

@@ -1,5 +1,6 @@
 // The mouse on the main window itself: the title bar, and whatever video and overlay leave free.
 #include "common/log.h"
+#include "shell/flutter_child.h"
 #include "shell/input_state.h"
 #include "shell/vantro_window.h"
 
@@ -84,7 +85,7 @@ LRESULT VantroWindow::OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam) {
     LOG_DEBUG("MainWindow: Mouse up on search box - maintaining focus on search");
   } else if (GetFocus() == titleBar_.Controls().searchBox_) {
     LOG_DEBUG("MainWindow: Search box has focus, not stealing it");
-  } else if (const HWND child = LiveFlutterChild()) {
+  } else if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     SetFocus(child);
     LOG_DEBUG("MainWindow: Mouse up - restored focus to Flutter");
   }

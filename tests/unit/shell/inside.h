@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "shell/flutter_child.h"
 #include "shell/vantro_window.h"
 
 namespace vantro {
@@ -12,6 +13,9 @@ namespace vantro {
 // The one friend of the rooms.
 struct RoomPeer {
   static TitleBarControls& Controls(VantroWindow& window) { return window.titleBar_.controls_; }
+  static HWND& Overlay(VantroWindow& window) { return window.overlay_.flutterHostWindow_; }
+  static bool& Syncing(VantroWindow& window) { return window.overlay_.isSyncingOverlay_; }
+  static HHOOK& Hook(VantroWindow& window) { return window.overlay_.windowHook_; }
   static HBRUSH& Brush(VantroWindow& window) { return window.titleBar_.titleBarBrush_; }
 };
 
@@ -61,7 +65,7 @@ struct WindowInside {
 };
 
 inline WindowInside Inside(VantroWindow& window) {
-  return {window.flutterHostWindow_,
+  return {RoomPeer::Overlay(window),
           RoomPeer::Controls(window).searchBox_,
           RoomPeer::Controls(window).fileButton_,
           RoomPeer::Controls(window).helpButton_,
@@ -86,11 +90,11 @@ inline WindowInside Inside(VantroWindow& window) {
           window.vlcDeinterlace_,
           window.vlcEqualizerEnabled_,
           window.vlcCompressorEnabled_,
-          window.isSyncingOverlay_,
+          RoomPeer::Syncing(window),
           window.volume_,
           window.isVolumeDragging_,
           window.showVolumePercent_,
-          window.windowHook_,
+          RoomPeer::Hook(window),
           window.searchDebounceTimer_,
           window.titleBarAutoHideTimer_,
           window.mouseTrackingTimer_,

@@ -1,5 +1,7 @@
 // What the overlay does with each kind of input: what the engine is offered, what the view receives, where the focus
 // goes, what is returned.
+#include "shell/overlay_input.h"
+
 #include "shell/window_manager.h"
 #include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
@@ -24,7 +26,7 @@ class OverlayInput : public test::WindowTest {
     return SendMessageA(Inside(*window_).flutterHostWindow_, message, wParam, lParam);
   }
   void Open() { window_ = &OpenWindow(); }
-  HWND Child() const { return window_->FlutterChild(); }
+  HWND Child() const { return FlutterChild(window_->flutterEngine_); }
   // The view's window goes, as if the engine had lost it.
   void LoseTheView() { DestroyWindow(Child()); }
 
@@ -47,7 +49,7 @@ TEST_F(OverlayInput, EveryPointIsClient) {
 TEST_F(OverlayInput, DestroyPostsNoQuit) {
   Open();
   DrainQueue();
-  EXPECT_EQ(VantroWindow::OverlayWindowProc(Inside(*window_).flutterHostWindow_, WM_DESTROY, 0, 0), 0);
+  EXPECT_EQ(OverlayWindowProc(Inside(*window_).flutterHostWindow_, WM_DESTROY, 0, 0), 0);
   EXPECT_EQ(DrainQueue(), 0);
 }
 
@@ -259,7 +261,7 @@ TEST_F(OverlayInput, KeyOnAnOlderOverlayReachesTheNewestView) {
   Forget();
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 1);
   DrainQueue();
-  EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{newest.FlutterChild(), WM_KEYDOWN, kKey}}));
+  EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{FlutterChild(newest.flutterEngine_), WM_KEYDOWN, kKey}}));
 }
 
 TEST_F(OverlayInput, AfterAFailedNewWindowAKeyOnAnyOverlayTakesTheDefaultRoad) {

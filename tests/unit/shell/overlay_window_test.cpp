@@ -101,7 +101,7 @@ HWND WINAPI RecordCreateWindow(DWORD exStyle, const wchar_t* className, const wc
 TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar) {
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RecordCreateWindow));
   realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   const HWND overlay = Inside(window_).flutterHostWindow_;
   EXPECT_EQ(createCall.className, L"VantroFlutterOverlay");
   EXPECT_EQ(createCall.title, L"Flutter UI");
@@ -113,7 +113,7 @@ TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar)
 
 TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
   const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(RecordMargins));
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_EQ(extendedBy.cxLeftWidth, -1);
   EXPECT_EQ(extendedBy.cxRightWidth, -1);
   EXPECT_EQ(extendedBy.cyTopHeight, -1);
@@ -123,41 +123,41 @@ TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
 
 TEST_F(BareOverlay, FailedGlassFrameIsLoggedAndChangesNothing) {
   const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(FailToExtendFrame));
-  EXPECT_TRUE(window_.CreateFlutterOverlay());
+  EXPECT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_TRUE(log_.Has("DEBUG CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: FAILED"));
   EXPECT_TRUE(log_.Has("ERROR CreateFlutterOverlay: DWM error code: 0x80004005"));
 }
 
 TEST_F(BareOverlay, NeedsALiveMainWindow) {
   DestroyWindow(window_.hwnd_);
-  EXPECT_FALSE(window_.CreateFlutterOverlay());
+  EXPECT_FALSE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_TRUE(log_.Has("WARNING CreateFlutterOverlay: Main window not ready"));
 }
 
 TEST_F(BareOverlay, SyncWithoutAnOverlayOnlyLogs) {
-  window_.SyncFlutterOverlayPosition();
+  window_.overlay_.SyncFlutterOverlayPosition(window_.isFullscreen_);
   EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!"));
 }
 
 TEST_F(BareOverlay, SyncWithADeadOverlayOnlyLogs) {
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   DestroyWindow(Inside(window_).flutterHostWindow_);
-  window_.SyncFlutterOverlayPosition();
+  window_.overlay_.SyncFlutterOverlayPosition(window_.isFullscreen_);
   EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is not a valid window!"));
 }
 
 TEST_F(BareOverlay, SyncWithADeadMainWindowIsSilent) {
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   const HWND main = window_.hwnd_;
   window_.hwnd_ = nullptr;
   const PlaceCalls calls;
-  window_.SyncFlutterOverlayPosition();
+  window_.overlay_.SyncFlutterOverlayPosition(window_.isFullscreen_);
   EXPECT_TRUE(calls.Of(Inside(window_).flutterHostWindow_).empty());
   window_.hwnd_ = main;
 }
 
 TEST_F(BareOverlay, MouseInputCannotBeEnabledWithoutIt) {
-  window_.EnableOverlayMouseInput();
+  window_.overlay_.EnableOverlayMouseInput();
   EXPECT_TRUE(log_.Has("ERROR EnableOverlayMouseInput: ERROR - overlay window invalid!"));
   EXPECT_EQ(log_.CountContaining("EnableOverlayMouseInput COMPLETED"), 0);
 }
@@ -178,12 +178,12 @@ TEST_F(Overlay, CapturesInputOnceTheWindowIsUp) {
 TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   VantroWindow& window = OpenWindow();
   const HWND overlay = Inside(window).flutterHostWindow_;
-  const HWND child = window.LiveFlutterChild();
+  const HWND child = LiveFlutterChild(window.flutterEngine_);
   const RECT client = ClientRectOnScreen(window.hwnd_);
   const int width = static_cast<int>(client.right - client.left);
   const int height = static_cast<int>(client.bottom - client.top);
   const PlaceCalls calls;
-  window.EnableOverlayMouseInput();
+  window.overlay_.EnableOverlayMouseInput();
   const PlaceCall raise{overlay, nullptr, 0, 0, 0, 0, 83};
   const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width,
                         height,  80};
@@ -196,12 +196,12 @@ TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
   VantroWindow& window = OpenWindow();
   SetFocus(Inside(window).searchBox_);
   const HWND overlay = Inside(window).flutterHostWindow_;
-  const HWND child = window.LiveFlutterChild();
+  const HWND child = LiveFlutterChild(window.flutterEngine_);
   const RECT below = BelowTitleBar(window.hwnd_);
   const int width = static_cast<int>(below.right - below.left);
   const int height = static_cast<int>(below.bottom - below.top);
   const PlaceCalls calls;
-  window.SyncFlutterOverlayPosition();
+  window.overlay_.SyncFlutterOverlayPosition(window.isFullscreen_);
   EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{{overlay, nullptr, static_cast<int>(below.left),
                                                         static_cast<int>(below.top), width, height, 64}}));
   EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
@@ -213,7 +213,7 @@ TEST_F(Overlay, SyncInFullscreenCoversTheTitleBarEvenWhileItIsShown) {
   window.ToggleFullscreen();
   window.ShowTitleBarControls();
   EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == BelowTitleBar(window.hwnd_));
-  window.SyncFlutterOverlayPosition();
+  window.overlay_.SyncFlutterOverlayPosition(window.isFullscreen_);
   EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == ClientRectOnScreen(window.hwnd_));
   window.HideTitleBarControls();
   window.ShowTitleBarControls();
@@ -224,7 +224,7 @@ TEST_F(Overlay, SyncDoesNotNest) {
   VantroWindow& window = OpenWindow();
   Inside(window).isSyncingOverlay_ = true;
   const PlaceCalls calls;
-  window.SyncFlutterOverlayPosition();
+  window.overlay_.SyncFlutterOverlayPosition(window.isFullscreen_);
   EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
   Inside(window).isSyncingOverlay_ = false;
 }
@@ -247,7 +247,7 @@ TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   ASSERT_NE(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
-  window.SetFlutterOverlayTopmost();
+  window.overlay_.SetFlutterOverlayTopmost();
   EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_),
             (std::vector<PlaceCall>{{Inside(window).flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
   EXPECT_FALSE(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
@@ -259,7 +259,7 @@ TEST_F(Overlay, OnTopAlreadyIsNotRaised) {
   SetWindowPos(Inside(window).flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   ASSERT_EQ(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
-  window.SetFlutterOverlayTopmost();
+  window.overlay_.SetFlutterOverlayTopmost();
   EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
 }
 
@@ -312,7 +312,7 @@ TEST_P(OverlayActivation, RaisesForPlainActivationOnly) {
       CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   const PlaceCalls calls;
-  VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
+  FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
   EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_).size(), GetParam().raises ? 1u : 0u);
   DestroyWindow(other);
 }
@@ -326,7 +326,7 @@ TEST_F(Overlay, HookWithANegativeCodePassesOnWithoutLooking) {
   VantroWindow& window = OpenWindow();
   CWPSTRUCT sent{0, 0, WM_MOVE, window.hwnd_};
   const int before = SyncsLogged(log_);
-  VantroWindow::WindowSyncHookProc(-1, 0, reinterpret_cast<LPARAM>(&sent));
+  FlutterOverlay::WindowSyncHookProc(-1, 0, reinterpret_cast<LPARAM>(&sent));
   EXPECT_EQ(SyncsLogged(log_), before);
 }
 
@@ -334,8 +334,8 @@ TEST_F(Overlay, HookIgnoresAMissingStructureAndOtherWindows) {
   VantroWindow& window = OpenWindow();
   CWPSTRUCT sent{0, 0, WM_MOVE, Inside(window).flutterHostWindow_};
   const int before = SyncsLogged(log_);
-  VantroWindow::WindowSyncHookProc(0, 0, 0);
-  VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
+  FlutterOverlay::WindowSyncHookProc(0, 0, 0);
+  FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
   EXPECT_EQ(SyncsLogged(log_), before);
 }
 
@@ -348,7 +348,7 @@ LRESULT WINAPI RecordNextHook(HHOOK hook, int, WPARAM, LPARAM) {
 TEST_F(Overlay, HookPassesOnWithTheNewestWindowsHook) {
   VantroWindow& window = OpenWindow();
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
+  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(0, 0, 0), 4711);
   EXPECT_EQ(passedHook, Inside(window).windowHook_);
 }
 
@@ -357,7 +357,7 @@ TEST_F(Overlay, HookWithoutANewestWindowPassesOnWithNone) {
   VantroWindow* const newest = std::exchange(VantroWindow::instance_, nullptr);
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
   passedHook = Inside(*newest).windowHook_;
-  EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
+  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(0, 0, 0), 4711);
   EXPECT_EQ(passedHook, nullptr);
   VantroWindow::instance_ = newest;
 }

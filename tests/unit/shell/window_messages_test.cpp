@@ -22,7 +22,7 @@ class MainWindow : public test::WindowTest {
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     return SendMessageA(window_->hwnd_, message, wParam, lParam);
   }
-  HWND Child() const { return window_->FlutterChild(); }
+  HWND Child() const { return FlutterChild(window_->flutterEngine_); }
   void LoseTheView() { DestroyWindow(Child()); }
   void PointAt(int x, int y) {
     POINT point{x, y};
