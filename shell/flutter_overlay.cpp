@@ -217,7 +217,7 @@ LRESULT CALLBACK FlutterOverlay::WindowSyncHookProc(int nCode, WPARAM wParam, LP
     const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
     messageInChain = lParam;
     if (sent && lParam != outerMessage && sent->hwnd == newest->hwnd_) {
-      newest->overlay_.Follow(sent->message, sent->wParam, newest->isFullscreen_);
+      newest->overlay_.Follow(sent->message, sent->wParam, newest->isFullscreen());
     }
   }
   // Read again: what ran above may have ended the window.

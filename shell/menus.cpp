@@ -16,7 +16,7 @@ MenuState StateOf(const VantroWindow& window) {
   MenuState state;
   state.alwaysOnTop = window.alwaysOnTop_;
   state.alwaysOnTopThisWindow = window.alwaysOnTopThisWindow_;
-  state.isFullscreen = window.isFullscreen_;
+  state.isFullscreen = window.isFullscreen();
   state.equalizerEnabled = window.vlcEqualizerEnabled_;
   state.compressorEnabled = window.vlcCompressorEnabled_;
   state.hwAccel = window.vlcHwAccel_;

@@ -43,7 +43,7 @@ bool HasEngine(const VantroWindow* window) { return window && window->flutterEng
 bool CatchFullscreenKey(VantroWindow& window, WPARAM key) {
   if (key == VK_F11) {
     LOG_INFO("OverlayWindowProc: F11 pressed - toggling fullscreen");
-  } else if (key == VK_ESCAPE && window.isFullscreen_) {
+  } else if (key == VK_ESCAPE && window.isFullscreen()) {
     LOG_INFO("OverlayWindowProc: Escape pressed in fullscreen - exiting");
   } else {
     return false;
@@ -113,13 +113,7 @@ LRESULT OnOverlayInput(VantroWindow* window, const OverlayMessage& input) {
 
 LRESULT OnOverlayMouseMove(VantroWindow* window, const OverlayMessage& move) {
   if (!window) return move.Default();
-  if (window->isFullscreen_) {
-    if (const auto cursor = CursorIn(window->hwnd_)) {
-      LOG_DEBUG("OverlayWindowProc: FULLSCREEN MOUSEMOVE - pt.y=%ld, isNowInTopArea=%d, isMouseInTopArea_=%d",
-                cursor->y, IsInTopArea(static_cast<int>(cursor->y)), window->isMouseInTopArea_);
-      window->RunTopAreaStep(static_cast<int>(cursor->y), TopAreaCaller::kOverlay);
-    }
-  }
+  window->fullscreen_.FollowPointer(TopAreaCaller::kOverlay);
   if (!window->flutterEngine_) return move.Default();
   if (const auto result = move.OfferTo(*window->flutterEngine_)) return *result;
   if (const HWND child = LiveFlutterChild(window->flutterEngine_)) move.PostTo(child);

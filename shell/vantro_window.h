@@ -14,8 +14,8 @@
 #include "player/vlc_player.h"
 #include "services/vod_thumbnail_worker_plugin.h"
 #include "shell/flutter_overlay.h"
+#include "shell/fullscreen.h"
 #include "shell/title_bar.h"
-#include "shell/top_area.h"
 #include "shell/window_metrics.h"
 
 namespace vantro {
@@ -54,8 +54,6 @@ class VantroWindow {
   LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
   void RedirectFocusAfterCommand();
   LRESULT OnTimer(WPARAM timerId);
-  void OnTitleBarAutoHideTimer();
-  void OnMouseTrackingTimer();
   LRESULT OnControlColor(WPARAM wParam);
   LRESULT OnNewWindowRequest();
   // Keyboard and focus (window_keyboard.cpp).
@@ -73,17 +71,8 @@ class VantroWindow {
 
   LRESULT OnDrawItem(WPARAM wParam, LPARAM lParam);  // WM_DRAWITEM of buttons and statics
 
-  // Fullscreen (fullscreen.cpp).
-  void ToggleFullscreen();
-  void ShowTitleBarControls();
-  void HideTitleBarControls();
-  void StartTitleBarAutoHideTimer();
-  void StopTitleBarAutoHideTimer();
-  void EnterFullscreen();
-  void LeaveFullscreen();
-  using TopAreaCaller = vantro::TopAreaCaller;
-  // The pointer is at y, in client coordinates. Only in fullscreen. Logs entering and leaving, nothing else.
-  void RunTopAreaStep(int y, TopAreaCaller caller);
+  void ToggleFullscreen() { fullscreen_.ToggleFullscreen(); }
+  bool isFullscreen() const { return fullscreen_.IsFullscreen(); }
 
   // Menus, commands and settings (menus.cpp, commands.cpp, settings.cpp).
   void ShowFileMenu();
@@ -114,22 +103,16 @@ class VantroWindow {
   HINSTANCE hInstance_;
   std::wstring className_ = L"VantroWindowClass";
   std::wstring windowTitle_ = L"Vantro";
-  // Outer size until the first WM_SIZE, client size afterwards, the saved outer size around fullscreen.
-  int width_ = kInitialWindowWidth;
-  int height_ = kInitialWindowHeight;
+  WindowSize size_;
   std::unique_ptr<VLCPlayer> vlcPlayer_;
   std::unique_ptr<FlutterEngine> flutterEngine_;
   std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> vodThumbnailPlugin_;
-  bool isFullscreen_ = false;
   bool reservedFlag_ = true;  // nothing reads these two
   double reservedFactor_ = 1.0;
   bool alwaysOnTop_ = false;
   bool alwaysOnTopThisWindow_ = false;
   bool searchBoxClicked_ = false;  // written by WM_LBUTTONDOWN, read by nothing
-  RECT savedWindowRect_{};         // outer rectangle, style and extended style from before fullscreen
-  DWORD savedStyle_ = 0;
-  DWORD savedExStyle_ = 0;
   std::string vlcHwAccel_ = "auto";
   std::string vlcAudioOutput_ = "directsound";
   std::string vlcDeinterlace_ = "off";
@@ -142,13 +125,10 @@ class VantroWindow {
   ULONG_PTR gdiplusToken_ = 0;
   UINT_PTR reservedTimerId_ = 0;  // nothing sets it; the destructor still tests it
   UINT_PTR searchDebounceTimer_ = 0;
-  UINT_PTR titleBarAutoHideTimer_ = 0;
-  UINT_PTR mouseTrackingTimer_ = 0;
-  bool isTitleBarVisible_ = true;
-  bool isMouseInTopArea_ = false;
   HBRUSH backgroundBrush_ = nullptr;
   TitleBar titleBar_{hwnd_};
   FlutterOverlay overlay_{hwnd_, flutterEngine_};
+  Fullscreen fullscreen_{hwnd_, size_, titleBar_, overlay_};
 };
 
 }  // namespace vantro

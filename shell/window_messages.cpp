@@ -5,7 +5,6 @@
 #include "shell/button_painter.h"
 #include "shell/flutter_child.h"
 #include "shell/hit_test.h"
-#include "shell/input_state.h"
 #include "shell/shell_ids.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
@@ -112,15 +111,15 @@ LRESULT VantroWindow::OnDestroy() {
 }
 
 LRESULT VantroWindow::OnMove() {
-  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
+  overlay_.SyncFlutterOverlayPosition(isFullscreen());
   return 0;
 }
 
 LRESULT VantroWindow::OnSize() {
   RECT client;
   if (GetClientRect(hwnd_, &client)) {
-    width_ = static_cast<int>(client.right - client.left);
-    height_ = static_cast<int>(client.bottom - client.top);
+    size_.width_ = static_cast<int>(client.right - client.left);
+    size_.height_ = static_cast<int>(client.bottom - client.top);
   }
   titleBar_.LayoutTitleBarControls();
   // Below the title bar also in fullscreen, where the bar comes and goes above the picture.
@@ -128,12 +127,12 @@ LRESULT VantroWindow::OnSize() {
     const SIZE size = ClientSize(player->parentWindow_);
     player->Resize(0, TITLE_BAR_HEIGHT, static_cast<int>(size.cx), static_cast<int>(size.cy) - TITLE_BAR_HEIGHT);
   }
-  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
+  overlay_.SyncFlutterOverlayPosition(isFullscreen());
   return 0;
 }
 
 LRESULT VantroWindow::OnPaint() {
-  titleBar_.Paint(isFullscreen_, isTitleBarVisible_);
+  titleBar_.Paint(isFullscreen(), fullscreen_.IsTitleBarVisible());
   return 0;
 }
 
@@ -145,7 +144,7 @@ LRESULT VantroWindow::OnNcPaint() {
 LRESULT VantroWindow::OnDrawItem(WPARAM wParam, LPARAM lParam) {
   const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
   if (item.CtlType == ODT_BUTTON) {
-    PaintTitleBarButton(item, isFullscreen_, titleBar_.Brush());
+    PaintTitleBarButton(item, isFullscreen(), titleBar_.Brush());
   } else if (item.CtlType == ODT_STATIC && item.CtlID == kVolumeControlId) {
     DrawVolumeControl(item);
   } else if (item.CtlType == ODT_STATIC && item.CtlID == kSpeakerIconId) {
@@ -230,26 +229,13 @@ LRESULT VantroWindow::OnTimer(WPARAM timerId) {
       OnSearchDebounceTimer();
       break;
     case kTitleBarAutoHideTimerId:
-      OnTitleBarAutoHideTimer();
+      fullscreen_.OnTitleBarAutoHideTimer();
       break;
     case kMouseTrackingTimerId:
-      OnMouseTrackingTimer();
+      fullscreen_.FollowPointer(TopAreaCaller::kTrackingTimer);
       break;
   }
   return 0;
-}
-
-// A tick that is still under way when the window leaves fullscreen does nothing; so does the next one.
-void VantroWindow::OnTitleBarAutoHideTimer() {
-  if (!isFullscreen_) return;
-  LOG_DEBUG("WM_TIMER: Title bar auto-hide timer fired");
-  StopTitleBarAutoHideTimer();
-  HideTitleBarControls();
-}
-
-void VantroWindow::OnMouseTrackingTimer() {
-  if (!isFullscreen_) return;
-  if (const auto cursor = CursorIn(hwnd_)) RunTopAreaStep(static_cast<int>(cursor->y), TopAreaCaller::kTrackingTimer);
 }
 
 LRESULT VantroWindow::OnControlColor(WPARAM wParam) {

@@ -27,13 +27,7 @@ bool ContainsWithEdges(const RECT& rect, POINT point) {
 }  // namespace
 
 LRESULT VantroWindow::OnMouseMove(WPARAM wParam, LPARAM lParam) {
-  if (isFullscreen_) {
-    if (const auto cursor = CursorIn(hwnd_)) {
-      const int y = static_cast<int>(cursor->y);
-      LOG_DEBUG("MAIN WINDOW WM_MOUSEMOVE in fullscreen: pt.y=%ld, isNowInTopArea=%d", long{y}, IsInTopArea(y));
-      RunTopAreaStep(y, TopAreaCaller::kMainWindow);
-    }
-  }
+  fullscreen_.FollowPointer(TopAreaCaller::kMainWindow);
   if (isVolumeDragging_) {
     const POINT point = PointerIn(titleBar_.Controls().volumeControl_);
     HandleVolumeClick(static_cast<int>(point.x), static_cast<int>(point.y));

@@ -74,7 +74,7 @@ bool VantroWindow::InitializeWindow() {
   LOG_DEBUG("Creating window with class name: %s", TextOrEmpty(className_).c_str());
   LOG_DEBUG("Window title: %s", TextOrEmpty(windowTitle_).c_str());
   hwnd_ = CreateWindowExW(0, className_.c_str(), windowTitle_.c_str(), WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
-                          CW_USEDEFAULT, width_, height_, nullptr, nullptr, hInstance_, nullptr);
+                          CW_USEDEFAULT, size_.width_, size_.height_, nullptr, nullptr, hInstance_, nullptr);
   if (!hwnd_) {
     const DWORD error = GetLastError();
     LogWindowCreationFailure(hInstance_, error);

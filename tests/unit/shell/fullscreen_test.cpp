@@ -45,7 +45,7 @@ class Fullscreen : public test::ShellTest {
   }
   bool Tracks() { return Inside(Window()).mouseTrackingTimer_ != 0; }
   bool CountsDown() { return Inside(Window()).titleBarAutoHideTimer_ != 0; }
-  void PointerAt(int y) { Window().RunTopAreaStep(y, TopAreaCaller::kTrackingTimer); }
+  void PointerAt(int y) { Inside(Window()).fullscreen_.RunTopAreaStep(y, TopAreaCaller::kTrackingTimer); }
   void Tick(UINT_PTR timer) { SendMessageA(Window().hwnd_, WM_TIMER, timer, 0); }
 
   static RECT RectOf(HWND window) {
@@ -252,11 +252,11 @@ TEST_F(Fullscreen, AMissingControlIsSkipped) {
 
 TEST_F(Fullscreen, ShowingTwiceAndHidingTwiceDoNothingTheSecondTime) {
   CallLog calls(Window());
-  Window().ShowTitleBarControls();
+  Inside(Window()).fullscreen_.ShowTitleBarControls();
   EXPECT_TRUE(calls.Calls().empty());
-  Window().HideTitleBarControls();
+  Inside(Window()).fullscreen_.HideTitleBarControls();
   calls.Clear();
-  Window().HideTitleBarControls();
+  Inside(Window()).fullscreen_.HideTitleBarControls();
   EXPECT_TRUE(calls.Calls().empty());
 }
 
@@ -351,16 +351,16 @@ TEST_F(Fullscreen, ToggleLeavesFromEveryFullscreenState) {
 
 TEST_F(Fullscreen, RestartedCountdownReplacesTheRunningOne) {
   Window().ToggleFullscreen();
-  Window().StartTitleBarAutoHideTimer();
+  Inside(Window()).fullscreen_.StartTitleBarAutoHideTimer();
   CallLog calls(Window());
-  Window().StartTitleBarAutoHideTimer();
+  Inside(Window()).fullscreen_.StartTitleBarAutoHideTimer();
   EXPECT_EQ(calls.Calls(), (Lines{"KillTimer main 1003", "SetTimer main 1003 3000ms"}));
 }
 
 TEST_F(Fullscreen, StoppingWithoutACountdownDoesNothing) {
   LogCapture log;
   CallLog calls(Window());
-  Window().StopTitleBarAutoHideTimer();
+  Inside(Window()).fullscreen_.StopTitleBarAutoHideTimer();
   EXPECT_TRUE(calls.Calls().empty());
   EXPECT_TRUE(log.Lines().empty());
 }
@@ -375,8 +375,8 @@ class TopAreaCallers : public Fullscreen, public testing::WithParamInterface<Cal
 TEST_P(TopAreaCallers, LogInTheirOwnWords) {
   Window().ToggleFullscreen();
   LogCapture log;
-  Window().RunTopAreaStep(7, GetParam().caller);
-  Window().RunTopAreaStep(77, GetParam().caller);
+  Inside(Window()).fullscreen_.RunTopAreaStep(7, GetParam().caller);
+  Inside(Window()).fullscreen_.RunTopAreaStep(77, GetParam().caller);
   EXPECT_TRUE(log.Has(GetParam().entered));
   EXPECT_TRUE(log.Has(GetParam().left));
 }

@@ -8,23 +8,13 @@
 #include "shell/flutter_child.h"
 #include "shell/vantro_window.h"
 
-namespace vantro {
-
-// The one friend of the rooms.
-struct RoomPeer {
-  static TitleBarControls& Controls(VantroWindow& window) { return window.titleBar_.controls_; }
-  static HWND& Overlay(VantroWindow& window) { return window.overlay_.flutterHostWindow_; }
-  static bool& Syncing(VantroWindow& window) { return window.overlay_.isSyncingOverlay_; }
-  static HHOOK& Hook(VantroWindow& window) { return window.overlay_.windowHook_; }
-  static HBRUSH& Brush(VantroWindow& window) { return window.titleBar_.titleBarBrush_; }
-};
-
-}  // namespace vantro
-
 namespace vantro::test {
 
 // The private state of a window's rooms under the names of the members, whichever room holds them.
 struct WindowInside {
+  TitleBar& titleBar_;
+  FlutterOverlay& overlay_;
+  Fullscreen& fullscreen_;
   HWND& flutterHostWindow_;
   HWND& searchBox_;
   HWND& fileButton_;
@@ -64,44 +54,60 @@ struct WindowInside {
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin>& vodThumbnailPlugin_;
 };
 
-inline WindowInside Inside(VantroWindow& window) {
-  return {RoomPeer::Overlay(window),
-          RoomPeer::Controls(window).searchBox_,
-          RoomPeer::Controls(window).fileButton_,
-          RoomPeer::Controls(window).helpButton_,
-          RoomPeer::Controls(window).closeButton_,
-          RoomPeer::Controls(window).maximizeButton_,
-          RoomPeer::Controls(window).minimizeButton_,
-          RoomPeer::Controls(window).volumeControl_,
-          RoomPeer::Controls(window).speakerIcon_,
-          RoomPeer::Controls(window).appIconStatic_,
-          RoomPeer::Controls(window).titleStatic_,
-          window.width_,
-          window.height_,
-          window.isFullscreen_,
-          window.alwaysOnTop_,
-          window.alwaysOnTopThisWindow_,
-          window.searchBoxClicked_,
-          window.savedWindowRect_,
-          window.savedStyle_,
-          window.savedExStyle_,
-          window.vlcHwAccel_,
-          window.vlcAudioOutput_,
-          window.vlcDeinterlace_,
-          window.vlcEqualizerEnabled_,
-          window.vlcCompressorEnabled_,
-          RoomPeer::Syncing(window),
-          window.volume_,
-          window.isVolumeDragging_,
-          window.showVolumePercent_,
-          RoomPeer::Hook(window),
-          window.searchDebounceTimer_,
-          window.titleBarAutoHideTimer_,
-          window.mouseTrackingTimer_,
-          window.isTitleBarVisible_,
-          window.isMouseInTopArea_,
-          RoomPeer::Brush(window),
-          window.vodThumbnailPlugin_};
-}
+}  // namespace vantro::test
+
+namespace vantro {
+
+// The one friend of the window and its rooms.
+struct RoomPeer {
+  static test::WindowInside Inside(VantroWindow& window) {
+    return {window.titleBar_,
+            window.overlay_,
+            window.fullscreen_,
+            window.overlay_.flutterHostWindow_,
+            window.titleBar_.controls_.searchBox_,
+            window.titleBar_.controls_.fileButton_,
+            window.titleBar_.controls_.helpButton_,
+            window.titleBar_.controls_.closeButton_,
+            window.titleBar_.controls_.maximizeButton_,
+            window.titleBar_.controls_.minimizeButton_,
+            window.titleBar_.controls_.volumeControl_,
+            window.titleBar_.controls_.speakerIcon_,
+            window.titleBar_.controls_.appIconStatic_,
+            window.titleBar_.controls_.titleStatic_,
+            window.size_.width_,
+            window.size_.height_,
+            window.fullscreen_.isFullscreen_,
+            window.alwaysOnTop_,
+            window.alwaysOnTopThisWindow_,
+            window.searchBoxClicked_,
+            window.fullscreen_.savedWindowRect_,
+            window.fullscreen_.savedStyle_,
+            window.fullscreen_.savedExStyle_,
+            window.vlcHwAccel_,
+            window.vlcAudioOutput_,
+            window.vlcDeinterlace_,
+            window.vlcEqualizerEnabled_,
+            window.vlcCompressorEnabled_,
+            window.overlay_.isSyncingOverlay_,
+            window.volume_,
+            window.isVolumeDragging_,
+            window.showVolumePercent_,
+            window.overlay_.windowHook_,
+            window.searchDebounceTimer_,
+            window.fullscreen_.titleBarAutoHideTimer_,
+            window.fullscreen_.mouseTrackingTimer_,
+            window.fullscreen_.isTitleBarVisible_,
+            window.fullscreen_.isMouseInTopArea_,
+            window.titleBar_.titleBarBrush_,
+            window.vodThumbnailPlugin_};
+  }
+};
+
+}  // namespace vantro
+
+namespace vantro::test {
+
+inline WindowInside Inside(VantroWindow& window) { return RoomPeer::Inside(window); }
 
 }  // namespace vantro::test

@@ -101,7 +101,7 @@ HWND WINAPI RecordCreateWindow(DWORD exStyle, const wchar_t* className, const wc
 TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar) {
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RecordCreateWindow));
   realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
-  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   const HWND overlay = Inside(window_).flutterHostWindow_;
   EXPECT_EQ(createCall.className, L"VantroFlutterOverlay");
   EXPECT_EQ(createCall.title, L"Flutter UI");
@@ -113,7 +113,7 @@ TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar)
 
 TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
   const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(RecordMargins));
-  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_EQ(extendedBy.cxLeftWidth, -1);
   EXPECT_EQ(extendedBy.cxRightWidth, -1);
   EXPECT_EQ(extendedBy.cyTopHeight, -1);
@@ -123,41 +123,41 @@ TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
 
 TEST_F(BareOverlay, FailedGlassFrameIsLoggedAndChangesNothing) {
   const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(FailToExtendFrame));
-  EXPECT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  EXPECT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_TRUE(log_.Has("DEBUG CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: FAILED"));
   EXPECT_TRUE(log_.Has("ERROR CreateFlutterOverlay: DWM error code: 0x80004005"));
 }
 
 TEST_F(BareOverlay, NeedsALiveMainWindow) {
   DestroyWindow(window_.hwnd_);
-  EXPECT_FALSE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  EXPECT_FALSE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_TRUE(log_.Has("WARNING CreateFlutterOverlay: Main window not ready"));
 }
 
 TEST_F(BareOverlay, SyncWithoutAnOverlayOnlyLogs) {
-  window_.overlay_.SyncFlutterOverlayPosition(window_.isFullscreen_);
+  Inside(window_).overlay_.SyncFlutterOverlayPosition(window_.isFullscreen());
   EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!"));
 }
 
 TEST_F(BareOverlay, SyncWithADeadOverlayOnlyLogs) {
-  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   DestroyWindow(Inside(window_).flutterHostWindow_);
-  window_.overlay_.SyncFlutterOverlayPosition(window_.isFullscreen_);
+  Inside(window_).overlay_.SyncFlutterOverlayPosition(window_.isFullscreen());
   EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is not a valid window!"));
 }
 
 TEST_F(BareOverlay, SyncWithADeadMainWindowIsSilent) {
-  ASSERT_TRUE(window_.overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   const HWND main = window_.hwnd_;
   window_.hwnd_ = nullptr;
   const PlaceCalls calls;
-  window_.overlay_.SyncFlutterOverlayPosition(window_.isFullscreen_);
+  Inside(window_).overlay_.SyncFlutterOverlayPosition(window_.isFullscreen());
   EXPECT_TRUE(calls.Of(Inside(window_).flutterHostWindow_).empty());
   window_.hwnd_ = main;
 }
 
 TEST_F(BareOverlay, MouseInputCannotBeEnabledWithoutIt) {
-  window_.overlay_.EnableOverlayMouseInput();
+  Inside(window_).overlay_.EnableOverlayMouseInput();
   EXPECT_TRUE(log_.Has("ERROR EnableOverlayMouseInput: ERROR - overlay window invalid!"));
   EXPECT_EQ(log_.CountContaining("EnableOverlayMouseInput COMPLETED"), 0);
 }
@@ -183,7 +183,7 @@ TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   const int width = static_cast<int>(client.right - client.left);
   const int height = static_cast<int>(client.bottom - client.top);
   const PlaceCalls calls;
-  window.overlay_.EnableOverlayMouseInput();
+  Inside(window).overlay_.EnableOverlayMouseInput();
   const PlaceCall raise{overlay, nullptr, 0, 0, 0, 0, 83};
   const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width,
                         height,  80};
@@ -201,7 +201,7 @@ TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
   const int width = static_cast<int>(below.right - below.left);
   const int height = static_cast<int>(below.bottom - below.top);
   const PlaceCalls calls;
-  window.overlay_.SyncFlutterOverlayPosition(window.isFullscreen_);
+  Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
   EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{{overlay, nullptr, static_cast<int>(below.left),
                                                         static_cast<int>(below.top), width, height, 64}}));
   EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
@@ -211,12 +211,12 @@ TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
 TEST_F(Overlay, SyncInFullscreenCoversTheTitleBarEvenWhileItIsShown) {
   VantroWindow& window = OpenWindow();
   window.ToggleFullscreen();
-  window.ShowTitleBarControls();
+  Inside(window).fullscreen_.ShowTitleBarControls();
   EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == BelowTitleBar(window.hwnd_));
-  window.overlay_.SyncFlutterOverlayPosition(window.isFullscreen_);
+  Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
   EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == ClientRectOnScreen(window.hwnd_));
-  window.HideTitleBarControls();
-  window.ShowTitleBarControls();
+  Inside(window).fullscreen_.HideTitleBarControls();
+  Inside(window).fullscreen_.ShowTitleBarControls();
   EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == BelowTitleBar(window.hwnd_));
 }
 
@@ -224,7 +224,7 @@ TEST_F(Overlay, SyncDoesNotNest) {
   VantroWindow& window = OpenWindow();
   Inside(window).isSyncingOverlay_ = true;
   const PlaceCalls calls;
-  window.overlay_.SyncFlutterOverlayPosition(window.isFullscreen_);
+  Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
   EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
   Inside(window).isSyncingOverlay_ = false;
 }
@@ -247,7 +247,7 @@ TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   ASSERT_NE(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
-  window.overlay_.SetFlutterOverlayTopmost();
+  Inside(window).overlay_.SetFlutterOverlayTopmost();
   EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_),
             (std::vector<PlaceCall>{{Inside(window).flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
   EXPECT_FALSE(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
@@ -259,7 +259,7 @@ TEST_F(Overlay, OnTopAlreadyIsNotRaised) {
   SetWindowPos(Inside(window).flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   ASSERT_EQ(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
-  window.overlay_.SetFlutterOverlayTopmost();
+  Inside(window).overlay_.SetFlutterOverlayTopmost();
   EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
 }
 

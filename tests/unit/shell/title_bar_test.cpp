@@ -76,7 +76,7 @@ using ControlsOfTheTitleBar = ShellTest;
 TEST_F(ControlsOfTheTitleBar, HaveTheirClassTextStylesAndId) {
   for (const ControlRow& row : kControls) {
     SCOPED_TRACE(row.name);
-    const HWND control = Window().titleBar_.Controls().*row.member;
+    const HWND control = Inside(Window()).titleBar_.Controls().*row.member;
     ASSERT_TRUE(IsWindow(control));
     EXPECT_EQ(GetParent(control), Window().hwnd_);
     EXPECT_EQ(ClassOf(control), row.className);
@@ -106,7 +106,7 @@ class TitleBar : public ShellTest {
     std::vector<std::string> calls;
     created = &calls;
     const test::ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(&RecordCreate));
-    Window().titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
+    Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
     return calls;
   }
 };
@@ -142,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(AtClientWidth, TitleBarLayout, testing::Values(640, 128
 TEST_F(TitleBar, MovesItsControlsWithoutChangingTheirOrder) {
   SetClientWidth(Window(), 1280);
   CallLog calls(Window());
-  Window().titleBar_.LayoutTitleBarControls();
+  Inside(Window()).titleBar_.LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{
                                "SetWindowPos close after=0 1235,3 45x27 flags=4",
                                "SetWindowPos maximize after=0 1190,3 45x27 flags=4",
@@ -156,26 +156,26 @@ TEST_F(TitleBar, MovesItsControlsWithoutChangingTheirOrder) {
 TEST_F(TitleBar, SkipsAControlThatIsMissing) {
   Inside(Window()).searchBox_ = nullptr;
   CallLog calls(Window());
-  Window().titleBar_.LayoutTitleBarControls();
+  Inside(Window()).titleBar_.LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls().size(), 5u);
 }
 
 TEST_F(TitleBar, MovesSpeakerAndVolumeOnlyIfBothExist) {
   Inside(Window()).speakerIcon_ = nullptr;
   CallLog calls(Window());
-  Window().titleBar_.LayoutTitleBarControls();
+  Inside(Window()).titleBar_.LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls().size(), 4u);
 }
 
 TEST_F(TitleBar, TakesTheSystemsBarAwayAndKeepsTheSizingFrame) {
   SetWindowLongA(Window().hwnd_, GWL_STYLE, WS_OVERLAPPEDWINDOW | WS_CLIPSIBLINGS);
-  Window().titleBar_.RemoveStandardTitleBar();
+  Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_EQ(GetWindowLongA(Window().hwnd_, GWL_STYLE), WS_THICKFRAME | WS_CLIPSIBLINGS);
 }
 
 TEST_F(TitleBar, GivesASizingFrameToAWindowWithoutOne) {
   SetWindowLongA(Window().hwnd_, GWL_STYLE, WS_CAPTION | WS_CLIPSIBLINGS);
-  Window().titleBar_.RemoveStandardTitleBar();
+  Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_EQ(GetWindowLongA(Window().hwnd_, GWL_STYLE), WS_THICKFRAME | WS_CLIPSIBLINGS);
 }
 
@@ -183,7 +183,7 @@ TEST_F(TitleBar, ColoursBorderAndCaptionThenAppliesTheFrame) {
   SetWindowLongA(Window().hwnd_, GWL_STYLE, WS_OVERLAPPEDWINDOW);
   LogCapture log;
   CallLog calls(Window());
-  Window().titleBar_.RemoveStandardTitleBar();
+  Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{
                                "SetWindowLongA main -16 0x04040000",
                                "DwmSetWindowAttribute main 34 6243910 size=4",
@@ -214,7 +214,7 @@ TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
   const HWND file = Inside(Window()).fileButton_;
   SetFocus(file);
   LogCapture log;
-  fresh_.titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
+  Inside(fresh_).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   EXPECT_EQ(GetFocus(), file);
   EXPECT_TRUE(log.Has("INFO Search box can accept focus: YES"));
   EXPECT_TRUE(log.Has("INFO Search box enabled: YES"));
@@ -225,7 +225,7 @@ TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
 TEST_F(TitleBarOfANewWindow, SearchBoxKeepsTheFocusThatNobodyHadBefore) {
   ASSERT_TRUE(fresh_.InitializeWindow());
   SetFocus(nullptr);
-  fresh_.titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
+  Inside(fresh_).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   EXPECT_EQ(GetFocus(), Inside(fresh_).searchBox_);
 }
 
@@ -263,7 +263,7 @@ class RefusedControls : public TitleBar {
     created = &calls;
     refusedClass = className;
     const test::ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(&RefuseCreate));
-    Window().titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
+    Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   }
 };
 

@@ -222,7 +222,7 @@ TEST_F(WindowStart, WithoutAnOverlayFailsAtTheViewAndNotSooner) {
 TEST_F(WindowStart, DeadOverlayFailsTheView) {
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
   ASSERT_TRUE(window->InitializeWindow());
-  ASSERT_TRUE(window->overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  ASSERT_TRUE(Inside(*window).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   DestroyWindow(Inside(*window).flutterHostWindow_);
   EXPECT_FALSE(window->InitializeFlutter());
   EXPECT_TRUE(log_.Has("ERROR ERROR: flutterHostWindow_ is not a valid window in InitializeFlutter!"));

@@ -377,7 +377,7 @@ TEST_F(MainWindow, StrayTicksOutsideFullscreenDoNothingAndKillNothing) {
 TEST_F(MainWindow, AutoHideTickHidesTheTitleBarInFullscreen) {
   Open();
   window_->ToggleFullscreen();
-  window_->ShowTitleBarControls();
+  Inside(*window_).fullscreen_.ShowTitleBarControls();
   Send(WM_TIMER, kTitleBarAutoHideTimerId);
   EXPECT_FALSE(Inside(*window_).isTitleBarVisible_);
 }
