@@ -94,7 +94,7 @@ void ClickVolumeControl(VantroWindow& window) {
   const int x = static_cast<int>(cursor.x - control.left);
   const int y = static_cast<int>(cursor.y - control.top);
   LOG_DEBUG("Volume control WM_COMMAND: click at relative (%d, %d)", x, y);
-  window.BeginVolumeDrag(x, y);
+  window.volumeControl_.BeginVolumeDrag(x, y);
 }
 
 constexpr Command kCommands[] = {

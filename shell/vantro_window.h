@@ -15,7 +15,9 @@
 #include "services/vod_thumbnail_worker_plugin.h"
 #include "shell/flutter_overlay.h"
 #include "shell/fullscreen.h"
+#include "shell/search_box.h"
 #include "shell/title_bar.h"
+#include "shell/volume_control.h"
 #include "shell/window_metrics.h"
 
 namespace vantro {
@@ -67,7 +69,6 @@ class VantroWindow {
   LRESULT OnLeftButtonDown(WPARAM wParam, LPARAM lParam);
   LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
   void StartVolumeDragAtPointer();
-  void EndVolumeDrag();
 
   LRESULT OnDrawItem(WPARAM wParam, LPARAM lParam);  // WM_DRAWITEM of buttons and statics
 
@@ -80,18 +81,6 @@ class VantroWindow {
   void HandleMenuCommand(WORD commandId);
   void LoadSettings();
   void SaveSettings();
-
-  // Volume control (volume_control.cpp).
-  void HandleVolumeClick(int x, int y);
-  void SetVlcVolume(int volume);
-  // The left button went down on the slider, at this position relative to it: drags from here on.
-  void BeginVolumeDrag(int x, int y);
-  void DrawVolumeControl(const DRAWITEMSTRUCT& item);
-  void DrawSpeakerIcon(const DRAWITEMSTRUCT& item);
-
-  // Search box (window_search.cpp).
-  void HandleSearchInput();      // its text changed: waits for the typing to pause
-  void OnSearchDebounceTimer();  // the pause has come: sends the text to the interface
 
   HWND flutterHostWindow() const { return overlay_.Window(); }
 
@@ -112,23 +101,20 @@ class VantroWindow {
   double reservedFactor_ = 1.0;
   bool alwaysOnTop_ = false;
   bool alwaysOnTopThisWindow_ = false;
-  bool searchBoxClicked_ = false;  // written by WM_LBUTTONDOWN, read by nothing
   std::string vlcHwAccel_ = "auto";
   std::string vlcAudioOutput_ = "directsound";
   std::string vlcDeinterlace_ = "off";
   bool vlcEqualizerEnabled_ = false;
   bool vlcCompressorEnabled_ = false;
-  bool isClosing_ = false;         // set on WM_CLOSE, never cleared
-  int volume_ = 100;               // percent, 0 to 100
-  bool isVolumeDragging_ = false;
-  bool showVolumePercent_ = false;
+  bool isClosing_ = false;  // set on WM_CLOSE, never cleared
   ULONG_PTR gdiplusToken_ = 0;
   UINT_PTR reservedTimerId_ = 0;  // nothing sets it; the destructor still tests it
-  UINT_PTR searchDebounceTimer_ = 0;
   HBRUSH backgroundBrush_ = nullptr;
   TitleBar titleBar_{hwnd_};
   FlutterOverlay overlay_{hwnd_, flutterEngine_};
   Fullscreen fullscreen_{hwnd_, size_, titleBar_, overlay_};
+  VolumeControl volumeControl_{hwnd_, titleBar_, vlcPlayer_};
+  SearchBox search_{hwnd_, titleBar_, methodChannelHandler_};
 };
 
 }  // namespace vantro

@@ -1,12 +1,9 @@
-// The volume slider of the title bar: its controls, its clicks, its drawing.
-#include <windows.h>
+#include "shell/volume_control.h"
 
 #include <cstdio>
 
 #include "common/log.h"
 #include "shell/gdiplus_drawing.h"
-#include "shell/shell_ids.h"
-#include "shell/vantro_window.h"
 #include "shell/volume_geometry.h"
 
 namespace vantro {
@@ -57,23 +54,38 @@ void DrawPercent(HDC dc, RECT area, int volume) {
 
 }  // namespace
 
-void VantroWindow::BeginVolumeDrag(int x, int y) {
+VolumeControl::VolumeControl(const HWND& mainWindow, const TitleBar& titleBar, const std::unique_ptr<VLCPlayer>& player)
+    : hwnd_(mainWindow), titleBar_(titleBar), vlcPlayer_(player) {}
+
+void VolumeControl::Redraw() {
+  // Without the control there is nothing to redraw: a null window would stand for all of them.
+  if (const HWND control = titleBar_.Controls().volumeControl_) InvalidateRect(control, nullptr, TRUE);
+}
+
+void VolumeControl::EndVolumeDrag() {
+  isVolumeDragging_ = false;
+  showVolumePercent_ = false;
+  ReleaseCapture();
+  Redraw();
+  LOG_DEBUG("WM_LBUTTONUP: Volume control mouse up - hiding percentage");
+}
+
+void VolumeControl::BeginVolumeDrag(int x, int y) {
   isVolumeDragging_ = true;
   showVolumePercent_ = true;
   HandleVolumeClick(x, y);
   SetCapture(hwnd_);
 }
 
-void VantroWindow::HandleVolumeClick(int x, int y) {
+void VolumeControl::HandleVolumeClick(int x, int y) {
   LOG_DEBUG("HandleVolumeClick: x=%d, y=%d", x, y);
   volume_ = VolumeFromX(x);
   SetVlcVolume(volume_);
-  // Without the control there is nothing to redraw: a null window would stand for all of them.
-  if (const HWND control = titleBar_.Controls().volumeControl_) InvalidateRect(control, nullptr, TRUE);
+  Redraw();
   LOG_INFO("Volume changed to: %d%%", volume_);
 }
 
-void VantroWindow::SetVlcVolume(int volume) {
+void VolumeControl::SetVlcVolume(int volume) {
   if (!vlcPlayer_) {
     LOG_WARNING("VLC player not available for volume control");
     return;
@@ -82,7 +94,7 @@ void VantroWindow::SetVlcVolume(int volume) {
   LOG_INFO("VLC volume set to: %d", volume);
 }
 
-void VantroWindow::DrawVolumeControl(const DRAWITEMSTRUCT& item) {
+void VolumeControl::DrawVolumeControl(const DRAWITEMSTRUCT& item) const {
   FillRect(item.hDC, &item.rcItem, titleBar_.Brush());
   DrawWedge(item.hDC, PlainRect(item.rcItem), volume_);
   if (showVolumePercent_) DrawPercent(item.hDC, item.rcItem, volume_);

@@ -1,4 +1,6 @@
 // How a window object begins, comes up and ends.
+#include <utility>
+
 #include "common/log.h"
 #include "common/text.h"
 #include "shell/gdiplus_drawing.h"
@@ -8,16 +10,6 @@
 namespace vantro {
 
 VantroWindow* VantroWindow::instance_ = nullptr;
-
-namespace {
-
-void KillAndClear(HWND window, UINT_PTR& timer) {
-  if (timer == 0) return;
-  KillTimer(window, timer);
-  timer = 0;
-}
-
-}  // namespace
 
 VantroWindow::VantroWindow(HINSTANCE hInstance) : hInstance_(hInstance) {
   instance_ = this;
@@ -78,8 +70,8 @@ VantroWindow::~VantroWindow() {
       PostQuitMessage(0);
     }
   }
-  KillAndClear(hwnd_, reservedTimerId_);
-  KillAndClear(hwnd_, searchDebounceTimer_);
+  if (reservedTimerId_) KillTimer(hwnd_, std::exchange(reservedTimerId_, 0));
+  search_.StopDebounceTimer();
   overlay_.RemoveWindowHook();
   // The handler goes first: on its way out it writes the session marker and still touches engine and player.
   methodChannelHandler_.reset();

@@ -6,6 +6,7 @@
 #include "shell/flutter_child.h"
 #include "shell/hit_test.h"
 #include "shell/shell_ids.h"
+#include "shell/speaker_icon.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
 
@@ -146,9 +147,9 @@ LRESULT VantroWindow::OnDrawItem(WPARAM wParam, LPARAM lParam) {
   if (item.CtlType == ODT_BUTTON) {
     PaintTitleBarButton(item, isFullscreen(), titleBar_.Brush());
   } else if (item.CtlType == ODT_STATIC && item.CtlID == kVolumeControlId) {
-    DrawVolumeControl(item);
+    volumeControl_.DrawVolumeControl(item);
   } else if (item.CtlType == ODT_STATIC && item.CtlID == kSpeakerIconId) {
-    DrawSpeakerIcon(item);
+    DrawSpeakerIcon(item, titleBar_.Brush());
   }
   return TRUE;
 }
@@ -190,7 +191,7 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_COMMAND: Control interaction - ID: %d, Handle: %p, Type: %d", id, reinterpret_cast<void*>(lParam),
             notification);
   if (notification == EN_CHANGE && id == kSearchBoxId) {
-    HandleSearchInput();
+    search_.HandleSearchInput();
     LOG_DEBUG("WM_COMMAND: Skipping focus redirect for search box text change");
     return 0;
   }
@@ -207,7 +208,7 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
 
 // A button that was clicked keeps the focus otherwise, and the view would hear no key.
 void VantroWindow::RedirectFocusAfterCommand() {
-  if (GetFocus() == titleBar_.Controls().searchBox_) {
+  if (GetFocus() == search_.Window()) {
     LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
   } else if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     SetFocus(child);
@@ -226,7 +227,7 @@ LRESULT VantroWindow::OnTimer(WPARAM timerId) {
   }
   switch (timerId) {
     case kSearchDebounceTimerId:
-      OnSearchDebounceTimer();
+      search_.OnSearchDebounceTimer();
       break;
     case kTitleBarAutoHideTimerId:
       fullscreen_.OnTitleBarAutoHideTimer();

@@ -28,9 +28,9 @@ bool ContainsWithEdges(const RECT& rect, POINT point) {
 
 LRESULT VantroWindow::OnMouseMove(WPARAM wParam, LPARAM lParam) {
   fullscreen_.FollowPointer(TopAreaCaller::kMainWindow);
-  if (isVolumeDragging_) {
+  if (volumeControl_.IsDragging()) {
     const POINT point = PointerIn(titleBar_.Controls().volumeControl_);
-    HandleVolumeClick(static_cast<int>(point.x), static_cast<int>(point.y));
+    volumeControl_.HandleVolumeClick(static_cast<int>(point.x), static_cast<int>(point.y));
     return 0;
   }
   return DefWindowProcA(hwnd_, WM_MOUSEMOVE, wParam, lParam);
@@ -41,10 +41,10 @@ LRESULT VantroWindow::OnLeftButtonDown(WPARAM wParam, LPARAM lParam) {
   const HWND hit = ChildWindowFromPoint(hwnd_, point);
   LOG_DEBUG("WM_LBUTTONDOWN: Click at (%d, %d), hit window: %p", static_cast<int>(point.x), static_cast<int>(point.y),
             static_cast<void*>(hit));
-  LOG_DEBUG("WM_LBUTTONDOWN: Search box window: %p", static_cast<void*>(titleBar_.Controls().searchBox_));
-  if (hit && hit == titleBar_.Controls().searchBox_) {
+  LOG_DEBUG("WM_LBUTTONDOWN: Search box window: %p", static_cast<void*>(search_.Window()));
+  if (hit && hit == search_.Window()) {
     LOG_DEBUG("WM_LBUTTONDOWN: Click on search box - ensuring it gets focus");
-    searchBoxClicked_ = true;
+    search_.NoteLeftButtonDown(true);
     return DefWindowProcA(hwnd_, WM_LBUTTONDOWN, wParam, lParam);
   }
   if (hit && hit == titleBar_.Controls().volumeControl_) {
@@ -60,7 +60,7 @@ LRESULT VantroWindow::OnLeftButtonDown(WPARAM wParam, LPARAM lParam) {
     StartVolumeDragAtPointer();
     return 0;
   }
-  searchBoxClicked_ = false;
+  search_.NoteLeftButtonDown(false);
   return DefWindowProcA(hwnd_, WM_LBUTTONDOWN, wParam, lParam);
 }
 
@@ -69,30 +69,21 @@ void VantroWindow::StartVolumeDragAtPointer() {
   const int x = static_cast<int>(point.x);
   const int y = static_cast<int>(point.y);
   LOG_DEBUG("WM_LBUTTONDOWN: Volume control clicked at relative position (%d, %d)", x, y);
-  BeginVolumeDrag(x, y);
+  volumeControl_.BeginVolumeDrag(x, y);
 }
 
 LRESULT VantroWindow::OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (isVolumeDragging_ && message == WM_LBUTTONUP) EndVolumeDrag();
+  if (volumeControl_.IsDragging() && message == WM_LBUTTONUP) volumeControl_.EndVolumeDrag();
   const HWND hit = ChildWindowFromPoint(hwnd_, PointerIn(hwnd_));
-  if (hit && (hit == titleBar_.Controls().searchBox_ || hit == titleBar_.Controls().volumeControl_)) {
+  if (hit && (hit == search_.Window() || hit == titleBar_.Controls().volumeControl_)) {
     LOG_DEBUG("MainWindow: Mouse up on search box - maintaining focus on search");
-  } else if (GetFocus() == titleBar_.Controls().searchBox_) {
+  } else if (GetFocus() == search_.Window()) {
     LOG_DEBUG("MainWindow: Search box has focus, not stealing it");
   } else if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     SetFocus(child);
     LOG_DEBUG("MainWindow: Mouse up - restored focus to Flutter");
   }
   return DefWindowProcA(hwnd_, message, wParam, lParam);
-}
-
-void VantroWindow::EndVolumeDrag() {
-  isVolumeDragging_ = false;
-  showVolumePercent_ = false;
-  ReleaseCapture();
-  // A null window would stand for every window of the desktop.
-  if (titleBar_.Controls().volumeControl_) InvalidateRect(titleBar_.Controls().volumeControl_, nullptr, TRUE);
-  LOG_DEBUG("WM_LBUTTONUP: Volume control mouse up - hiding percentage");
 }
 
 }  // namespace vantro

@@ -15,6 +15,8 @@ struct WindowInside {
   TitleBar& titleBar_;
   FlutterOverlay& overlay_;
   Fullscreen& fullscreen_;
+  VolumeControl& volumeSlider_;
+  SearchBox& search_;
   HWND& flutterHostWindow_;
   HWND& searchBox_;
   HWND& fileButton_;
@@ -64,6 +66,8 @@ struct RoomPeer {
     return {window.titleBar_,
             window.overlay_,
             window.fullscreen_,
+            window.volumeControl_,
+            window.search_,
             window.overlay_.flutterHostWindow_,
             window.titleBar_.controls_.searchBox_,
             window.titleBar_.controls_.fileButton_,
@@ -80,7 +84,7 @@ struct RoomPeer {
             window.fullscreen_.isFullscreen_,
             window.alwaysOnTop_,
             window.alwaysOnTopThisWindow_,
-            window.searchBoxClicked_,
+            window.search_.searchBoxClicked_,
             window.fullscreen_.savedWindowRect_,
             window.fullscreen_.savedStyle_,
             window.fullscreen_.savedExStyle_,
@@ -90,11 +94,11 @@ struct RoomPeer {
             window.vlcEqualizerEnabled_,
             window.vlcCompressorEnabled_,
             window.overlay_.isSyncingOverlay_,
-            window.volume_,
-            window.isVolumeDragging_,
-            window.showVolumePercent_,
+            window.volumeControl_.volume_,
+            window.volumeControl_.isVolumeDragging_,
+            window.volumeControl_.showVolumePercent_,
             window.overlay_.windowHook_,
-            window.searchDebounceTimer_,
+            window.search_.searchDebounceTimer_,
             window.fullscreen_.titleBarAutoHideTimer_,
             window.fullscreen_.mouseTrackingTimer_,
             window.fullscreen_.isTitleBarVisible_,

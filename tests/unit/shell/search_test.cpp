@@ -113,7 +113,7 @@ TEST_F(Search, NotificationOfAClickOnTheBoxIsAnUnknownCommand) {
 TEST_F(Search, ChangeWithoutASearchBoxStartsNoWait) {
   Inside(Window()).searchBox_ = nullptr;
   CallLog calls(Window());
-  Window().HandleSearchInput();
+  Inside(Window()).search_.HandleSearchInput();
   EXPECT_TRUE(calls.Calls().empty());
 }
 

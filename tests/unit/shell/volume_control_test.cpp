@@ -36,7 +36,7 @@ TEST_F(VolumeControl, StartsAtFullVolume) { EXPECT_EQ(Inside(Window()).volume_, 
 TEST_F(VolumeControl, ClickSetsTheVolumeOfWindowAndPlayerAndRedraws) {
   LogCapture log;
   CallLog calls(Window());
-  Window().HandleVolumeClick(40, 7);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(40, 7);
   EXPECT_EQ(Inside(Window()).volume_, 50);
   EXPECT_EQ(Window().vlcPlayer_->volume_, 50);
   EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect volume all erase"}));
@@ -46,7 +46,7 @@ TEST_F(VolumeControl, ClickSetsTheVolumeOfWindowAndPlayerAndRedraws) {
 }
 
 TEST_F(VolumeControl, ClickReachesTheLibrary) {
-  Window().HandleVolumeClick(20, 0);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(20, 0);
   EXPECT_EQ(vlc_.Volume(vlc_.Player()), 25);
 }
 
@@ -54,7 +54,7 @@ TEST_F(VolumeControl, WithoutAPlayerTheVolumeIsKeptAndAWarningLogged) {
   Window().methodChannelHandler_.reset();
   Window().vlcPlayer_.reset();
   LogCapture log;
-  Window().HandleVolumeClick(8, 0);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(8, 0);
   EXPECT_EQ(Inside(Window()).volume_, 10);
   EXPECT_TRUE(log.Has("WARNING VLC player not available for volume control"));
   EXPECT_EQ(log.CountContaining("VLC volume set to"), 0);
@@ -63,7 +63,7 @@ TEST_F(VolumeControl, WithoutAPlayerTheVolumeIsKeptAndAWarningLogged) {
 TEST_F(VolumeControl, InTheGridTheVolumeIsOnlyRemembered) {
   ASSERT_TRUE(Window().vlcPlayer_->EnableMultiView());
   vlc_.ClearCalls();
-  Window().HandleVolumeClick(40, 0);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(40, 0);
   EXPECT_EQ(Window().vlcPlayer_->volume_, 50);
   EXPECT_EQ(vlc_.CountOf("libvlc_audio_set_volume"), 0);
 }
