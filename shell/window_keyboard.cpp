@@ -15,6 +15,7 @@ const char* Liveness(HWND window) {
 }
 
 void LogFlutterChild(HWND child) {
+  if (!IsLogOn()) return;
   char className[256] = "";
   DWORD processId = 0;
   GetClassNameA(child, className, sizeof className);
