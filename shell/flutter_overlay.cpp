@@ -2,6 +2,8 @@
 
 #include <dwmapi.h>
 
+#include <utility>
+
 #include "common/log.h"
 #include "shell/flutter_child.h"
 #include "shell/overlay_diagnostics.h"
@@ -31,6 +33,15 @@ std::optional<OverlayRect> OverlayRectOver(HWND window, int topOffset) {
                         static_cast<int>(client.right - client.left), static_cast<int>(client.bottom - client.top),
                         topOffset);
 }
+
+struct SentMessage {
+  HWND window = nullptr;
+  UINT message = 0;
+  WPARAM wParam = 0;
+  LPARAM lParam = 0;
+
+  bool operator==(const SentMessage&) const = default;
+};
 
 // A null insert-after is HWND_TOP: an owned popup rises within its owner's group and does not become topmost.
 void Place(HWND window, const OverlayRect& rect, UINT flags) {
@@ -209,21 +220,24 @@ void FlutterOverlay::RemoveWindowHook() {
 // one message. The first run follows the main window, the others only pass on, so that a move syncs once from here
 // however many windows the process has opened.
 LRESULT CALLBACK FlutterOverlay::WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam) {
-  static LPARAM messageInChain = 0;
-  const LPARAM outerMessage = messageInChain;
+  // The message that is being handed along the chain. By value: another program's hook in between may hand on a copy.
+  static SentMessage inChain;
+  SentMessage message;
   VantroWindow* const newest = VantroWindow::instance_;
   if (nCode >= 0) {
     if (!newest) return CallNextHookEx(nullptr, nCode, wParam, lParam);
-    const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
-    messageInChain = lParam;
-    if (sent && lParam != outerMessage && sent->hwnd == newest->hwnd_) {
-      newest->overlay_.Follow(sent->message, sent->wParam, newest->isFullscreen());
+    if (const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam)) {
+      message = {sent->hwnd, sent->message, sent->wParam, sent->lParam};
+      if (message != inChain && message.window == newest->hwnd_) {
+        newest->overlay_.Follow(message.message, message.wParam, newest->isFullscreen());
+      }
     }
   }
+  const SentMessage outer = std::exchange(inChain, message);
   // Read again: what ran above may have ended the window.
   const HHOOK hook = VantroWindow::instance_ ? VantroWindow::instance_->overlay_.windowHook_ : nullptr;
   const LRESULT result = CallNextHookEx(hook, nCode, wParam, lParam);
-  messageInChain = outerMessage;
+  inChain = outer;
   return result;
 }
 

@@ -298,6 +298,31 @@ TEST_F(Overlay, ShowingReachesTheNewestWindowOnly) {
   EXPECT_EQ(SyncsLogged(log_) - before, 1);
 }
 
+// Another program's hook, which hands a copy of the message on.
+LRESULT CALLBACK HandOnACopy(int code, WPARAM wParam, LPARAM lParam) {
+  CWPSTRUCT copy = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+  return CallNextHookEx(nullptr, code, wParam, reinterpret_cast<LPARAM>(&copy));
+}
+
+TEST_F(Overlay, SyncsOnceAMessageAlsoWhenTheChainHandsOnACopy) {
+  OpenWindow();
+  const HHOOK between = SetWindowsHookExA(WH_CALLWNDPROC, HandOnACopy, nullptr, GetCurrentThreadId());
+  ASSERT_TRUE(between);
+  VantroWindow& newest = OpenWindow();
+  const int before = SyncsLogged(log_);
+  SendMessageA(newest.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 1);
+  UnhookWindowsHookEx(between);
+}
+
+TEST_F(Overlay, SameMessageSentTwiceSyncsTwice) {
+  VantroWindow& window = OpenWindow();
+  const int before = SyncsLogged(log_);
+  SendMessageA(window.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  SendMessageA(window.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 2);
+}
+
 struct Activation {
   WPARAM wParam;
   bool raises;
