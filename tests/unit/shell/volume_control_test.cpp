@@ -105,6 +105,16 @@ TEST_F(VolumeControl, ReleaseEndsTheDragAndRedraws) {
   EXPECT_EQ(Inside(Window()).volume_, 50);
 }
 
+TEST_F(VolumeControl, DragGoesOnWhenAnotherWindowTookTheCapture) {
+  PointAt(40, 10);
+  Send(WM_LBUTTONDOWN);
+  ReleaseCapture();
+  PointAt(20, 10);
+  Send(WM_MOUSEMOVE);
+  EXPECT_EQ(Inside(Window()).volume_, 25);
+  EXPECT_TRUE(Inside(Window()).showVolumePercent_);
+}
+
 TEST_F(VolumeControl, CommandOfTheSliderStartsTheDragAtThePointer) {
   PointAt(60, 5);
   LogCapture log;
