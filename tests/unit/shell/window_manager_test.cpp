@@ -170,6 +170,24 @@ TEST_F(Windows, ReferenceInFullscreenGivesTheLargeOffset) {
   EXPECT_EQ(placed.top, work.top + 50);
 }
 
+// The windows of the main windows' class, registered or not.
+int CountMainWindows() {
+  int count = 0;
+  HWND window = nullptr;
+  while ((window = FindWindowExW(nullptr, window, L"VantroWindowClass", nullptr))) ++count;
+  return count;
+}
+
+TEST_F(Windows, FailedNewWindowLeavesNoNativeWindowBehind) {
+  VantroWindow& reference = OpenWindow();
+  const int before = CountMainWindows();
+  ASSERT_GE(before, 1);
+  vlc_.Fail("libvlc_new", 100);
+  CreateNewWindow(reference);
+  EXPECT_EQ(CountMainWindows(), before);
+  EXPECT_TRUE(IsWindow(reference.hwnd_));
+}
+
 TEST_F(Windows, FailedNewWindowIsSilentAndLeavesNoNewestWindow) {
   VantroWindow& reference = OpenWindow();
   vlc_.Fail("libvlc_new", 100);
@@ -185,9 +203,11 @@ BOOL WINAPI ThrowOnUpdate(HWND) { throw std::runtime_error("no more of this"); }
 
 TEST_F(Windows, ExceptionInANewWindowIsLoggedAndGoesNoFurther) {
   VantroWindow& reference = OpenWindow();
+  const int before = CountMainWindows();
   const ImportHook hook("user32.dll", "UpdateWindow", reinterpret_cast<void*>(ThrowOnUpdate));
   EXPECT_NO_THROW(CreateNewWindow(reference));
   EXPECT_TRUE(log_.Has("ERROR CreateNewWindow: Exception creating new window: no more of this"));
+  EXPECT_EQ(CountMainWindows(), before);
   EXPECT_EQ(GetWindowRegistry().size(), 1u);
   EXPECT_TRUE(IsWindow(reference.hwnd_));
 }
