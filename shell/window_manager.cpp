@@ -139,6 +139,13 @@ size_t CountActiveWindows() {
       std::count_if(registry.begin(), registry.end(), [](const auto& window) { return window && !window->isClosing_; }));
 }
 
+void ToggleWindowFullscreen(VantroWindow& window) { window.ToggleFullscreen(); }
+
+MethodChannelHandler* MasterHandler() {
+  const auto& windows = GetWindowRegistry();
+  return windows.empty() || !windows.front() ? nullptr : windows.front()->methodChannelHandler_.get();
+}
+
 void BroadcastEncodableToClientWindows(const std::string& methodName, const EncodableValue& value) {
   const auto& registry = GetWindowRegistry();
   LOG_INFO("BroadcastEncodableToClientWindows: Broadcasting '%s' to %zu windows", methodName.c_str(), registry.size());
