@@ -229,13 +229,13 @@ LRESULT CALLBACK FlutterOverlay::WindowSyncHookProc(int nCode, WPARAM wParam, LP
     if (const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam)) {
       message = {sent->hwnd, sent->message, sent->wParam, sent->lParam};
       if (message != inChain && message.window == newest->hwnd_) {
-        newest->overlay_.Follow(message.message, message.wParam, newest->isFullscreen());
+        newest->Overlay().Follow(message.message, message.wParam, newest->isFullscreen());
       }
     }
   }
   const SentMessage outer = std::exchange(inChain, message);
   // Read again: what ran above may have ended the window.
-  const HHOOK hook = VantroWindow::instance_ ? VantroWindow::instance_->overlay_.windowHook_ : nullptr;
+  const HHOOK hook = VantroWindow::instance_ ? VantroWindow::instance_->Overlay().windowHook_ : nullptr;
   const LRESULT result = CallNextHookEx(hook, nCode, wParam, lParam);
   inChain = outer;
   return result;

@@ -113,7 +113,7 @@ LRESULT OnOverlayInput(VantroWindow* window, const OverlayMessage& input) {
 
 LRESULT OnOverlayMouseMove(VantroWindow* window, const OverlayMessage& move) {
   if (!window) return move.Default();
-  window->fullscreen_.FollowPointer(TopAreaCaller::kOverlay);
+  window->FollowPointer(TopAreaCaller::kOverlay);
   if (!window->flutterEngine_) return move.Default();
   if (const auto result = move.OfferTo(*window->flutterEngine_)) return *result;
   if (const HWND child = LiveFlutterChild(window->flutterEngine_)) move.PostTo(child);

@@ -18,6 +18,7 @@
 #include "shell/search_box.h"
 #include "shell/title_bar.h"
 #include "shell/volume_control.h"
+#include "shell/window_commands.h"
 #include "shell/window_metrics.h"
 
 namespace vantro {
@@ -32,7 +33,35 @@ class VantroWindow {
   // Brings the window up, hidden. False when the window cannot serve; the object can then only be destroyed.
   bool Initialize();
 
-  // Bring-up, private steps of Initialize (window_lifecycle.cpp).
+  // The class's window procedure: hands each message to the object that the native window belongs to.
+  static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+  // Enters fullscreen, or leaves it.
+  void ToggleFullscreen() { fullscreen_.ToggleFullscreen(); }
+  bool isFullscreen() const { return fullscreen_.IsFullscreen(); }
+  // The pointer has moved over one of the two native windows: in fullscreen the bar may come or go.
+  void FollowPointer(TopAreaCaller caller) { fullscreen_.FollowPointer(caller); }
+
+  // The overlay's room, for the hook, and its native window.
+  FlutterOverlay& Overlay() { return overlay_; }
+  HWND flutterHostWindow() const { return overlay_.Window(); }
+
+  HINSTANCE Instance() const { return hInstance_; }
+  const WindowSize& Size() const { return size_; }
+
+  // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
+  // window's object is gone, also while older windows live.
+  static VantroWindow* instance_;
+
+  // What the other parts of the host read.
+  HWND hwnd_ = nullptr;
+  std::unique_ptr<VLCPlayer> vlcPlayer_;
+  std::unique_ptr<FlutterEngine> flutterEngine_;
+  std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
+  bool isClosing_ = false;  // set on WM_CLOSE, never cleared
+
+ private:
+  // The steps of Initialize.
   bool InitializeWindow();
   bool InitializeVLC();
   bool InitializeFlutter();
@@ -40,8 +69,6 @@ class VantroWindow {
   bool CreateMethodChannelHandler();
   void CreateThumbnailWorker();
 
-  // Messages (window_messages.cpp and its companions by topic).
-  static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
   // Offers the message to the view, then to the system.
   LRESULT OnDefault(UINT message, WPARAM wParam, LPARAM lParam);
@@ -57,6 +84,7 @@ class VantroWindow {
   void RedirectFocusAfterCommand();
   LRESULT OnTimer(WPARAM timerId);
   LRESULT OnControlColor(WPARAM wParam);
+  LRESULT OnDrawItem(LPARAM lParam);
   LRESULT OnNewWindowRequest();
   // Keyboard and focus (window_keyboard.cpp).
   LRESULT OnSetFocus(WPARAM wParam, LPARAM lParam);
@@ -70,51 +98,26 @@ class VantroWindow {
   LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
   void StartVolumeDragAtPointer();
 
-  LRESULT OnDrawItem(WPARAM wParam, LPARAM lParam);  // WM_DRAWITEM of buttons and statics
-
-  void ToggleFullscreen() { fullscreen_.ToggleFullscreen(); }
-  bool isFullscreen() const { return fullscreen_.IsFullscreen(); }
-
-  // Menus, commands and settings (menus.cpp, commands.cpp, settings.cpp).
-  void ShowFileMenu();
-  void ShowHelpMenu();
-  void HandleMenuCommand(WORD commandId);
-  void LoadSettings();
-  void SaveSettings();
-
-  HWND flutterHostWindow() const { return overlay_.Window(); }
-
-  // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
-  // window's object is gone, also while older windows live.
-  static VantroWindow* instance_;
-
-  HWND hwnd_ = nullptr;
   HINSTANCE hInstance_;
   std::wstring className_ = L"VantroWindowClass";
   std::wstring windowTitle_ = L"Vantro";
   WindowSize size_;
-  std::unique_ptr<VLCPlayer> vlcPlayer_;
-  std::unique_ptr<FlutterEngine> flutterEngine_;
-  std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> vodThumbnailPlugin_;
   bool reservedFlag_ = true;  // nothing reads these two
   double reservedFactor_ = 1.0;
-  bool alwaysOnTop_ = false;
-  bool alwaysOnTopThisWindow_ = false;
-  std::string vlcHwAccel_ = "auto";
-  std::string vlcAudioOutput_ = "directsound";
-  std::string vlcDeinterlace_ = "off";
-  bool vlcEqualizerEnabled_ = false;
-  bool vlcCompressorEnabled_ = false;
-  bool isClosing_ = false;  // set on WM_CLOSE, never cleared
   ULONG_PTR gdiplusToken_ = 0;
   UINT_PTR reservedTimerId_ = 0;  // nothing sets it; the destructor still tests it
   HBRUSH backgroundBrush_ = nullptr;
+
+  // The rooms.
   TitleBar titleBar_{hwnd_};
   FlutterOverlay overlay_{hwnd_, flutterEngine_};
   Fullscreen fullscreen_{hwnd_, size_, titleBar_, overlay_};
   VolumeControl volumeControl_{hwnd_, titleBar_, vlcPlayer_};
+  WindowCommands commands_{*this, titleBar_, overlay_, fullscreen_, volumeControl_};
   SearchBox search_{hwnd_, titleBar_, methodChannelHandler_};
+
+  friend struct RoomPeer;
 };
 
 }  // namespace vantro

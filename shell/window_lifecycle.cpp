@@ -52,7 +52,7 @@ bool VantroWindow::Initialize() {
   }
   LOG_INFO("VantroWindow::InitializeFlutter() succeeded");
   // Last, so the player has come up without the stored settings; they may raise window and overlay.
-  LoadSettings();
+  commands_.LoadSettings();
   LOG_INFO("VantroWindow::Initialize() completed successfully");
   return true;
 }

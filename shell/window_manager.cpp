@@ -74,14 +74,14 @@ class UnregisteredWindow {
 };
 
 void CreateShowAndRegister(const VantroWindow& reference) {
-  UnregisteredWindow window(reference.hInstance_);
+  UnregisteredWindow window(reference.Instance());
   if (!window->Initialize()) {
     LOG_ERROR("CreateNewWindow: Failed to initialize new window");
     return;
   }
   // The reference's size, which is its client size while it is normal, stands in for the new window's own.
-  const WindowPlacement placement = PlaceNewWindow(OuterRect(reference.hwnd_), reference.size_.width_,
-                                                   reference.size_.height_, WorkAreaOf(reference.hwnd_));
+  const WindowPlacement placement = PlaceNewWindow(OuterRect(reference.hwnd_), reference.Size().width_,
+                                                   reference.Size().height_, WorkAreaOf(reference.hwnd_));
   LogPlacement(placement);
   SetWindowPos(window->hwnd_, nullptr, placement.x, placement.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   ShowWindow(window->hwnd_, SW_SHOWNORMAL);

@@ -51,7 +51,7 @@ LRESULT VantroWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_GETMINMAXINFO:
       return OnGetMinMaxInfo(lParam);
     case WM_DRAWITEM:
-      return OnDrawItem(wParam, lParam);
+      return OnDrawItem(lParam);
     case WM_NCHITTEST:
       return OnHitTest(lParam);
     case WM_NCPAINT:
@@ -103,7 +103,7 @@ LRESULT VantroWindow::OnDefault(UINT message, WPARAM wParam, LPARAM lParam) {
 // The end of the process is decided on WM_CLOSE; here the native window goes, the object stays.
 LRESULT VantroWindow::OnDestroy() {
   LOG_INFO("WM_DESTROY: Window %p is being destroyed", static_cast<void*>(this));
-  SaveSettings();
+  commands_.SaveSettings();
   if (vlcPlayer_) {
     LOG_INFO("Stopping VLC playback for closing window");
     vlcPlayer_->StopInternal(false);
@@ -142,7 +142,7 @@ LRESULT VantroWindow::OnNcPaint() {
   return 0;
 }
 
-LRESULT VantroWindow::OnDrawItem(WPARAM wParam, LPARAM lParam) {
+LRESULT VantroWindow::OnDrawItem(LPARAM lParam) {
   const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
   if (item.CtlType == ODT_BUTTON) {
     PaintTitleBarButton(item, isFullscreen(), titleBar_.Brush());
@@ -196,11 +196,11 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
     return 0;
   }
   if (notification == BN_CLICKED && id == kFileButtonId) {
-    ShowFileMenu();
+    commands_.ShowFileMenu();
   } else if (notification == BN_CLICKED && id == kHelpButtonId) {
-    ShowHelpMenu();
+    commands_.ShowHelpMenu();
   } else {
-    HandleMenuCommand(id);
+    commands_.HandleMenuCommand(id);
   }
   RedirectFocusAfterCommand();
   return 0;

@@ -430,7 +430,7 @@ TEST_F(Fullscreen, StrayTicksAfterLeavingDoNothing) {
 }
 
 TEST_F(Fullscreen, LeavingDropsAlwaysOnTopWhoseSettingStaysOn) {
-  Window().HandleMenuCommand(kAlwaysOnTopCommand);
+  Inside(Window()).commands_.HandleMenuCommand(kAlwaysOnTopCommand);
   Window().ToggleFullscreen();
   CallLog calls(Window());
   Window().ToggleFullscreen();

@@ -17,6 +17,8 @@ struct WindowInside {
   Fullscreen& fullscreen_;
   VolumeControl& volumeSlider_;
   SearchBox& search_;
+  WindowCommands& commands_;
+  WindowSettings& settings_;
   HWND& flutterHostWindow_;
   HWND& searchBox_;
   HWND& fileButton_;
@@ -62,12 +64,23 @@ namespace vantro {
 
 // The one friend of the window and its rooms.
 struct RoomPeer {
+  // The steps of a start, one by one.
+  static bool InitializeWindow(VantroWindow& window) { return window.InitializeWindow(); }
+  static bool InitializeVLC(VantroWindow& window) { return window.InitializeVLC(); }
+  static bool InitializeFlutter(VantroWindow& window) { return window.InitializeFlutter(); }
+
+  // WM_DRAWITEM of a window that has no native one.
+  static LRESULT DrawItem(VantroWindow& window, const DRAWITEMSTRUCT& item) {
+    return window.OnDrawItem(reinterpret_cast<LPARAM>(&item));
+  }
   static test::WindowInside Inside(VantroWindow& window) {
     return {window.titleBar_,
             window.overlay_,
             window.fullscreen_,
             window.volumeControl_,
             window.search_,
+            window.commands_,
+            window.commands_.settings_,
             window.overlay_.flutterHostWindow_,
             window.titleBar_.controls_.searchBox_,
             window.titleBar_.controls_.fileButton_,
@@ -82,17 +95,17 @@ struct RoomPeer {
             window.size_.width_,
             window.size_.height_,
             window.fullscreen_.isFullscreen_,
-            window.alwaysOnTop_,
-            window.alwaysOnTopThisWindow_,
+            window.commands_.settings_.alwaysOnTop_,
+            window.commands_.alwaysOnTopThisWindow_,
             window.search_.searchBoxClicked_,
             window.fullscreen_.savedWindowRect_,
             window.fullscreen_.savedStyle_,
             window.fullscreen_.savedExStyle_,
-            window.vlcHwAccel_,
-            window.vlcAudioOutput_,
-            window.vlcDeinterlace_,
-            window.vlcEqualizerEnabled_,
-            window.vlcCompressorEnabled_,
+            window.commands_.settings_.vlcHwAccel_,
+            window.commands_.settings_.vlcAudioOutput_,
+            window.commands_.settings_.vlcDeinterlace_,
+            window.commands_.settings_.vlcEqualizerEnabled_,
+            window.commands_.settings_.vlcCompressorEnabled_,
             window.overlay_.isSyncingOverlay_,
             window.volumeControl_.volume_,
             window.volumeControl_.isVolumeDragging_,

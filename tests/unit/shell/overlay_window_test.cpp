@@ -75,7 +75,7 @@ class Overlay : public test::WindowTest {};
 class BareOverlay : public test::WindowTest {
  protected:
   BareOverlay() : window_(GetModuleHandleA(nullptr)) {
-    window_.InitializeWindow();
+    RoomPeer::InitializeWindow(window_);
     test::KeepWindowClass();
   }
   ~BareOverlay() override { DestroyWindow(window_.hwnd_); }

@@ -83,7 +83,7 @@ class Settings : public testing::Test {
 
 TEST_F(Settings, FirstStartFindsNoKeyAndKeepsTheDefaults) {
   LogCapture log;
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_FALSE(Inside(window_).alwaysOnTop_);
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "auto");
   EXPECT_EQ(Inside(window_).vlcAudioOutput_, "directsound");
@@ -96,15 +96,15 @@ TEST_F(Settings, FirstStartFindsNoKeyAndKeepsTheDefaults) {
 }
 
 TEST_F(Settings, LoadingCreatesNoKeyAndTheFirstSaveDoes) {
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_FALSE(KeyExists());
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_TRUE(KeyExists());
 }
 
 TEST_F(Settings, SaveWritesEachValueWithItsTypeAndSize) {
   SetEveryMember();
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(1));
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"dxva2"));
   EXPECT_EQ(Stored(L"VLCAudioOutput"), Text(L"wasapi"));
@@ -116,7 +116,7 @@ TEST_F(Settings, SaveWritesEachValueWithItsTypeAndSize) {
 }
 
 TEST_F(Settings, SaveWritesTheDefaults) {
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"auto"));
   EXPECT_EQ(Stored(L"VLCAudioOutput"), Text(L"directsound"));
@@ -127,7 +127,7 @@ TEST_F(Settings, SaveWritesTheDefaults) {
 
 TEST_F(Settings, SaveWritesAnEmptyTextAsTwoZeros) {
   Inside(window_).vlcHwAccel_ = "";
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L""));
 }
 
@@ -135,7 +135,7 @@ TEST_F(Settings, SaveLogsEachValueInOrder) {
   SetEveryMember();
   Inside(window_).vlcCompressorEnabled_ = false;
   LogCapture log;
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{
                              "INFO SaveSettings: Saving application settings to registry",
                              "INFO SaveSettings: Always on top setting saved: enabled",
@@ -149,7 +149,7 @@ TEST_F(Settings, SaveLogsEachValueInOrder) {
 
 TEST_F(Settings, PerWindowAlwaysOnTopIsNotStored) {
   Inside(window_).alwaysOnTopThisWindow_ = true;
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   HKEY key = nullptr;
   ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_READ, &key), ERROR_SUCCESS);
   DWORD values = 0;
@@ -162,10 +162,10 @@ TEST_F(Settings, PerWindowAlwaysOnTopIsNotStored) {
 
 TEST_F(Settings, LoadGivesBackWhatSaveWroteAndLogsIt) {
   SetEveryMember();
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   VantroWindow next(GetModuleHandleW(nullptr));
   LogCapture log;
-  next.LoadSettings();
+  Inside(next).commands_.LoadSettings();
   EXPECT_TRUE(Inside(next).alwaysOnTop_);
   EXPECT_EQ(Inside(next).vlcHwAccel_, "dxva2");
   EXPECT_EQ(Inside(next).vlcAudioOutput_, "wasapi");
@@ -188,7 +188,7 @@ TEST_F(Settings, EmptyKeyClearsAlwaysOnTopAndLeavesTheOtherMembers) {
   Store(L"Foreign", Dword(1));
   SetEveryMember();
   LogCapture log;
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_FALSE(Inside(window_).alwaysOnTop_);
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "dxva2");
   EXPECT_TRUE(Inside(window_).vlcEqualizerEnabled_);
@@ -198,7 +198,7 @@ TEST_F(Settings, EmptyKeyClearsAlwaysOnTopAndLeavesTheOtherMembers) {
 
 TEST_F(Settings, AbsentValueLeavesItsMemberAndTheOthersAreLoaded) {
   Store(L"VLCDeinterlace", Text(L"mean"));
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "auto");
   EXPECT_EQ(Inside(window_).vlcDeinterlace_, "mean");
 }
@@ -206,30 +206,30 @@ TEST_F(Settings, AbsentValueLeavesItsMemberAndTheOthersAreLoaded) {
 TEST_F(Settings, AnyNumberButZeroReadsAsTrue) {
   Store(L"VLCEqualizerEnabled", Dword(2));
   Store(L"VLCCompressorEnabled", Dword(0x80000000));
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_TRUE(Inside(window_).vlcEqualizerEnabled_);
   EXPECT_TRUE(Inside(window_).vlcCompressorEnabled_);
 }
 
 TEST_F(Settings, UnknownHardwareAccelerationIsLoadedKeptAndWrittenBackUnchanged) {
   Store(L"VLCHwAccel", Text(L"vulkan"));
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "vulkan");
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"vulkan"));
 }
 
 TEST_F(Settings, TextBeyondTheMenusAlphabetRoundTrips) {
   Inside(window_).vlcAudioOutput_ = "g\xC3\xBCnstig \xF0\x9F\x8E\xAC";
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   VantroWindow next(GetModuleHandleW(nullptr));
-  next.LoadSettings();
+  Inside(next).commands_.LoadSettings();
   EXPECT_EQ(Inside(next).vlcAudioOutput_, Inside(window_).vlcAudioOutput_);
 }
 
 TEST_F(Settings, TextIsCutAtItsFirstZero) {
   Store(L"VLCHwAccel", Text(std::wstring(L"none\0dxva2", 10)));
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "none");
 }
 
@@ -238,14 +238,14 @@ TEST_F(Settings, TextWithoutATerminatorEndsWithItsData) {
   value.type = REG_BINARY;  // a text would get its terminator on the way in
   value.data.resize(4 * sizeof(wchar_t));
   Store(L"VLCHwAccel", value);
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "none");
 }
 
 TEST_F(Settings, TextOf512BytesIsReadAndALongerOneCountsAsAbsent) {
   Store(L"VLCHwAccel", Text(std::wstring(254, L'a')));
   Store(L"VLCAudioOutput", Text(std::wstring(255, L'b')));
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_EQ(Inside(window_).vlcHwAccel_, std::string(254, 'a'));
   EXPECT_EQ(Inside(window_).vlcAudioOutput_, "directsound");
 }
@@ -255,14 +255,14 @@ TEST_F(Settings, TextThatFillsTheBufferWithoutATerminatorIsReadWhole) {
   value.type = REG_BINARY;
   value.data.resize(512);
   Store(L"VLCHwAccel", value);
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_EQ(Inside(window_).vlcHwAccel_, std::string(256, 'c'));
 }
 
 TEST_F(Settings, AlwaysOnTopStoredAsALongTextFailsToReadAndDefaultsToOff) {
   Store(L"AlwaysOnTop", Text(L"yes"));
   Inside(window_).alwaysOnTop_ = true;
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_FALSE(Inside(window_).alwaysOnTop_);
 }
 
@@ -270,24 +270,24 @@ TEST_F(Settings, AlwaysOnTopStoredAsAShortTextReadsAsOnWhateverItsType) {
   StoredValue value = Text(L"0");
   value.data.resize(4);  // the character and one zero
   Store(L"AlwaysOnTop", value);
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_TRUE(Inside(window_).alwaysOnTop_);
 }
 
 TEST_F(Settings, NumberStoredUnderATextIsTakenAsText) {
   Store(L"VLCHwAccel", Dword(0x00620061));  // "ab"
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "ab");
 }
 
 TEST_F(Settings, WindowDestroyedLastDecidesWhatTheNextStartFinds) {
   VantroWindow other(GetModuleHandleW(nullptr));
-  window_.LoadSettings();
-  other.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
+  Inside(other).commands_.LoadSettings();
   Inside(window_).alwaysOnTop_ = true;
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_FALSE(Inside(other).alwaysOnTop_);
-  other.SaveSettings();
+  Inside(other).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
 }
 
@@ -301,7 +301,7 @@ TEST_F(Settings, KeyThatCannotBeCreatedIsLoggedAndNothingIsWritten) {
   LogCapture log;
   {
     const test::ImportHook hook("advapi32.dll", "RegCreateKeyExW", reinterpret_cast<void*>(&RefuseCreate));
-    window_.SaveSettings();
+    Inside(window_).commands_.SaveSettings();
   }
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
                                                    "ERROR SaveSettings: Failed to create registry key: 5"}));
@@ -311,7 +311,7 @@ TEST_F(Settings, KeyThatCannotBeCreatedIsLoggedAndNothingIsWritten) {
 TEST_F(Settings, OnlyAFailureOfTheFirstValueIsLogged) {
   LogCapture log;
   const test::ImportHook hook("advapi32.dll", "RegSetValueExW", reinterpret_cast<void*>(&RefuseSet));
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
                                                    "ERROR SaveSettings: Failed to save always on top setting: 29"}));
 }
@@ -321,7 +321,7 @@ using SettingsOfAWindow = test::ShellTest;
 TEST_F(SettingsOfAWindow, StoredAlwaysOnTopIsAppliedToWindowAndOverlay) {
   Store(L"AlwaysOnTop", Dword(1));
   CallLog calls(Window());
-  Window().LoadSettings();
+  Inside(Window()).commands_.LoadSettings();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{"SetWindowPos main after=-1 0,0 0x0 flags=3",
                                                      "SetWindowPos overlay after=-1 0,0 0x0 flags=3"}));
   // Wine raises an owner's popup into the topmost band and leaves the owner itself out of it, so only the overlay's
@@ -333,7 +333,7 @@ TEST_F(SettingsOfAWindow, NothingIsAppliedWithoutAlwaysOnTop) {
   Store(L"AlwaysOnTop", Dword(0));
   CallLog calls(Window());
   LogCapture log;
-  Window().LoadSettings();
+  Inside(Window()).commands_.LoadSettings();
   EXPECT_TRUE(calls.Calls().empty());
   EXPECT_TRUE(log.Has("INFO LoadSettings: Always on top setting loaded: disabled"));
 }

@@ -210,7 +210,7 @@ class TitleBarOfANewWindow : public ShellTest {
 };
 
 TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
-  ASSERT_TRUE(fresh_.InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(fresh_));
   const HWND file = Inside(Window()).fileButton_;
   SetFocus(file);
   LogCapture log;
@@ -223,7 +223,7 @@ TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
 }
 
 TEST_F(TitleBarOfANewWindow, SearchBoxKeepsTheFocusThatNobodyHadBefore) {
-  ASSERT_TRUE(fresh_.InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(fresh_));
   SetFocus(nullptr);
   Inside(fresh_).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   EXPECT_EQ(GetFocus(), Inside(fresh_).searchBox_);
@@ -231,7 +231,7 @@ TEST_F(TitleBarOfANewWindow, SearchBoxKeepsTheFocusThatNobodyHadBefore) {
 
 TEST_F(TitleBarOfANewWindow, SearchBoxOfAHiddenWindowIsLoggedAsNotVisible) {
   LogCapture log;
-  ASSERT_TRUE(fresh_.InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(fresh_));
   EXPECT_TRUE(log.Has("INFO Search box visible: NO"));
 }
 

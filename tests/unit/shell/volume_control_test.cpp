@@ -119,7 +119,7 @@ TEST_F(VolumeControl, CommandOfTheSliderStartsTheDragAtThePointer) {
   PointAt(60, 5);
   LogCapture log;
   CallLog calls(Window());
-  Window().HandleMenuCommand(kVolumeControlId);
+  Inside(Window()).commands_.HandleMenuCommand(kVolumeControlId);
   EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: Volume control clicked (ID 1001)");
   EXPECT_EQ(log.Lines()[2], "DEBUG Volume control WM_COMMAND: click at relative (60, 5)");
   EXPECT_TRUE(Inside(Window()).isVolumeDragging_);
@@ -131,7 +131,7 @@ TEST_F(VolumeControl, CommandOfTheSliderStartsTheDragAtThePointer) {
 TEST_F(VolumeControl, CommandWithoutTheSliderEndsAfterItsLogLine) {
   Inside(Window()).volumeControl_ = nullptr;
   LogCapture log;
-  Window().HandleMenuCommand(kVolumeControlId);
+  Inside(Window()).commands_.HandleMenuCommand(kVolumeControlId);
   EXPECT_EQ(log.Lines().size(), 2u);
   EXPECT_FALSE(Inside(Window()).isVolumeDragging_);
 }
@@ -158,7 +158,7 @@ class VolumeDrawing : public testing::Test {
   LRESULT Draw(const Canvas& canvas, UINT id) {
     DRAWITEMSTRUCT item = Item(canvas, id);
     std::filesystem::current_path(folder_);
-    const LRESULT result = window_.OnDrawItem(id, reinterpret_cast<LPARAM>(&item));
+    const LRESULT result = RoomPeer::DrawItem(window_, item);
     std::filesystem::current_path(home_);
     return result;
   }

@@ -221,24 +221,24 @@ TEST_F(WindowStart, WithoutAnOverlayFailsAtTheViewAndNotSooner) {
 
 TEST_F(WindowStart, DeadOverlayFailsTheView) {
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
-  ASSERT_TRUE(window->InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(*window));
   ASSERT_TRUE(Inside(*window).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   DestroyWindow(Inside(*window).flutterHostWindow_);
-  EXPECT_FALSE(window->InitializeFlutter());
+  EXPECT_FALSE(RoomPeer::InitializeFlutter(*window));
   EXPECT_TRUE(log_.Has("ERROR ERROR: flutterHostWindow_ is not a valid window in InitializeFlutter!"));
   Destroy(std::move(window));
 }
 
 TEST_F(WindowStart, DeadMainWindowFailsThePlayer) {
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
-  ASSERT_TRUE(window->InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(*window));
   test::KeepWindowClass();
   DestroyWindow(window->hwnd_);
-  EXPECT_FALSE(window->InitializeVLC());
+  EXPECT_FALSE(RoomPeer::InitializeVLC(*window));
   EXPECT_TRUE(log_.Has("ERROR ERROR: Invalid window handle before VLC initialization"));
   EXPECT_TRUE(log_.Has("ERROR IsWindow() reports handle is not a valid window"));
   window->hwnd_ = nullptr;
-  EXPECT_FALSE(window->InitializeVLC());
+  EXPECT_FALSE(RoomPeer::InitializeVLC(*window));
   EXPECT_TRUE(log_.Has("ERROR Window handle is NULL"));
 }
 
