@@ -1,22 +1,11 @@
 // The relay of provider data from the first window, which holds it, to all others. The host keeps nothing of it: a
 // chunk is handed on before the request returns.
 #include "bridge/argument_readers.h"
+#include "bridge/host_windows.h"
 #include "bridge/request_handlers.h"
 #include "common/log.h"
-#include "shell/vantro_window.h"
-#include "shell/window_manager.h"
 
 namespace vantro::requests {
-
-namespace {
-
-// The first window stays the master, also after the user has closed it.
-MethodChannelHandler* MasterHandler() {
-  const auto& windows = GetWindowRegistry();
-  return windows.empty() || !windows.front() ? nullptr : windows.front()->methodChannelHandler_.get();
-}
-
-}  // namespace
 
 bool GetWindowInfo(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   LOG_DEBUG("GetWindowInfo: Returning window information");

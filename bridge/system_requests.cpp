@@ -3,9 +3,9 @@
 
 #include "bridge/argument_readers.h"
 #include "bridge/build_time.h"
+#include "bridge/host_windows.h"
 #include "bridge/request_handlers.h"
 #include "services/database_key_store.h"
-#include "shell/vantro_window.h"
 
 namespace vantro::requests {
 
@@ -53,7 +53,7 @@ bool ToggleFullscreen(MethodChannelHandler& handler, const MethodCall&, MethodRe
     result.Error("WINDOW_ERROR", "Window reference not available");
     return false;
   }
-  handler.window_->ToggleFullscreen();
+  ToggleWindowFullscreen(*handler.window_);
   return Reply(result, true);
 }
 

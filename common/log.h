@@ -40,6 +40,9 @@ extern "C" {
 inline VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled{false};
 }
 
+// Whether lines are written at present. For code that asks the system for what it logs and for nothing else.
+inline bool IsLogOn() { return debugLoggingEnabled.load(std::memory_order_relaxed); }
+
 // Writes one line. A level above 3 is dropped; a negative one prints "UNKNOWN". Does not test debugLoggingEnabled:
 // callers come through the macros below. The text is one line without its newline, and may not be null.
 void WriteLog(int level, const char* text);

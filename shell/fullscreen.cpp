@@ -1,12 +1,11 @@
-// Fullscreen, and the title bar that comes and goes in it.
+#include "shell/fullscreen.h"
+
 #include <windows.h>
 
 #include "common/log.h"
 #include "shell/fullscreen_placement.h"
+#include "shell/input_state.h"
 #include "shell/shell_ids.h"
-#include "shell/title_bar_layout.h"
-#include "shell/top_area.h"
-#include "shell/vantro_window.h"
 #include "shell/window_metrics.h"
 
 namespace vantro {
@@ -15,7 +14,6 @@ namespace {
 
 constexpr DWORD kFullscreenStyle = WS_POPUP | WS_VISIBLE;
 constexpr UINT kFrameChange = SWP_FRAMECHANGED | SWP_SHOWWINDOW;
-constexpr UINT kQuietMove = SWP_NOACTIVATE | SWP_SHOWWINDOW;
 
 RECT MonitorRectangle(HWND window) {
   MONITORINFO monitor{};
@@ -27,47 +25,14 @@ RECT MonitorRectangle(HWND window) {
 
 void SetStyle(HWND window, int index, DWORD style) { SetWindowLongA(window, index, static_cast<LONG>(style)); }
 
-// A null window would stand for every window of the desktop.
-void InvalidateIfAny(HWND window) {
-  if (window) InvalidateRect(window, nullptr, TRUE);
-}
-
-struct OverlayPlace {
-  POINT topLeft;  // screen
-  int width;
-  int height;
-};
-
-// The overlay over the window's client area below topOffset, and the Flutter view over the whole overlay. Neither takes
-// the activation.
-OverlayPlace MoveOverlay(const VantroWindow& window, int topOffset) {
-  RECT client{};
-  GetClientRect(window.hwnd_, &client);
-  OverlayPlace place{{client.left, client.top + topOffset}, client.right - client.left,
-                     client.bottom - client.top - topOffset};
-  ClientToScreen(window.hwnd_, &place.topLeft);
-  SetWindowPos(window.flutterHostWindow_, nullptr, place.topLeft.x, place.topLeft.y, place.width, place.height,
-               kQuietMove);
-  if (const HWND view = window.LiveFlutterChild()) {
-    SetWindowPos(view, nullptr, 0, 0, place.width, place.height, kQuietMove);
-  }
-  return place;
-}
-
-void RepaintTitleBar(const VantroWindow& window, bool erase) {
-  RECT strip{};
-  if (GetClientRect(window.hwnd_, &strip)) {
-    if (strip.bottom > TITLE_BAR_HEIGHT) strip.bottom = TITLE_BAR_HEIGHT;
-  } else {
-    strip = {0, 0, window.width_, TITLE_BAR_HEIGHT};
-  }
-  InvalidateRect(window.hwnd_, &strip, erase);
-  UpdateWindow(window.hwnd_);
-}
-
-void ShowAutoHiddenControls(const VantroWindow& window, int command) {
-  for (const auto member : kAutoHiddenControls) {
-    if (const HWND control = window.*member) ShowWindow(control, command);
+// The timer's ticks are not told: they come ten times a second.
+void LogPointer(TopAreaCaller caller, LONG y, bool isMouseInTopArea) {
+  const bool isInTopArea = IsInTopArea(static_cast<int>(y));
+  if (caller == TopAreaCaller::kMainWindow) {
+    LOG_DEBUG("MAIN WINDOW WM_MOUSEMOVE in fullscreen: pt.y=%ld, isNowInTopArea=%d", y, isInTopArea);
+  } else if (caller == TopAreaCaller::kOverlay) {
+    LOG_DEBUG("OverlayWindowProc: FULLSCREEN MOUSEMOVE - pt.y=%ld, isNowInTopArea=%d, isMouseInTopArea_=%d", y,
+              isInTopArea, isMouseInTopArea);
   }
 }
 
@@ -101,7 +66,10 @@ void LogMouseLeftTopArea(TopAreaCaller caller, int y) {
 
 }  // namespace
 
-void VantroWindow::ToggleFullscreen() {
+Fullscreen::Fullscreen(const HWND& mainWindow, WindowSize& size, TitleBar& titleBar, FlutterOverlay& overlay)
+    : hwnd_(mainWindow), size_(size), titleBar_(titleBar), overlay_(overlay) {}
+
+void Fullscreen::ToggleFullscreen() {
   if (isFullscreen_) {
     LeaveFullscreen();
   } else {
@@ -109,15 +77,15 @@ void VantroWindow::ToggleFullscreen() {
   }
 }
 
-void VantroWindow::EnterFullscreen() {
+void Fullscreen::EnterFullscreen() {
   LOG_INFO("ToggleFullscreen: Entering fullscreen mode");
   GetWindowRect(hwnd_, &savedWindowRect_);
   savedStyle_ = static_cast<DWORD>(GetWindowLongA(hwnd_, GWL_STYLE));
   savedExStyle_ = static_cast<DWORD>(GetWindowLongA(hwnd_, GWL_EXSTYLE));
-  width_ = savedWindowRect_.right - savedWindowRect_.left;
-  height_ = savedWindowRect_.bottom - savedWindowRect_.top;
+  size_.width_ = savedWindowRect_.right - savedWindowRect_.left;
+  size_.height_ = savedWindowRect_.bottom - savedWindowRect_.top;
   LOG_DEBUG("ToggleFullscreen: Saved window state - pos:(%ld,%ld) size:%dx%d style:0x%08lX exStyle:0x%08lX",
-            savedWindowRect_.left, savedWindowRect_.top, width_, height_, savedStyle_, savedExStyle_);
+            savedWindowRect_.left, savedWindowRect_.top, size_.width_, size_.height_, savedStyle_, savedExStyle_);
   const RECT monitor = MonitorRectangle(hwnd_);
   LOG_INFO("ToggleFullscreen: Monitor rect: %ld,%ld to %ld,%ld", monitor.left, monitor.top, monitor.right,
            monitor.bottom);
@@ -126,17 +94,17 @@ void VantroWindow::EnterFullscreen() {
                kFrameChange);
   // The syncs that the move caused ran with the bar's offset; the one below repairs them.
   isFullscreen_ = true;
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
   HideTitleBarControls();
   isMouseInTopArea_ = false;
   if (mouseTrackingTimer_) KillTimer(hwnd_, kMouseTrackingTimerId);
   mouseTrackingTimer_ = SetTimer(hwnd_, kMouseTrackingTimerId, kMouseTrackingMs, nullptr);
   LOG_INFO("Started mouse tracking timer for fullscreen mode");
-  InvalidateIfAny(maximizeButton_);  // its glyph shows the state
+  titleBar_.RedrawMaximizeButton();
   LOG_INFO("Entered fullscreen mode - title bar will auto-hide");
 }
 
-void VantroWindow::LeaveFullscreen() {
+void Fullscreen::LeaveFullscreen() {
   LOG_INFO("ToggleFullscreen: Exiting fullscreen mode");
   const FullscreenPlacement placement = PlacementAfterFullscreen(savedWindowRect_.left, savedWindowRect_.top,
                                                                  savedWindowRect_.right, savedWindowRect_.bottom);
@@ -147,15 +115,15 @@ void VantroWindow::LeaveFullscreen() {
     savedWindowRect_.left = placement.left;
     savedWindowRect_.top = placement.top;
   }
-  width_ = placement.width;
-  height_ = placement.height;
+  size_.width_ = placement.width;
+  size_.height_ = placement.height;
   LOG_DEBUG("ToggleFullscreen: Restoring window - pos:(%ld,%ld) size:%dx%d style:0x%08lX", savedWindowRect_.left,
-            savedWindowRect_.top, width_, height_, savedStyle_);
+            savedWindowRect_.top, size_.width_, size_.height_, savedStyle_);
   SetStyle(hwnd_, GWL_STYLE, savedStyle_ | WS_VISIBLE);
   SetStyle(hwnd_, GWL_EXSTYLE, savedExStyle_);
   ShowWindow(hwnd_, SW_SHOW);
   // Also ends always-on-top, which nothing restores here: it stays off until the menu or the next start applies it. The
-  // placement is used and not width_ and height_, which the style change's WM_SIZE may have overwritten.
+  // placement is used and not size_.width_ and size_.height_, which the style change's WM_SIZE may have overwritten.
   SetWindowPos(hwnd_, HWND_NOTOPMOST, placement.left, placement.top, placement.width, placement.height, kFrameChange);
   if (mouseTrackingTimer_) {
     KillTimer(hwnd_, kMouseTrackingTimerId);
@@ -163,67 +131,78 @@ void VantroWindow::LeaveFullscreen() {
     LOG_INFO("Stopped mouse tracking timer");
   }
   isFullscreen_ = false;
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen_);
   ShowTitleBarControls();
   StopTitleBarAutoHideTimer();
   isMouseInTopArea_ = false;
-  InvalidateIfAny(maximizeButton_);
-  InvalidateIfAny(hwnd_);
+  titleBar_.RedrawMaximizeButton();
+  // A null window would stand for every window of the desktop.
+  if (hwnd_) InvalidateRect(hwnd_, nullptr, TRUE);
   LOG_INFO("Exited fullscreen mode - title bar controls restored");
 }
 
-void VantroWindow::ShowTitleBarControls() {
+void Fullscreen::ShowTitleBarControls() {
   if (isTitleBarVisible_) return;
   LOG_DEBUG("ShowTitleBarControls: Showing title bar controls in fullscreen");
-  ShowAutoHiddenControls(*this, SW_SHOW);
+  titleBar_.ShowControls(SW_SHOW);
   isTitleBarVisible_ = true;
-  if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
-    const OverlayPlace place = MoveOverlay(*this, TITLE_BAR_HEIGHT);
-    LOG_INFO("ShowTitleBarControls: Repositioned overlay below title bar (%dx%d at %ld,%ld)", place.width, place.height,
-             place.topLeft.x, place.topLeft.y);
+  if (isFullscreen_) {
+    if (const auto place = overlay_.MoveBelow(TITLE_BAR_HEIGHT)) {
+      LOG_INFO("ShowTitleBarControls: Repositioned overlay below title bar (%dx%d at %ld,%ld)", place->width,
+               place->height, long{place->x}, long{place->y});
+    }
   }
   // Painted at once: the bar must not wait for a WM_PAINT that the video's traffic delays.
-  if (const HDC dc = GetDC(hwnd_)) {
-    RECT strip{};
-    GetClientRect(hwnd_, &strip);
-    strip.top = 0;
-    strip.bottom = TITLE_BAR_HEIGHT;
-    FillRect(dc, &strip, titleBarBrush_);
-    ReleaseDC(hwnd_, dc);
-    LOG_DEBUG("ShowTitleBarControls: Painted title bar background directly");
-  }
-  RepaintTitleBar(*this, false);
+  if (titleBar_.PaintNow()) LOG_DEBUG("ShowTitleBarControls: Painted title bar background directly");
+  titleBar_.Repaint(false, size_.width_);
   LOG_DEBUG("ShowTitleBarControls: Title bar background painted and invalidated");
 }
 
-void VantroWindow::HideTitleBarControls() {
+void Fullscreen::HideTitleBarControls() {
   if (!isTitleBarVisible_) return;
   LOG_DEBUG("HideTitleBarControls: Hiding title bar controls in fullscreen");
-  ShowAutoHiddenControls(*this, SW_HIDE);
+  titleBar_.ShowControls(SW_HIDE);
   isTitleBarVisible_ = false;
-  if (isFullscreen_ && IsWindow(flutterHostWindow_)) {
-    const OverlayPlace place = MoveOverlay(*this, 0);
-    LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place.width,
-             place.height, place.topLeft.x, place.topLeft.y);
+  if (isFullscreen_) {
+    if (const auto place = overlay_.MoveBelow(0)) {
+      LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place->width,
+               place->height, long{place->x}, long{place->y});
+    }
   }
-  RepaintTitleBar(*this, true);
+  titleBar_.Repaint(true, size_.width_);
   LOG_DEBUG("HideTitleBarControls: Invalidated and updated title bar area");
 }
 
-void VantroWindow::StartTitleBarAutoHideTimer() {
+void Fullscreen::StartTitleBarAutoHideTimer() {
   if (titleBarAutoHideTimer_) KillTimer(hwnd_, kTitleBarAutoHideTimerId);
   titleBarAutoHideTimer_ = SetTimer(hwnd_, kTitleBarAutoHideTimerId, kTitleBarAutoHideMs, nullptr);
   LOG_DEBUG("StartTitleBarAutoHideTimer: Started auto-hide timer");
 }
 
-void VantroWindow::StopTitleBarAutoHideTimer() {
+void Fullscreen::StopTitleBarAutoHideTimer() {
   if (!titleBarAutoHideTimer_) return;
   KillTimer(hwnd_, kTitleBarAutoHideTimerId);
   titleBarAutoHideTimer_ = 0;
   LOG_DEBUG("StopTitleBarAutoHideTimer: Stopped auto-hide timer");
 }
 
-void VantroWindow::RunTopAreaStep(int y, TopAreaCaller caller) {
+// A tick that is still under way when the window leaves fullscreen does nothing; so does the next one.
+void Fullscreen::OnTitleBarAutoHideTimer() {
+  if (!isFullscreen_) return;
+  LOG_DEBUG("WM_TIMER: Title bar auto-hide timer fired");
+  StopTitleBarAutoHideTimer();
+  HideTitleBarControls();
+}
+
+void Fullscreen::FollowPointer(TopAreaCaller caller) {
+  if (!isFullscreen_) return;
+  const auto cursor = CursorIn(hwnd_);
+  if (!cursor) return;
+  LogPointer(caller, cursor->y, isMouseInTopArea_);
+  RunTopAreaStep(static_cast<int>(cursor->y), caller);
+}
+
+void Fullscreen::RunTopAreaStep(int y, TopAreaCaller caller) {
   const TopAreaStep step = DecideTopAreaStep(y, isMouseInTopArea_, isTitleBarVisible_, caller);
   isMouseInTopArea_ = step.isMouseInTopArea;
   switch (step.action) {

@@ -30,6 +30,7 @@ void LogWindowAt(const char* place, POINT point, const StackedWindows& windows) 
 }  // namespace
 
 void LogOverlayCreation(HWND mainWindow, const OverlayRect& overlay) {
+  if (!IsLogOn()) return;
   RECT outer{};
   RECT client{};
   GetWindowRect(mainWindow, &outer);
@@ -42,6 +43,7 @@ void LogOverlayCreation(HWND mainWindow, const OverlayRect& overlay) {
 }
 
 void LogOverlayInput(const StackedWindows& windows, LONG_PTR exStyleBefore) {
+  if (!IsLogOn()) return;
   RECT rect{};
   GetWindowRect(windows.overlay, &rect);
   LOG_DEBUG("EnableOverlayMouseInput: Overlay rectangle: %ld,%ld to %ld,%ld", rect.left, rect.top, rect.right,

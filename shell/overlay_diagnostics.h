@@ -1,4 +1,5 @@
-// Lines in the log about the overlay's place and about who would catch its input. They decide nothing. Main thread.
+// Lines in the log about the overlay's place and about who would catch its input. They decide nothing, and ask the
+// system nothing while the log is off. Main thread.
 #pragma once
 
 #include <windows.h>

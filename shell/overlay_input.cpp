@@ -1,11 +1,11 @@
-// Input that reaches the overlay instead of the Flutter view: catches F11 and Escape, hands the rest on.
-//
-// The procedure serves every overlay of the process, and whichever it serves, it works with the newest window.
+#include "shell/overlay_input.h"
+
 #include <cstdint>
 #include <limits>
 #include <optional>
 
 #include "common/log.h"
+#include "shell/flutter_child.h"
 #include "shell/input_state.h"
 #include "shell/vantro_window.h"
 
@@ -43,7 +43,7 @@ bool HasEngine(const VantroWindow* window) { return window && window->flutterEng
 bool CatchFullscreenKey(VantroWindow& window, WPARAM key) {
   if (key == VK_F11) {
     LOG_INFO("OverlayWindowProc: F11 pressed - toggling fullscreen");
-  } else if (key == VK_ESCAPE && window.isFullscreen_) {
+  } else if (key == VK_ESCAPE && window.isFullscreen()) {
     LOG_INFO("OverlayWindowProc: Escape pressed in fullscreen - exiting");
   } else {
     return false;
@@ -62,7 +62,7 @@ LRESULT OnOverlayKeyDown(VantroWindow* window, const OverlayMessage& key) {
     LOG_DEBUG("OverlayWindowProc: Flutter engine handled keydown -> %lld", static_cast<long long>(*result));
     return *result;
   }
-  if (const HWND child = window->LiveFlutterChild()) {
+  if (const HWND child = LiveFlutterChild(window->flutterEngine_)) {
     if (GetFocus() != child) {
       LOG_DEBUG("OverlayWindowProc: Setting focus to Flutter window for keyboard");
       SetFocus(child);
@@ -100,7 +100,7 @@ LRESULT OnOverlayInput(VantroWindow* window, const OverlayMessage& input) {
     return *result;
   }
   LOG_DEBUG("OverlayWindowProc: Flutter engine did NOT handle message %u on overlay", input.message);
-  if (const HWND child = window->LiveFlutterChild()) {
+  if (const HWND child = LiveFlutterChild(window->flutterEngine_)) {
     FocusChildForKey(child, input.message);
     LOG_DEBUG("OverlayWindowProc: Trying PostMessage to Flutter window %p", static_cast<void*>(child));
     const bool posted = input.PostTo(child);
@@ -113,23 +113,17 @@ LRESULT OnOverlayInput(VantroWindow* window, const OverlayMessage& input) {
 
 LRESULT OnOverlayMouseMove(VantroWindow* window, const OverlayMessage& move) {
   if (!window) return move.Default();
-  if (window->isFullscreen_) {
-    if (const auto cursor = CursorIn(window->hwnd_)) {
-      LOG_DEBUG("OverlayWindowProc: FULLSCREEN MOUSEMOVE - pt.y=%ld, isNowInTopArea=%d, isMouseInTopArea_=%d",
-                cursor->y, IsInTopArea(static_cast<int>(cursor->y)), window->isMouseInTopArea_);
-      window->RunTopAreaStep(static_cast<int>(cursor->y), TopAreaCaller::kOverlay);
-    }
-  }
+  window->FollowPointer(TopAreaCaller::kOverlay);
   if (!window->flutterEngine_) return move.Default();
   if (const auto result = move.OfferTo(*window->flutterEngine_)) return *result;
-  if (const HWND child = window->LiveFlutterChild()) move.PostTo(child);
+  if (const HWND child = LiveFlutterChild(window->flutterEngine_)) move.PostTo(child);
   return 1;
 }
 
 // The wheel alone is sent, not posted, and not offered to the engine first.
 LRESULT OnOverlayWheel(VantroWindow* window, const OverlayMessage& wheel) {
   LOG_DEBUG("OVERLAY_WINDOW_HANDLER: MOUSE WHEEL MESSAGE %u - forwarding to Flutter window", wheel.message);
-  const HWND child = HasEngine(window) ? window->LiveFlutterChild() : nullptr;
+  const HWND child = HasEngine(window) ? LiveFlutterChild(window->flutterEngine_) : nullptr;
   if (!child) return wheel.Default();
   LOG_DEBUG("OverlayWindowProc: Forwarding WM_MOUSEWHEEL to Flutter window %p via SendMessage",
             static_cast<void*>(child));
@@ -140,7 +134,7 @@ LRESULT OnOverlayWheel(VantroWindow* window, const OverlayMessage& wheel) {
 
 }  // namespace
 
-LRESULT CALLBACK VantroWindow::OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   CountAndLog(message);
   const OverlayMessage received{hwnd, message, wParam, lParam};
   switch (message) {
@@ -152,7 +146,7 @@ LRESULT CALLBACK VantroWindow::OverlayWindowProc(HWND hwnd, UINT message, WPARAM
     case WM_NCHITTEST:
       return HTCLIENT;
     case WM_KEYDOWN:
-      return OnOverlayKeyDown(instance_, received);
+      return OnOverlayKeyDown(VantroWindow::instance_, received);
     case WM_KEYUP:
     case WM_CHAR:
     case WM_LBUTTONDOWN:
@@ -164,12 +158,12 @@ LRESULT CALLBACK VantroWindow::OverlayWindowProc(HWND hwnd, UINT message, WPARAM
     case WM_MBUTTONDOWN:
     case WM_MBUTTONUP:
     case WM_MBUTTONDBLCLK:
-      return OnOverlayInput(instance_, received);
+      return OnOverlayInput(VantroWindow::instance_, received);
     case WM_MOUSEMOVE:
-      return OnOverlayMouseMove(instance_, received);
+      return OnOverlayMouseMove(VantroWindow::instance_, received);
     case WM_MOUSEWHEEL:
     case WM_MOUSEHWHEEL:
-      return OnOverlayWheel(instance_, received);
+      return OnOverlayWheel(VantroWindow::instance_, received);
     default:
       return received.Default();
   }

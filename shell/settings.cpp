@@ -1,5 +1,5 @@
-// The window's settings in the registry of the current user. Each window holds its own copy and writes all of them, so
-// the window that is destroyed last decides what the next start finds.
+#include "shell/settings.h"
+
 #include <windows.h>
 
 #include <optional>
@@ -8,7 +8,7 @@
 #include "common/log.h"
 #include "common/text.h"
 #include "shell/scoped_handles.h"
-#include "shell/vantro_window.h"
+#include "shell/shell_ids.h"
 
 namespace vantro {
 
@@ -17,40 +17,59 @@ namespace {
 constexpr wchar_t kSettingsKey[] = L"Software\\Vantro\\WindowSettings";
 constexpr DWORD kReadBufferBytes = 512;  // a longer text counts as absent
 
-// A line of the log with the value in it.
-using LogValue = void (*)(const char* value);
-
-// One registry value and its member: a flag (REG_DWORD) or a text (REG_SZ), the other pointer being null.
-struct Setting {
-  const wchar_t* name;
-  bool VantroWindow::*flag;
-  std::string VantroWindow::*text;
-  LogValue logLoaded;
-  LogValue logSaved;
+constexpr SettingChoice kHwAccelChoices[] = {
+    {kHwAccelAutoCommand, L"&Auto", "auto", "Auto"},
+    {kHwAccelNoneCommand, L"&None", "none", "None"},
+    {kHwAccelDxva2Command, L"&DXVA2", "dxva2", "DXVA2"},
+    {kHwAccelD3d11vaCommand, L"D3&D11VA", "d3d11va", "D3D11VA"},
+};
+constexpr SettingChoice kAudioOutputChoices[] = {
+    {kAudioDirectSoundCommand, L"&DirectSound", "directsound", "DirectSound"},
+    {kAudioWasapiCommand, L"&WASAPI", "wasapi", "WASAPI"},
+    {kAudioMmdeviceCommand, L"&MMDevice", "mmdevice", "MMDevice"},
+};
+constexpr SettingChoice kDeinterlaceChoices[] = {
+    {kDeinterlaceOffCommand, L"&Off", "off", "Off"},
+    {kDeinterlaceLinearCommand, L"&Linear", "linear", "Linear"},
+    {kDeinterlaceBlendCommand, L"&Blend", "blend", "Blend"},
+    {kDeinterlaceMeanCommand, L"&Mean", "mean", "Mean"},
 };
 
-// In the order in which they are read and written.
+// The first is the window's; those of the media engine follow.
 constexpr Setting kSettings[] = {
-    {L"AlwaysOnTop", &VantroWindow::alwaysOnTop_, nullptr,
-     [](const char* value) { LOG_INFO("LoadSettings: Always on top setting loaded: %s", value); },
-     [](const char* value) { LOG_INFO("SaveSettings: Always on top setting saved: %s", value); }},
-    {L"VLCHwAccel", nullptr, &VantroWindow::vlcHwAccel_,
-     [](const char* value) { LOG_INFO("LoadSettings: VLC Hardware Acceleration loaded: %s", value); },
-     [](const char* value) { LOG_INFO("SaveSettings: VLC Hardware Acceleration saved: %s", value); }},
-    {L"VLCAudioOutput", nullptr, &VantroWindow::vlcAudioOutput_,
-     [](const char* value) { LOG_INFO("LoadSettings: VLC Audio Output loaded: %s", value); },
-     [](const char* value) { LOG_INFO("SaveSettings: VLC Audio Output saved: %s", value); }},
-    {L"VLCDeinterlace", nullptr, &VantroWindow::vlcDeinterlace_,
-     [](const char* value) { LOG_INFO("LoadSettings: VLC Deinterlacing loaded: %s", value); },
-     [](const char* value) { LOG_INFO("SaveSettings: VLC Deinterlacing saved: %s", value); }},
-    {L"VLCEqualizerEnabled", &VantroWindow::vlcEqualizerEnabled_, nullptr,
-     [](const char* value) { LOG_INFO("LoadSettings: VLC Equalizer enabled loaded: %s", value); },
-     [](const char* value) { LOG_INFO("SaveSettings: VLC Equalizer enabled saved: %s", value); }},
-    {L"VLCCompressorEnabled", &VantroWindow::vlcCompressorEnabled_, nullptr,
-     [](const char* value) { LOG_INFO("LoadSettings: VLC Compressor enabled loaded: %s", value); },
-     [](const char* value) { LOG_INFO("SaveSettings: VLC Compressor enabled saved: %s", value); }},
+    {L"AlwaysOnTop",
+     &WindowSettings::alwaysOnTop_,
+     nullptr,
+     "Always on top setting",
+     "Always on Top",
+     L"Always on &Top",
+     kAlwaysOnTopCommand,
+     {}},
+    {L"VLCHwAccel", nullptr, &WindowSettings::vlcHwAccel_, "VLC Hardware Acceleration", "VLC Hardware Acceleration",
+     L"&Hardware Acceleration", 0, kHwAccelChoices},
+    {L"VLCAudioOutput", nullptr, &WindowSettings::vlcAudioOutput_, "VLC Audio Output", "VLC Audio Output",
+     L"&Audio Output", 0, kAudioOutputChoices},
+    {L"VLCDeinterlace", nullptr, &WindowSettings::vlcDeinterlace_, "VLC Deinterlacing", "VLC Deinterlacing",
+     L"&Deinterlacing", 0, kDeinterlaceChoices},
+    {L"VLCEqualizerEnabled",
+     &WindowSettings::vlcEqualizerEnabled_,
+     nullptr,
+     "VLC Equalizer enabled",
+     "VLC Equalizer",
+     L"&Equalizer",
+     kEqualizerCommand,
+     {}},
+    {L"VLCCompressorEnabled",
+     &WindowSettings::vlcCompressorEnabled_,
+     nullptr,
+     "VLC Compressor enabled",
+     "VLC Compressor",
+     L"&Compressor",
+     kCompressorCommand,
+     {}},
 };
-constexpr const Setting& kAlwaysOnTopSetting = kSettings[0];
+
+bool IsAlwaysOnTop(const Setting& setting) { return setting.flag == &WindowSettings::alwaysOnTop_; }
 
 const char* EnabledOrDisabled(bool value) { return value ? "enabled" : "disabled"; }
 
@@ -87,56 +106,54 @@ LSTATUS WriteText(HKEY key, const wchar_t* name, const std::string& text) {
                         static_cast<DWORD>(value.size() * sizeof(wchar_t)));
 }
 
-// An absent value leaves the member as it is.
-bool LoadSetting(HKEY key, const Setting& setting, VantroWindow& window) {
+// False when the value is absent, which leaves the member as it is.
+bool LoadSetting(HKEY key, const Setting& setting, WindowSettings* settings) {
   if (setting.flag) {
-    const std::optional<bool> flag = ReadFlag(key, setting.name);
+    const std::optional<bool> flag = ReadFlag(key, setting.valueName);
     if (!flag) return false;
-    window.*setting.flag = *flag;
-    setting.logLoaded(EnabledOrDisabled(*flag));
+    settings->*setting.flag = *flag;
+    LOG_INFO("LoadSettings: %s loaded: %s", setting.storedLogName, EnabledOrDisabled(*flag));
     return true;
   }
-  std::optional<std::string> text = ReadText(key, setting.name);
+  std::optional<std::string> text = ReadText(key, setting.valueName);
   if (!text) return false;
-  setting.logLoaded(text->c_str());
-  window.*setting.text = *std::move(text);
+  LOG_INFO("LoadSettings: %s loaded: %s", setting.storedLogName, text->c_str());
+  settings->*setting.text = *std::move(text);
   return true;
 }
 
-LSTATUS SaveSetting(HKEY key, const Setting& setting, const VantroWindow& window) {
-  const LSTATUS status = setting.flag ? WriteFlag(key, setting.name, window.*setting.flag)
-                                      : WriteText(key, setting.name, window.*setting.text);
+LSTATUS SaveSetting(HKEY key, const Setting& setting, const WindowSettings& settings) {
+  const LSTATUS status = setting.flag ? WriteFlag(key, setting.valueName, settings.*setting.flag)
+                                      : WriteText(key, setting.valueName, settings.*setting.text);
   if (status == ERROR_SUCCESS) {
-    setting.logSaved(setting.flag ? EnabledOrDisabled(window.*setting.flag) : (window.*setting.text).c_str());
+    LOG_INFO("SaveSettings: %s saved: %s", setting.storedLogName,
+             setting.flag ? EnabledOrDisabled(settings.*setting.flag) : (settings.*setting.text).c_str());
   }
   return status;
 }
 
-void LoadAllSettings(HKEY key, VantroWindow& window) {
+}  // namespace
+
+std::span<const Setting> Settings() { return kSettings; }
+
+std::span<const Setting> MediaSettings() { return std::span(kSettings).subspan(1); }
+
+void LoadSettings(WindowSettings* settings) {
+  LOG_INFO("LoadSettings: Loading application settings from registry");
+  ScopedRegistryKey key;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, key.Receive()) != ERROR_SUCCESS) {
+    LOG_DEBUG("LoadSettings: Registry key not found, using default settings");
+    settings->alwaysOnTop_ = false;
+    return;
+  }
   for (const Setting& setting : kSettings) {
-    if (LoadSetting(key, setting, window) || &setting != &kAlwaysOnTopSetting) continue;
-    window.alwaysOnTop_ = false;
+    if (LoadSetting(key.Get(), setting, settings) || !IsAlwaysOnTop(setting)) continue;
+    settings->alwaysOnTop_ = false;
     LOG_DEBUG("LoadSettings: Always on top setting not found in registry, using default (disabled)");
   }
 }
 
-}  // namespace
-
-void VantroWindow::LoadSettings() {
-  LOG_INFO("LoadSettings: Loading application settings from registry");
-  ScopedRegistryKey key;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, key.Receive()) == ERROR_SUCCESS) {
-    LoadAllSettings(key.Get(), *this);
-  } else {
-    LOG_DEBUG("LoadSettings: Registry key not found, using default settings");
-    alwaysOnTop_ = false;
-  }
-  if (!alwaysOnTop_) return;
-  LOG_INFO("LoadSettings: Applying always on top setting");
-  ApplyTopmost(true);
-}
-
-void VantroWindow::SaveSettings() {
+void SaveSettings(const WindowSettings& settings) {
   LOG_INFO("SaveSettings: Saving application settings to registry");
   ScopedRegistryKey key;
   const LSTATUS opened =
@@ -146,8 +163,8 @@ void VantroWindow::SaveSettings() {
     return;
   }
   for (const Setting& setting : kSettings) {
-    const LSTATUS status = SaveSetting(key.Get(), setting, *this);
-    if (status != ERROR_SUCCESS && &setting == &kAlwaysOnTopSetting) {
+    const LSTATUS status = SaveSetting(key.Get(), setting, settings);
+    if (status != ERROR_SUCCESS && IsAlwaysOnTop(setting)) {
       LOG_ERROR("SaveSettings: Failed to save always on top setting: %ld", status);
     }
   }

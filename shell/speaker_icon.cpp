@@ -1,6 +1,4 @@
-// The speaker beside the volume slider: a picture file if one lies in a known place, a drawing by hand otherwise. It is
-// looked up anew on every paint, so that a file put there shows at the next one.
-#include <windows.h>
+#include "shell/speaker_icon.h"
 
 #include <iterator>
 #include <string>
@@ -8,7 +6,6 @@
 #include "common/log.h"
 #include "common/text.h"
 #include "shell/gdiplus_drawing.h"
-#include "shell/vantro_window.h"
 #include "shell/volume_geometry.h"
 
 namespace vantro {
@@ -84,11 +81,11 @@ void DrawSpeakerByHand(HDC dc, const RECT& control) {
 
 }  // namespace
 
-void VantroWindow::DrawSpeakerIcon(const DRAWITEMSTRUCT& item) {
-  FillRect(item.hDC, &item.rcItem, titleBarBrush_);
-  const VolumeRect place = SpeakerPictureSquare({static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
-                                                 static_cast<int>(item.rcItem.right),
-                                                 static_cast<int>(item.rcItem.bottom)});
+void DrawSpeakerIcon(const DRAWITEMSTRUCT& item, HBRUSH background) {
+  FillRect(item.hDC, &item.rcItem, background);
+  const VolumeRect place =
+      SpeakerPictureSquare({static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
+                            static_cast<int>(item.rcItem.right), static_cast<int>(item.rcItem.bottom)});
   const int side = place.right - place.left;
   if (const ScopedImage picture = FindPicture()) {
     LOG_DEBUG("Speaker icon: Successfully loaded PNG");

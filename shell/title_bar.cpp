@@ -1,14 +1,13 @@
-// The self-drawn title bar: takes the system's bar away, makes the controls, keeps them in place, hands their drawing
-// out.
+#include "shell/title_bar.h"
+
 #include <windows.h>
 // After windows.h, whose types they use.
 #include <commctrl.h>
 #include <dwmapi.h>
 
 #include "common/log.h"
-#include "shell/button_painter.h"
 #include "shell/title_bar_layout.h"
-#include "shell/vantro_window.h"
+#include "shell/window_metrics.h"
 
 namespace vantro {
 
@@ -20,6 +19,10 @@ constexpr DWORD kDwmCaptionColorAttribute = 35;
 
 constexpr LONG kStandardTitleBarStyles = WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
 constexpr int kAppIconSize = 16;
+
+constexpr LONG kFrameEdge = 3;  // the frame's top edge, painted in the title bar's colour
+// Two pixels above the client area, so that no light line is left between the edge and the bar.
+constexpr LONG kPaintTop = -2;
 
 const char* YesOrNo(bool value) { return value ? "YES" : "NO"; }
 
@@ -62,6 +65,23 @@ void PrepareSearchBox(HWND searchBox) {
   TestSearchBoxFocus(searchBox);
 }
 
+// What the log tells of the two controls of the volume; the others are made without a word.
+void LogCreation(const TitleBarControl& control, HWND window) {
+  if (control.id == kSpeakerIconId) {
+    if (window) {
+      LOG_INFO("Speaker icon created successfully: %p", static_cast<void*>(window));
+    } else {
+      LOG_ERROR("Failed to create speaker icon");
+    }
+  } else if (control.id == kVolumeControlId) {
+    if (window) {
+      LOG_INFO("Volume control created successfully: %p", static_cast<void*>(window));
+    } else {
+      LOG_ERROR("Failed to create volume control");
+    }
+  }
+}
+
 void PlaceRightAligned(HWND window, const RightAlignedControl& place, int clientWidth) {
   if (!window) return;
   SetWindowPos(window, nullptr, clientWidth - place.fromRight, place.y, place.width, place.height, SWP_NOZORDER);
@@ -69,7 +89,16 @@ void PlaceRightAligned(HWND window, const RightAlignedControl& place, int client
 
 }  // namespace
 
-void VantroWindow::RemoveStandardTitleBar() {
+TitleBar::TitleBar(const HWND& mainWindow) : hwnd_(mainWindow), titleBarBrush_(CreateSolidBrush(kTitleBarColor)) {}
+
+TitleBar::~TitleBar() { EndDrawing(); }
+
+void TitleBar::EndDrawing() {
+  if (titleBarBrush_) DeleteObject(titleBarBrush_);
+  titleBarBrush_ = nullptr;
+}
+
+void TitleBar::RemoveStandardTitleBar() {
   LOG_INFO("RemoveStandardTitleBar: Removing Windows title bar");
   const LONG style = GetWindowLongA(hwnd_, GWL_STYLE);
   // The sizing frame stays: it is what keeps the window resizable.
@@ -81,16 +110,16 @@ void VantroWindow::RemoveStandardTitleBar() {
   LOG_INFO("Windows title bar removed, custom border color set");
 }
 
-void VantroWindow::CreateCustomTitleBar() {
+void TitleBar::CreateCustomTitleBar(HINSTANCE instance) {
   LOG_INFO("CreateCustomTitleBar: Creating controls in DWM extended area");
   for (const TitleBarControl& control : kTitleBarControls) {
-    this->*control.member = CreateTitleBarControl(control, hwnd_, hInstance_);
-    if (control.member == &VantroWindow::appIconStatic_) SetAppIcon(appIconStatic_, hInstance_);
+    HWND& window = controls_.*control.member;
+    window = CreateTitleBarControl(control, hwnd_, instance);
+    if (control.member == &TitleBarControls::appIconStatic_) SetAppIcon(window, instance);
+    LogCreation(control, window);
   }
-  CreateSpeakerIcon();
-  CreateVolumeControl();
-  if (searchBox_) {
-    PrepareSearchBox(searchBox_);
+  if (controls_.searchBox_) {
+    PrepareSearchBox(controls_.searchBox_);
   } else {
     LOG_ERROR("Failed to create search box window!");
   }
@@ -98,28 +127,84 @@ void VantroWindow::CreateCustomTitleBar() {
   LOG_INFO("Custom title bar controls created in DWM extended area");
 }
 
-void VantroWindow::LayoutTitleBarControls() {
+void TitleBar::LayoutTitleBarControls() {
   RECT client{};
   GetClientRect(hwnd_, &client);
   for (const RightAlignedControl& place : kRightAlignedControls) {
-    PlaceRightAligned(this->*place.member, place, client.right);
+    PlaceRightAligned(controls_.*place.member, place, client.right);
   }
-  if (!speakerIcon_ || !volumeControl_) return;
+  if (!controls_.speakerIcon_ || !controls_.volumeControl_) return;
   for (const RightAlignedControl& place : kRightAlignedVolumeControls) {
-    PlaceRightAligned(this->*place.member, place, client.right);
+    PlaceRightAligned(controls_.*place.member, place, client.right);
   }
 }
 
-LRESULT VantroWindow::OnDrawItem(WPARAM wParam, LPARAM lParam) {
-  const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-  if (item.CtlType == ODT_BUTTON) {
-    PaintTitleBarButton(item, isFullscreen_, titleBarBrush_);
-  } else if (item.CtlType == ODT_STATIC && item.CtlID == kVolumeControlId) {
-    DrawVolumeControl(item);
-  } else if (item.CtlType == ODT_STATIC && item.CtlID == kSpeakerIconId) {
-    DrawSpeakerIcon(item);
+void TitleBar::ShowControls(int command) {
+  for (const auto member : kAutoHiddenControls) {
+    if (const HWND control = controls_.*member) ShowWindow(control, command);
   }
-  return TRUE;
+}
+
+void TitleBar::RedrawMaximizeButton() {
+  // A null window would stand for every window of the desktop.
+  if (controls_.maximizeButton_) InvalidateRect(controls_.maximizeButton_, nullptr, TRUE);
+}
+
+void TitleBar::Paint(bool isFullscreen, bool isVisible) {
+  PAINTSTRUCT paint;
+  const HDC dc = BeginPaint(hwnd_, &paint);
+  if (isFullscreen && !isVisible) {
+    LOG_DEBUG("WM_PAINT: Skipping title bar paint - isFullscreen=%d, isTitleBarVisible=%d", isFullscreen, isVisible);
+  } else {
+    RECT bar{};
+    GetClientRect(hwnd_, &bar);
+    bar.top = kPaintTop;
+    bar.bottom = TITLE_BAR_HEIGHT;
+    LOG_DEBUG("WM_PAINT: Painting title bar - isFullscreen=%d, isTitleBarVisible=%d, rect=%ld,%ld to %ld,%ld",
+              isFullscreen, isVisible, bar.left, bar.top, bar.right, bar.bottom);
+    FillRect(dc, &bar, titleBarBrush_);
+  }
+  EndPaint(hwnd_, &paint);
+}
+
+void TitleBar::PaintFrameEdge() {
+  const HDC dc = GetWindowDC(hwnd_);
+  if (!dc) return;
+  RECT strip{};
+  GetWindowRect(hwnd_, &strip);
+  OffsetRect(&strip, -strip.left, -strip.top);
+  strip.bottom = kFrameEdge;
+  FillRect(dc, &strip, titleBarBrush_);
+  ReleaseDC(hwnd_, dc);
+}
+
+bool TitleBar::PaintNow() {
+  const HDC dc = GetDC(hwnd_);
+  if (!dc) return false;
+  RECT strip{};
+  GetClientRect(hwnd_, &strip);
+  strip.top = 0;
+  strip.bottom = TITLE_BAR_HEIGHT;
+  FillRect(dc, &strip, titleBarBrush_);
+  ReleaseDC(hwnd_, dc);
+  return true;
+}
+
+void TitleBar::Repaint(bool erase, int width) {
+  RECT strip{};
+  if (GetClientRect(hwnd_, &strip)) {
+    if (strip.bottom > TITLE_BAR_HEIGHT) strip.bottom = TITLE_BAR_HEIGHT;
+  } else {
+    strip = {0, 0, width, TITLE_BAR_HEIGHT};
+  }
+  InvalidateRect(hwnd_, &strip, erase);
+  UpdateWindow(hwnd_);
+}
+
+HBRUSH TitleBar::ColorControl(HDC dc) const {
+  SetTextColor(dc, RGB(255, 255, 255));
+  SetBkColor(dc, kTitleBarColor);
+  return titleBarBrush_;
 }
 
 }  // namespace vantro

@@ -13,12 +13,15 @@
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 #include "services/vod_thumbnail_worker_plugin.h"
-#include "shell/top_area.h"
+#include "shell/flutter_overlay.h"
+#include "shell/fullscreen.h"
+#include "shell/search_box.h"
+#include "shell/title_bar.h"
+#include "shell/volume_control.h"
+#include "shell/window_commands.h"
 #include "shell/window_metrics.h"
 
 namespace vantro {
-
-constexpr COLORREF kTitleBarColor = 0x5F4646;
 
 class VantroWindow {
  public:
@@ -30,33 +33,42 @@ class VantroWindow {
   // Brings the window up, hidden. False when the window cannot serve; the object can then only be destroyed.
   bool Initialize();
 
-  // Bring-up, private steps of Initialize (window_lifecycle.cpp).
+  // The class's window procedure: hands each message to the object that the native window belongs to.
+  static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+  // Enters fullscreen, or leaves it.
+  void ToggleFullscreen() { fullscreen_.ToggleFullscreen(); }
+  bool isFullscreen() const { return fullscreen_.IsFullscreen(); }
+  // The pointer has moved over one of the two native windows: in fullscreen the bar may come or go.
+  void FollowPointer(TopAreaCaller caller) { fullscreen_.FollowPointer(caller); }
+
+  // The overlay's room, for the hook, and its native window.
+  FlutterOverlay& Overlay() { return overlay_; }
+  HWND flutterHostWindow() const { return overlay_.Window(); }
+
+  HINSTANCE Instance() const { return hInstance_; }
+  const WindowSize& Size() const { return size_; }
+
+  // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
+  // window's object is gone, also while older windows live.
+  static VantroWindow* instance_;
+
+  // What the other parts of the host read.
+  HWND hwnd_ = nullptr;
+  std::unique_ptr<VLCPlayer> vlcPlayer_;
+  std::unique_ptr<FlutterEngine> flutterEngine_;
+  std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
+  bool isClosing_ = false;  // set on WM_CLOSE, never cleared
+
+ private:
+  // The steps of Initialize.
   bool InitializeWindow();
   bool InitializeVLC();
   bool InitializeFlutter();
   bool RegisterWindowClass();
   bool CreateMethodChannelHandler();
   void CreateThumbnailWorker();
-  void InstallWindowHook();
 
-  // The view's window, or null: with no engine, an engine without a view, or, for the second, a window that is gone.
-  HWND FlutterChild() const;
-  HWND LiveFlutterChild() const;
-
-  // The overlay (overlay_window.cpp).
-  bool CreateFlutterOverlay();
-  void SyncFlutterOverlayPosition();
-  void SetFlutterOverlayTopmost();
-  void EnableOverlayMouseInput();
-  static LRESULT CALLBACK WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam);
-  static bool RegisterOverlayClass(HINSTANCE instance);
-  void MoveOverlayOverClientArea();
-  void FollowMainWindow(UINT message, WPARAM wParam);
-  // Input on the overlay (overlay_input.cpp).
-  static LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
-
-  // Messages (window_messages.cpp and its companions by topic).
-  static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
   // Offers the message to the view, then to the system.
   LRESULT OnDefault(UINT message, WPARAM wParam, LPARAM lParam);
@@ -71,9 +83,8 @@ class VantroWindow {
   LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
   void RedirectFocusAfterCommand();
   LRESULT OnTimer(WPARAM timerId);
-  void OnTitleBarAutoHideTimer();
-  void OnMouseTrackingTimer();
   LRESULT OnControlColor(WPARAM wParam);
+  LRESULT OnDrawItem(LPARAM lParam);
   LRESULT OnNewWindowRequest();
   // Keyboard and focus (window_keyboard.cpp).
   LRESULT OnSetFocus(WPARAM wParam, LPARAM lParam);
@@ -86,104 +97,27 @@ class VantroWindow {
   LRESULT OnLeftButtonDown(WPARAM wParam, LPARAM lParam);
   LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
   void StartVolumeDragAtPointer();
-  void EndVolumeDrag();
 
-  // Title bar (title_bar.cpp).
-  void RemoveStandardTitleBar();
-  void CreateCustomTitleBar();
-  void LayoutTitleBarControls();
-  LRESULT OnDrawItem(WPARAM wParam, LPARAM lParam);  // WM_DRAWITEM of buttons and statics
-
-  // Fullscreen (fullscreen.cpp).
-  void ToggleFullscreen();
-  void ShowTitleBarControls();
-  void HideTitleBarControls();
-  void StartTitleBarAutoHideTimer();
-  void StopTitleBarAutoHideTimer();
-  void EnterFullscreen();
-  void LeaveFullscreen();
-  using TopAreaCaller = vantro::TopAreaCaller;
-  // The pointer is at y, in client coordinates. Only in fullscreen. Logs entering and leaving, nothing else.
-  void RunTopAreaStep(int y, TopAreaCaller caller);
-
-  // Menus, commands and settings (menus.cpp, commands.cpp, settings.cpp).
-  void ShowFileMenu();
-  void ShowHelpMenu();
-  void HandleMenuCommand(WORD commandId);
-  // Puts window and overlay into the topmost band or takes them out of it.
-  void ApplyTopmost(bool topmost);
-  void LoadSettings();
-  void SaveSettings();
-
-  // Volume control (volume_control.cpp).
-  void CreateVolumeControl();
-  void CreateSpeakerIcon();
-  void HandleVolumeClick(int x, int y);
-  void SetVlcVolume(int volume);
-  // The left button went down on the slider, at this position relative to it: drags from here on.
-  void BeginVolumeDrag(int x, int y);
-  void DrawVolumeControl(const DRAWITEMSTRUCT& item);
-  void DrawSpeakerIcon(const DRAWITEMSTRUCT& item);
-
-  // Search box (window_search.cpp).
-  void HandleSearchInput();      // its text changed: waits for the typing to pause
-  void OnSearchDebounceTimer();  // the pause has come: sends the text to the interface
-
-  // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
-  // window's object is gone, also while older windows live.
-  static VantroWindow* instance_;
-
-  HWND hwnd_ = nullptr;
-  HWND flutterHostWindow_ = nullptr;  // the overlay
-  HWND searchBox_ = nullptr;
-  HWND fileButton_ = nullptr;
-  HWND helpButton_ = nullptr;
-  HWND closeButton_ = nullptr;
-  HWND maximizeButton_ = nullptr;
-  HWND minimizeButton_ = nullptr;
-  HWND volumeControl_ = nullptr;
-  HWND speakerIcon_ = nullptr;
-  HWND appIconStatic_ = nullptr;
-  HWND titleStatic_ = nullptr;
   HINSTANCE hInstance_;
   std::wstring className_ = L"VantroWindowClass";
   std::wstring windowTitle_ = L"Vantro";
-  // Outer size until the first WM_SIZE, client size afterwards, the saved outer size around fullscreen.
-  int width_ = kInitialWindowWidth;
-  int height_ = kInitialWindowHeight;
-  std::unique_ptr<VLCPlayer> vlcPlayer_;
-  std::unique_ptr<FlutterEngine> flutterEngine_;
-  std::unique_ptr<MethodChannelHandler> methodChannelHandler_;
+  WindowSize size_;
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> vodThumbnailPlugin_;
-  bool isFullscreen_ = false;
   bool reservedFlag_ = true;  // nothing reads these two
   double reservedFactor_ = 1.0;
-  bool alwaysOnTop_ = false;
-  bool alwaysOnTopThisWindow_ = false;
-  bool searchBoxClicked_ = false;  // written by WM_LBUTTONDOWN, read by nothing
-  RECT savedWindowRect_{};         // outer rectangle, style and extended style from before fullscreen
-  DWORD savedStyle_ = 0;
-  DWORD savedExStyle_ = 0;
-  std::string vlcHwAccel_ = "auto";
-  std::string vlcAudioOutput_ = "directsound";
-  std::string vlcDeinterlace_ = "off";
-  bool vlcEqualizerEnabled_ = false;
-  bool vlcCompressorEnabled_ = false;
-  bool isSyncingOverlay_ = false;  // re-entry guard of SyncFlutterOverlayPosition
-  bool isClosing_ = false;         // set on WM_CLOSE, never cleared
-  int volume_ = 100;               // percent, 0 to 100
-  bool isVolumeDragging_ = false;
-  bool showVolumePercent_ = false;
   ULONG_PTR gdiplusToken_ = 0;
-  HHOOK windowHook_ = nullptr;
   UINT_PTR reservedTimerId_ = 0;  // nothing sets it; the destructor still tests it
-  UINT_PTR searchDebounceTimer_ = 0;
-  UINT_PTR titleBarAutoHideTimer_ = 0;
-  UINT_PTR mouseTrackingTimer_ = 0;
-  bool isTitleBarVisible_ = true;
-  bool isMouseInTopArea_ = false;
   HBRUSH backgroundBrush_ = nullptr;
-  HBRUSH titleBarBrush_ = nullptr;
+
+  // The rooms.
+  TitleBar titleBar_{hwnd_};
+  FlutterOverlay overlay_{hwnd_, flutterEngine_};
+  Fullscreen fullscreen_{hwnd_, size_, titleBar_, overlay_};
+  VolumeControl volumeControl_{hwnd_, titleBar_, vlcPlayer_};
+  WindowCommands commands_{*this, titleBar_, overlay_, fullscreen_, volumeControl_};
+  SearchBox search_{hwnd_, titleBar_, methodChannelHandler_};
+
+  friend struct RoomPeer;
 };
 
 }  // namespace vantro

@@ -1,31 +1,18 @@
-// The volume slider of the title bar: its controls, its clicks, its drawing.
-#include <windows.h>
+#include "shell/volume_control.h"
 
 #include <cstdio>
 
 #include "common/log.h"
 #include "shell/gdiplus_drawing.h"
-#include "shell/shell_ids.h"
-#include "shell/vantro_window.h"
 #include "shell/volume_geometry.h"
 
 namespace vantro {
 
 namespace {
 
-constexpr DWORD kSpeakerStyle = WS_CHILD | WS_VISIBLE | SS_OWNERDRAW;
-constexpr DWORD kSliderStyle = kSpeakerStyle | SS_NOTIFY;
-constexpr int kSpeakerSize = 20;
-
 constexpr Gdiplus::ARGB kOutlineColor = 0xFFFFFFFF;
 constexpr Gdiplus::ARGB kFillColor = 0xFF00C800;
 constexpr COLORREF kPercentColor = 0xFFFFFF;
-
-// At 0, 0: the title bar's layout moves it.
-HWND CreateOwnerDrawnStatic(const VantroWindow& window, DWORD style, WORD id, int width, int height) {
-  return CreateWindowExW(0, L"STATIC", L"", style, 0, 0, width, height, window.hwnd_,
-                         reinterpret_cast<HMENU>(UINT_PTR{id}), window.hInstance_, nullptr);
-}
 
 VolumeRect PlainRect(const RECT& rect) {
   return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
@@ -67,42 +54,38 @@ void DrawPercent(HDC dc, RECT area, int volume) {
 
 }  // namespace
 
-void VantroWindow::CreateVolumeControl() {
-  volumeControl_ =
-      CreateOwnerDrawnStatic(*this, kSliderStyle, kVolumeControlId, kVolumeControlWidth, kVolumeControlHeight);
-  if (volumeControl_) {
-    LOG_INFO("Volume control created successfully: %p", static_cast<void*>(volumeControl_));
-  } else {
-    LOG_ERROR("Failed to create volume control");
-  }
+VolumeControl::VolumeControl(const HWND& mainWindow, const TitleBar& titleBar, const std::unique_ptr<VLCPlayer>& player)
+    : hwnd_(mainWindow), titleBar_(titleBar), vlcPlayer_(player) {}
+
+void VolumeControl::Redraw() {
+  // Without the control there is nothing to redraw: a null window would stand for all of them.
+  if (const HWND control = titleBar_.Controls().volumeControl_) InvalidateRect(control, nullptr, TRUE);
 }
 
-void VantroWindow::CreateSpeakerIcon() {
-  speakerIcon_ = CreateOwnerDrawnStatic(*this, kSpeakerStyle, kSpeakerIconId, kSpeakerSize, kSpeakerSize);
-  if (speakerIcon_) {
-    LOG_INFO("Speaker icon created successfully: %p", static_cast<void*>(speakerIcon_));
-  } else {
-    LOG_ERROR("Failed to create speaker icon");
-  }
+void VolumeControl::EndVolumeDrag() {
+  isVolumeDragging_ = false;
+  showVolumePercent_ = false;
+  ReleaseCapture();
+  Redraw();
+  LOG_DEBUG("WM_LBUTTONUP: Volume control mouse up - hiding percentage");
 }
 
-void VantroWindow::BeginVolumeDrag(int x, int y) {
+void VolumeControl::BeginVolumeDrag(int x, int y) {
   isVolumeDragging_ = true;
   showVolumePercent_ = true;
   HandleVolumeClick(x, y);
   SetCapture(hwnd_);
 }
 
-void VantroWindow::HandleVolumeClick(int x, int y) {
+void VolumeControl::HandleVolumeClick(int x, int y) {
   LOG_DEBUG("HandleVolumeClick: x=%d, y=%d", x, y);
   volume_ = VolumeFromX(x);
   SetVlcVolume(volume_);
-  // Without the control there is nothing to redraw: a null window would stand for all of them.
-  if (volumeControl_) InvalidateRect(volumeControl_, nullptr, TRUE);
+  Redraw();
   LOG_INFO("Volume changed to: %d%%", volume_);
 }
 
-void VantroWindow::SetVlcVolume(int volume) {
+void VolumeControl::SetVlcVolume(int volume) {
   if (!vlcPlayer_) {
     LOG_WARNING("VLC player not available for volume control");
     return;
@@ -111,8 +94,8 @@ void VantroWindow::SetVlcVolume(int volume) {
   LOG_INFO("VLC volume set to: %d", volume);
 }
 
-void VantroWindow::DrawVolumeControl(const DRAWITEMSTRUCT& item) {
-  FillRect(item.hDC, &item.rcItem, titleBarBrush_);
+void VolumeControl::DrawVolumeControl(const DRAWITEMSTRUCT& item) const {
+  FillRect(item.hDC, &item.rcItem, titleBar_.Brush());
   DrawWedge(item.hDC, PlainRect(item.rcItem), volume_);
   if (showVolumePercent_) DrawPercent(item.hDC, item.rcItem, volume_);
 }

@@ -1,6 +1,7 @@
 // Keys and focus on the main window itself. The view is the home of the focus; what reaches the window instead is
 // carried to the view, and the focus stays where it is.
 #include "common/log.h"
+#include "shell/flutter_child.h"
 #include "shell/vantro_window.h"
 
 namespace vantro {
@@ -14,6 +15,7 @@ const char* Liveness(HWND window) {
 }
 
 void LogFlutterChild(HWND child) {
+  if (!IsLogOn()) return;
   char className[256] = "";
   DWORD processId = 0;
   GetClassNameA(child, className, sizeof className);
@@ -29,28 +31,30 @@ long long Result(LRESULT result) { return result; }
 
 LRESULT VantroWindow::OnSetFocus(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_SETFOCUS: Main window got focus, current focus window: %p", static_cast<void*>(GetFocus()));
-  LOG_DEBUG("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p", static_cast<void*>(searchBox_),
-            static_cast<void*>(fileButton_), static_cast<void*>(helpButton_));
-  LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
-  LOG_DEBUG("WM_SETFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
+  LOG_DEBUG("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p",
+            static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
+            static_cast<void*>(titleBar_.Controls().helpButton_));
+  LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("WM_SETFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild(flutterEngine_)));
   return DefWindowProcA(hwnd_, WM_SETFOCUS, wParam, lParam);
 }
 
 LRESULT VantroWindow::OnKillFocus(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_KILLFOCUS: Main window lost focus, new focus window: %p", reinterpret_cast<void*>(wParam));
-  LOG_DEBUG("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p", static_cast<void*>(searchBox_),
-            static_cast<void*>(fileButton_), static_cast<void*>(helpButton_));
-  LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow_));
-  LOG_DEBUG("WM_KILLFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild()));
+  LOG_DEBUG("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p",
+            static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
+            static_cast<void*>(titleBar_.Controls().helpButton_));
+  LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("WM_KILLFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild(flutterEngine_)));
   return DefWindowProcA(hwnd_, WM_KILLFOCUS, wParam, lParam);
 }
 
 LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("MAIN_WINDOW_HANDLER: Received WM_KEYDOWN, key=%llu", Key(wParam));
-  LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(flutterHostWindow_));
+  LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(flutterHostWindow()));
   LOG_DEBUG("MainWindow: Current focus when keydown received: %p", static_cast<void*>(GetFocus()));
   LOG_DEBUG("MainWindow: Is current focus == main window? %s", GetFocus() == hwnd_ ? "YES" : "NO");
-  if (wParam == VK_F11 || (wParam == VK_ESCAPE && isFullscreen_)) {
+  if (wParam == VK_F11 || (wParam == VK_ESCAPE && isFullscreen())) {
     ToggleFullscreen();
     return 0;
   }
@@ -58,7 +62,7 @@ LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
     LOG_ERROR("MainWindow: flutterEngine_ is NULL - cannot forward keyboard events!");
     return 0;
   }
-  const HWND child = FlutterChild();
+  const HWND child = FlutterChild(flutterEngine_);
   LOG_DEBUG("MainWindow: flutterEngine exists, flutterWindow = %p", static_cast<void*>(child));
   if (!child || !IsWindow(child)) {
     LOG_ERROR("MainWindow: Invalid Flutter window - flutterWindow=%p, IsWindow=%s", static_cast<void*>(child),
@@ -82,9 +86,9 @@ LRESULT VantroWindow::SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lPa
   const LRESULT childResult = SendMessageA(child, WM_KEYDOWN, wParam, lParam);
   LOG_DEBUG("MainWindow: Direct SendMessage result: %lld", Result(childResult));
   if (childResult != 0) return childResult;
-  if (!flutterHostWindow_ || !IsWindow(flutterHostWindow_)) return 0;
-  LOG_DEBUG("MainWindow: Trying Flutter overlay window as fallback: %p", static_cast<void*>(flutterHostWindow_));
-  const LRESULT overlayResult = SendMessageA(flutterHostWindow_, WM_KEYDOWN, wParam, lParam);
+  if (!flutterHostWindow() || !IsWindow(flutterHostWindow())) return 0;
+  LOG_DEBUG("MainWindow: Trying Flutter overlay window as fallback: %p", static_cast<void*>(flutterHostWindow()));
+  const LRESULT overlayResult = SendMessageA(flutterHostWindow(), WM_KEYDOWN, wParam, lParam);
   LOG_DEBUG("MainWindow: Overlay SendMessage result: %lld", Result(overlayResult));
   return overlayResult;
 }
@@ -97,7 +101,7 @@ LRESULT VantroWindow::OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam) {
     LOG_ERROR("MainWindow: flutterEngine_ is NULL - cannot forward keyboard message %u!", message);
     return 0;
   }
-  const HWND child = FlutterChild();
+  const HWND child = FlutterChild(flutterEngine_);
   if (!child || !IsWindow(child)) {
     LOG_ERROR("MainWindow: Invalid Flutter window for message %u - flutterWindow=%p, IsWindow=%s", message,
               static_cast<void*>(child), Liveness(child));

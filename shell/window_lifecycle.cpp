@@ -1,10 +1,9 @@
 // How a window object begins, comes up and ends.
-#include <objidl.h>
-
-#include <gdiplus.h>
+#include <utility>
 
 #include "common/log.h"
 #include "common/text.h"
+#include "shell/gdiplus_drawing.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
 
@@ -12,23 +11,12 @@ namespace vantro {
 
 VantroWindow* VantroWindow::instance_ = nullptr;
 
-namespace {
-
-void KillAndClear(HWND window, UINT_PTR& timer) {
-  if (timer == 0) return;
-  KillTimer(window, timer);
-  timer = 0;
-}
-
-}  // namespace
-
 VantroWindow::VantroWindow(HINSTANCE hInstance) : hInstance_(hInstance) {
   instance_ = this;
   Gdiplus::GdiplusStartupInput input;
   Gdiplus::GdiplusStartup(&gdiplusToken_, &input, nullptr);
   LOG_INFO("=== NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ===");
   backgroundBrush_ = CreateSolidBrush(RGB(0, 0, 0));
-  titleBarBrush_ = CreateSolidBrush(kTitleBarColor);
   LOG_INFO("VantroWindow constructor called");
   LOG_DEBUG("Window class name: %s", NarrowFromWide(className_).c_str());
   LOG_DEBUG("Window title: %s", NarrowFromWide(windowTitle_).c_str());
@@ -47,7 +35,7 @@ bool VantroWindow::Initialize() {
   }
   LOG_INFO("VantroWindow::InitializeVLC() succeeded");
   // A window without its overlay fails below, where the view finds no parent.
-  if (CreateFlutterOverlay()) {
+  if (overlay_.CreateFlutterOverlay(hInstance_)) {
     LOG_INFO("VantroWindow::CreateFlutterOverlay() succeeded");
   } else {
     LOG_WARNING("VantroWindow::CreateFlutterOverlay() failed");
@@ -56,29 +44,17 @@ bool VantroWindow::Initialize() {
     LOG_ERROR("VantroWindow::InitializeFlutter() failed");
     return false;
   }
-  InstallWindowHook();
-  EnableOverlayMouseInput();
-  if (flutterHostWindow_) {
-    SetFlutterOverlayTopmost();
+  overlay_.InstallWindowHook();
+  overlay_.EnableOverlayMouseInput();
+  if (flutterHostWindow()) {
+    overlay_.SetFlutterOverlayTopmost();
     LOG_DEBUG("Final Z-order: Set Flutter overlay on top after all initialization");
   }
   LOG_INFO("VantroWindow::InitializeFlutter() succeeded");
   // Last, so the player has come up without the stored settings; they may raise window and overlay.
-  LoadSettings();
+  commands_.LoadSettings();
   LOG_INFO("VantroWindow::Initialize() completed successfully");
   return true;
-}
-
-// One hook a window, all with the same procedure, which looks at the newest window only.
-void VantroWindow::InstallWindowHook() {
-  windowHook_ =
-      SetWindowsHookExA(WH_CALLWNDPROC, WindowSyncHookProc, GetModuleHandleA(nullptr), GetCurrentThreadId());
-  if (windowHook_) {
-    LOG_INFO("Window hook installed successfully for window synchronization");
-  } else {
-    const DWORD error = GetLastError();
-    LOG_ERROR("Failed to set window hook: %lu", error);
-  }
 }
 
 // Copes with any subset of members being null: it also ends a window whose start failed half-way.
@@ -94,25 +70,18 @@ VantroWindow::~VantroWindow() {
       PostQuitMessage(0);
     }
   }
-  KillAndClear(hwnd_, reservedTimerId_);
-  KillAndClear(hwnd_, searchDebounceTimer_);
-  if (windowHook_) {
-    UnhookWindowsHookEx(windowHook_);
-    windowHook_ = nullptr;
-  }
+  if (reservedTimerId_) KillTimer(hwnd_, std::exchange(reservedTimerId_, 0));
+  search_.StopDebounceTimer();
+  overlay_.RemoveWindowHook();
   // The handler goes first: on its way out it writes the session marker and still touches engine and player.
   methodChannelHandler_.reset();
   flutterEngine_.reset();
   vlcPlayer_.reset();
-  if (IsWindow(flutterHostWindow_)) {
-    LOG_DEBUG("Destructor: Destroying overlay window: %p", static_cast<void*>(flutterHostWindow_));
-    DestroyWindow(flutterHostWindow_);
-    flutterHostWindow_ = nullptr;
-  }
+  overlay_.Destroy();
   // Fails while any window of the class lives.
   if (hInstance_) UnregisterClassW(className_.c_str(), hInstance_);
   DeleteObject(backgroundBrush_);
-  DeleteObject(titleBarBrush_);
+  titleBar_.EndDrawing();
   Gdiplus::GdiplusShutdown(gdiplusToken_);
   if (instance_ == this) instance_ = nullptr;
   // After a failed start the native window is still there and stays until the process ends. From here on the system

@@ -51,20 +51,42 @@ void LogPlacement(const WindowPlacement& placement) {
   }
 }
 
+// Owns a window until it is registered. A window that does not get that far leaves its hidden native window behind, on
+// which requests for further windows would be lost: what is left goes once the object has gone, so that the native
+// window has no object to call.
+class UnregisteredWindow {
+ public:
+  explicit UnregisteredWindow(HINSTANCE instance) : window_(std::make_unique<VantroWindow>(instance)) {}
+  ~UnregisteredWindow() {
+    if (!window_) return;
+    const HWND native = window_->hwnd_;
+    window_.reset();
+    if (IsWindow(native)) DestroyWindow(native);
+  }
+  UnregisteredWindow(const UnregisteredWindow&) = delete;
+  UnregisteredWindow& operator=(const UnregisteredWindow&) = delete;
+
+  VantroWindow* operator->() const { return window_.get(); }
+  std::unique_ptr<VantroWindow> Release() { return std::move(window_); }
+
+ private:
+  std::unique_ptr<VantroWindow> window_;
+};
+
 void CreateShowAndRegister(const VantroWindow& reference) {
-  auto window = std::make_unique<VantroWindow>(reference.hInstance_);
+  UnregisteredWindow window(reference.Instance());
   if (!window->Initialize()) {
     LOG_ERROR("CreateNewWindow: Failed to initialize new window");
     return;
   }
   // The reference's size, which is its client size while it is normal, stands in for the new window's own.
-  const WindowPlacement placement =
-      PlaceNewWindow(OuterRect(reference.hwnd_), reference.width_, reference.height_, WorkAreaOf(reference.hwnd_));
+  const WindowPlacement placement = PlaceNewWindow(OuterRect(reference.hwnd_), reference.Size().width_,
+                                                   reference.Size().height_, WorkAreaOf(reference.hwnd_));
   LogPlacement(placement);
   SetWindowPos(window->hwnd_, nullptr, placement.x, placement.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   ShowWindow(window->hwnd_, SW_SHOWNORMAL);
   UpdateWindow(window->hwnd_);
-  RegisterWindow(std::move(window));
+  RegisterWindow(window.Release());
   LOG_INFO("CreateNewWindow: New window created and shown successfully");
 }
 
@@ -115,6 +137,13 @@ size_t CountActiveWindows() {
   const auto& registry = GetWindowRegistry();
   return static_cast<size_t>(
       std::count_if(registry.begin(), registry.end(), [](const auto& window) { return window && !window->isClosing_; }));
+}
+
+void ToggleWindowFullscreen(VantroWindow& window) { window.ToggleFullscreen(); }
+
+MethodChannelHandler* MasterHandler() {
+  const auto& windows = GetWindowRegistry();
+  return windows.empty() || !windows.front() ? nullptr : windows.front()->methodChannelHandler_.get();
 }
 
 void BroadcastEncodableToClientWindows(const std::string& methodName, const OwnedValue& value) {

@@ -1,11 +1,10 @@
-// The windows of the process, in the order of their registration. Main thread.
+// The windows of the process, in the order of their registration, and what the channel asks of them. Main thread.
 #pragma once
 
 #include <memory>
-#include <string>
 #include <vector>
 
-#include "flutter_host/value_arena.h"
+#include "bridge/host_windows.h"
 
 namespace vantro {
 
@@ -28,10 +27,6 @@ void UnregisterWindow(VantroWindow* window);
 
 // Entries whose window is not closing.
 size_t CountActiveWindows();
-
-// Invokes the method, with a copy of the value, on every window from position 1 on that has a handler. The copies share
-// the value's memory, which never changes.
-void BroadcastEncodableToClientWindows(const std::string& methodName, const OwnedValue& value);
 
 // After the message loop: raises the flag, destroys every window in order, empties the list.
 void ShutdownWindowManager();

@@ -2,19 +2,17 @@
 #include <windowsx.h>
 
 #include "common/log.h"
+#include "shell/button_painter.h"
+#include "shell/flutter_child.h"
 #include "shell/hit_test.h"
-#include "shell/input_state.h"
 #include "shell/shell_ids.h"
+#include "shell/speaker_icon.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
 
 namespace vantro {
 
 namespace {
-
-constexpr LONG kNonClientStrip = 3;  // the frame's top edge, painted in the title bar's colour
-// Two pixels above the client area, so that no light line is left between the strip and the bar.
-constexpr LONG kTitleBarPaintTop = -2;
 
 SIZE ClientSize(HWND window) {
   RECT client{};
@@ -53,7 +51,7 @@ LRESULT VantroWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_GETMINMAXINFO:
       return OnGetMinMaxInfo(lParam);
     case WM_DRAWITEM:
-      return OnDrawItem(wParam, lParam);
+      return OnDrawItem(lParam);
     case WM_NCHITTEST:
       return OnHitTest(lParam);
     case WM_NCPAINT:
@@ -105,7 +103,7 @@ LRESULT VantroWindow::OnDefault(UINT message, WPARAM wParam, LPARAM lParam) {
 // The end of the process is decided on WM_CLOSE; here the native window goes, the object stays.
 LRESULT VantroWindow::OnDestroy() {
   LOG_INFO("WM_DESTROY: Window %p is being destroyed", static_cast<void*>(this));
-  SaveSettings();
+  commands_.SaveSettings();
   if (vlcPlayer_) {
     LOG_INFO("Stopping VLC playback for closing window");
     vlcPlayer_->StopInternal(false);
@@ -114,56 +112,46 @@ LRESULT VantroWindow::OnDestroy() {
 }
 
 LRESULT VantroWindow::OnMove() {
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen());
   return 0;
 }
 
 LRESULT VantroWindow::OnSize() {
   RECT client;
   if (GetClientRect(hwnd_, &client)) {
-    width_ = static_cast<int>(client.right - client.left);
-    height_ = static_cast<int>(client.bottom - client.top);
+    size_.width_ = static_cast<int>(client.right - client.left);
+    size_.height_ = static_cast<int>(client.bottom - client.top);
   }
-  LayoutTitleBarControls();
+  titleBar_.LayoutTitleBarControls();
   // Below the title bar also in fullscreen, where the bar comes and goes above the picture.
   if (VLCPlayer* const player = methodChannelHandler_ ? methodChannelHandler_->vlcPlayer_ : nullptr) {
     const SIZE size = ClientSize(player->ParentWindow());
     player->Resize(0, TITLE_BAR_HEIGHT, static_cast<int>(size.cx), static_cast<int>(size.cy) - TITLE_BAR_HEIGHT);
   }
-  SyncFlutterOverlayPosition();
+  overlay_.SyncFlutterOverlayPosition(isFullscreen());
   return 0;
 }
 
-// Only the title bar: video and overlay cover the rest.
 LRESULT VantroWindow::OnPaint() {
-  PAINTSTRUCT paint;
-  const HDC dc = BeginPaint(hwnd_, &paint);
-  if (isFullscreen_ && !isTitleBarVisible_) {
-    LOG_DEBUG("WM_PAINT: Skipping title bar paint - isFullscreen=%d, isTitleBarVisible=%d", isFullscreen_,
-              isTitleBarVisible_);
-  } else {
-    RECT bar{};
-    GetClientRect(hwnd_, &bar);
-    bar.top = kTitleBarPaintTop;
-    bar.bottom = TITLE_BAR_HEIGHT;
-    LOG_DEBUG("WM_PAINT: Painting title bar - isFullscreen=%d, isTitleBarVisible=%d, rect=%ld,%ld to %ld,%ld",
-              isFullscreen_, isTitleBarVisible_, bar.left, bar.top, bar.right, bar.bottom);
-    FillRect(dc, &bar, titleBarBrush_);
-  }
-  EndPaint(hwnd_, &paint);
+  titleBar_.Paint(isFullscreen(), fullscreen_.IsTitleBarVisible());
   return 0;
 }
 
 LRESULT VantroWindow::OnNcPaint() {
-  const HDC dc = GetWindowDC(hwnd_);
-  if (!dc) return 0;
-  RECT strip{};
-  GetWindowRect(hwnd_, &strip);
-  OffsetRect(&strip, -strip.left, -strip.top);
-  strip.bottom = kNonClientStrip;
-  FillRect(dc, &strip, titleBarBrush_);
-  ReleaseDC(hwnd_, dc);
+  titleBar_.PaintFrameEdge();
   return 0;
+}
+
+LRESULT VantroWindow::OnDrawItem(LPARAM lParam) {
+  const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+  if (item.CtlType == ODT_BUTTON) {
+    PaintTitleBarButton(item, isFullscreen(), titleBar_.Brush());
+  } else if (item.CtlType == ODT_STATIC && item.CtlID == kVolumeControlId) {
+    volumeControl_.DrawVolumeControl(item);
+  } else if (item.CtlType == ODT_STATIC && item.CtlID == kSpeakerIconId) {
+    DrawSpeakerIcon(item, titleBar_.Brush());
+  }
+  return TRUE;
 }
 
 LRESULT VantroWindow::OnClose(WPARAM wParam, LPARAM lParam) {
@@ -203,16 +191,16 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("WM_COMMAND: Control interaction - ID: %d, Handle: %p, Type: %d", id, reinterpret_cast<void*>(lParam),
             notification);
   if (notification == EN_CHANGE && id == kSearchBoxId) {
-    HandleSearchInput();
+    search_.HandleSearchInput();
     LOG_DEBUG("WM_COMMAND: Skipping focus redirect for search box text change");
     return 0;
   }
   if (notification == BN_CLICKED && id == kFileButtonId) {
-    ShowFileMenu();
+    commands_.ShowFileMenu();
   } else if (notification == BN_CLICKED && id == kHelpButtonId) {
-    ShowHelpMenu();
+    commands_.ShowHelpMenu();
   } else {
-    HandleMenuCommand(id);
+    commands_.HandleMenuCommand(id);
   }
   RedirectFocusAfterCommand();
   return 0;
@@ -220,9 +208,9 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
 
 // A button that was clicked keeps the focus otherwise, and the view would hear no key.
 void VantroWindow::RedirectFocusAfterCommand() {
-  if (GetFocus() == searchBox_) {
+  if (GetFocus() == search_.Window()) {
     LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
-  } else if (const HWND child = LiveFlutterChild()) {
+  } else if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     SetFocus(child);
     LOG_DEBUG("WM_COMMAND: Redirected focus back to Flutter window %p", static_cast<void*>(child));
   }
@@ -239,36 +227,20 @@ LRESULT VantroWindow::OnTimer(WPARAM timerId) {
   }
   switch (timerId) {
     case kSearchDebounceTimerId:
-      OnSearchDebounceTimer();
+      search_.OnSearchDebounceTimer();
       break;
     case kTitleBarAutoHideTimerId:
-      OnTitleBarAutoHideTimer();
+      fullscreen_.OnTitleBarAutoHideTimer();
       break;
     case kMouseTrackingTimerId:
-      OnMouseTrackingTimer();
+      fullscreen_.FollowPointer(TopAreaCaller::kTrackingTimer);
       break;
   }
   return 0;
 }
 
-// A tick that is still under way when the window leaves fullscreen does nothing; so does the next one.
-void VantroWindow::OnTitleBarAutoHideTimer() {
-  if (!isFullscreen_) return;
-  LOG_DEBUG("WM_TIMER: Title bar auto-hide timer fired");
-  StopTitleBarAutoHideTimer();
-  HideTitleBarControls();
-}
-
-void VantroWindow::OnMouseTrackingTimer() {
-  if (!isFullscreen_) return;
-  if (const auto cursor = CursorIn(hwnd_)) RunTopAreaStep(static_cast<int>(cursor->y), TopAreaCaller::kTrackingTimer);
-}
-
 LRESULT VantroWindow::OnControlColor(WPARAM wParam) {
-  const auto dc = reinterpret_cast<HDC>(wParam);
-  SetTextColor(dc, RGB(255, 255, 255));
-  SetBkColor(dc, kTitleBarColor);
-  return reinterpret_cast<LRESULT>(titleBarBrush_);
+  return reinterpret_cast<LRESULT>(titleBar_.ColorControl(reinterpret_cast<HDC>(wParam)));
 }
 
 LRESULT VantroWindow::OnNewWindowRequest() {

@@ -1,5 +1,6 @@
 // The mouse on the main window itself: the title bar, and whatever video and overlay leave free.
 #include "common/log.h"
+#include "shell/flutter_child.h"
 #include "shell/input_state.h"
 #include "shell/vantro_window.h"
 
@@ -26,16 +27,10 @@ bool ContainsWithEdges(const RECT& rect, POINT point) {
 }  // namespace
 
 LRESULT VantroWindow::OnMouseMove(WPARAM wParam, LPARAM lParam) {
-  if (isFullscreen_) {
-    if (const auto cursor = CursorIn(hwnd_)) {
-      const int y = static_cast<int>(cursor->y);
-      LOG_DEBUG("MAIN WINDOW WM_MOUSEMOVE in fullscreen: pt.y=%ld, isNowInTopArea=%d", long{y}, IsInTopArea(y));
-      RunTopAreaStep(y, TopAreaCaller::kMainWindow);
-    }
-  }
-  if (isVolumeDragging_) {
-    const POINT point = PointerIn(volumeControl_);
-    HandleVolumeClick(static_cast<int>(point.x), static_cast<int>(point.y));
+  fullscreen_.FollowPointer(TopAreaCaller::kMainWindow);
+  if (volumeControl_.IsDragging()) {
+    const POINT point = PointerIn(titleBar_.Controls().volumeControl_);
+    volumeControl_.HandleVolumeClick(static_cast<int>(point.x), static_cast<int>(point.y));
     return 0;
   }
   return DefWindowProcA(hwnd_, WM_MOUSEMOVE, wParam, lParam);
@@ -46,57 +41,49 @@ LRESULT VantroWindow::OnLeftButtonDown(WPARAM wParam, LPARAM lParam) {
   const HWND hit = ChildWindowFromPoint(hwnd_, point);
   LOG_DEBUG("WM_LBUTTONDOWN: Click at (%d, %d), hit window: %p", static_cast<int>(point.x), static_cast<int>(point.y),
             static_cast<void*>(hit));
-  LOG_DEBUG("WM_LBUTTONDOWN: Search box window: %p", static_cast<void*>(searchBox_));
-  if (hit && hit == searchBox_) {
+  LOG_DEBUG("WM_LBUTTONDOWN: Search box window: %p", static_cast<void*>(search_.Window()));
+  if (hit && hit == search_.Window()) {
     LOG_DEBUG("WM_LBUTTONDOWN: Click on search box - ensuring it gets focus");
-    searchBoxClicked_ = true;
+    search_.NoteLeftButtonDown(true);
     return DefWindowProcA(hwnd_, WM_LBUTTONDOWN, wParam, lParam);
   }
-  if (hit && hit == volumeControl_) {
+  if (hit && hit == titleBar_.Controls().volumeControl_) {
     LOG_DEBUG("WM_LBUTTONDOWN: Click on volume control");
     StartVolumeDragAtPointer();
     return 0;
   }
   // By hand again: the search for a child leaves the right and the lower edge out.
-  if (volumeControl_ && ContainsWithEdges(RectInParent(volumeControl_, hwnd_), point)) {
+  if (titleBar_.Controls().volumeControl_ &&
+      ContainsWithEdges(RectInParent(titleBar_.Controls().volumeControl_, hwnd_), point)) {
     LOG_DEBUG("WM_LBUTTONDOWN: Manual volume control hit test succeeded at (%d, %d)", static_cast<int>(point.x),
               static_cast<int>(point.y));
     StartVolumeDragAtPointer();
     return 0;
   }
-  searchBoxClicked_ = false;
+  search_.NoteLeftButtonDown(false);
   return DefWindowProcA(hwnd_, WM_LBUTTONDOWN, wParam, lParam);
 }
 
 void VantroWindow::StartVolumeDragAtPointer() {
-  const POINT point = PointerIn(volumeControl_);
+  const POINT point = PointerIn(titleBar_.Controls().volumeControl_);
   const int x = static_cast<int>(point.x);
   const int y = static_cast<int>(point.y);
   LOG_DEBUG("WM_LBUTTONDOWN: Volume control clicked at relative position (%d, %d)", x, y);
-  BeginVolumeDrag(x, y);
+  volumeControl_.BeginVolumeDrag(x, y);
 }
 
 LRESULT VantroWindow::OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (isVolumeDragging_ && message == WM_LBUTTONUP) EndVolumeDrag();
+  if (volumeControl_.IsDragging() && message == WM_LBUTTONUP) volumeControl_.EndVolumeDrag();
   const HWND hit = ChildWindowFromPoint(hwnd_, PointerIn(hwnd_));
-  if (hit && (hit == searchBox_ || hit == volumeControl_)) {
+  if (hit && (hit == search_.Window() || hit == titleBar_.Controls().volumeControl_)) {
     LOG_DEBUG("MainWindow: Mouse up on search box - maintaining focus on search");
-  } else if (GetFocus() == searchBox_) {
+  } else if (GetFocus() == search_.Window()) {
     LOG_DEBUG("MainWindow: Search box has focus, not stealing it");
-  } else if (const HWND child = LiveFlutterChild()) {
+  } else if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     SetFocus(child);
     LOG_DEBUG("MainWindow: Mouse up - restored focus to Flutter");
   }
   return DefWindowProcA(hwnd_, message, wParam, lParam);
-}
-
-void VantroWindow::EndVolumeDrag() {
-  isVolumeDragging_ = false;
-  showVolumePercent_ = false;
-  ReleaseCapture();
-  // A null window would stand for every window of the desktop.
-  if (volumeControl_) InvalidateRect(volumeControl_, nullptr, TRUE);
-  LOG_DEBUG("WM_LBUTTONUP: Volume control mouse up - hiding percentage");
 }
 
 }  // namespace vantro

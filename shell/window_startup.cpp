@@ -74,7 +74,7 @@ bool VantroWindow::InitializeWindow() {
   LOG_DEBUG("Creating window with class name: %s", TextOrEmpty(className_).c_str());
   LOG_DEBUG("Window title: %s", TextOrEmpty(windowTitle_).c_str());
   hwnd_ = CreateWindowExW(0, className_.c_str(), windowTitle_.c_str(), WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
-                          CW_USEDEFAULT, width_, height_, nullptr, nullptr, hInstance_, nullptr);
+                          CW_USEDEFAULT, size_.width_, size_.height_, nullptr, nullptr, hInstance_, nullptr);
   if (!hwnd_) {
     const DWORD error = GetLastError();
     LogWindowCreationFailure(hInstance_, error);
@@ -84,8 +84,8 @@ bool VantroWindow::InitializeWindow() {
   SetWindowLongPtrA(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   LOG_INFO("Window created successfully with HWND: %p", static_cast<void*>(hwnd_));
   LOG_INFO("Set this pointer in GWLP_USERDATA: %p", static_cast<void*>(this));
-  RemoveStandardTitleBar();
-  CreateCustomTitleBar();
+  titleBar_.RemoveStandardTitleBar();
+  titleBar_.CreateCustomTitleBar(hInstance_);
   return true;
 }
 
@@ -129,19 +129,19 @@ bool VantroWindow::InitializeFlutter() {
   LOG_DEBUG("Checking for Flutter assets...");
   LogFlutterBundle();
   flutterEngine_ = std::make_unique<FlutterEngine>();
-  LOG_DEBUG("InitializeFlutter: Checking overlay handle: %p", static_cast<void*>(flutterHostWindow_));
-  if (!flutterHostWindow_) {
+  LOG_DEBUG("InitializeFlutter: Checking overlay handle: %p", static_cast<void*>(flutterHostWindow()));
+  if (!flutterHostWindow()) {
     LOG_ERROR("ERROR: No separate Flutter window available! Cannot initialize Flutter.");
     LOG_ERROR("ERROR: flutterHostWindow_ is NULL in InitializeFlutter!");
     return false;
   }
-  if (!IsWindow(flutterHostWindow_)) {
+  if (!IsWindow(flutterHostWindow())) {
     LOG_ERROR("ERROR: flutterHostWindow_ is not a valid window in InitializeFlutter!");
-    LOG_ERROR("ERROR: Handle %p is invalid!", static_cast<void*>(flutterHostWindow_));
+    LOG_ERROR("ERROR: Handle %p is invalid!", static_cast<void*>(flutterHostWindow()));
     return false;
   }
-  LOG_INFO("Initializing Flutter with SEPARATE window: %p", static_cast<void*>(flutterHostWindow_));
-  if (!flutterEngine_->Initialize(flutterHostWindow_)) {
+  LOG_INFO("Initializing Flutter with SEPARATE window: %p", static_cast<void*>(flutterHostWindow()));
+  if (!flutterEngine_->Initialize(flutterHostWindow())) {
     LOG_ERROR("Flutter engine initialization failed");
     return false;
   }
@@ -149,8 +149,8 @@ bool VantroWindow::InitializeFlutter() {
   if (!CreateMethodChannelHandler()) return false;
   CreateThumbnailWorker();
   LOG_INFO("Flutter initialization completed successfully");
-  LOG_DEBUG("After Flutter init - overlay handle: %p", static_cast<void*>(flutterHostWindow_));
-  LOG_DEBUG("After Flutter init - IsWindow check: %s", IsWindow(flutterHostWindow_) ? "VALID" : "INVALID");
+  LOG_DEBUG("After Flutter init - overlay handle: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("After Flutter init - IsWindow check: %s", IsWindow(flutterHostWindow()) ? "VALID" : "INVALID");
   return true;
 }
 

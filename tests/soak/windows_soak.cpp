@@ -63,7 +63,7 @@ bool OverlayIsInPlace(const VantroWindow& window) {
   MapWindowPoints(window.hwnd_, HWND_DESKTOP, reinterpret_cast<POINT*>(&expected), 2);
   expected.top += TITLE_BAR_HEIGHT;
   RECT actual{};
-  GetWindowRect(window.flutterHostWindow_, &actual);
+  GetWindowRect(window.flutterHostWindow(), &actual);
   return EqualRect(&expected, &actual);
 }
 
@@ -86,7 +86,7 @@ VantroWindow& OpenAnother(VantroWindow& reference) {
 
 void Close(const VantroWindow& window) {
   SendMessageA(window.hwnd_, WM_CLOSE, 0, 0);
-  if (IsWindow(window.hwnd_) || IsWindow(window.flutterHostWindow_))
+  if (IsWindow(window.hwnd_) || IsWindow(window.flutterHostWindow()))
     Fail("a closed window still has its native windows");
 }
 

@@ -215,9 +215,9 @@ TEST_F(Dispatch, ToggleFullscreenTogglesItsWindow) {
   VantroWindow window(GetModuleHandleW(nullptr));
   handler_->window_ = &window;
   EXPECT_EQ(Ask("toggleFullscreen"), Success(Value(true)));
-  EXPECT_TRUE(window.isFullscreen_);
+  EXPECT_TRUE(window.isFullscreen());
   EXPECT_EQ(Ask("toggleFullscreen"), Success(Value(true)));
-  EXPECT_FALSE(window.isFullscreen_);
+  EXPECT_FALSE(window.isFullscreen());
   handler_->window_ = nullptr;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "shell/vantro_window.h"
+#include "tests/unit/shell/inside.h"
 
 namespace vantro::test {
 
@@ -39,8 +40,7 @@ struct RecordedCalls {
   }
   static std::string Name(HWND window) { return Format(" %s", current->NameOf(window)); }
 
-#define PASS(function, line, ...) \
-  RecordedCalls::Pass<decltype(::function)>("user32.dll", #function, line, __VA_ARGS__)
+#define PASS(function, line, ...) RecordedCalls::Pass<decltype(::function)>("user32.dll", #function, line, __VA_ARGS__)
 
   static BOOL WINAPI OnSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
     const auto place = static_cast<long long>(reinterpret_cast<INT_PTR>(after));
@@ -96,7 +96,7 @@ struct RecordedCalls {
   }
 };
 
-CallLog::CallLog(const VantroWindow& window) : window_(window) {
+CallLog::CallLog(VantroWindow& window) : window_(window) {
   current = this;
   const auto hook = [this](const char* library, const char* function, auto* replacement) {
     hooks_.push_back(std::make_unique<ImportHook>(library, function, reinterpret_cast<void*>(replacement)));
@@ -133,18 +133,18 @@ const char* CallLog::NameOf(HWND window) const {
   if (!window) return "null";
   const std::pair<HWND, const char*> names[] = {
       {window_.hwnd_, "main"},
-      {window_.flutterHostWindow_, "overlay"},
+      {Inside(window_).flutterHostWindow_, "overlay"},
       {window_.flutterEngine_ ? window_.flutterEngine_->flutterWindow_ : nullptr, "view"},
-      {window_.searchBox_, "search"},
-      {window_.fileButton_, "file"},
-      {window_.helpButton_, "help"},
-      {window_.closeButton_, "close"},
-      {window_.maximizeButton_, "maximize"},
-      {window_.minimizeButton_, "minimize"},
-      {window_.volumeControl_, "volume"},
-      {window_.speakerIcon_, "speaker"},
-      {window_.appIconStatic_, "icon"},
-      {window_.titleStatic_, "title"},
+      {Inside(window_).searchBox_, "search"},
+      {Inside(window_).fileButton_, "file"},
+      {Inside(window_).helpButton_, "help"},
+      {Inside(window_).closeButton_, "close"},
+      {Inside(window_).maximizeButton_, "maximize"},
+      {Inside(window_).minimizeButton_, "minimize"},
+      {Inside(window_).volumeControl_, "volume"},
+      {Inside(window_).speakerIcon_, "speaker"},
+      {Inside(window_).appIconStatic_, "icon"},
+      {Inside(window_).titleStatic_, "title"},
   };
   for (const auto& [handle, name] : names) {
     if (handle == window) return name;

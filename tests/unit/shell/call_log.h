@@ -20,7 +20,7 @@ namespace vantro::test {
 // One at a time. Windows read by their place in the given window: "main", "overlay", "view", "close", "search"...
 class CallLog {
  public:
-  explicit CallLog(const VantroWindow& window);
+  explicit CallLog(VantroWindow& window);
   ~CallLog();
   CallLog(const CallLog&) = delete;
   CallLog& operator=(const CallLog&) = delete;
@@ -35,7 +35,7 @@ class CallLog {
   friend struct RecordedCalls;
   const char* NameOf(HWND window) const;
 
-  const VantroWindow& window_;
+  VantroWindow& window_;
   std::vector<std::string> calls_;
   int depth_ = 0;
   std::vector<std::unique_ptr<ImportHook>> hooks_;

@@ -13,6 +13,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Inside;
 using test::LogCapture;
 using test::PumpUntil;
 using Lines = std::vector<std::string>;
@@ -39,10 +40,12 @@ class Fullscreen : public test::ShellTest {
     SetCursorPos(monitor_.right / 2, monitor_.bottom - 10);
   }
 
-  BarState State() { return {Window().isFullscreen_, Window().isTitleBarVisible_, Window().isMouseInTopArea_}; }
-  bool Tracks() { return Window().mouseTrackingTimer_ != 0; }
-  bool CountsDown() { return Window().titleBarAutoHideTimer_ != 0; }
-  void PointerAt(int y) { Window().RunTopAreaStep(y, TopAreaCaller::kTrackingTimer); }
+  BarState State() {
+    return {Inside(Window()).isFullscreen_, Inside(Window()).isTitleBarVisible_, Inside(Window()).isMouseInTopArea_};
+  }
+  bool Tracks() { return Inside(Window()).mouseTrackingTimer_ != 0; }
+  bool CountsDown() { return Inside(Window()).titleBarAutoHideTimer_ != 0; }
+  void PointerAt(int y) { Inside(Window()).fullscreen_.RunTopAreaStep(y, TopAreaCaller::kTrackingTimer); }
   void Tick(UINT_PTR timer) { SendMessageA(Window().hwnd_, WM_TIMER, timer, 0); }
 
   static RECT RectOf(HWND window) {
@@ -63,12 +66,12 @@ class Fullscreen : public test::ShellTest {
 };
 
 #define EXPECT_RECT(actual, expectedLeft, expectedTop, expectedRight, expectedBottom) \
-  do {                                                                               \
-    const RECT rect_ = (actual);                                                     \
-    EXPECT_EQ(rect_.left, expectedLeft);                                             \
-    EXPECT_EQ(rect_.top, expectedTop);                                               \
-    EXPECT_EQ(rect_.right, expectedRight);                                           \
-    EXPECT_EQ(rect_.bottom, expectedBottom);                                         \
+  do {                                                                                \
+    const RECT rect_ = (actual);                                                      \
+    EXPECT_EQ(rect_.left, expectedLeft);                                              \
+    EXPECT_EQ(rect_.top, expectedTop);                                                \
+    EXPECT_EQ(rect_.right, expectedRight);                                            \
+    EXPECT_EQ(rect_.bottom, expectedBottom);                                          \
   } while (false)
 
 TEST_F(Fullscreen, CoversTheMonitorAsABorderlessPopup) {
@@ -81,9 +84,10 @@ TEST_F(Fullscreen, SavesRectangleAndStylesOnEntering) {
   const DWORD style = StyleOf(Window().hwnd_);
   const auto exStyle = static_cast<DWORD>(GetWindowLongA(Window().hwnd_, GWL_EXSTYLE));
   Window().ToggleFullscreen();
-  EXPECT_RECT(Window().savedWindowRect_, normalRect_.left, normalRect_.top, normalRect_.right, normalRect_.bottom);
-  EXPECT_EQ(Window().savedStyle_, style);
-  EXPECT_EQ(Window().savedExStyle_, exStyle);
+  EXPECT_RECT(Inside(Window()).savedWindowRect_, normalRect_.left, normalRect_.top, normalRect_.right,
+              normalRect_.bottom);
+  EXPECT_EQ(Inside(Window()).savedStyle_, style);
+  EXPECT_EQ(Inside(Window()).savedExStyle_, exStyle);
 }
 
 TEST_F(Fullscreen, LeavingRestoresRectangleAndStyles) {
@@ -98,37 +102,35 @@ TEST_F(Fullscreen, EnteringTakesItsEffectsInOrder) {
   LogCapture log;
   CallLog calls(Window());
   Window().ToggleFullscreen();
-  EXPECT_EQ(calls.Calls(),
-            (Lines{
-                "SetWindowLongA main -16 0x90000000",
-                "SetWindowPos main after=0 0,0 1024x768 flags=96",
-                "SetWindowPos overlay after=0 0,0 1024x768 flags=64",
-                "SetWindowPos view after=0 0,0 1024x768 flags=80",
-                "SetFocus view",
-                "ShowWindow close 0",
-                "ShowWindow maximize 0",
-                "ShowWindow minimize 0",
-                "ShowWindow search 0",
-                "ShowWindow file 0",
-                "ShowWindow help 0",
-                "ShowWindow volume 0",
-                "ShowWindow speaker 0",
-                "ShowWindow icon 0",
-                "ShowWindow title 0",
-                "SetWindowPos overlay after=0 0,0 1024x768 flags=80",
-                "SetWindowPos view after=0 0,0 1024x768 flags=80",
-                "InvalidateRect main 0,0-1024,30 erase",
-                "UpdateWindow main",
-                "SetTimer main 1002 100ms",
-                "InvalidateRect maximize all erase",
-            }));
+  EXPECT_EQ(calls.Calls(), (Lines{
+                               "SetWindowLongA main -16 0x90000000",
+                               "SetWindowPos main after=0 0,0 1024x768 flags=96",
+                               "SetWindowPos overlay after=0 0,0 1024x768 flags=64",
+                               "SetWindowPos view after=0 0,0 1024x768 flags=80",
+                               "SetFocus view",
+                               "ShowWindow close 0",
+                               "ShowWindow maximize 0",
+                               "ShowWindow minimize 0",
+                               "ShowWindow search 0",
+                               "ShowWindow file 0",
+                               "ShowWindow help 0",
+                               "ShowWindow volume 0",
+                               "ShowWindow speaker 0",
+                               "ShowWindow icon 0",
+                               "ShowWindow title 0",
+                               "SetWindowPos overlay after=0 0,0 1024x768 flags=80",
+                               "SetWindowPos view after=0 0,0 1024x768 flags=80",
+                               "InvalidateRect main 0,0-1024,30 erase",
+                               "UpdateWindow main",
+                               "SetTimer main 1002 100ms",
+                               "InvalidateRect maximize all erase",
+                           }));
   const Lines lines = log.Lines();
   EXPECT_EQ(lines.front(), "INFO ToggleFullscreen: Entering fullscreen mode");
   EXPECT_TRUE(lines[1].starts_with("DEBUG ToggleFullscreen: Saved window state - pos:("));
   EXPECT_EQ(lines[2], "INFO ToggleFullscreen: Monitor rect: 0,0 to 1024,768");
   EXPECT_TRUE(log.Has("DEBUG HideTitleBarControls: Hiding title bar controls in fullscreen"));
-  EXPECT_TRUE(
-      log.Has("INFO HideTitleBarControls: Repositioned overlay to cover full screen (1024x768 at 0,0)"));
+  EXPECT_TRUE(log.Has("INFO HideTitleBarControls: Repositioned overlay to cover full screen (1024x768 at 0,0)"));
   EXPECT_TRUE(log.Has("DEBUG HideTitleBarControls: Invalidated and updated title bar area"));
   EXPECT_EQ(lines[lines.size() - 2], "INFO Started mouse tracking timer for fullscreen mode");
   EXPECT_EQ(lines.back(), "INFO Entered fullscreen mode - title bar will auto-hide");
@@ -148,13 +150,13 @@ TEST_F(Fullscreen, SavedStateIsLoggedWithPositionSizeAndStyles) {
 
 TEST_F(Fullscreen, LeavingTakesItsEffectsInOrder) {
   Window().ToggleFullscreen();
-  Window().savedWindowRect_ = {40, 30, 940, 630};
-  Window().savedStyle_ = WS_THICKFRAME | WS_CLIPSIBLINGS;  // without WS_VISIBLE, which is forced on
-  Window().savedExStyle_ = WS_EX_WINDOWEDGE;
+  Inside(Window()).savedWindowRect_ = {40, 30, 940, 630};
+  Inside(Window()).savedStyle_ = WS_THICKFRAME | WS_CLIPSIBLINGS;  // without WS_VISIBLE, which is forced on
+  Inside(Window()).savedExStyle_ = WS_EX_WINDOWEDGE;
   PointerAt(10);
   PointerAt(100);
   ASSERT_EQ(State(), kCountingDown);
-  Window().isTitleBarVisible_ = false;
+  Inside(Window()).isTitleBarVisible_ = false;
   LogCapture log;
   CallLog calls(Window());
   Window().ToggleFullscreen();
@@ -190,18 +192,18 @@ TEST_F(Fullscreen, LeavingTakesItsEffectsInOrder) {
 
 TEST_F(Fullscreen, TooSmallSavedRectangleYields1280By720At100With100AndAWarning) {
   Window().ToggleFullscreen();
-  Window().savedWindowRect_ = {10, 20, 10 + 639, 20 + 400};
+  Inside(Window()).savedWindowRect_ = {10, 20, 10 + 639, 20 + 400};
   LogCapture log;
   CallLog calls(Window());
   Window().ToggleFullscreen();
   EXPECT_TRUE(log.Has("WARNING ToggleFullscreen: Invalid saved dimensions (639x400), using defaults"));
   EXPECT_EQ(calls.Of("SetWindowPos").front(), "SetWindowPos main after=-2 100,100 1280x720 flags=96");
-  EXPECT_RECT(Window().savedWindowRect_, 100, 100, 10 + 639, 20 + 400);
+  EXPECT_RECT(Inside(Window()).savedWindowRect_, 100, 100, 10 + 639, 20 + 400);
 }
 
 TEST_F(Fullscreen, OverlayCoversTheScreenWhileTheBarIsHidden) {
   Window().ToggleFullscreen();
-  EXPECT_RECT(RectOf(Window().flutterHostWindow_), 0, 0, monitor_.right, monitor_.bottom);
+  EXPECT_RECT(RectOf(Inside(Window()).flutterHostWindow_), 0, 0, monitor_.right, monitor_.bottom);
   EXPECT_RECT(RectOf(Window().flutterEngine_->flutterWindow_), 0, 0, monitor_.right, monitor_.bottom);
 }
 
@@ -209,7 +211,7 @@ TEST_F(Fullscreen, OverlayLeavesTheBarFreeWhileItShows) {
   Window().ToggleFullscreen();
   LogCapture log;
   PointerAt(10);
-  EXPECT_RECT(RectOf(Window().flutterHostWindow_), 0, 30, monitor_.right, monitor_.bottom);
+  EXPECT_RECT(RectOf(Inside(Window()).flutterHostWindow_), 0, 30, monitor_.right, monitor_.bottom);
   EXPECT_RECT(RectOf(Window().flutterEngine_->flutterWindow_), 0, 30, monitor_.right, monitor_.bottom);
   EXPECT_TRUE(log.Has("INFO ShowTitleBarControls: Repositioned overlay below title bar (1024x738 at 0,30)"));
 }
@@ -218,22 +220,23 @@ TEST_F(Fullscreen, AMoveWhileTheBarShowsPutsTheOverlayOverItAgain) {
   Window().ToggleFullscreen();
   PointerAt(10);
   SendMessageA(Window().hwnd_, WM_MOVE, 0, 0);
-  EXPECT_RECT(RectOf(Window().flutterHostWindow_), 0, 0, monitor_.right, monitor_.bottom);
+  EXPECT_RECT(RectOf(Inside(Window()).flutterHostWindow_), 0, 0, monitor_.right, monitor_.bottom);
 }
 
 TEST_F(Fullscreen, OverlayIsBackBelowTheBarAfterLeaving) {
   Window().ToggleFullscreen();
   Window().ToggleFullscreen();
   const POINT below = OnScreen(0, 30);
-  EXPECT_EQ(RectOf(Window().flutterHostWindow_).left, below.x);
-  EXPECT_EQ(RectOf(Window().flutterHostWindow_).top, below.y);
+  EXPECT_EQ(RectOf(Inside(Window()).flutterHostWindow_).left, below.x);
+  EXPECT_EQ(RectOf(Inside(Window()).flutterHostWindow_).top, below.y);
 }
 
 TEST_F(Fullscreen, HidesAllTenControlsAndShowsThemWithTheBar) {
-  const HWND controls[] = {Window().closeButton_, Window().maximizeButton_, Window().minimizeButton_,
-                           Window().searchBox_,   Window().fileButton_,     Window().helpButton_,
-                           Window().volumeControl_, Window().speakerIcon_,  Window().appIconStatic_,
-                           Window().titleStatic_};
+  const HWND controls[] = {Inside(Window()).closeButton_,    Inside(Window()).maximizeButton_,
+                           Inside(Window()).minimizeButton_, Inside(Window()).searchBox_,
+                           Inside(Window()).fileButton_,     Inside(Window()).helpButton_,
+                           Inside(Window()).volumeControl_,  Inside(Window()).speakerIcon_,
+                           Inside(Window()).appIconStatic_,  Inside(Window()).titleStatic_};
   Window().ToggleFullscreen();
   for (const HWND control : controls) EXPECT_FALSE(IsWindowVisible(control));
   PointerAt(0);
@@ -241,7 +244,7 @@ TEST_F(Fullscreen, HidesAllTenControlsAndShowsThemWithTheBar) {
 }
 
 TEST_F(Fullscreen, AMissingControlIsSkipped) {
-  Window().searchBox_ = nullptr;
+  Inside(Window()).searchBox_ = nullptr;
   CallLog calls(Window());
   Window().ToggleFullscreen();
   EXPECT_EQ(calls.Of("ShowWindow").size(), 9u);
@@ -249,11 +252,11 @@ TEST_F(Fullscreen, AMissingControlIsSkipped) {
 
 TEST_F(Fullscreen, ShowingTwiceAndHidingTwiceDoNothingTheSecondTime) {
   CallLog calls(Window());
-  Window().ShowTitleBarControls();
+  Inside(Window()).fullscreen_.ShowTitleBarControls();
   EXPECT_TRUE(calls.Calls().empty());
-  Window().HideTitleBarControls();
+  Inside(Window()).fullscreen_.HideTitleBarControls();
   calls.Clear();
-  Window().HideTitleBarControls();
+  Inside(Window()).fullscreen_.HideTitleBarControls();
   EXPECT_TRUE(calls.Calls().empty());
 }
 
@@ -348,16 +351,16 @@ TEST_F(Fullscreen, ToggleLeavesFromEveryFullscreenState) {
 
 TEST_F(Fullscreen, RestartedCountdownReplacesTheRunningOne) {
   Window().ToggleFullscreen();
-  Window().StartTitleBarAutoHideTimer();
+  Inside(Window()).fullscreen_.StartTitleBarAutoHideTimer();
   CallLog calls(Window());
-  Window().StartTitleBarAutoHideTimer();
+  Inside(Window()).fullscreen_.StartTitleBarAutoHideTimer();
   EXPECT_EQ(calls.Calls(), (Lines{"KillTimer main 1003", "SetTimer main 1003 3000ms"}));
 }
 
 TEST_F(Fullscreen, StoppingWithoutACountdownDoesNothing) {
   LogCapture log;
   CallLog calls(Window());
-  Window().StopTitleBarAutoHideTimer();
+  Inside(Window()).fullscreen_.StopTitleBarAutoHideTimer();
   EXPECT_TRUE(calls.Calls().empty());
   EXPECT_TRUE(log.Lines().empty());
 }
@@ -372,23 +375,21 @@ class TopAreaCallers : public Fullscreen, public testing::WithParamInterface<Cal
 TEST_P(TopAreaCallers, LogInTheirOwnWords) {
   Window().ToggleFullscreen();
   LogCapture log;
-  Window().RunTopAreaStep(7, GetParam().caller);
-  Window().RunTopAreaStep(77, GetParam().caller);
+  Inside(Window()).fullscreen_.RunTopAreaStep(7, GetParam().caller);
+  Inside(Window()).fullscreen_.RunTopAreaStep(77, GetParam().caller);
   EXPECT_TRUE(log.Has(GetParam().entered));
   EXPECT_TRUE(log.Has(GetParam().left));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Fullscreen, TopAreaCallers,
-    testing::Values(CallerLines{TopAreaCaller::kTrackingTimer,
-                                "INFO WM_TIMER: Mouse entered top area (y=7) - showing title bar",
-                                "INFO WM_TIMER: Mouse left top area (y=77) - starting auto-hide timer"},
-                    CallerLines{TopAreaCaller::kMainWindow,
-                                "INFO MAIN WINDOW: Mouse entered top area - SHOWING TITLE BAR",
-                                "INFO MAIN WINDOW: Mouse left top area - starting auto-hide timer"},
-                    CallerLines{TopAreaCaller::kOverlay,
-                                "INFO OverlayWindowProc: Mouse entered top area - SHOWING TITLE BAR",
-                                "INFO OverlayWindowProc: Mouse left top area - starting auto-hide timer"}));
+    testing::Values(
+        CallerLines{TopAreaCaller::kTrackingTimer, "INFO WM_TIMER: Mouse entered top area (y=7) - showing title bar",
+                    "INFO WM_TIMER: Mouse left top area (y=77) - starting auto-hide timer"},
+        CallerLines{TopAreaCaller::kMainWindow, "INFO MAIN WINDOW: Mouse entered top area - SHOWING TITLE BAR",
+                    "INFO MAIN WINDOW: Mouse left top area - starting auto-hide timer"},
+        CallerLines{TopAreaCaller::kOverlay, "INFO OverlayWindowProc: Mouse entered top area - SHOWING TITLE BAR",
+                    "INFO OverlayWindowProc: Mouse left top area - starting auto-hide timer"}));
 
 TEST_F(Fullscreen, TogglingTwiceInQuickSuccessionLeavesBarShownNoTimersAndPointerOutside) {
   Window().ToggleFullscreen();
@@ -396,7 +397,7 @@ TEST_F(Fullscreen, TogglingTwiceInQuickSuccessionLeavesBarShownNoTimersAndPointe
   EXPECT_EQ(State(), kNormal);
   EXPECT_FALSE(Tracks());
   EXPECT_FALSE(CountsDown());
-  EXPECT_TRUE(IsWindowVisible(Window().searchBox_));
+  EXPECT_TRUE(IsWindowVisible(Inside(Window()).searchBox_));
 }
 
 TEST_F(Fullscreen, PointerAtTheTopWhileEnteringBringsTheBarBackAtTheNextTick) {
@@ -429,13 +430,13 @@ TEST_F(Fullscreen, StrayTicksAfterLeavingDoNothing) {
 }
 
 TEST_F(Fullscreen, LeavingDropsAlwaysOnTopWhoseSettingStaysOn) {
-  Window().HandleMenuCommand(kAlwaysOnTopCommand);
+  Inside(Window()).commands_.HandleMenuCommand(kAlwaysOnTopCommand);
   Window().ToggleFullscreen();
   CallLog calls(Window());
   Window().ToggleFullscreen();
   EXPECT_TRUE(calls.Of("SetWindowPos").front().starts_with("SetWindowPos main after=-2 "));
   EXPECT_FALSE(GetWindowLongA(Window().hwnd_, GWL_EXSTYLE) & WS_EX_TOPMOST);
-  EXPECT_TRUE(Window().alwaysOnTop_);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTop_);
 }
 
 TEST_F(Fullscreen, WindowOnNoMonitorOpensOnThePrimaryOne) {
@@ -447,16 +448,16 @@ TEST_F(Fullscreen, WindowOnNoMonitorOpensOnThePrimaryOne) {
 TEST_F(Fullscreen, GlyphOfTheMaximizeButtonShowsTheState) {
   const auto glyphAt = [this](int dx, int dy) {
     RECT area{};
-    GetClientRect(Window().maximizeButton_, &area);
-    UpdateWindow(Window().maximizeButton_);
-    const HDC dc = GetDC(Window().maximizeButton_);
+    GetClientRect(Inside(Window()).maximizeButton_, &area);
+    UpdateWindow(Inside(Window()).maximizeButton_);
+    const HDC dc = GetDC(Inside(Window()).maximizeButton_);
     const COLORREF color = GetPixel(dc, area.right / 2 + dx, area.bottom / 2 + dy);
-    ReleaseDC(Window().maximizeButton_, dc);
+    ReleaseDC(Inside(Window()).maximizeButton_, dc);
     return color;
   };
   constexpr COLORREF kWhite = RGB(255, 255, 255);
   // The front square of the two has an edge 3 pixels right of the centre, where the single square has none.
-  UpdateWindow(Window().maximizeButton_);
+  UpdateWindow(Inside(Window()).maximizeButton_);
   EXPECT_NE(glyphAt(3, 0), kWhite);
   Window().ToggleFullscreen();
   PointerAt(10);

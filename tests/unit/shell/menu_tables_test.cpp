@@ -22,6 +22,13 @@ std::vector<WORD> IdsOf(std::span<const MenuItem> items) {
   return ids;
 }
 
+std::vector<SettingChoice> AllChoices() {
+  std::vector<SettingChoice> choices;
+  for (const Setting& setting : Settings())
+    choices.insert(choices.end(), setting.choices.begin(), setting.choices.end());
+  return choices;
+}
+
 TEST(MenuTables, NameEachCommandOnce) {
   std::vector<WORD> ids = IdsOf(FileMenuItems());
   CollectIds(HelpMenuItems(), &ids);
@@ -31,21 +38,23 @@ TEST(MenuTables, NameEachCommandOnce) {
 TEST(MenuTables, OfferEveryMediaChoice) {
   const std::vector<WORD> ids = IdsOf(FileMenuItems());
   const std::set<WORD> offered(ids.begin(), ids.end());
-  for (const MediaChoice& choice : MediaChoices()) EXPECT_TRUE(offered.count(choice.id)) << choice.id;
+  for (const SettingChoice& choice : AllChoices()) EXPECT_TRUE(offered.count(choice.id)) << choice.id;
 }
 
 TEST(MenuTables, CheckAtMostOneItemOfASetting) {
   MenuState state;
-  state.hwAccel = "dxva2";
-  for (const MediaChoice& choice : MediaChoices()) {
+  state.settings = {.vlcHwAccel_ = "", .vlcAudioOutput_ = "", .vlcDeinterlace_ = ""};
+  state.settings.vlcHwAccel_ = "dxva2";
+  for (const SettingChoice& choice : AllChoices()) {
     EXPECT_EQ(MenuItemFlags(choice.id, state), choice.id == 40022 ? UINT{MF_CHECKED} : 0u) << choice.id;
   }
 }
 
 TEST(MenuTables, CheckNothingForATextThatDiffersInCase) {
   MenuState state;
-  state.hwAccel = "AUTO";
-  for (const MediaChoice& choice : MediaChoices()) EXPECT_EQ(MenuItemFlags(choice.id, state), 0u);
+  state.settings = {.vlcHwAccel_ = "", .vlcAudioOutput_ = "", .vlcDeinterlace_ = ""};
+  state.settings.vlcHwAccel_ = "AUTO";
+  for (const SettingChoice& choice : AllChoices()) EXPECT_EQ(MenuItemFlags(choice.id, state), 0u);
 }
 
 }  // namespace

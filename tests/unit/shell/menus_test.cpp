@@ -16,6 +16,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Inside;
 using test::LogCapture;
 using Lines = std::vector<std::string>;
 
@@ -83,10 +84,10 @@ class Menus : public test::ShellTest {
     return menu;
   }
   OpenMenu OpenFile(std::vector<WPARAM> keys = {}) {
-    return Open([this] { Window().ShowFileMenu(); }, std::move(keys));
+    return Open([this] { Inside(Window()).commands_.ShowFileMenu(); }, std::move(keys));
   }
   OpenMenu OpenHelp(std::vector<WPARAM> keys = {}) {
-    return Open([this] { Window().ShowHelpMenu(); }, std::move(keys));
+    return Open([this] { Inside(Window()).commands_.ShowHelpMenu(); }, std::move(keys));
   }
   bool FileMenuHas(const std::string& line) {
     const Lines lines = OpenFile().lines;
@@ -132,8 +133,8 @@ TEST_F(Menus, HelpMenuHasItsOneItem) { EXPECT_EQ(OpenHelp().lines, (Lines{"&Abou
 
 TEST_F(Menus, OpenBelowTheirButtons) {
   RECT file{}, help{};
-  GetWindowRect(Window().fileButton_, &file);
-  GetWindowRect(Window().helpButton_, &help);
+  GetWindowRect(Inside(Window()).fileButton_, &file);
+  GetWindowRect(Inside(Window()).helpButton_, &help);
   CallLog calls(Window());
   OpenFile();
   OpenHelp();
@@ -156,7 +157,7 @@ TEST_F(Menus, ThisWindowItemIsThereOnlyWhileMoreThanOneWindowIsActive) {
   EXPECT_FALSE(FileMenuHas(item));
   VantroWindow& second = AddWindow();
   EXPECT_TRUE(FileMenuHas(item));
-  const Lines ofSecond = Open([&] { second.ShowFileMenu(); }).lines;
+  const Lines ofSecond = Open([&] { Inside(second).commands_.ShowFileMenu(); }).lines;
   EXPECT_NE(std::find(ofSecond.begin(), ofSecond.end(), item), ofSecond.end());
   second.isClosing_ = true;
   EXPECT_FALSE(FileMenuHas(item));
@@ -173,32 +174,32 @@ TEST_F(Menus, ThisWindowItemFollowsAlwaysOnTop) {
 
 TEST_F(Menus, ThisWindowItemIsGreyWhileAlwaysOnTopIsSet) {
   AddWindow();
-  Window().alwaysOnTop_ = true;
+  Inside(Window()).alwaysOnTop_ = true;
   EXPECT_TRUE(FileMenuHas("[-] Always on Top - &This Window (40006)"));
-  Window().alwaysOnTopThisWindow_ = true;
+  Inside(Window()).alwaysOnTopThisWindow_ = true;
   EXPECT_TRUE(FileMenuHas("[x] [-] Always on Top - &This Window (40006)"));
 }
 
 TEST_F(Menus, CheckMarksFollowTheFlagsAtTheMomentOfOpening) {
   AddWindow();
-  Window().alwaysOnTopThisWindow_ = true;
-  Window().vlcEqualizerEnabled_ = true;
-  Window().vlcCompressorEnabled_ = true;
-  Window().isFullscreen_ = true;
+  Inside(Window()).alwaysOnTopThisWindow_ = true;
+  Inside(Window()).vlcEqualizerEnabled_ = true;
+  Inside(Window()).vlcCompressorEnabled_ = true;
+  Inside(Window()).isFullscreen_ = true;
   const Lines lines = OpenFile().lines;
-  Window().isFullscreen_ = false;
+  Inside(Window()).isFullscreen_ = false;
   for (const char* checked : {"[x] Always on Top - &This Window (40006)", "  [x] &Equalizer (40050)",
                               "  [x] &Compressor (40051)", "[x] &Fullscreen\tF11 (40008)", "Always on &Top (40003)"}) {
     EXPECT_NE(std::find(lines.begin(), lines.end(), checked), lines.end()) << checked;
   }
-  Window().alwaysOnTop_ = true;
+  Inside(Window()).alwaysOnTop_ = true;
   EXPECT_TRUE(FileMenuHas("[x] Always on &Top (40003)"));
 }
 
 TEST_F(Menus, CheckMarksFollowTheMediaSettings) {
-  Window().vlcHwAccel_ = "d3d11va";
-  Window().vlcAudioOutput_ = "mmdevice";
-  Window().vlcDeinterlace_ = "mean";
+  Inside(Window()).vlcHwAccel_ = "d3d11va";
+  Inside(Window()).vlcAudioOutput_ = "mmdevice";
+  Inside(Window()).vlcDeinterlace_ = "mean";
   const Lines lines = OpenFile().lines;
   for (const char* checked :
        {"    [x] D3&D11VA (40023)", "    [x] &MMDevice (40032)", "    [x] &Mean (40043)", "    &Auto (40020)"}) {
@@ -207,7 +208,7 @@ TEST_F(Menus, CheckMarksFollowTheMediaSettings) {
 }
 
 TEST_F(Menus, UnknownHardwareAccelerationChecksNoItem) {
-  Window().vlcHwAccel_ = "vulkan";
+  Inside(Window()).vlcHwAccel_ = "vulkan";
   const Lines lines = OpenFile().lines;
   EXPECT_EQ(Lines(lines.begin() + 5, lines.begin() + 9),
             (Lines{"    &Auto (40020)", "    &None (40021)", "    &DXVA2 (40022)", "    D3&D11VA (40023)"}));
@@ -223,21 +224,19 @@ TEST_F(Menus, ItemIsChosenByItsKey) {
   LogCapture log;
   OpenFile({'T'});
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Always on Top menu item selected"));
-  EXPECT_TRUE(Window().alwaysOnTop_);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTop_);
 }
 
 TEST_F(Menus, FileAndHelpButtonsOpenTheirMenus) {
-  const auto click = [this](HWND button) {
-    return Open([=] { SendMessageA(button, BM_CLICK, 0, 0); }).lines.size();
-  };
-  EXPECT_EQ(click(Window().fileButton_), 29u);
-  EXPECT_EQ(click(Window().helpButton_), 1u);
+  const auto click = [this](HWND button) { return Open([=] { SendMessageA(button, BM_CLICK, 0, 0); }).lines.size(); };
+  EXPECT_EQ(click(Inside(Window()).fileButton_), 29u);
+  EXPECT_EQ(click(Inside(Window()).helpButton_), 1u);
 }
 
 TEST_F(Menus, MissingButtonMeansNoMenu) {
-  DestroyWindow(Window().fileButton_);
+  DestroyWindow(Inside(Window()).fileButton_);
   CallLog calls(Window());
-  Window().ShowFileMenu();
+  Inside(Window()).commands_.ShowFileMenu();
   EXPECT_TRUE(calls.Of("TrackPopupMenu").empty());
 }
 
@@ -254,51 +253,50 @@ TEST_F(Menus, MenuThatCannotBeCreatedIsLogged) {
   menusRefusedAfter = 0;
   const test::ImportHook hook("user32.dll", "CreatePopupMenu", reinterpret_cast<void*>(&RefuseMenu));
   LogCapture log;
-  Window().ShowFileMenu();
-  Window().ShowHelpMenu();
-  EXPECT_EQ(log.Lines(), (Lines{"DEBUG ShowFileMenu: Showing File popup menu",
-                                "ERROR ShowFileMenu: Failed to create popup menu",
-                                "DEBUG ShowHelpMenu: Showing Help popup menu",
-                                "ERROR ShowHelpMenu: Failed to create popup menu"}));
+  Inside(Window()).commands_.ShowFileMenu();
+  Inside(Window()).commands_.ShowHelpMenu();
+  EXPECT_EQ(log.Lines(),
+            (Lines{"DEBUG ShowFileMenu: Showing File popup menu", "ERROR ShowFileMenu: Failed to create popup menu",
+                   "DEBUG ShowHelpMenu: Showing Help popup menu", "ERROR ShowHelpMenu: Failed to create popup menu"}));
 }
 
 TEST_F(Menus, VlcSettingsThatCannotBeCreatedAreLeftOut) {
   menusRefusedAfter = 1;
   const test::ImportHook hook("user32.dll", "CreatePopupMenu", reinterpret_cast<void*>(&RefuseMenu));
-  EXPECT_EQ(OpenFile().lines, (Lines{"&New Window (40001)", "---", "&Settings... (40002)", "---",
-                                     "Always on &Top (40003)", "---", "&Fullscreen\tF11 (40008)", "---",
-                                     "E&xit (40004)"}));
+  EXPECT_EQ(OpenFile().lines,
+            (Lines{"&New Window (40001)", "---", "&Settings... (40002)", "---", "Always on &Top (40003)", "---",
+                   "&Fullscreen\tF11 (40008)", "---", "E&xit (40004)"}));
 }
 
 using Commands = test::ShellTest;
 
 struct MediaRow {
   WORD id;
-  std::string VantroWindow::*member;
+  std::string WindowSettings::*member;
   const char* value;
   const char* logLine;
 };
 constexpr MediaRow kMediaRows[] = {
-    {40020, &VantroWindow::vlcHwAccel_, "auto", "VLC Hardware Acceleration - Auto"},
-    {40021, &VantroWindow::vlcHwAccel_, "none", "VLC Hardware Acceleration - None"},
-    {40022, &VantroWindow::vlcHwAccel_, "dxva2", "VLC Hardware Acceleration - DXVA2"},
-    {40023, &VantroWindow::vlcHwAccel_, "d3d11va", "VLC Hardware Acceleration - D3D11VA"},
-    {40030, &VantroWindow::vlcAudioOutput_, "directsound", "VLC Audio Output - DirectSound"},
-    {40031, &VantroWindow::vlcAudioOutput_, "wasapi", "VLC Audio Output - WASAPI"},
-    {40032, &VantroWindow::vlcAudioOutput_, "mmdevice", "VLC Audio Output - MMDevice"},
-    {40040, &VantroWindow::vlcDeinterlace_, "off", "VLC Deinterlacing - Off"},
-    {40041, &VantroWindow::vlcDeinterlace_, "linear", "VLC Deinterlacing - Linear"},
-    {40042, &VantroWindow::vlcDeinterlace_, "blend", "VLC Deinterlacing - Blend"},
-    {40043, &VantroWindow::vlcDeinterlace_, "mean", "VLC Deinterlacing - Mean"},
+    {40020, &WindowSettings::vlcHwAccel_, "auto", "VLC Hardware Acceleration - Auto"},
+    {40021, &WindowSettings::vlcHwAccel_, "none", "VLC Hardware Acceleration - None"},
+    {40022, &WindowSettings::vlcHwAccel_, "dxva2", "VLC Hardware Acceleration - DXVA2"},
+    {40023, &WindowSettings::vlcHwAccel_, "d3d11va", "VLC Hardware Acceleration - D3D11VA"},
+    {40030, &WindowSettings::vlcAudioOutput_, "directsound", "VLC Audio Output - DirectSound"},
+    {40031, &WindowSettings::vlcAudioOutput_, "wasapi", "VLC Audio Output - WASAPI"},
+    {40032, &WindowSettings::vlcAudioOutput_, "mmdevice", "VLC Audio Output - MMDevice"},
+    {40040, &WindowSettings::vlcDeinterlace_, "off", "VLC Deinterlacing - Off"},
+    {40041, &WindowSettings::vlcDeinterlace_, "linear", "VLC Deinterlacing - Linear"},
+    {40042, &WindowSettings::vlcDeinterlace_, "blend", "VLC Deinterlacing - Blend"},
+    {40043, &WindowSettings::vlcDeinterlace_, "mean", "VLC Deinterlacing - Mean"},
 };
 
 TEST_F(Commands, MediaChoicesSetTheirMemberLogAndSave) {
   for (const MediaRow& row : kMediaRows) {
     SCOPED_TRACE(row.id);
-    Window().*row.member = "other";
+    Inside(Window()).settings_.*row.member = "other";
     LogCapture log;
-    Window().HandleMenuCommand(row.id);
-    EXPECT_EQ(Window().*row.member, row.value);
+    Inside(Window()).commands_.HandleMenuCommand(row.id);
+    EXPECT_EQ(Inside(Window()).settings_.*row.member, row.value);
     const Lines lines = log.Lines();
     ASSERT_EQ(lines.size(), 9u);
     EXPECT_EQ(lines[0], "DEBUG HandleMenuCommand: Received command " + std::to_string(row.id));
@@ -309,31 +307,31 @@ TEST_F(Commands, MediaChoicesSetTheirMemberLogAndSave) {
 
 TEST_F(Commands, EqualizerAndCompressorToggleAndSave) {
   LogCapture log;
-  Window().HandleMenuCommand(40050);
-  EXPECT_TRUE(Window().vlcEqualizerEnabled_);
-  EXPECT_FALSE(Window().vlcCompressorEnabled_);
-  Window().HandleMenuCommand(40051);
-  EXPECT_TRUE(Window().vlcCompressorEnabled_);
-  Window().HandleMenuCommand(40050);
-  EXPECT_FALSE(Window().vlcEqualizerEnabled_);
+  Inside(Window()).commands_.HandleMenuCommand(40050);
+  EXPECT_TRUE(Inside(Window()).vlcEqualizerEnabled_);
+  EXPECT_FALSE(Inside(Window()).vlcCompressorEnabled_);
+  Inside(Window()).commands_.HandleMenuCommand(40051);
+  EXPECT_TRUE(Inside(Window()).vlcCompressorEnabled_);
+  Inside(Window()).commands_.HandleMenuCommand(40050);
+  EXPECT_FALSE(Inside(Window()).vlcEqualizerEnabled_);
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Equalizer toggled"), 2);
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Compressor toggled"), 1);
   EXPECT_EQ(log.Count("INFO SaveSettings: Saving application settings to registry"), 3);
 }
 
 TEST_F(Commands, RestoreDefaultsResetsTheFiveMediaSettingsAndSaves) {
-  Window().vlcHwAccel_ = "none";
-  Window().vlcAudioOutput_ = "wasapi";
-  Window().vlcDeinterlace_ = "mean";
-  Window().vlcEqualizerEnabled_ = true;
-  Window().vlcCompressorEnabled_ = true;
+  Inside(Window()).vlcHwAccel_ = "none";
+  Inside(Window()).vlcAudioOutput_ = "wasapi";
+  Inside(Window()).vlcDeinterlace_ = "mean";
+  Inside(Window()).vlcEqualizerEnabled_ = true;
+  Inside(Window()).vlcCompressorEnabled_ = true;
   LogCapture log;
-  Window().HandleMenuCommand(40052);
-  EXPECT_EQ(Window().vlcHwAccel_, "auto");
-  EXPECT_EQ(Window().vlcAudioOutput_, "directsound");
-  EXPECT_EQ(Window().vlcDeinterlace_, "off");
-  EXPECT_FALSE(Window().vlcEqualizerEnabled_);
-  EXPECT_FALSE(Window().vlcCompressorEnabled_);
+  Inside(Window()).commands_.HandleMenuCommand(40052);
+  EXPECT_EQ(Inside(Window()).vlcHwAccel_, "auto");
+  EXPECT_EQ(Inside(Window()).vlcAudioOutput_, "directsound");
+  EXPECT_EQ(Inside(Window()).vlcDeinterlace_, "off");
+  EXPECT_FALSE(Inside(Window()).vlcEqualizerEnabled_);
+  EXPECT_FALSE(Inside(Window()).vlcCompressorEnabled_);
   EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: VLC Restore Defaults selected");
   EXPECT_EQ(log.Lines()[2], "INFO SaveSettings: Saving application settings to registry");
   EXPECT_EQ(log.Lines().back(), "INFO VLC settings restored to defaults");
@@ -342,14 +340,13 @@ TEST_F(Commands, RestoreDefaultsResetsTheFiveMediaSettingsAndSaves) {
 TEST_F(Commands, AlwaysOnTopTogglesWindowAndOverlayAndSaves) {
   LogCapture log;
   CallLog calls(Window());
-  Window().HandleMenuCommand(40003);
-  EXPECT_TRUE(Window().alwaysOnTop_);
-  Window().HandleMenuCommand(40003);
-  EXPECT_FALSE(Window().alwaysOnTop_);
-  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos main after=-2 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  Inside(Window()).commands_.HandleMenuCommand(40003);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTop_);
+  Inside(Window()).commands_.HandleMenuCommand(40003);
+  EXPECT_FALSE(Inside(Window()).alwaysOnTop_);
+  EXPECT_EQ(calls.Calls(),
+            (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3", "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
+                   "SetWindowPos main after=-2 0,0 0x0 flags=3", "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top menu item selected"), 2);
   EXPECT_TRUE(log.Has("INFO Always on top enabled"));
   EXPECT_TRUE(log.Has("INFO Always on top disabled"));
@@ -359,29 +356,28 @@ TEST_F(Commands, AlwaysOnTopTogglesWindowAndOverlayAndSaves) {
 
 TEST_F(Commands, AlwaysOnTopTouchesThisWindowOnly) {
   VantroWindow& second = AddWindow();
-  Window().HandleMenuCommand(40003);
-  EXPECT_FALSE(second.alwaysOnTop_);
-  EXPECT_FALSE(GetWindowLongA(second.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  Inside(Window()).commands_.HandleMenuCommand(40003);
+  EXPECT_FALSE(Inside(second).alwaysOnTop_);
+  EXPECT_FALSE(GetWindowLongA(Inside(second).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
 }
 
 TEST_F(Commands, AlwaysOnTopWithoutAnOverlayTouchesTheWindowAlone) {
-  DestroyWindow(Window().flutterHostWindow_);
+  DestroyWindow(Inside(Window()).flutterHostWindow_);
   CallLog calls(Window());
-  Window().HandleMenuCommand(40003);
+  Inside(Window()).commands_.HandleMenuCommand(40003);
   EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3"}));
 }
 
 TEST_F(Commands, ThisWindowTogglesWindowAndOverlayAndIsNotSaved) {
   LogCapture log;
   CallLog calls(Window());
-  Window().HandleMenuCommand(40006);
-  EXPECT_TRUE(Window().alwaysOnTopThisWindow_);
-  Window().HandleMenuCommand(40006);
-  EXPECT_FALSE(Window().alwaysOnTopThisWindow_);
-  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
-                                  "SetWindowPos main after=-2 0,0 0x0 flags=3",
-                                  "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  Inside(Window()).commands_.HandleMenuCommand(40006);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTopThisWindow_);
+  Inside(Window()).commands_.HandleMenuCommand(40006);
+  EXPECT_FALSE(Inside(Window()).alwaysOnTopThisWindow_);
+  EXPECT_EQ(calls.Calls(),
+            (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3", "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
+                   "SetWindowPos main after=-2 0,0 0x0 flags=3", "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top - This Window menu item selected"), 2);
   EXPECT_TRUE(log.Has("INFO Always on top enabled for this window only"));
   EXPECT_TRUE(log.Has("INFO Always on top disabled for this window only"));
@@ -389,25 +385,24 @@ TEST_F(Commands, ThisWindowTogglesWindowAndOverlayAndIsNotSaved) {
 }
 
 TEST_F(Commands, ThisWindowChosenWhileGreyFlipsTheFlagAndNothingElse) {
-  Window().alwaysOnTop_ = true;
+  Inside(Window()).alwaysOnTop_ = true;
   LogCapture log;
   CallLog calls(Window());
-  Window().HandleMenuCommand(40006);
-  EXPECT_TRUE(Window().alwaysOnTopThisWindow_);
+  Inside(Window()).commands_.HandleMenuCommand(40006);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTopThisWindow_);
   EXPECT_TRUE(calls.Calls().empty());
-  EXPECT_EQ(log.Lines().back(),
-            "INFO Global always on top is enabled - window-specific setting has no effect");
+  EXPECT_EQ(log.Lines().back(), "INFO Global always on top is enabled - window-specific setting has no effect");
   // The next toggle without the setting goes by the flag as it flips then.
-  Window().alwaysOnTop_ = false;
-  Window().HandleMenuCommand(40006);
+  Inside(Window()).alwaysOnTop_ = false;
+  Inside(Window()).commands_.HandleMenuCommand(40006);
   EXPECT_EQ(calls.Calls().front(), "SetWindowPos main after=-2 0,0 0x0 flags=3");
 }
 
 TEST_F(Commands, SettingsAndAboutAskTheInterfaceWithoutAnArgument) {
   sent_.Clear();
   LogCapture log;
-  Window().HandleMenuCommand(40002);
-  Window().HandleMenuCommand(40005);
+  Inside(Window()).commands_.HandleMenuCommand(40002);
+  Inside(Window()).commands_.HandleMenuCommand(40005);
   EXPECT_EQ(CallsToInterface(), (Lines{"settings_requested", "about_requested"}));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Settings menu item selected"));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: About menu item selected"));
@@ -416,16 +411,16 @@ TEST_F(Commands, SettingsAndAboutAskTheInterfaceWithoutAnArgument) {
 TEST_F(Commands, SettingsAndAboutWithoutAChannelHandlerAreSwallowed) {
   Window().methodChannelHandler_.reset();
   sent_.Clear();
-  Window().HandleMenuCommand(40002);
-  Window().HandleMenuCommand(40005);
+  Inside(Window()).commands_.HandleMenuCommand(40002);
+  Inside(Window()).commands_.HandleMenuCommand(40005);
   EXPECT_TRUE(CallsToInterface().empty());
 }
 
 TEST_F(Commands, ExitAndTheCloseButtonPostTheSameCloseToThisWindow) {
   CallLog calls(Window());
   LogCapture log;
-  Window().HandleMenuCommand(40004);
-  Window().HandleMenuCommand(999);
+  Inside(Window()).commands_.HandleMenuCommand(40004);
+  Inside(Window()).commands_.HandleMenuCommand(999);
   EXPECT_EQ(calls.Calls(), (Lines{"PostMessageA main 16 0 0", "PostMessageA main 16 0 0"}));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Exit menu item selected"));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Close button clicked"));
@@ -433,7 +428,7 @@ TEST_F(Commands, ExitAndTheCloseButtonPostTheSameCloseToThisWindow) {
 
 TEST_F(Commands, ExitClosesThisWindowOnly) {
   VantroWindow& second = AddWindow();
-  second.HandleMenuCommand(40004);
+  Inside(second).commands_.HandleMenuCommand(40004);
   test::PumpPending();
   EXPECT_FALSE(IsWindow(second.hwnd_));
   EXPECT_TRUE(IsWindow(Window().hwnd_));
@@ -442,7 +437,7 @@ TEST_F(Commands, ExitClosesThisWindowOnly) {
 TEST_F(Commands, MinimizeButtonMinimizes) {
   CallLog calls(Window());
   LogCapture log;
-  Window().HandleMenuCommand(997);
+  Inside(Window()).commands_.HandleMenuCommand(997);
   EXPECT_EQ(calls.Calls(), (Lines{"ShowWindow main 6"}));
   EXPECT_TRUE(IsIconic(Window().hwnd_));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Minimize button clicked"));
@@ -450,24 +445,24 @@ TEST_F(Commands, MinimizeButtonMinimizes) {
 
 TEST_F(Commands, MaximizeButtonNeverMaximizesButTogglesFullscreen) {
   LogCapture log;
-  Window().HandleMenuCommand(998);
-  EXPECT_TRUE(Window().isFullscreen_);
+  Inside(Window()).commands_.HandleMenuCommand(998);
+  EXPECT_TRUE(Inside(Window()).isFullscreen_);
   EXPECT_FALSE(IsZoomed(Window().hwnd_));
-  Window().HandleMenuCommand(998);
-  EXPECT_FALSE(Window().isFullscreen_);
+  Inside(Window()).commands_.HandleMenuCommand(998);
+  EXPECT_FALSE(Inside(Window()).isFullscreen_);
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Maximize button clicked - toggling fullscreen"), 2);
 }
 
 TEST_F(Commands, FullscreenItemTogglesFullscreen) {
   LogCapture log;
-  Window().HandleMenuCommand(40008);
-  EXPECT_TRUE(Window().isFullscreen_);
+  Inside(Window()).commands_.HandleMenuCommand(40008);
+  EXPECT_TRUE(Inside(Window()).isFullscreen_);
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Fullscreen menu item selected"));
 }
 
 TEST_F(Commands, NewWindowOpensOneMore) {
   LogCapture log;
-  Window().HandleMenuCommand(40001);
+  Inside(Window()).commands_.HandleMenuCommand(40001);
   EXPECT_EQ(GetWindowRegistry().size(), 2u);
   EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: New Window menu item selected");
 }
@@ -477,7 +472,7 @@ TEST_F(Commands, UnknownIdsLogAndDoNothing) {
     SCOPED_TRACE(id);
     LogCapture log;
     CallLog calls(Window());
-    Window().HandleMenuCommand(id);
+    Inside(Window()).commands_.HandleMenuCommand(id);
     EXPECT_EQ(log.Lines(), (Lines{"DEBUG HandleMenuCommand: Received command " + std::to_string(id),
                                   "DEBUG HandleMenuCommand: Unknown command " + std::to_string(id)}));
     EXPECT_TRUE(calls.Calls().empty());

@@ -5,7 +5,9 @@
 
 #include <string>
 
+#include "common/log.h"
 #include "tests/support/log_capture.h"
+#include "tests/unit/shell/import_hook.h"
 
 namespace vantro {
 namespace {
@@ -65,6 +67,29 @@ TEST(WindowAtTheOverlaysCentre, IsTheOverlayWhereNothingCoversIt) {
   LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
   EXPECT_EQ(log.CountContaining("Window at the overlay's centre (140,140): "), 1);
   EXPECT_EQ(log.Lines().back(), "DEBUG EnableOverlayMouseInput: Intercepting window IS our overlay window!");
+}
+
+HWND WINAPI FailOnWindowFromPoint(POINT) {
+  ADD_FAILURE() << "asked for the window at a point";
+  return nullptr;
+}
+int WINAPI FailOnGetWindowText(HWND, char*, int) {
+  ADD_FAILURE() << "asked for a window's text";
+  return 0;
+}
+BOOL WINAPI FailOnGetWindowRect(HWND, RECT*) {
+  ADD_FAILURE() << "asked for a window's rectangle";
+  return FALSE;
+}
+
+TEST(OverlayDiagnostics, AskTheSystemNothingWhileTheLogIsOff) {
+  const Popup overlay(100);
+  const test::ImportHook atPoint("user32.dll", "WindowFromPoint", reinterpret_cast<void*>(FailOnWindowFromPoint));
+  const test::ImportHook text("user32.dll", "GetWindowTextA", reinterpret_cast<void*>(FailOnGetWindowText));
+  const test::ImportHook rect("user32.dll", "GetWindowRect", reinterpret_cast<void*>(FailOnGetWindowRect));
+  ASSERT_FALSE(debugLoggingEnabled);
+  LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
+  LogOverlayCreation(overlay.Get(), {});
 }
 
 }  // namespace

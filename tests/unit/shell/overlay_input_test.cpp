@@ -1,5 +1,7 @@
 // What the overlay does with each kind of input: what the engine is offered, what the view receives, where the focus
 // goes, what is returned.
+#include "shell/overlay_input.h"
+
 #include "shell/window_manager.h"
 #include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
@@ -9,6 +11,7 @@ namespace {
 
 using test::DrainQueue;
 using test::ImportHook;
+using test::Inside;
 using test::SeenMessage;
 
 constexpr WPARAM kKey = 'A';
@@ -20,10 +23,10 @@ SHORT WINAPI SaidKeyState(int) { return heldState; }
 class OverlayInput : public test::WindowTest {
  protected:
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-    return SendMessageA(window_->flutterHostWindow_, message, wParam, lParam);
+    return SendMessageA(Inside(*window_).flutterHostWindow_, message, wParam, lParam);
   }
   void Open() { window_ = &OpenWindow(); }
-  HWND Child() const { return window_->FlutterChild(); }
+  HWND Child() const { return FlutterChild(window_->flutterEngine_); }
   // The view's window goes, as if the engine had lost it.
   void LoseTheView() { DestroyWindow(Child()); }
 
@@ -33,8 +36,8 @@ class OverlayInput : public test::WindowTest {
 TEST_F(OverlayInput, CloseHidesItOnly) {
   Open();
   EXPECT_EQ(Send(WM_CLOSE), 0);
-  EXPECT_TRUE(IsWindow(window_->flutterHostWindow_));
-  EXPECT_FALSE(IsWindowVisible(window_->flutterHostWindow_));
+  EXPECT_TRUE(IsWindow(Inside(*window_).flutterHostWindow_));
+  EXPECT_FALSE(IsWindowVisible(Inside(*window_).flutterHostWindow_));
 }
 
 TEST_F(OverlayInput, EveryPointIsClient) {
@@ -46,7 +49,7 @@ TEST_F(OverlayInput, EveryPointIsClient) {
 TEST_F(OverlayInput, DestroyPostsNoQuit) {
   Open();
   DrainQueue();
-  EXPECT_EQ(VantroWindow::OverlayWindowProc(window_->flutterHostWindow_, WM_DESTROY, 0, 0), 0);
+  EXPECT_EQ(OverlayWindowProc(Inside(*window_).flutterHostWindow_, WM_DESTROY, 0, 0), 0);
   EXPECT_EQ(DrainQueue(), 0);
 }
 
@@ -65,9 +68,9 @@ TEST_F(OverlayInput, ExtraButtonsTakeTheDefaultRoad) {
 TEST_F(OverlayInput, F11TogglesFullscreen) {
   Open();
   EXPECT_EQ(Send(WM_KEYDOWN, VK_F11), 0);
-  EXPECT_TRUE(window_->isFullscreen_);
+  EXPECT_TRUE(Inside(*window_).isFullscreen_);
   EXPECT_EQ(Send(WM_KEYDOWN, VK_F11), 0);
-  EXPECT_FALSE(window_->isFullscreen_);
+  EXPECT_FALSE(Inside(*window_).isFullscreen_);
   EXPECT_TRUE(EngineOffered(WM_KEYDOWN).empty());
 }
 
@@ -75,7 +78,7 @@ TEST_F(OverlayInput, EscapeLeavesFullscreen) {
   Open();
   window_->ToggleFullscreen();
   EXPECT_EQ(Send(WM_KEYDOWN, VK_ESCAPE), 0);
-  EXPECT_FALSE(window_->isFullscreen_);
+  EXPECT_FALSE(Inside(*window_).isFullscreen_);
   EXPECT_EQ(log_.CountContaining("OverlayWindowProc: Escape pressed in fullscreen - exiting"), 1);
 }
 
@@ -83,8 +86,9 @@ TEST_F(OverlayInput, EscapeOutsideFullscreenTravelsToFlutterLikeOtherKeys) {
   Open();
   EXPECT_EQ(Send(WM_KEYDOWN, VK_ESCAPE), 1);
   DrainQueue();
-  EXPECT_FALSE(window_->isFullscreen_);
-  EXPECT_EQ(EngineOffered(WM_KEYDOWN), (std::vector<SeenMessage>{{window_->flutterHostWindow_, WM_KEYDOWN, VK_ESCAPE}}));
+  EXPECT_FALSE(Inside(*window_).isFullscreen_);
+  EXPECT_EQ(EngineOffered(WM_KEYDOWN),
+            (std::vector<SeenMessage>{{Inside(*window_).flutterHostWindow_, WM_KEYDOWN, VK_ESCAPE}}));
   EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{Child(), WM_KEYDOWN, VK_ESCAPE}}));
 }
 
@@ -98,7 +102,7 @@ TEST_F(OverlayInput, KeyThatTheEngineTakesReturnsItsResultAndGoesNoFurther) {
 
 TEST_F(OverlayInput, KeyThatTheEngineLeavesTakesTheFocusAlongToTheView) {
   Open();
-  SetFocus(window_->searchBox_);
+  SetFocus(Inside(*window_).searchBox_);
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 1);
   EXPECT_EQ(GetFocus(), Child());
   EXPECT_TRUE(ViewSaw(WM_KEYDOWN).empty()) << "posted, not sent";
@@ -132,7 +136,7 @@ TEST_P(OverlayInputMessage, IsOfferedToTheEngineThenPostedToTheView) {
   Open();
   const UINT message = GetParam();
   EXPECT_EQ(Send(message, kKey), 1);
-  EXPECT_EQ(EngineOffered(message), (std::vector<SeenMessage>{{window_->flutterHostWindow_, message, kKey}}));
+  EXPECT_EQ(EngineOffered(message), (std::vector<SeenMessage>{{Inside(*window_).flutterHostWindow_, message, kKey}}));
   EXPECT_TRUE(ViewSaw(message).empty()) << "posted, not sent";
   DrainQueue();
   EXPECT_EQ(ViewSaw(message), (std::vector<SeenMessage>{{Child(), message, kKey}}));
@@ -156,10 +160,10 @@ TEST_P(OverlayInputMessage, MovesTheFocusOnlyForAKey) {
   Open();
   const ImportHook hook("user32.dll", "GetKeyState", reinterpret_cast<void*>(SaidKeyState));
   heldState = 0;
-  SetFocus(window_->searchBox_);
+  SetFocus(Inside(*window_).searchBox_);
   Send(GetParam(), kKey);
   const bool isKey = GetParam() == WM_KEYUP || GetParam() == WM_CHAR;
-  EXPECT_EQ(GetFocus(), isKey ? Child() : window_->searchBox_);
+  EXPECT_EQ(GetFocus(), isKey ? Child() : Inside(*window_).searchBox_);
 }
 
 INSTANTIATE_TEST_SUITE_P(EachKind, OverlayInputMessage,
@@ -171,17 +175,17 @@ TEST_F(OverlayInput, KeyUpWhileAButtonIsHeldLeavesTheFocus) {
   Open();
   const ImportHook hook("user32.dll", "GetKeyState", reinterpret_cast<void*>(SaidKeyState));
   heldState = -1;
-  SetFocus(window_->searchBox_);
+  SetFocus(Inside(*window_).searchBox_);
   EXPECT_EQ(Send(WM_KEYUP, kKey), 1);
-  EXPECT_EQ(GetFocus(), window_->searchBox_);
+  EXPECT_EQ(GetFocus(), Inside(*window_).searchBox_);
 }
 
 TEST_F(OverlayInput, LogTellsWhetherTheOverlayCaptures) {
   Open();
   Send(WM_LBUTTONDOWN);
   EXPECT_EQ(log_.Count("DEBUG  [Overlay style: CAPTURES_INPUT]"), 1);
-  SetWindowLongPtrA(window_->flutterHostWindow_, GWL_EXSTYLE,
-                    GetWindowLongPtrA(window_->flutterHostWindow_, GWL_EXSTYLE) | WS_EX_TRANSPARENT);
+  SetWindowLongPtrA(Inside(*window_).flutterHostWindow_, GWL_EXSTYLE,
+                    GetWindowLongPtrA(Inside(*window_).flutterHostWindow_, GWL_EXSTYLE) | WS_EX_TRANSPARENT);
   Send(WM_LBUTTONDOWN);
   EXPECT_EQ(log_.Count("DEBUG  [Overlay style: CLICK_THROUGH]"), 1);
 }
@@ -216,8 +220,9 @@ TEST_F(OverlayInput, MoveAtTheTopInFullscreenShowsTheTitleBar) {
   ClientToScreen(window_->hwnd_, &top);
   SetCursorPos(static_cast<int>(top.x), static_cast<int>(top.y));
   Send(WM_MOUSEMOVE);
-  EXPECT_TRUE(window_->isTitleBarVisible_);
-  EXPECT_TRUE(log_.Has("DEBUG OverlayWindowProc: FULLSCREEN MOUSEMOVE - pt.y=10, isNowInTopArea=1, isMouseInTopArea_=0"));
+  EXPECT_TRUE(Inside(*window_).isTitleBarVisible_);
+  EXPECT_TRUE(
+      log_.Has("DEBUG OverlayWindowProc: FULLSCREEN MOUSEMOVE - pt.y=10, isNowInTopArea=1, isMouseInTopArea_=0"));
 }
 
 class OverlayWheel : public OverlayInput, public testing::WithParamInterface<UINT> {};
@@ -246,8 +251,8 @@ TEST_F(OverlayInput, F11OnAnOlderOverlayTogglesTheNewestWindow) {
   Open();
   VantroWindow& newest = OpenWindow();
   EXPECT_EQ(Send(WM_KEYDOWN, VK_F11), 0);
-  EXPECT_TRUE(newest.isFullscreen_);
-  EXPECT_FALSE(window_->isFullscreen_);
+  EXPECT_TRUE(Inside(newest).isFullscreen_);
+  EXPECT_FALSE(Inside(*window_).isFullscreen_);
 }
 
 TEST_F(OverlayInput, KeyOnAnOlderOverlayReachesTheNewestView) {
@@ -256,7 +261,7 @@ TEST_F(OverlayInput, KeyOnAnOlderOverlayReachesTheNewestView) {
   Forget();
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 1);
   DrainQueue();
-  EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{newest.FlutterChild(), WM_KEYDOWN, kKey}}));
+  EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{FlutterChild(newest.flutterEngine_), WM_KEYDOWN, kKey}}));
 }
 
 TEST_F(OverlayInput, AfterAFailedNewWindowAKeyOnAnyOverlayTakesTheDefaultRoad) {
@@ -268,7 +273,7 @@ TEST_F(OverlayInput, AfterAFailedNewWindowAKeyOnAnyOverlayTakesTheDefaultRoad) {
   ASSERT_EQ(VantroWindow::instance_, nullptr);
   EXPECT_EQ(Send(WM_KEYDOWN, VK_F11), 0);
   EXPECT_EQ(Send(WM_KEYUP, kKey), 0);
-  EXPECT_FALSE(window_->isFullscreen_);
+  EXPECT_FALSE(Inside(*window_).isFullscreen_);
   EXPECT_TRUE(EngineOffered(WM_KEYDOWN).empty());
 }
 
@@ -286,8 +291,8 @@ TEST_F(OverlayInput, AfterTheNewestWindowClosedF11ActsOnItsDeadHandle) {
   VantroWindow& newest = OpenWindow();
   SendMessageA(newest.hwnd_, WM_CLOSE, 0, 0);
   EXPECT_EQ(Send(WM_KEYDOWN, VK_F11), 0);
-  EXPECT_TRUE(newest.isFullscreen_);
-  EXPECT_FALSE(window_->isFullscreen_);
+  EXPECT_TRUE(Inside(newest).isFullscreen_);
+  EXPECT_FALSE(Inside(*window_).isFullscreen_);
 }
 
 }  // namespace

@@ -4,14 +4,16 @@
 namespace vantro {
 namespace {
 
+using test::Inside;
+
 class OverlayMessageLog : public test::WindowTest {};
 
 TEST_F(OverlayMessageLog, StopsAfterFiftyMessagesOfAllOverlaysTogether) {
-  const VantroWindow& first = OpenWindow();
-  const VantroWindow& second = OpenWindow();
+  VantroWindow& first = OpenWindow();
+  VantroWindow& second = OpenWindow();
   for (int i = 0; i < 40; ++i) {
-    SendMessageA(first.flutterHostWindow_, WM_NULL, 0, 0);
-    SendMessageA(second.flutterHostWindow_, WM_NULL, 0, 0);
+    SendMessageA(Inside(first).flutterHostWindow_, WM_NULL, 0, 0);
+    SendMessageA(Inside(second).flutterHostWindow_, WM_NULL, 0, 0);
   }
   EXPECT_EQ(log_.CountContaining("OverlayWindowProc: Message "), 50);
   EXPECT_EQ(log_.CountContaining("OverlayWindowProc: Message 50 = "), 1);

@@ -12,6 +12,7 @@ namespace {
 using test::ClientRectOnScreen;
 using test::DrainQueue;
 using test::ImportHook;
+using test::Inside;
 using test::WindowRectOf;
 using test::operator==;
 
@@ -74,7 +75,7 @@ class Overlay : public test::WindowTest {};
 class BareOverlay : public test::WindowTest {
  protected:
   BareOverlay() : window_(GetModuleHandleA(nullptr)) {
-    window_.InitializeWindow();
+    RoomPeer::InitializeWindow(window_);
     test::KeepWindowClass();
   }
   ~BareOverlay() override { DestroyWindow(window_.hwnd_); }
@@ -100,8 +101,8 @@ HWND WINAPI RecordCreateWindow(DWORD exStyle, const wchar_t* className, const wc
 TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar) {
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RecordCreateWindow));
   realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
-  const HWND overlay = window_.flutterHostWindow_;
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  const HWND overlay = Inside(window_).flutterHostWindow_;
   EXPECT_EQ(createCall.className, L"VantroFlutterOverlay");
   EXPECT_EQ(createCall.title, L"Flutter UI");
   EXPECT_EQ(createCall.exStyle, 0xA0u);
@@ -112,7 +113,7 @@ TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar)
 
 TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
   const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(RecordMargins));
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_EQ(extendedBy.cxLeftWidth, -1);
   EXPECT_EQ(extendedBy.cxRightWidth, -1);
   EXPECT_EQ(extendedBy.cyTopHeight, -1);
@@ -122,69 +123,70 @@ TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
 
 TEST_F(BareOverlay, FailedGlassFrameIsLoggedAndChangesNothing) {
   const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(FailToExtendFrame));
-  EXPECT_TRUE(window_.CreateFlutterOverlay());
+  EXPECT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_TRUE(log_.Has("DEBUG CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: FAILED"));
   EXPECT_TRUE(log_.Has("ERROR CreateFlutterOverlay: DWM error code: 0x80004005"));
 }
 
 TEST_F(BareOverlay, NeedsALiveMainWindow) {
   DestroyWindow(window_.hwnd_);
-  EXPECT_FALSE(window_.CreateFlutterOverlay());
+  EXPECT_FALSE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_TRUE(log_.Has("WARNING CreateFlutterOverlay: Main window not ready"));
 }
 
 TEST_F(BareOverlay, SyncWithoutAnOverlayOnlyLogs) {
-  window_.SyncFlutterOverlayPosition();
+  Inside(window_).overlay_.SyncFlutterOverlayPosition(window_.isFullscreen());
   EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!"));
 }
 
 TEST_F(BareOverlay, SyncWithADeadOverlayOnlyLogs) {
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
-  DestroyWindow(window_.flutterHostWindow_);
-  window_.SyncFlutterOverlayPosition();
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  DestroyWindow(Inside(window_).flutterHostWindow_);
+  Inside(window_).overlay_.SyncFlutterOverlayPosition(window_.isFullscreen());
   EXPECT_TRUE(log_.Has("ERROR SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is not a valid window!"));
 }
 
 TEST_F(BareOverlay, SyncWithADeadMainWindowIsSilent) {
-  ASSERT_TRUE(window_.CreateFlutterOverlay());
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   const HWND main = window_.hwnd_;
   window_.hwnd_ = nullptr;
   const PlaceCalls calls;
-  window_.SyncFlutterOverlayPosition();
-  EXPECT_TRUE(calls.Of(window_.flutterHostWindow_).empty());
+  Inside(window_).overlay_.SyncFlutterOverlayPosition(window_.isFullscreen());
+  EXPECT_TRUE(calls.Of(Inside(window_).flutterHostWindow_).empty());
   window_.hwnd_ = main;
 }
 
 TEST_F(BareOverlay, MouseInputCannotBeEnabledWithoutIt) {
-  window_.EnableOverlayMouseInput();
+  Inside(window_).overlay_.EnableOverlayMouseInput();
   EXPECT_TRUE(log_.Has("ERROR EnableOverlayMouseInput: ERROR - overlay window invalid!"));
   EXPECT_EQ(log_.CountContaining("EnableOverlayMouseInput COMPLETED"), 0);
 }
 
 TEST_F(Overlay, CoversTheWholeClientAreaUntilTheWindowIsFirstShown) {
   const auto window = BringUp();
-  EXPECT_TRUE(WindowRectOf(window->flutterHostWindow_) == ClientRectOnScreen(window->hwnd_));
+  EXPECT_TRUE(WindowRectOf(Inside(*window).flutterHostWindow_) == ClientRectOnScreen(window->hwnd_));
   ShowWindow(window->hwnd_, SW_SHOWNORMAL);
-  EXPECT_TRUE(WindowRectOf(window->flutterHostWindow_) == BelowTitleBar(window->hwnd_));
+  EXPECT_TRUE(WindowRectOf(Inside(*window).flutterHostWindow_) == BelowTitleBar(window->hwnd_));
   DestroyWindow(window->hwnd_);
 }
 
 TEST_F(Overlay, CapturesInputOnceTheWindowIsUp) {
-  const VantroWindow& window = OpenWindow();
-  EXPECT_EQ(GetWindowLongPtrA(window.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TRANSPARENT, 0);
+  VantroWindow& window = OpenWindow();
+  EXPECT_EQ(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TRANSPARENT, 0);
 }
 
 TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   VantroWindow& window = OpenWindow();
-  const HWND overlay = window.flutterHostWindow_;
-  const HWND child = window.LiveFlutterChild();
+  const HWND overlay = Inside(window).flutterHostWindow_;
+  const HWND child = LiveFlutterChild(window.flutterEngine_);
   const RECT client = ClientRectOnScreen(window.hwnd_);
   const int width = static_cast<int>(client.right - client.left);
   const int height = static_cast<int>(client.bottom - client.top);
   const PlaceCalls calls;
-  window.EnableOverlayMouseInput();
+  Inside(window).overlay_.EnableOverlayMouseInput();
   const PlaceCall raise{overlay, nullptr, 0, 0, 0, 0, 83};
-  const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width, height, 80};
+  const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width,
+                        height,  80};
   EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{raise, raise, raise, place}));
   EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
   EXPECT_EQ(GetFocus(), child);
@@ -192,14 +194,14 @@ TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
 
 TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
   VantroWindow& window = OpenWindow();
-  SetFocus(window.searchBox_);
-  const HWND overlay = window.flutterHostWindow_;
-  const HWND child = window.LiveFlutterChild();
+  SetFocus(Inside(window).searchBox_);
+  const HWND overlay = Inside(window).flutterHostWindow_;
+  const HWND child = LiveFlutterChild(window.flutterEngine_);
   const RECT below = BelowTitleBar(window.hwnd_);
   const int width = static_cast<int>(below.right - below.left);
   const int height = static_cast<int>(below.bottom - below.top);
   const PlaceCalls calls;
-  window.SyncFlutterOverlayPosition();
+  Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
   EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{{overlay, nullptr, static_cast<int>(below.left),
                                                         static_cast<int>(below.top), width, height, 64}}));
   EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
@@ -209,29 +211,29 @@ TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
 TEST_F(Overlay, SyncInFullscreenCoversTheTitleBarEvenWhileItIsShown) {
   VantroWindow& window = OpenWindow();
   window.ToggleFullscreen();
-  window.ShowTitleBarControls();
-  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == BelowTitleBar(window.hwnd_));
-  window.SyncFlutterOverlayPosition();
-  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == ClientRectOnScreen(window.hwnd_));
-  window.HideTitleBarControls();
-  window.ShowTitleBarControls();
-  EXPECT_TRUE(WindowRectOf(window.flutterHostWindow_) == BelowTitleBar(window.hwnd_));
+  Inside(window).fullscreen_.ShowTitleBarControls();
+  EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == BelowTitleBar(window.hwnd_));
+  Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
+  EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == ClientRectOnScreen(window.hwnd_));
+  Inside(window).fullscreen_.HideTitleBarControls();
+  Inside(window).fullscreen_.ShowTitleBarControls();
+  EXPECT_TRUE(WindowRectOf(Inside(window).flutterHostWindow_) == BelowTitleBar(window.hwnd_));
 }
 
 TEST_F(Overlay, SyncDoesNotNest) {
   VantroWindow& window = OpenWindow();
-  window.isSyncingOverlay_ = true;
+  Inside(window).isSyncingOverlay_ = true;
   const PlaceCalls calls;
-  window.SyncFlutterOverlayPosition();
-  EXPECT_TRUE(calls.Of(window.flutterHostWindow_).empty());
-  window.isSyncingOverlay_ = false;
+  Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
+  EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
+  Inside(window).isSyncingOverlay_ = false;
 }
 
 TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
   VantroWindow& window = OpenWindow();
   const PlaceCalls calls;
   ShowWindow(window.hwnd_, SW_MINIMIZE);
-  const auto placed = calls.Of(window.flutterHostWindow_);
+  const auto placed = calls.Of(Inside(window).flutterHostWindow_);
   ASSERT_FALSE(placed.empty());
   EXPECT_EQ(placed.back().width, 0);
   EXPECT_EQ(placed.back().height, -30);
@@ -240,29 +242,29 @@ TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
 TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
   VantroWindow& window = OpenWindow();
   // Something above it, or there is nothing to raise.
-  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
-                                     nullptr);
+  const HWND other =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-  ASSERT_NE(GetTopWindow(GetDesktopWindow()), window.flutterHostWindow_);
+  ASSERT_NE(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
-  window.SetFlutterOverlayTopmost();
-  EXPECT_EQ(calls.Of(window.flutterHostWindow_),
-            (std::vector<PlaceCall>{{window.flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
-  EXPECT_FALSE(GetWindowLongPtrA(window.flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  Inside(window).overlay_.SetFlutterOverlayTopmost();
+  EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_),
+            (std::vector<PlaceCall>{{Inside(window).flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
+  EXPECT_FALSE(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
   DestroyWindow(other);
 }
 
 TEST_F(Overlay, OnTopAlreadyIsNotRaised) {
   VantroWindow& window = OpenWindow();
-  SetWindowPos(window.flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-  ASSERT_EQ(GetTopWindow(GetDesktopWindow()), window.flutterHostWindow_);
+  SetWindowPos(Inside(window).flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  ASSERT_EQ(GetTopWindow(GetDesktopWindow()), Inside(window).flutterHostWindow_);
   const PlaceCalls calls;
-  window.SetFlutterOverlayTopmost();
-  EXPECT_TRUE(calls.Of(window.flutterHostWindow_).empty());
+  Inside(window).overlay_.SetFlutterOverlayTopmost();
+  EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
 }
 
 TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   const int before = SyncsLogged(log_);
   SendMessageA(window.hwnd_, WM_MOVE, 0, 0);
   EXPECT_EQ(SyncsLogged(log_) - before, 2);
@@ -271,14 +273,14 @@ TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
 TEST_F(Overlay, MovingTheNewestOfSeveralWindowsSyncsTwiceTooThoughEachHasAHook) {
   OpenWindow();
   OpenWindow();
-  const VantroWindow& newest = OpenWindow();
+  VantroWindow& newest = OpenWindow();
   const int before = SyncsLogged(log_);
   SendMessageA(newest.hwnd_, WM_MOVE, 0, 0);
   EXPECT_EQ(SyncsLogged(log_) - before, 2);
 }
 
 TEST_F(Overlay, MovingAnOlderWindowSyncsOnceThroughItsHandler) {
-  const VantroWindow& older = OpenWindow();
+  VantroWindow& older = OpenWindow();
   OpenWindow();
   const int before = SyncsLogged(log_);
   SendMessageA(older.hwnd_, WM_MOVE, 0, 0);
@@ -286,14 +288,39 @@ TEST_F(Overlay, MovingAnOlderWindowSyncsOnceThroughItsHandler) {
 }
 
 TEST_F(Overlay, ShowingReachesTheNewestWindowOnly) {
-  const VantroWindow& older = OpenWindow();
-  const VantroWindow& newest = OpenWindow();
+  VantroWindow& older = OpenWindow();
+  VantroWindow& newest = OpenWindow();
   int before = SyncsLogged(log_);
   SendMessageA(older.hwnd_, WM_SHOWWINDOW, TRUE, 0);
   EXPECT_EQ(SyncsLogged(log_), before);
   before = SyncsLogged(log_);
   SendMessageA(newest.hwnd_, WM_SHOWWINDOW, TRUE, 0);
   EXPECT_EQ(SyncsLogged(log_) - before, 1);
+}
+
+// Another program's hook, which hands a copy of the message on.
+LRESULT CALLBACK HandOnACopy(int code, WPARAM wParam, LPARAM lParam) {
+  CWPSTRUCT copy = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+  return CallNextHookEx(nullptr, code, wParam, reinterpret_cast<LPARAM>(&copy));
+}
+
+TEST_F(Overlay, SyncsOnceAMessageAlsoWhenTheChainHandsOnACopy) {
+  OpenWindow();
+  const HHOOK between = SetWindowsHookExA(WH_CALLWNDPROC, HandOnACopy, nullptr, GetCurrentThreadId());
+  ASSERT_TRUE(between);
+  VantroWindow& newest = OpenWindow();
+  const int before = SyncsLogged(log_);
+  SendMessageA(newest.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 1);
+  UnhookWindowsHookEx(between);
+}
+
+TEST_F(Overlay, SameMessageSentTwiceSyncsTwice) {
+  VantroWindow& window = OpenWindow();
+  const int before = SyncsLogged(log_);
+  SendMessageA(window.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  SendMessageA(window.hwnd_, WM_SHOWWINDOW, TRUE, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 2);
 }
 
 struct Activation {
@@ -304,37 +331,36 @@ struct Activation {
 class OverlayActivation : public test::WindowTest, public testing::WithParamInterface<Activation> {};
 
 TEST_P(OverlayActivation, RaisesForPlainActivationOnly) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   CWPSTRUCT sent{0, GetParam().wParam, WM_ACTIVATE, window.hwnd_};
-  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
-                                     nullptr);
+  const HWND other =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   const PlaceCalls calls;
-  VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
-  EXPECT_EQ(calls.Of(window.flutterHostWindow_).size(), GetParam().raises ? 1u : 0u);
+  FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
+  EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_).size(), GetParam().raises ? 1u : 0u);
   DestroyWindow(other);
 }
 
 INSTANTIATE_TEST_SUITE_P(EachKind, OverlayActivation,
                          testing::Values(Activation{WA_INACTIVE, false}, Activation{WA_ACTIVE, true},
-                                         Activation{WA_CLICKACTIVE, true},
-                                         Activation{MAKEWPARAM(WA_ACTIVE, 1), false},
+                                         Activation{WA_CLICKACTIVE, true}, Activation{MAKEWPARAM(WA_ACTIVE, 1), false},
                                          Activation{MAKEWPARAM(WA_CLICKACTIVE, 1), false}));
 
 TEST_F(Overlay, HookWithANegativeCodePassesOnWithoutLooking) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   CWPSTRUCT sent{0, 0, WM_MOVE, window.hwnd_};
   const int before = SyncsLogged(log_);
-  VantroWindow::WindowSyncHookProc(-1, 0, reinterpret_cast<LPARAM>(&sent));
+  FlutterOverlay::WindowSyncHookProc(-1, 0, reinterpret_cast<LPARAM>(&sent));
   EXPECT_EQ(SyncsLogged(log_), before);
 }
 
 TEST_F(Overlay, HookIgnoresAMissingStructureAndOtherWindows) {
-  const VantroWindow& window = OpenWindow();
-  CWPSTRUCT sent{0, 0, WM_MOVE, window.flutterHostWindow_};
+  VantroWindow& window = OpenWindow();
+  CWPSTRUCT sent{0, 0, WM_MOVE, Inside(window).flutterHostWindow_};
   const int before = SyncsLogged(log_);
-  VantroWindow::WindowSyncHookProc(0, 0, 0);
-  VantroWindow::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
+  FlutterOverlay::WindowSyncHookProc(0, 0, 0);
+  FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
   EXPECT_EQ(SyncsLogged(log_), before);
 }
 
@@ -345,25 +371,25 @@ LRESULT WINAPI RecordNextHook(HHOOK hook, int, WPARAM, LPARAM) {
 }
 
 TEST_F(Overlay, HookPassesOnWithTheNewestWindowsHook) {
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
-  EXPECT_EQ(passedHook, window.windowHook_);
+  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(0, 0, 0), 4711);
+  EXPECT_EQ(passedHook, Inside(window).windowHook_);
 }
 
 TEST_F(Overlay, HookWithoutANewestWindowPassesOnWithNone) {
   OpenWindow();
   VantroWindow* const newest = std::exchange(VantroWindow::instance_, nullptr);
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  passedHook = newest->windowHook_;
-  EXPECT_EQ(VantroWindow::WindowSyncHookProc(0, 0, 0), 4711);
+  passedHook = Inside(*newest).windowHook_;
+  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(0, 0, 0), 4711);
   EXPECT_EQ(passedHook, nullptr);
   VantroWindow::instance_ = newest;
 }
 
 TEST_F(Overlay, AfterTheNewestWindowClosedTheHookMatchesNoLiveWindow) {
-  const VantroWindow& older = OpenWindow();
-  const VantroWindow& newest = OpenWindow();
+  VantroWindow& older = OpenWindow();
+  VantroWindow& newest = OpenWindow();
   SendMessageA(newest.hwnd_, WM_CLOSE, 0, 0);
   ASSERT_EQ(VantroWindow::instance_, &newest);
   const int before = SyncsLogged(log_);
@@ -373,7 +399,7 @@ TEST_F(Overlay, AfterTheNewestWindowClosedTheHookMatchesNoLiveWindow) {
 
 TEST_F(Overlay, GoesWithItsOwner) {
   VantroWindow& window = OpenWindow();
-  const HWND overlay = window.flutterHostWindow_;
+  const HWND overlay = Inside(window).flutterHostWindow_;
   SendMessageA(window.hwnd_, WM_CLOSE, 0, 0);
   EXPECT_FALSE(IsWindow(overlay));
   DrainQueue();

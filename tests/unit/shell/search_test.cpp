@@ -13,6 +13,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Inside;
 using test::LogCapture;
 using test::PumpUntil;
 using Lines = std::vector<std::string>;
@@ -22,8 +23,8 @@ class Search : public test::ShellTest {
   Search() { sent_.Clear(); }
 
   // As a key typed into the box: EN_CHANGE follows.
-  void Type(char character) { SendMessageA(Window().searchBox_, WM_CHAR, static_cast<WPARAM>(character), 0); }
-  void SetText(const wchar_t* text) { SetWindowTextW(Window().searchBox_, text); }
+  void Type(char character) { SendMessageA(Inside(Window()).searchBox_, WM_CHAR, static_cast<WPARAM>(character), 0); }
+  void SetText(const wchar_t* text) { SetWindowTextW(Inside(Window()).searchBox_, text); }
   void EndOfTheWait() { SendMessageA(Window().hwnd_, WM_TIMER, kSearchDebounceTimerId, 0); }
 };
 
@@ -32,7 +33,7 @@ TEST_F(Search, TypingStartsAWaitOf500Milliseconds) {
   CallLog calls(Window());
   Type('a');
   EXPECT_EQ(calls.Of("SetTimer"), (Lines{"SetTimer main 1001 500ms"}));
-  EXPECT_NE(Window().searchDebounceTimer_, 0u);
+  EXPECT_NE(Inside(Window()).searchDebounceTimer_, 0u);
   EXPECT_EQ(log.CountContaining("HandleSearchInput: Debounce timer set (500ms)"), 1);
   EXPECT_EQ(log.CountContaining("WM_COMMAND: Skipping focus redirect for search box text change"), 1);
 }
@@ -60,7 +61,7 @@ TEST_F(Search, EndOfTheWaitStopsTheTimerAndLogs) {
   CallLog calls(Window());
   EndOfTheWait();
   EXPECT_EQ(calls.Calls(), (Lines{"KillTimer main 1001"}));
-  EXPECT_EQ(Window().searchDebounceTimer_, 0u);
+  EXPECT_EQ(Inside(Window()).searchDebounceTimer_, 0u);
   EXPECT_EQ(log.Lines(), (Lines{"DEBUG WM_TIMER: Search debounce complete, query: 'a'",
                                 "DEBUG WM_TIMER: Sent search query to Flutter - Flutter will handle focus"}));
 }
@@ -76,7 +77,8 @@ TEST_F(Search, ClearedBoxSendsNoArgumentInsteadOfAnEmptyText) {
 TEST_F(Search, TextIsSentAsUtf8) {
   SetText(L"Stra\u00DFe \u6771");
   EndOfTheWait();
-  EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(Stra\xC3\x9F" "e \xE6\x9D\xB1)"}));
+  EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(Stra\xC3\x9F"
+                                       "e \xE6\x9D\xB1)"}));
 }
 
 TEST_F(Search, TextIsCutAt1023Characters) {
@@ -86,38 +88,38 @@ TEST_F(Search, TextIsCutAt1023Characters) {
 }
 
 TEST_F(Search, MovingTheWindowWhileTypingTakesTheFocusAndKeepsTextAndTimer) {
-  SetFocus(Window().searchBox_);
+  SetFocus(Inside(Window()).searchBox_);
   Type('a');
   SetWindowPos(Window().hwnd_, nullptr, 30, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   EXPECT_EQ(GetFocus(), Window().flutterEngine_->flutterWindow_);
-  EXPECT_NE(Window().searchDebounceTimer_, 0u);
+  EXPECT_NE(Inside(Window()).searchDebounceTimer_, 0u);
   ASSERT_TRUE(PumpUntil([this] { return sent_.Count() > 0; }));
   EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(a)"}));
 }
 
 TEST_F(Search, TypingLeavesTheFocusInTheBox) {
-  SetFocus(Window().searchBox_);
+  SetFocus(Inside(Window()).searchBox_);
   Type('a');
-  EXPECT_EQ(GetFocus(), Window().searchBox_);
+  EXPECT_EQ(GetFocus(), Inside(Window()).searchBox_);
 }
 
 TEST_F(Search, NotificationOfAClickOnTheBoxIsAnUnknownCommand) {
   LogCapture log;
   SendMessageA(Window().hwnd_, WM_COMMAND, MAKEWPARAM(kSearchBoxId, 0),
-               reinterpret_cast<LPARAM>(Window().searchBox_));
+               reinterpret_cast<LPARAM>(Inside(Window()).searchBox_));
   EXPECT_TRUE(log.Has("DEBUG HandleMenuCommand: Unknown command 104"));
 }
 
 TEST_F(Search, ChangeWithoutASearchBoxStartsNoWait) {
-  Window().searchBox_ = nullptr;
+  Inside(Window()).searchBox_ = nullptr;
   CallLog calls(Window());
-  Window().HandleSearchInput();
+  Inside(Window()).search_.HandleSearchInput();
   EXPECT_TRUE(calls.Calls().empty());
 }
 
 TEST_F(Search, EndOfTheWaitWithoutASearchBoxOnlyStopsTheTimer) {
   Type('a');
-  Window().searchBox_ = nullptr;
+  Inside(Window()).searchBox_ = nullptr;
   CallLog calls(Window());
   LogCapture log;
   EndOfTheWait();

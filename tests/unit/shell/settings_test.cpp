@@ -13,6 +13,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Inside;
 using test::LogCapture;
 
 constexpr wchar_t kKey[] = L"Software\\Vantro\\WindowSettings";
@@ -68,12 +69,12 @@ bool KeyExists() {
 class Settings : public testing::Test {
  protected:
   void SetEveryMember() {
-    window_.alwaysOnTop_ = true;
-    window_.vlcHwAccel_ = "dxva2";
-    window_.vlcAudioOutput_ = "wasapi";
-    window_.vlcDeinterlace_ = "blend";
-    window_.vlcEqualizerEnabled_ = true;
-    window_.vlcCompressorEnabled_ = true;
+    Inside(window_).alwaysOnTop_ = true;
+    Inside(window_).vlcHwAccel_ = "dxva2";
+    Inside(window_).vlcAudioOutput_ = "wasapi";
+    Inside(window_).vlcDeinterlace_ = "blend";
+    Inside(window_).vlcEqualizerEnabled_ = true;
+    Inside(window_).vlcCompressorEnabled_ = true;
   }
 
   test::ScratchRegistry registry_;
@@ -82,28 +83,28 @@ class Settings : public testing::Test {
 
 TEST_F(Settings, FirstStartFindsNoKeyAndKeepsTheDefaults) {
   LogCapture log;
-  window_.LoadSettings();
-  EXPECT_FALSE(window_.alwaysOnTop_);
-  EXPECT_EQ(window_.vlcHwAccel_, "auto");
-  EXPECT_EQ(window_.vlcAudioOutput_, "directsound");
-  EXPECT_EQ(window_.vlcDeinterlace_, "off");
-  EXPECT_FALSE(window_.vlcEqualizerEnabled_);
-  EXPECT_FALSE(window_.vlcCompressorEnabled_);
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_FALSE(Inside(window_).alwaysOnTop_);
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "auto");
+  EXPECT_EQ(Inside(window_).vlcAudioOutput_, "directsound");
+  EXPECT_EQ(Inside(window_).vlcDeinterlace_, "off");
+  EXPECT_FALSE(Inside(window_).vlcEqualizerEnabled_);
+  EXPECT_FALSE(Inside(window_).vlcCompressorEnabled_);
   EXPECT_EQ(log.Lines(),
             (std::vector<std::string>{"INFO LoadSettings: Loading application settings from registry",
                                       "DEBUG LoadSettings: Registry key not found, using default settings"}));
 }
 
 TEST_F(Settings, LoadingCreatesNoKeyAndTheFirstSaveDoes) {
-  window_.LoadSettings();
+  Inside(window_).commands_.LoadSettings();
   EXPECT_FALSE(KeyExists());
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_TRUE(KeyExists());
 }
 
 TEST_F(Settings, SaveWritesEachValueWithItsTypeAndSize) {
   SetEveryMember();
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(1));
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"dxva2"));
   EXPECT_EQ(Stored(L"VLCAudioOutput"), Text(L"wasapi"));
@@ -115,7 +116,7 @@ TEST_F(Settings, SaveWritesEachValueWithItsTypeAndSize) {
 }
 
 TEST_F(Settings, SaveWritesTheDefaults) {
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"auto"));
   EXPECT_EQ(Stored(L"VLCAudioOutput"), Text(L"directsound"));
@@ -125,16 +126,16 @@ TEST_F(Settings, SaveWritesTheDefaults) {
 }
 
 TEST_F(Settings, SaveWritesAnEmptyTextAsTwoZeros) {
-  window_.vlcHwAccel_ = "";
-  window_.SaveSettings();
+  Inside(window_).vlcHwAccel_ = "";
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L""));
 }
 
 TEST_F(Settings, SaveLogsEachValueInOrder) {
   SetEveryMember();
-  window_.vlcCompressorEnabled_ = false;
+  Inside(window_).vlcCompressorEnabled_ = false;
   LogCapture log;
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{
                              "INFO SaveSettings: Saving application settings to registry",
                              "INFO SaveSettings: Always on top setting saved: enabled",
@@ -147,8 +148,8 @@ TEST_F(Settings, SaveLogsEachValueInOrder) {
 }
 
 TEST_F(Settings, PerWindowAlwaysOnTopIsNotStored) {
-  window_.alwaysOnTopThisWindow_ = true;
-  window_.SaveSettings();
+  Inside(window_).alwaysOnTopThisWindow_ = true;
+  Inside(window_).commands_.SaveSettings();
   HKEY key = nullptr;
   ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_READ, &key), ERROR_SUCCESS);
   DWORD values = 0;
@@ -161,16 +162,16 @@ TEST_F(Settings, PerWindowAlwaysOnTopIsNotStored) {
 
 TEST_F(Settings, LoadGivesBackWhatSaveWroteAndLogsIt) {
   SetEveryMember();
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   VantroWindow next(GetModuleHandleW(nullptr));
   LogCapture log;
-  next.LoadSettings();
-  EXPECT_TRUE(next.alwaysOnTop_);
-  EXPECT_EQ(next.vlcHwAccel_, "dxva2");
-  EXPECT_EQ(next.vlcAudioOutput_, "wasapi");
-  EXPECT_EQ(next.vlcDeinterlace_, "blend");
-  EXPECT_TRUE(next.vlcEqualizerEnabled_);
-  EXPECT_TRUE(next.vlcCompressorEnabled_);
+  Inside(next).commands_.LoadSettings();
+  EXPECT_TRUE(Inside(next).alwaysOnTop_);
+  EXPECT_EQ(Inside(next).vlcHwAccel_, "dxva2");
+  EXPECT_EQ(Inside(next).vlcAudioOutput_, "wasapi");
+  EXPECT_EQ(Inside(next).vlcDeinterlace_, "blend");
+  EXPECT_TRUE(Inside(next).vlcEqualizerEnabled_);
+  EXPECT_TRUE(Inside(next).vlcCompressorEnabled_);
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{
                              "INFO LoadSettings: Loading application settings from registry",
                              "INFO LoadSettings: Always on top setting loaded: enabled",
@@ -187,50 +188,49 @@ TEST_F(Settings, EmptyKeyClearsAlwaysOnTopAndLeavesTheOtherMembers) {
   Store(L"Foreign", Dword(1));
   SetEveryMember();
   LogCapture log;
-  window_.LoadSettings();
-  EXPECT_FALSE(window_.alwaysOnTop_);
-  EXPECT_EQ(window_.vlcHwAccel_, "dxva2");
-  EXPECT_TRUE(window_.vlcEqualizerEnabled_);
-  EXPECT_TRUE(log.Has(
-      "DEBUG LoadSettings: Always on top setting not found in registry, using default (disabled)"));
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_FALSE(Inside(window_).alwaysOnTop_);
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "dxva2");
+  EXPECT_TRUE(Inside(window_).vlcEqualizerEnabled_);
+  EXPECT_TRUE(log.Has("DEBUG LoadSettings: Always on top setting not found in registry, using default (disabled)"));
   EXPECT_EQ(log.Lines().size(), 2u);
 }
 
 TEST_F(Settings, AbsentValueLeavesItsMemberAndTheOthersAreLoaded) {
   Store(L"VLCDeinterlace", Text(L"mean"));
-  window_.LoadSettings();
-  EXPECT_EQ(window_.vlcHwAccel_, "auto");
-  EXPECT_EQ(window_.vlcDeinterlace_, "mean");
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "auto");
+  EXPECT_EQ(Inside(window_).vlcDeinterlace_, "mean");
 }
 
 TEST_F(Settings, AnyNumberButZeroReadsAsTrue) {
   Store(L"VLCEqualizerEnabled", Dword(2));
   Store(L"VLCCompressorEnabled", Dword(0x80000000));
-  window_.LoadSettings();
-  EXPECT_TRUE(window_.vlcEqualizerEnabled_);
-  EXPECT_TRUE(window_.vlcCompressorEnabled_);
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_TRUE(Inside(window_).vlcEqualizerEnabled_);
+  EXPECT_TRUE(Inside(window_).vlcCompressorEnabled_);
 }
 
 TEST_F(Settings, UnknownHardwareAccelerationIsLoadedKeptAndWrittenBackUnchanged) {
   Store(L"VLCHwAccel", Text(L"vulkan"));
-  window_.LoadSettings();
-  EXPECT_EQ(window_.vlcHwAccel_, "vulkan");
-  window_.SaveSettings();
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "vulkan");
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"vulkan"));
 }
 
 TEST_F(Settings, TextBeyondTheMenusAlphabetRoundTrips) {
-  window_.vlcAudioOutput_ = "g\xC3\xBCnstig \xF0\x9F\x8E\xAC";
-  window_.SaveSettings();
+  Inside(window_).vlcAudioOutput_ = "g\xC3\xBCnstig \xF0\x9F\x8E\xAC";
+  Inside(window_).commands_.SaveSettings();
   VantroWindow next(GetModuleHandleW(nullptr));
-  next.LoadSettings();
-  EXPECT_EQ(next.vlcAudioOutput_, window_.vlcAudioOutput_);
+  Inside(next).commands_.LoadSettings();
+  EXPECT_EQ(Inside(next).vlcAudioOutput_, Inside(window_).vlcAudioOutput_);
 }
 
 TEST_F(Settings, TextIsCutAtItsFirstZero) {
   Store(L"VLCHwAccel", Text(std::wstring(L"none\0dxva2", 10)));
-  window_.LoadSettings();
-  EXPECT_EQ(window_.vlcHwAccel_, "none");
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "none");
 }
 
 TEST_F(Settings, TextWithoutATerminatorEndsWithItsData) {
@@ -238,16 +238,16 @@ TEST_F(Settings, TextWithoutATerminatorEndsWithItsData) {
   value.type = REG_BINARY;  // a text would get its terminator on the way in
   value.data.resize(4 * sizeof(wchar_t));
   Store(L"VLCHwAccel", value);
-  window_.LoadSettings();
-  EXPECT_EQ(window_.vlcHwAccel_, "none");
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "none");
 }
 
 TEST_F(Settings, TextOf512BytesIsReadAndALongerOneCountsAsAbsent) {
   Store(L"VLCHwAccel", Text(std::wstring(254, L'a')));
   Store(L"VLCAudioOutput", Text(std::wstring(255, L'b')));
-  window_.LoadSettings();
-  EXPECT_EQ(window_.vlcHwAccel_, std::string(254, 'a'));
-  EXPECT_EQ(window_.vlcAudioOutput_, "directsound");
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, std::string(254, 'a'));
+  EXPECT_EQ(Inside(window_).vlcAudioOutput_, "directsound");
 }
 
 TEST_F(Settings, TextThatFillsTheBufferWithoutATerminatorIsReadWhole) {
@@ -255,39 +255,39 @@ TEST_F(Settings, TextThatFillsTheBufferWithoutATerminatorIsReadWhole) {
   value.type = REG_BINARY;
   value.data.resize(512);
   Store(L"VLCHwAccel", value);
-  window_.LoadSettings();
-  EXPECT_EQ(window_.vlcHwAccel_, std::string(256, 'c'));
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, std::string(256, 'c'));
 }
 
 TEST_F(Settings, AlwaysOnTopStoredAsALongTextFailsToReadAndDefaultsToOff) {
   Store(L"AlwaysOnTop", Text(L"yes"));
-  window_.alwaysOnTop_ = true;
-  window_.LoadSettings();
-  EXPECT_FALSE(window_.alwaysOnTop_);
+  Inside(window_).alwaysOnTop_ = true;
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_FALSE(Inside(window_).alwaysOnTop_);
 }
 
 TEST_F(Settings, AlwaysOnTopStoredAsAShortTextReadsAsOnWhateverItsType) {
   StoredValue value = Text(L"0");
   value.data.resize(4);  // the character and one zero
   Store(L"AlwaysOnTop", value);
-  window_.LoadSettings();
-  EXPECT_TRUE(window_.alwaysOnTop_);
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_TRUE(Inside(window_).alwaysOnTop_);
 }
 
 TEST_F(Settings, NumberStoredUnderATextIsTakenAsText) {
   Store(L"VLCHwAccel", Dword(0x00620061));  // "ab"
-  window_.LoadSettings();
-  EXPECT_EQ(window_.vlcHwAccel_, "ab");
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "ab");
 }
 
 TEST_F(Settings, WindowDestroyedLastDecidesWhatTheNextStartFinds) {
   VantroWindow other(GetModuleHandleW(nullptr));
-  window_.LoadSettings();
-  other.LoadSettings();
-  window_.alwaysOnTop_ = true;
-  window_.SaveSettings();
-  EXPECT_FALSE(other.alwaysOnTop_);
-  other.SaveSettings();
+  Inside(window_).commands_.LoadSettings();
+  Inside(other).commands_.LoadSettings();
+  Inside(window_).alwaysOnTop_ = true;
+  Inside(window_).commands_.SaveSettings();
+  EXPECT_FALSE(Inside(other).alwaysOnTop_);
+  Inside(other).commands_.SaveSettings();
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
 }
 
@@ -301,7 +301,7 @@ TEST_F(Settings, KeyThatCannotBeCreatedIsLoggedAndNothingIsWritten) {
   LogCapture log;
   {
     const test::ImportHook hook("advapi32.dll", "RegCreateKeyExW", reinterpret_cast<void*>(&RefuseCreate));
-    window_.SaveSettings();
+    Inside(window_).commands_.SaveSettings();
   }
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
                                                    "ERROR SaveSettings: Failed to create registry key: 5"}));
@@ -311,7 +311,7 @@ TEST_F(Settings, KeyThatCannotBeCreatedIsLoggedAndNothingIsWritten) {
 TEST_F(Settings, OnlyAFailureOfTheFirstValueIsLogged) {
   LogCapture log;
   const test::ImportHook hook("advapi32.dll", "RegSetValueExW", reinterpret_cast<void*>(&RefuseSet));
-  window_.SaveSettings();
+  Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
                                                    "ERROR SaveSettings: Failed to save always on top setting: 29"}));
 }
@@ -321,32 +321,32 @@ using SettingsOfAWindow = test::ShellTest;
 TEST_F(SettingsOfAWindow, StoredAlwaysOnTopIsAppliedToWindowAndOverlay) {
   Store(L"AlwaysOnTop", Dword(1));
   CallLog calls(Window());
-  Window().LoadSettings();
+  Inside(Window()).commands_.LoadSettings();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{"SetWindowPos main after=-1 0,0 0x0 flags=3",
                                                      "SetWindowPos overlay after=-1 0,0 0x0 flags=3"}));
   // Wine raises an owner's popup into the topmost band and leaves the owner itself out of it, so only the overlay's
   // style can be looked at.
-  EXPECT_TRUE(GetWindowLongA(Window().flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  EXPECT_TRUE(GetWindowLongA(Inside(Window()).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
 }
 
 TEST_F(SettingsOfAWindow, NothingIsAppliedWithoutAlwaysOnTop) {
   Store(L"AlwaysOnTop", Dword(0));
   CallLog calls(Window());
   LogCapture log;
-  Window().LoadSettings();
+  Inside(Window()).commands_.LoadSettings();
   EXPECT_TRUE(calls.Calls().empty());
   EXPECT_TRUE(log.Has("INFO LoadSettings: Always on top setting loaded: disabled"));
 }
 
 TEST_F(SettingsOfAWindow, DestroyingTheWindowSavesThem) {
-  Window().vlcDeinterlace_ = "linear";
+  Inside(Window()).vlcDeinterlace_ = "linear";
   DestroyWindow(Window().hwnd_);
   EXPECT_EQ(Stored(L"VLCDeinterlace"), Text(L"linear"));
 }
 
 TEST_F(SettingsOfAWindow, NewWindowLoadsWhatIsStored) {
   Store(L"VLCHwAccel", Text(L"none"));
-  EXPECT_EQ(AddWindow().vlcHwAccel_, "none");
+  EXPECT_EQ(Inside(AddWindow()).vlcHwAccel_, "none");
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
 #include "tests/support/scripted_vlc.h"
+#include "tests/unit/shell/inside.h"
 
 namespace vantro::test {
 

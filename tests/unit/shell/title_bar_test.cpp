@@ -15,6 +15,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Inside;
 using test::LogCapture;
 using test::PlaceInParent;
 using test::ShellTest;
@@ -49,7 +50,7 @@ std::wstring TextOf(HWND window) {
 
 struct ControlRow {
   const char* name;
-  HWND VantroWindow::*member;
+  HWND TitleBarControls::*member;
   const wchar_t* className;
   const wchar_t* text;
   LONG exStyle;
@@ -58,24 +59,24 @@ struct ControlRow {
 };
 
 constexpr ControlRow kControls[] = {
-    {"AppIcon", &VantroWindow::appIconStatic_, L"Static", L"", 0, 0x50000203, 0},
-    {"Title", &VantroWindow::titleStatic_, L"Static", L"Vantro", 0, 0x50000200, 0},
-    {"File", &VantroWindow::fileButton_, L"Button", L"File", 0, 0x5000000B, 40010},
-    {"Help", &VantroWindow::helpButton_, L"Button", L"Help", 0, 0x5000000B, 40011},
-    {"Search", &VantroWindow::searchBox_, L"Edit", L"", 0x200, 0x50010080, 104},
-    {"Close", &VantroWindow::closeButton_, L"Button", L"", 0, 0x5000000B, 999},
-    {"Maximize", &VantroWindow::maximizeButton_, L"Button", L"", 0, 0x5000000B, 998},
-    {"Minimize", &VantroWindow::minimizeButton_, L"Button", L"", 0, 0x5000000B, 997},
-    {"Speaker", &VantroWindow::speakerIcon_, L"Static", L"", 0, 0x5000000D, 1002},
-    {"Volume", &VantroWindow::volumeControl_, L"Static", L"", 0, 0x5000010D, 1001},
+    {"AppIcon", &TitleBarControls::appIconStatic_, L"Static", L"", 0, 0x50000203, 0},
+    {"Title", &TitleBarControls::titleStatic_, L"Static", L"Vantro", 0, 0x50000200, 0},
+    {"File", &TitleBarControls::fileButton_, L"Button", L"File", 0, 0x5000000B, 40010},
+    {"Help", &TitleBarControls::helpButton_, L"Button", L"Help", 0, 0x5000000B, 40011},
+    {"Search", &TitleBarControls::searchBox_, L"Edit", L"", 0x200, 0x50010080, 104},
+    {"Close", &TitleBarControls::closeButton_, L"Button", L"", 0, 0x5000000B, 999},
+    {"Maximize", &TitleBarControls::maximizeButton_, L"Button", L"", 0, 0x5000000B, 998},
+    {"Minimize", &TitleBarControls::minimizeButton_, L"Button", L"", 0, 0x5000000B, 997},
+    {"Speaker", &TitleBarControls::speakerIcon_, L"Static", L"", 0, 0x5000000D, 1002},
+    {"Volume", &TitleBarControls::volumeControl_, L"Static", L"", 0, 0x5000010D, 1001},
 };
 
-using TitleBarControls = ShellTest;
+using ControlsOfTheTitleBar = ShellTest;
 
-TEST_F(TitleBarControls, HaveTheirClassTextStylesAndId) {
+TEST_F(ControlsOfTheTitleBar, HaveTheirClassTextStylesAndId) {
   for (const ControlRow& row : kControls) {
     SCOPED_TRACE(row.name);
-    const HWND control = Window().*row.member;
+    const HWND control = Inside(Window()).titleBar_.Controls().*row.member;
     ASSERT_TRUE(IsWindow(control));
     EXPECT_EQ(GetParent(control), Window().hwnd_);
     EXPECT_EQ(ClassOf(control), row.className);
@@ -93,8 +94,8 @@ HWND WINAPI RecordCreate(DWORD exStyle, LPCWSTR className, LPCWSTR text, DWORD s
   const Place place{x, y, width, height};
   created->push_back(std::to_string(static_cast<unsigned>(reinterpret_cast<UINT_PTR>(menu))) + ": " +
                      testing::PrintToString(place));
-  const auto original = reinterpret_cast<decltype(&CreateWindowExW)>(
-      GetProcAddress(GetModuleHandleA("user32.dll"), "CreateWindowExW"));
+  const auto original =
+      reinterpret_cast<decltype(&CreateWindowExW)>(GetProcAddress(GetModuleHandleA("user32.dll"), "CreateWindowExW"));
   return original(exStyle, className, text, style, x, y, width, height, parent, menu, instance, parameter);
 }
 
@@ -105,7 +106,7 @@ class TitleBar : public ShellTest {
     std::vector<std::string> calls;
     created = &calls;
     const test::ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(&RecordCreate));
-    Window().CreateCustomTitleBar();
+    Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
     return calls;
   }
 };
@@ -123,16 +124,16 @@ TEST_P(TitleBarLayout, KeepsEachControlAtItsPlace) {
   const int width = GetParam();
   SetClientWidth(Window(), width);
   VantroWindow& window = Window();
-  EXPECT_EQ(PlaceOf(window.appIconStatic_), (Place{8, 7, 16, 16}));
-  EXPECT_EQ(PlaceOf(window.titleStatic_), (Place{32, 6, 50, 18}));
-  EXPECT_EQ(PlaceOf(window.fileButton_), (Place{90, 5, 35, 20}));
-  EXPECT_EQ(PlaceOf(window.helpButton_), (Place{135, 5, 35, 20}));
-  EXPECT_EQ(PlaceOf(window.closeButton_), (Place{width - 45, 3, 45, 27}));
-  EXPECT_EQ(PlaceOf(window.maximizeButton_), (Place{width - 90, 3, 45, 27}));
-  EXPECT_EQ(PlaceOf(window.minimizeButton_), (Place{width - 135, 3, 45, 27}));
-  EXPECT_EQ(PlaceOf(window.searchBox_), (Place{width - 295, 5, 150, 20}));
-  EXPECT_EQ(PlaceOf(window.speakerIcon_), (Place{width - 410, 5, 20, 20}));
-  EXPECT_EQ(PlaceOf(window.volumeControl_), (Place{width - 385, 5, 80, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).appIconStatic_), (Place{8, 7, 16, 16}));
+  EXPECT_EQ(PlaceOf(Inside(window).titleStatic_), (Place{32, 6, 50, 18}));
+  EXPECT_EQ(PlaceOf(Inside(window).fileButton_), (Place{90, 5, 35, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).helpButton_), (Place{135, 5, 35, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).closeButton_), (Place{width - 45, 3, 45, 27}));
+  EXPECT_EQ(PlaceOf(Inside(window).maximizeButton_), (Place{width - 90, 3, 45, 27}));
+  EXPECT_EQ(PlaceOf(Inside(window).minimizeButton_), (Place{width - 135, 3, 45, 27}));
+  EXPECT_EQ(PlaceOf(Inside(window).searchBox_), (Place{width - 295, 5, 150, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).speakerIcon_), (Place{width - 410, 5, 20, 20}));
+  EXPECT_EQ(PlaceOf(Inside(window).volumeControl_), (Place{width - 385, 5, 80, 20}));
 }
 
 INSTANTIATE_TEST_SUITE_P(AtClientWidth, TitleBarLayout, testing::Values(640, 1280, 1920),
@@ -141,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(AtClientWidth, TitleBarLayout, testing::Values(640, 128
 TEST_F(TitleBar, MovesItsControlsWithoutChangingTheirOrder) {
   SetClientWidth(Window(), 1280);
   CallLog calls(Window());
-  Window().LayoutTitleBarControls();
+  Inside(Window()).titleBar_.LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{
                                "SetWindowPos close after=0 1235,3 45x27 flags=4",
                                "SetWindowPos maximize after=0 1190,3 45x27 flags=4",
@@ -153,28 +154,28 @@ TEST_F(TitleBar, MovesItsControlsWithoutChangingTheirOrder) {
 }
 
 TEST_F(TitleBar, SkipsAControlThatIsMissing) {
-  Window().searchBox_ = nullptr;
+  Inside(Window()).searchBox_ = nullptr;
   CallLog calls(Window());
-  Window().LayoutTitleBarControls();
+  Inside(Window()).titleBar_.LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls().size(), 5u);
 }
 
 TEST_F(TitleBar, MovesSpeakerAndVolumeOnlyIfBothExist) {
-  Window().speakerIcon_ = nullptr;
+  Inside(Window()).speakerIcon_ = nullptr;
   CallLog calls(Window());
-  Window().LayoutTitleBarControls();
+  Inside(Window()).titleBar_.LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls().size(), 4u);
 }
 
 TEST_F(TitleBar, TakesTheSystemsBarAwayAndKeepsTheSizingFrame) {
   SetWindowLongA(Window().hwnd_, GWL_STYLE, WS_OVERLAPPEDWINDOW | WS_CLIPSIBLINGS);
-  Window().RemoveStandardTitleBar();
+  Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_EQ(GetWindowLongA(Window().hwnd_, GWL_STYLE), WS_THICKFRAME | WS_CLIPSIBLINGS);
 }
 
 TEST_F(TitleBar, GivesASizingFrameToAWindowWithoutOne) {
   SetWindowLongA(Window().hwnd_, GWL_STYLE, WS_CAPTION | WS_CLIPSIBLINGS);
-  Window().RemoveStandardTitleBar();
+  Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_EQ(GetWindowLongA(Window().hwnd_, GWL_STYLE), WS_THICKFRAME | WS_CLIPSIBLINGS);
 }
 
@@ -182,7 +183,7 @@ TEST_F(TitleBar, ColoursBorderAndCaptionThenAppliesTheFrame) {
   SetWindowLongA(Window().hwnd_, GWL_STYLE, WS_OVERLAPPEDWINDOW);
   LogCapture log;
   CallLog calls(Window());
-  Window().RemoveStandardTitleBar();
+  Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{
                                "SetWindowLongA main -16 0x04040000",
                                "DwmSetWindowAttribute main 34 6243910 size=4",
@@ -196,8 +197,8 @@ TEST_F(TitleBar, ColoursBorderAndCaptionThenAppliesTheFrame) {
 TEST_F(TitleBar, MissingIconResourceLeavesTheIconStaticEmpty) {
   // The test program carries no icon resource.
   ASSERT_EQ(FindResourceA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(101), RT_GROUP_ICON), nullptr);
-  EXPECT_EQ(SendMessageA(Window().appIconStatic_, STM_GETICON, 0, 0), 0);
-  EXPECT_EQ(PlaceOf(Window().appIconStatic_), (Place{8, 7, 16, 16}));
+  EXPECT_EQ(SendMessageA(Inside(Window()).appIconStatic_, STM_GETICON, 0, 0), 0);
+  EXPECT_EQ(PlaceOf(Inside(Window()).appIconStatic_), (Place{8, 7, 16, 16}));
 }
 
 // The bring-up's own situation: no engine yet, so nothing redirects the focus.
@@ -209,11 +210,11 @@ class TitleBarOfANewWindow : public ShellTest {
 };
 
 TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
-  ASSERT_TRUE(fresh_.InitializeWindow());
-  const HWND file = Window().fileButton_;
+  ASSERT_TRUE(RoomPeer::InitializeWindow(fresh_));
+  const HWND file = Inside(Window()).fileButton_;
   SetFocus(file);
   LogCapture log;
-  fresh_.CreateCustomTitleBar();
+  Inside(fresh_).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   EXPECT_EQ(GetFocus(), file);
   EXPECT_TRUE(log.Has("INFO Search box can accept focus: YES"));
   EXPECT_TRUE(log.Has("INFO Search box enabled: YES"));
@@ -222,15 +223,15 @@ TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
 }
 
 TEST_F(TitleBarOfANewWindow, SearchBoxKeepsTheFocusThatNobodyHadBefore) {
-  ASSERT_TRUE(fresh_.InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(fresh_));
   SetFocus(nullptr);
-  fresh_.CreateCustomTitleBar();
-  EXPECT_EQ(GetFocus(), fresh_.searchBox_);
+  Inside(fresh_).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
+  EXPECT_EQ(GetFocus(), Inside(fresh_).searchBox_);
 }
 
 TEST_F(TitleBarOfANewWindow, SearchBoxOfAHiddenWindowIsLoggedAsNotVisible) {
   LogCapture log;
-  ASSERT_TRUE(fresh_.InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(fresh_));
   EXPECT_TRUE(log.Has("INFO Search box visible: NO"));
 }
 
@@ -262,14 +263,14 @@ class RefusedControls : public TitleBar {
     created = &calls;
     refusedClass = className;
     const test::ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(&RefuseCreate));
-    Window().CreateCustomTitleBar();
+    Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   }
 };
 
 TEST_F(RefusedControls, MissingSearchBoxIsLoggedAndTheBarGoesOn) {
   LogCapture log;
   CreateWithout(L"EDIT");
-  EXPECT_EQ(Window().searchBox_, nullptr);
+  EXPECT_EQ(Inside(Window()).searchBox_, nullptr);
   EXPECT_TRUE(log.Has("ERROR Failed to create search box window!"));
   EXPECT_EQ(log.CountContaining("Focus test"), 0);
   EXPECT_EQ(log.Lines().back(), "INFO Custom title bar controls created in DWM extended area");
@@ -278,15 +279,15 @@ TEST_F(RefusedControls, MissingSearchBoxIsLoggedAndTheBarGoesOn) {
 TEST_F(RefusedControls, MissingVolumeControlsAreLoggedAndTheBarGoesOn) {
   LogCapture log;
   CreateWithout(L"STATIC");
-  EXPECT_EQ(Window().speakerIcon_, nullptr);
-  EXPECT_EQ(Window().volumeControl_, nullptr);
+  EXPECT_EQ(Inside(Window()).speakerIcon_, nullptr);
+  EXPECT_EQ(Inside(Window()).volumeControl_, nullptr);
   EXPECT_TRUE(log.Has("ERROR Failed to create speaker icon"));
   EXPECT_TRUE(log.Has("ERROR Failed to create volume control"));
-  EXPECT_TRUE(IsWindow(Window().searchBox_));
+  EXPECT_TRUE(IsWindow(Inside(Window()).searchBox_));
 }
 
 TEST_F(TitleBar, PressingTheCloseButtonPaintsThePressedColourAndNotRed) {
-  const HWND close = Window().closeButton_;
+  const HWND close = Inside(Window()).closeButton_;
   SendMessageA(close, BM_SETSTATE, TRUE, 0);
   UpdateWindow(close);
   const HDC dc = GetDC(close);

@@ -17,6 +17,7 @@ namespace {
 
 using test::CallLog;
 using test::Canvas;
+using test::Inside;
 using test::LogCapture;
 using Lines = std::vector<std::string>;
 
@@ -25,19 +26,19 @@ class VolumeControl : public test::ShellTest {
   // Puts the pointer at a place of the slider.
   void PointAt(int x, int y) {
     POINT point{x, y};
-    ClientToScreen(Window().volumeControl_, &point);
+    ClientToScreen(Inside(Window()).volumeControl_, &point);
     SetCursorPos(point.x, point.y);
   }
   void Send(UINT message) { SendMessageA(Window().hwnd_, message, 0, 0); }
 };
 
-TEST_F(VolumeControl, StartsAtFullVolume) { EXPECT_EQ(Window().volume_, 100); }
+TEST_F(VolumeControl, StartsAtFullVolume) { EXPECT_EQ(Inside(Window()).volume_, 100); }
 
 TEST_F(VolumeControl, ClickSetsTheVolumeOfWindowAndPlayerAndRedraws) {
   LogCapture log;
   CallLog calls(Window());
-  Window().HandleVolumeClick(40, 7);
-  EXPECT_EQ(Window().volume_, 50);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(40, 7);
+  EXPECT_EQ(Inside(Window()).volume_, 50);
   EXPECT_EQ(test::PlayerInspector(*Window().vlcPlayer_).volume_, 50);
   EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect volume all erase"}));
   EXPECT_EQ(log.CountContaining("HandleVolumeClick: x=40, y=7"), 1);
@@ -46,7 +47,7 @@ TEST_F(VolumeControl, ClickSetsTheVolumeOfWindowAndPlayerAndRedraws) {
 }
 
 TEST_F(VolumeControl, ClickReachesTheLibrary) {
-  Window().HandleVolumeClick(20, 0);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(20, 0);
   EXPECT_EQ(vlc_.Volume(vlc_.Player()), 25);
 }
 
@@ -54,8 +55,8 @@ TEST_F(VolumeControl, WithoutAPlayerTheVolumeIsKeptAndAWarningLogged) {
   Window().methodChannelHandler_.reset();
   Window().vlcPlayer_.reset();
   LogCapture log;
-  Window().HandleVolumeClick(8, 0);
-  EXPECT_EQ(Window().volume_, 10);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(8, 0);
+  EXPECT_EQ(Inside(Window()).volume_, 10);
   EXPECT_TRUE(log.Has("WARNING VLC player not available for volume control"));
   EXPECT_EQ(log.CountContaining("VLC volume set to"), 0);
 }
@@ -63,7 +64,7 @@ TEST_F(VolumeControl, WithoutAPlayerTheVolumeIsKeptAndAWarningLogged) {
 TEST_F(VolumeControl, InTheGridTheVolumeIsOnlyRemembered) {
   ASSERT_TRUE(Window().vlcPlayer_->EnableMultiView());
   vlc_.ClearCalls();
-  Window().HandleVolumeClick(40, 0);
+  Inside(Window()).volumeSlider_.HandleVolumeClick(40, 0);
   EXPECT_EQ(test::PlayerInspector(*Window().vlcPlayer_).volume_, 50);
   EXPECT_EQ(vlc_.CountOf("libvlc_audio_set_volume"), 0);
 }
@@ -71,9 +72,9 @@ TEST_F(VolumeControl, InTheGridTheVolumeIsOnlyRemembered) {
 TEST_F(VolumeControl, PressOnTheSliderStartsADragWithCapture) {
   PointAt(40, 10);
   Send(WM_LBUTTONDOWN);
-  EXPECT_TRUE(Window().isVolumeDragging_);
-  EXPECT_TRUE(Window().showVolumePercent_);
-  EXPECT_EQ(Window().volume_, 50);
+  EXPECT_TRUE(Inside(Window()).isVolumeDragging_);
+  EXPECT_TRUE(Inside(Window()).showVolumePercent_);
+  EXPECT_EQ(Inside(Window()).volume_, 50);
   EXPECT_EQ(GetCapture(), Window().hwnd_);
 }
 
@@ -82,13 +83,13 @@ TEST_F(VolumeControl, DragFollowsThePointerAndClampsBeyondTheEnds) {
   Send(WM_LBUTTONDOWN);
   PointAt(20, 10);
   Send(WM_MOUSEMOVE);
-  EXPECT_EQ(Window().volume_, 25);
+  EXPECT_EQ(Inside(Window()).volume_, 25);
   PointAt(-30, 10);
   Send(WM_MOUSEMOVE);
-  EXPECT_EQ(Window().volume_, 0);
+  EXPECT_EQ(Inside(Window()).volume_, 0);
   PointAt(150, 10);
   Send(WM_MOUSEMOVE);
-  EXPECT_EQ(Window().volume_, 100);
+  EXPECT_EQ(Inside(Window()).volume_, 100);
 }
 
 TEST_F(VolumeControl, ReleaseEndsTheDragAndRedraws) {
@@ -96,34 +97,44 @@ TEST_F(VolumeControl, ReleaseEndsTheDragAndRedraws) {
   Send(WM_LBUTTONDOWN);
   CallLog calls(Window());
   Send(WM_LBUTTONUP);
-  EXPECT_FALSE(Window().isVolumeDragging_);
-  EXPECT_FALSE(Window().showVolumePercent_);
+  EXPECT_FALSE(Inside(Window()).isVolumeDragging_);
+  EXPECT_FALSE(Inside(Window()).showVolumePercent_);
   EXPECT_EQ(GetCapture(), nullptr);
   EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect volume all erase"}));
   PointAt(60, 10);
   Send(WM_MOUSEMOVE);
-  EXPECT_EQ(Window().volume_, 50);
+  EXPECT_EQ(Inside(Window()).volume_, 50);
+}
+
+TEST_F(VolumeControl, DragGoesOnWhenAnotherWindowTookTheCapture) {
+  PointAt(40, 10);
+  Send(WM_LBUTTONDOWN);
+  ReleaseCapture();
+  PointAt(20, 10);
+  Send(WM_MOUSEMOVE);
+  EXPECT_EQ(Inside(Window()).volume_, 25);
+  EXPECT_TRUE(Inside(Window()).showVolumePercent_);
 }
 
 TEST_F(VolumeControl, CommandOfTheSliderStartsTheDragAtThePointer) {
   PointAt(60, 5);
   LogCapture log;
   CallLog calls(Window());
-  Window().HandleMenuCommand(kVolumeControlId);
+  Inside(Window()).commands_.HandleMenuCommand(kVolumeControlId);
   EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: Volume control clicked (ID 1001)");
   EXPECT_EQ(log.Lines()[2], "DEBUG Volume control WM_COMMAND: click at relative (60, 5)");
-  EXPECT_TRUE(Window().isVolumeDragging_);
-  EXPECT_TRUE(Window().showVolumePercent_);
-  EXPECT_EQ(Window().volume_, 75);
+  EXPECT_TRUE(Inside(Window()).isVolumeDragging_);
+  EXPECT_TRUE(Inside(Window()).showVolumePercent_);
+  EXPECT_EQ(Inside(Window()).volume_, 75);
   EXPECT_EQ(calls.Of("SetCapture"), (Lines{"SetCapture main"}));
 }
 
 TEST_F(VolumeControl, CommandWithoutTheSliderEndsAfterItsLogLine) {
-  Window().volumeControl_ = nullptr;
+  Inside(Window()).volumeControl_ = nullptr;
   LogCapture log;
-  Window().HandleMenuCommand(kVolumeControlId);
+  Inside(Window()).commands_.HandleMenuCommand(kVolumeControlId);
   EXPECT_EQ(log.Lines().size(), 2u);
-  EXPECT_FALSE(Window().isVolumeDragging_);
+  EXPECT_FALSE(Inside(Window()).isVolumeDragging_);
 }
 
 // Drawing needs neither a native window nor a player.
@@ -148,7 +159,7 @@ class VolumeDrawing : public testing::Test {
   LRESULT Draw(const Canvas& canvas, UINT id) {
     DRAWITEMSTRUCT item = Item(canvas, id);
     std::filesystem::current_path(folder_);
-    const LRESULT result = window_.OnDrawItem(id, reinterpret_cast<LPARAM>(&item));
+    const LRESULT result = RoomPeer::DrawItem(window_, item);
     std::filesystem::current_path(home_);
     return result;
   }
@@ -175,7 +186,7 @@ class SliderPictures : public VolumeDrawing, public testing::WithParamInterface<
 
 TEST_P(SliderPictures, EqualTheirPicture) {
   const Canvas canvas(80, 20);
-  window_.volume_ = GetParam().volume;
+  Inside(window_).volume_ = GetParam().volume;
   EXPECT_EQ(Draw(canvas, kVolumeControlId), TRUE);
   EXPECT_EQ(canvas.Count(Canvas::kUntouched), 0);
   canvas.ExpectEqualsPicture(GetParam().picture);
@@ -188,9 +199,9 @@ INSTANTIATE_TEST_SUITE_P(Volume, SliderPictures,
 
 TEST_F(VolumeDrawing, VolumeZeroDrawsOnlyTheOutline) {
   const Canvas empty(80, 20), full(80, 20);
-  window_.volume_ = 0;
+  Inside(window_).volume_ = 0;
   Draw(empty, kVolumeControlId);
-  window_.volume_ = 100;
+  Inside(window_).volume_ = 100;
   Draw(full, kVolumeControlId);
   EXPECT_EQ(empty.Count(RGB(0, 200, 0)), 0);
   EXPECT_GT(full.Count(RGB(0, 200, 0)), 300);
@@ -199,7 +210,7 @@ TEST_F(VolumeDrawing, VolumeZeroDrawsOnlyTheOutline) {
 TEST_F(VolumeDrawing, PercentageIsDrawnOnlyWhileItIsAskedFor) {
   const Canvas plain(80, 20), withPercent(80, 20);
   Draw(plain, kVolumeControlId);
-  window_.showVolumePercent_ = true;
+  Inside(window_).showVolumePercent_ = true;
   Draw(withPercent, kVolumeControlId);
   EXPECT_GT(withPercent.Count(RGB(255, 255, 255)), plain.Count(RGB(255, 255, 255)) + 10);
 }

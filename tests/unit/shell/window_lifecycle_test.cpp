@@ -26,17 +26,17 @@ namespace {
 
 using test::DrainQueue;
 using test::ImportHook;
+using test::Inside;
 
 // Positions of lines in the log; a line that is missing stands at the end.
 class LineOrder {
  public:
   explicit LineOrder(const test::LogCapture& log) : lines_(log.Lines()) {}
   size_t At(const std::string& fragment) const {
-    return static_cast<size_t>(std::find_if(lines_.begin(), lines_.end(),
-                                            [&](const std::string& line) {
-                                              return line.find(fragment) != std::string::npos;
-                                            }) -
-                               lines_.begin());
+    return static_cast<size_t>(
+        std::find_if(lines_.begin(), lines_.end(),
+                     [&](const std::string& line) { return line.find(fragment) != std::string::npos; }) -
+        lines_.begin());
   }
   // Whether all the fragments are there, each after the one before.
   testing::AssertionResult Follow(const std::vector<std::string>& fragments) const {
@@ -124,11 +124,11 @@ TEST_F(WindowStart, EveryWindowAnnouncesANewSession) {
 }
 
 TEST_F(WindowStart, EveryWindowInstallsAHookOfItsOwn) {
-  const VantroWindow& first = OpenWindow();
-  const VantroWindow& second = OpenWindow();
-  EXPECT_NE(first.windowHook_, nullptr);
-  EXPECT_NE(second.windowHook_, nullptr);
-  EXPECT_NE(first.windowHook_, second.windowHook_);
+  VantroWindow& first = OpenWindow();
+  VantroWindow& second = OpenWindow();
+  EXPECT_NE(Inside(first).windowHook_, nullptr);
+  EXPECT_NE(Inside(second).windowHook_, nullptr);
+  EXPECT_NE(Inside(first).windowHook_, Inside(second).windowHook_);
 }
 
 TEST_F(WindowStart, OnlyTheWindowBeforeAllOthersIsMaster) {
@@ -196,8 +196,8 @@ TEST_F(WindowStart, FailsWithoutThePlayerAndDiagnosesTheLibrary) {
 
 // By name, so that only the overlay's creation fails.
 decltype(&CreateWindowExW) realCreateWindow = nullptr;
-HWND WINAPI FailToCreateOverlay(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
-                                int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
+HWND WINAPI FailToCreateOverlay(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x,
+                                int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
   if (std::wstring(className) == L"VantroFlutterOverlay") {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
@@ -221,24 +221,24 @@ TEST_F(WindowStart, WithoutAnOverlayFailsAtTheViewAndNotSooner) {
 
 TEST_F(WindowStart, DeadOverlayFailsTheView) {
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
-  ASSERT_TRUE(window->InitializeWindow());
-  ASSERT_TRUE(window->CreateFlutterOverlay());
-  DestroyWindow(window->flutterHostWindow_);
-  EXPECT_FALSE(window->InitializeFlutter());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(*window));
+  ASSERT_TRUE(Inside(*window).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  DestroyWindow(Inside(*window).flutterHostWindow_);
+  EXPECT_FALSE(RoomPeer::InitializeFlutter(*window));
   EXPECT_TRUE(log_.Has("ERROR ERROR: flutterHostWindow_ is not a valid window in InitializeFlutter!"));
   Destroy(std::move(window));
 }
 
 TEST_F(WindowStart, DeadMainWindowFailsThePlayer) {
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
-  ASSERT_TRUE(window->InitializeWindow());
+  ASSERT_TRUE(RoomPeer::InitializeWindow(*window));
   test::KeepWindowClass();
   DestroyWindow(window->hwnd_);
-  EXPECT_FALSE(window->InitializeVLC());
+  EXPECT_FALSE(RoomPeer::InitializeVLC(*window));
   EXPECT_TRUE(log_.Has("ERROR ERROR: Invalid window handle before VLC initialization"));
   EXPECT_TRUE(log_.Has("ERROR IsWindow() reports handle is not a valid window"));
   window->hwnd_ = nullptr;
-  EXPECT_FALSE(window->InitializeVLC());
+  EXPECT_FALSE(RoomPeer::InitializeVLC(*window));
   EXPECT_TRUE(log_.Has("ERROR Window handle is NULL"));
 }
 
@@ -256,8 +256,8 @@ TEST_F(WindowStart, WithoutAMessengerGoesOnWithoutThumbnails) {
   LoopbackFaults faults{};
   faults.no_messenger = 100;
   loopback_.SetFaults(faults);
-  const VantroWindow& window = OpenWindow();
-  EXPECT_EQ(window.vodThumbnailPlugin_, nullptr);
+  VantroWindow& window = OpenWindow();
+  EXPECT_EQ(Inside(window).vodThumbnailPlugin_, nullptr);
   EXPECT_TRUE(log_.Has("WARNING WARNING: Binary messenger is null"));
   EXPECT_TRUE(log_.Has("WARNING WARNING: Cannot create VOD thumbnail worker plugin - messenger is null"));
   EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
@@ -275,9 +275,9 @@ TEST_F(WindowStart, WithoutMemoryForThePlayerFails) {
 
 TEST_F(WindowStart, WithoutMemoryForTheThumbnailsGoesOnWithoutThem) {
   refusedSize = sizeof(vod_thumbnail::VodThumbnailWorkerPlugin);
-  const VantroWindow& window = OpenWindow();
+  VantroWindow& window = OpenWindow();
   refusedSize = 0;
-  EXPECT_EQ(window.vodThumbnailPlugin_, nullptr);
+  EXPECT_EQ(Inside(window).vodThumbnailPlugin_, nullptr);
   EXPECT_TRUE(log_.Has("WARNING WARNING: Failed to create VOD thumbnail worker plugin"));
   EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
 }
@@ -337,10 +337,10 @@ TEST_F(WindowStartWithoutAChannel, ExceptionOfTheRequestsChannelFailsTheView) {
 TEST_F(WindowStartWithoutAChannel, ExceptionOfTheThumbnailsChannelGoesOnWithoutThumbnails) {
   refusedChannel = "org.vantro.thumbnail/worker";
   raise = ThrowText;
-  EXPECT_EQ(OpenWindow().vodThumbnailPlugin_, nullptr);
+  EXPECT_EQ(Inside(OpenWindow()).vodThumbnailPlugin_, nullptr);
   EXPECT_TRUE(log_.Has("ERROR Exception creating VOD thumbnail worker plugin: no more of this"));
   raise = ThrowNumber;
-  EXPECT_EQ(OpenWindow().vodThumbnailPlugin_, nullptr);
+  EXPECT_EQ(Inside(OpenWindow()).vodThumbnailPlugin_, nullptr);
   EXPECT_TRUE(log_.Has("ERROR Unknown exception creating VOD thumbnail worker plugin"));
 }
 
@@ -351,16 +351,16 @@ HHOOK WINAPI FailToHook(int, HOOKPROC, HINSTANCE, DWORD) {
 
 TEST_F(WindowStart, GoesOnWithoutAHook) {
   const ImportHook hook("user32.dll", "SetWindowsHookExA", reinterpret_cast<void*>(FailToHook));
-  EXPECT_EQ(OpenWindow().windowHook_, nullptr);
+  EXPECT_EQ(Inside(OpenWindow()).windowHook_, nullptr);
   EXPECT_TRUE(log_.Has("ERROR Failed to set window hook: 5"));
 }
 
 // The newest window.
 
 TEST_F(WindowStart, ConstructionTakesThePlaceOfTheNewestWindow) {
-  const VantroWindow& first = OpenWindow();
+  VantroWindow& first = OpenWindow();
   EXPECT_EQ(VantroWindow::instance_, &first);
-  const VantroWindow& second = OpenWindow();
+  VantroWindow& second = OpenWindow();
   EXPECT_EQ(VantroWindow::instance_, &second);
 }
 
@@ -376,7 +376,7 @@ TEST_F(WindowStart, FailedWindowTakesThePlaceAndItsEndLeavesItEmpty) {
 
 TEST_F(WindowStart, EndOfAnOlderObjectLeavesTheNewestWindowAlone) {
   auto older = BringUp();
-  const VantroWindow& newest = OpenWindow();
+  VantroWindow& newest = OpenWindow();
   Destroy(std::move(older));
   EXPECT_EQ(VantroWindow::instance_, &newest);
 }
@@ -389,7 +389,7 @@ TEST_F(WindowStart, EndTakesTheHandlerBeforeTheEngineBeforeThePlayer) {
     EXPECT_EQ(w->methodChannelHandler_, nullptr);
     EXPECT_EQ(w->flutterEngine_, nullptr);
     EXPECT_EQ(loopback_.EngineCount(), 0);
-    EXPECT_TRUE(IsWindow(w->flutterHostWindow_));
+    EXPECT_TRUE(IsWindow(Inside(*w).flutterHostWindow_));
   });
   const int released = vlc_.CountOf("libvlc_media_player_release");
   Destroy(std::move(window));
@@ -399,7 +399,7 @@ TEST_F(WindowStart, EndTakesTheHandlerBeforeTheEngineBeforeThePlayer) {
 TEST_F(WindowStart, EndDestroysALiveOverlayButNotTheMainWindow) {
   auto window = BringUp();
   const HWND native = window->hwnd_;
-  const HWND overlay = window->flutterHostWindow_;
+  const HWND overlay = Inside(*window).flutterHostWindow_;
   window.reset();
   EXPECT_FALSE(IsWindow(overlay));
   ASSERT_TRUE(IsWindow(native));
@@ -428,7 +428,7 @@ TEST_F(WindowStart, EndWhileOthersAreRegisteredForcesNoExit) {
 
 TEST_F(WindowStart, EndKillsTheSearchTimer) {
   auto window = BringUp();
-  window->searchDebounceTimer_ = SetTimer(window->hwnd_, 1001, 500, nullptr);
+  Inside(*window).searchDebounceTimer_ = SetTimer(window->hwnd_, 1001, 500, nullptr);
   const HWND native = window->hwnd_;
   window.reset();
   EXPECT_FALSE(KillTimer(native, 1001));

@@ -15,40 +15,41 @@ namespace {
 
 using test::DrainQueue;
 using test::ImportHook;
+using test::Inside;
 using test::InterfaceCall;
 using test::WindowRectOf;
 using test::operator==;
 
 class Windows : public test::WindowTest {
  protected:
-  static void Close(const VantroWindow& window) { SendMessageA(window.hwnd_, WM_CLOSE, 0, 0); }
+  static void Close(VantroWindow& window) { SendMessageA(window.hwnd_, WM_CLOSE, 0, 0); }
 };
 
 TEST_F(Windows, StandInTheOrderOfTheirRegistration) {
-  const VantroWindow& first = OpenWindow();
-  const VantroWindow& second = OpenWindow();
+  VantroWindow& first = OpenWindow();
+  VantroWindow& second = OpenWindow();
   ASSERT_EQ(GetWindowRegistry().size(), 2u);
   EXPECT_EQ(GetWindowRegistry()[0].get(), &first);
   EXPECT_EQ(GetWindowRegistry()[1].get(), &second);
 }
 
 TEST_F(Windows, ClosedWindowStaysInItsPlaceWithoutItsNativeWindows) {
-  const VantroWindow& first = OpenWindow();
-  const VantroWindow& second = OpenWindow();
+  VantroWindow& first = OpenWindow();
+  VantroWindow& second = OpenWindow();
   Close(first);
   EXPECT_EQ(GetWindowRegistry()[0].get(), &first);
   EXPECT_TRUE(first.isClosing_);
   EXPECT_FALSE(IsWindow(first.hwnd_));
-  EXPECT_FALSE(IsWindow(first.flutterHostWindow_));
+  EXPECT_FALSE(IsWindow(Inside(first).flutterHostWindow_));
   EXPECT_NE(first.methodChannelHandler_, nullptr);
   EXPECT_TRUE(IsWindow(second.hwnd_));
   EXPECT_FALSE(second.methodChannelHandler_->isMasterWindow_);
 }
 
 TEST_F(Windows, QuitGoesOutOnceOnTheLastClose) {
-  const VantroWindow& first = OpenWindow();
-  const VantroWindow& second = OpenWindow();
-  const VantroWindow& third = OpenWindow();
+  VantroWindow& first = OpenWindow();
+  VantroWindow& second = OpenWindow();
+  VantroWindow& third = OpenWindow();
   Close(second);
   Close(first);
   EXPECT_EQ(DrainQueue(), 0);
@@ -60,7 +61,7 @@ TEST_F(Windows, QuitGoesOutOnceOnTheLastClose) {
 }
 
 TEST_F(Windows, RequestToAClientStillGoesToAClosedMaster) {
-  const VantroWindow& master = OpenWindow();
+  VantroWindow& master = OpenWindow();
   OpenWindow();
   const int masterEngine = 1 + loopback_.NewestEngine() - 2;
   Close(master);
@@ -82,7 +83,7 @@ TEST_F(Windows, BroadcastWithOneWindowSendsNothing) {
 TEST_F(Windows, BroadcastReachesEveryClientClosedOnesTooAndNeverTheMaster) {
   OpenWindow();
   const int master = loopback_.NewestEngine();
-  const VantroWindow& closed = OpenWindow();
+  VantroWindow& closed = OpenWindow();
   const int closedClient = loopback_.NewestEngine();
   OpenWindow();
   const int openClient = loopback_.NewestEngine();
@@ -101,7 +102,7 @@ TEST_F(Windows, NewWindowIsPlacedShownAndRegistered) {
   VantroWindow& reference = OpenWindow();
   CreateNewWindow(reference);
   ASSERT_EQ(GetWindowRegistry().size(), 2u);
-  const VantroWindow& added = *GetWindowRegistry()[1];
+  VantroWindow& added = *GetWindowRegistry()[1];
   EXPECT_TRUE(IsWindowVisible(added.hwnd_));
   EXPECT_TRUE(log_.Has("INFO CreateNewWindow: New window created and shown successfully"));
 }
@@ -112,7 +113,7 @@ TEST_F(Windows, NewWindowGoesBelowTheReferenceWhereThatFits) {
   SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
   // Too wide for a place beside it, low enough for one below: the least size of a window is 640 by 360.
   SetWindowPos(reference.hwnd_, nullptr, 10, 0, work.right - 100, 362, SWP_NOZORDER);
-  reference.height_ = 200;
+  Inside(reference).height_ = 200;
   CreateNewWindow(reference);
   const RECT placed = WindowRectOf(GetWindowRegistry()[1]->hwnd_);
   const RECT from = WindowRectOf(reference.hwnd_);
@@ -124,7 +125,7 @@ TEST_F(Windows, NewWindowGoesBelowTheReferenceWhereThatFits) {
 TEST_F(Windows, NewWindowGoesToTheRightOfTheReferenceWhereThatFits) {
   VantroWindow& reference = OpenWindow();
   SetWindowPos(reference.hwnd_, nullptr, 0, 20, 640, 362, SWP_NOZORDER);
-  reference.width_ = 200;
+  Inside(reference).width_ = 200;
   CreateNewWindow(reference);
   const RECT placed = WindowRectOf(GetWindowRegistry().at(1)->hwnd_);
   EXPECT_EQ(placed.top, 20);
@@ -137,7 +138,7 @@ TEST_F(Windows, NewWindowGoesToTheLeftOfAReferenceAtTheRightEdge) {
   RECT work;
   SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
   SetWindowPos(reference.hwnd_, nullptr, work.right - 640, 20, 640, 362, SWP_NOZORDER);
-  reference.width_ = 200;
+  Inside(reference).width_ = 200;
   CreateNewWindow(reference);
   const RECT placed = WindowRectOf(GetWindowRegistry().at(1)->hwnd_);
   EXPECT_EQ(placed.top, 20);
@@ -169,6 +170,24 @@ TEST_F(Windows, ReferenceInFullscreenGivesTheLargeOffset) {
   EXPECT_EQ(placed.top, work.top + 50);
 }
 
+// The windows of the main windows' class, registered or not.
+int CountMainWindows() {
+  int count = 0;
+  HWND window = nullptr;
+  while ((window = FindWindowExW(nullptr, window, L"VantroWindowClass", nullptr))) ++count;
+  return count;
+}
+
+TEST_F(Windows, FailedNewWindowLeavesNoNativeWindowBehind) {
+  VantroWindow& reference = OpenWindow();
+  const int before = CountMainWindows();
+  ASSERT_GE(before, 1);
+  vlc_.Fail("libvlc_new", 100);
+  CreateNewWindow(reference);
+  EXPECT_EQ(CountMainWindows(), before);
+  EXPECT_TRUE(IsWindow(reference.hwnd_));
+}
+
 TEST_F(Windows, FailedNewWindowIsSilentAndLeavesNoNewestWindow) {
   VantroWindow& reference = OpenWindow();
   vlc_.Fail("libvlc_new", 100);
@@ -184,9 +203,11 @@ BOOL WINAPI ThrowOnUpdate(HWND) { throw std::runtime_error("no more of this"); }
 
 TEST_F(Windows, ExceptionInANewWindowIsLoggedAndGoesNoFurther) {
   VantroWindow& reference = OpenWindow();
+  const int before = CountMainWindows();
   const ImportHook hook("user32.dll", "UpdateWindow", reinterpret_cast<void*>(ThrowOnUpdate));
   EXPECT_NO_THROW(CreateNewWindow(reference));
   EXPECT_TRUE(log_.Has("ERROR CreateNewWindow: Exception creating new window: no more of this"));
+  EXPECT_EQ(CountMainWindows(), before);
   EXPECT_EQ(GetWindowRegistry().size(), 1u);
   EXPECT_TRUE(IsWindow(reference.hwnd_));
 }

@@ -11,6 +11,7 @@ namespace {
 
 using test::DrainQueue;
 using test::ImportHook;
+using test::Inside;
 using test::SeenMessage;
 using test::WindowRectOf;
 
@@ -22,7 +23,7 @@ class MainWindow : public test::WindowTest {
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     return SendMessageA(window_->hwnd_, message, wParam, lParam);
   }
-  HWND Child() const { return window_->FlutterChild(); }
+  HWND Child() const { return FlutterChild(window_->flutterEngine_); }
   void LoseTheView() { DestroyWindow(Child()); }
   void PointAt(int x, int y) {
     POINT point{x, y};
@@ -61,10 +62,10 @@ TEST_F(MainWindow, SizeTakesTheClientAreaNotTheMessagesSize) {
   Open();
   RECT client;
   GetClientRect(window_->hwnd_, &client);
-  window_->width_ = window_->height_ = 0;
+  Inside(*window_).width_ = Inside(*window_).height_ = 0;
   EXPECT_EQ(Send(WM_SIZE, SIZE_RESTORED, MAKELPARAM(111, 222)), 0);
-  EXPECT_EQ(window_->width_, client.right);
-  EXPECT_EQ(window_->height_, client.bottom);
+  EXPECT_EQ(Inside(*window_).width_, client.right);
+  EXPECT_EQ(Inside(*window_).height_, client.bottom);
 }
 
 TEST_F(MainWindow, SizePutsTheVideoBelowTheTitleBarInFullscreenToo) {
@@ -138,7 +139,7 @@ class ControlColour : public MainWindow, public testing::WithParamInterface<UINT
 TEST_P(ControlColour, IsWhiteOnTheTitleBarsColour) {
   Open();
   const HDC dc = GetDC(nullptr);
-  EXPECT_EQ(Send(GetParam(), reinterpret_cast<WPARAM>(dc)), reinterpret_cast<LRESULT>(window_->titleBarBrush_));
+  EXPECT_EQ(Send(GetParam(), reinterpret_cast<WPARAM>(dc)), reinterpret_cast<LRESULT>(Inside(*window_).titleBarBrush_));
   EXPECT_EQ(GetTextColor(dc), 0xFFFFFFu);
   EXPECT_EQ(GetBkColor(dc), 6243910u);
   ReleaseDC(nullptr, dc);
@@ -184,9 +185,9 @@ INSTANTIATE_TEST_SUITE_P(OfEachKind, UnofferedMouse,
 TEST_F(MainWindow, F11AndEscapeAreCaught) {
   Open();
   EXPECT_EQ(Send(WM_KEYDOWN, VK_F11), 0);
-  EXPECT_TRUE(window_->isFullscreen_);
+  EXPECT_TRUE(Inside(*window_).isFullscreen_);
   EXPECT_EQ(Send(WM_KEYDOWN, VK_ESCAPE), 0);
-  EXPECT_FALSE(window_->isFullscreen_);
+  EXPECT_FALSE(Inside(*window_).isFullscreen_);
   EXPECT_TRUE(EngineOffered(WM_KEYDOWN).empty());
 }
 
@@ -217,8 +218,9 @@ TEST_F(MainWindow, KeyThatTheViewLeavesAtZeroGoesThroughTheOverlay) {
   Open();
   SetFocus(window_->hwnd_);
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 1);
-  EXPECT_EQ(EngineOffered(WM_KEYDOWN),
-            (std::vector<SeenMessage>{{Child(), WM_KEYDOWN, kKey}, {window_->flutterHostWindow_, WM_KEYDOWN, kKey}}));
+  EXPECT_EQ(
+      EngineOffered(WM_KEYDOWN),
+      (std::vector<SeenMessage>{{Child(), WM_KEYDOWN, kKey}, {Inside(*window_).flutterHostWindow_, WM_KEYDOWN, kKey}}));
   EXPECT_EQ(GetFocus(), Child()) << "the overlay's rule";
   DrainQueue();
   EXPECT_EQ(ViewSaw(WM_KEYDOWN).size(), 2u) << "sent by the window, posted by the overlay";
@@ -226,9 +228,9 @@ TEST_F(MainWindow, KeyThatTheViewLeavesAtZeroGoesThroughTheOverlay) {
 
 TEST_F(MainWindow, KeyWithoutAnOverlayEndsWithZero) {
   Open();
-  const HWND overlay = std::exchange(window_->flutterHostWindow_, nullptr);
+  const HWND overlay = std::exchange(Inside(*window_).flutterHostWindow_, nullptr);
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 0);
-  window_->flutterHostWindow_ = overlay;
+  Inside(*window_).flutterHostWindow_ = overlay;
 }
 
 TEST_F(MainWindow, KeyWithoutAnEngineIsSwallowed) {
@@ -289,72 +291,72 @@ INSTANTIATE_TEST_SUITE_P(OfEachKind, OtherKey, testing::Values(WM_KEYUP, WM_CHAR
 
 TEST_F(MainWindow, CommandRedirectsTheFocusToTheView) {
   Open();
-  SetFocus(window_->fileButton_);
+  SetFocus(Inside(*window_).fileButton_);
   EXPECT_EQ(Send(WM_COMMAND, MAKEWPARAM(4242, 0)), 0);
   EXPECT_EQ(GetFocus(), Child());
 }
 
 TEST_F(MainWindow, CommandLeavesTheFocusOfTheSearchBox) {
   Open();
-  SetFocus(window_->searchBox_);
+  SetFocus(Inside(*window_).searchBox_);
   DrainQueue();
-  SetFocus(window_->searchBox_);
+  SetFocus(Inside(*window_).searchBox_);
   EXPECT_EQ(Send(WM_COMMAND, MAKEWPARAM(4242, 0)), 0);
-  EXPECT_EQ(GetFocus(), window_->searchBox_);
+  EXPECT_EQ(GetFocus(), Inside(*window_).searchBox_);
 }
 
 TEST_F(MainWindow, LosingSearchBoxSendsTheFocusOnToTheView) {
   Open();
-  SetFocus(window_->searchBox_);
-  SetFocus(window_->helpButton_);
+  SetFocus(Inside(*window_).searchBox_);
+  SetFocus(Inside(*window_).helpButton_);
   EXPECT_EQ(GetFocus(), Child()) << "whatever takes the focus from the box loses it";
 }
 
 TEST_F(MainWindow, ChangedTextLeavesTheFocusAndStartsTheTimer) {
   Open();
-  SetFocus(window_->fileButton_);
+  SetFocus(Inside(*window_).fileButton_);
   EXPECT_EQ(Send(WM_COMMAND, MAKEWPARAM(kSearchBoxId, EN_CHANGE)), 0);
-  EXPECT_EQ(GetFocus(), window_->fileButton_);
-  EXPECT_NE(window_->searchDebounceTimer_, 0u);
+  EXPECT_EQ(GetFocus(), Inside(*window_).fileButton_);
+  EXPECT_NE(Inside(*window_).searchDebounceTimer_, 0u);
 }
 
 TEST_F(MainWindow, PlainNotificationOfTheSearchBoxIsAnUnknownCommand) {
   Open();
   const test::LogCapture capture;
   EXPECT_EQ(Send(WM_COMMAND, MAKEWPARAM(kSearchBoxId, 0)), 0);
-  EXPECT_EQ(window_->searchDebounceTimer_, 0u);
+  EXPECT_EQ(Inside(*window_).searchDebounceTimer_, 0u);
   EXPECT_TRUE(capture.Has("DEBUG HandleMenuCommand: Unknown command 104"));
 }
 
 TEST_F(MainWindow, MovingWhileTypingTakesTheFocusAndKeepsTextAndTimer) {
   Open();
-  SetFocus(window_->searchBox_);
-  SetWindowTextW(window_->searchBox_, L"news");
-  ASSERT_NE(window_->searchDebounceTimer_, 0u);
+  SetFocus(Inside(*window_).searchBox_);
+  SetWindowTextW(Inside(*window_).searchBox_, L"news");
+  ASSERT_NE(Inside(*window_).searchDebounceTimer_, 0u);
   SetWindowPos(window_->hwnd_, nullptr, 77, 66, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   wchar_t text[16];
-  GetWindowTextW(window_->searchBox_, text, 16);
+  GetWindowTextW(Inside(*window_).searchBox_, text, 16);
   EXPECT_STREQ(text, L"news");
   EXPECT_EQ(GetFocus(), Child());
-  EXPECT_NE(window_->searchDebounceTimer_, 0u);
+  EXPECT_NE(Inside(*window_).searchDebounceTimer_, 0u);
 }
 
 TEST_F(MainWindow, TypingRestartsTheWaitAndOnlyTheLastTextIsSent) {
   Open();
   test::InterfaceEnd interface(loopback_);
-  SetWindowTextW(window_->searchBox_, L"n");
-  SetWindowTextW(window_->searchBox_, L"ne");
-  SetWindowTextW(window_->searchBox_, L"news");
+  SetWindowTextW(Inside(*window_).searchBox_, L"n");
+  SetWindowTextW(Inside(*window_).searchBox_, L"ne");
+  SetWindowTextW(Inside(*window_).searchBox_, L"news");
   EXPECT_EQ(log_.CountContaining("HandleSearchInput: Debounce timer set (500ms)"), 3);
   ASSERT_TRUE(test::PumpUntil([&] { return !interface.Calls().empty(); }));
   EXPECT_EQ(interface.Calls(), (std::vector<test::InterfaceCall>{{"search_query_changed", OwnedValue("news")}}));
-  EXPECT_EQ(window_->searchDebounceTimer_, 0u);
+  EXPECT_EQ(Inside(*window_).searchDebounceTimer_, 0u);
 }
 
 TEST_F(MainWindow, ClearedSearchBoxSendsNoArgument) {
   Open();
   test::InterfaceEnd interface(loopback_);
-  SetWindowTextW(window_->searchBox_, L"");
+  SetWindowTextW(Inside(*window_).searchBox_, L"");
   Send(WM_TIMER, kSearchDebounceTimerId);
   EXPECT_EQ(interface.Calls(), (std::vector<test::InterfaceCall>{{"search_query_changed", OwnedValue()}}));
 }
@@ -367,7 +369,7 @@ TEST_F(MainWindow, StrayTicksOutsideFullscreenDoNothingAndKillNothing) {
   SetTimer(window_->hwnd_, kTitleBarAutoHideTimerId, 60000, nullptr);
   EXPECT_EQ(Send(WM_TIMER, kMouseTrackingTimerId), 0);
   EXPECT_EQ(Send(WM_TIMER, kTitleBarAutoHideTimerId), 0);
-  EXPECT_TRUE(window_->isTitleBarVisible_);
+  EXPECT_TRUE(Inside(*window_).isTitleBarVisible_);
   EXPECT_EQ(log_.CountContaining("WM_TIMER: Title bar auto-hide timer fired"), 0);
   EXPECT_TRUE(KillTimer(window_->hwnd_, kMouseTrackingTimerId));
   EXPECT_TRUE(KillTimer(window_->hwnd_, kTitleBarAutoHideTimerId));
@@ -376,9 +378,9 @@ TEST_F(MainWindow, StrayTicksOutsideFullscreenDoNothingAndKillNothing) {
 TEST_F(MainWindow, AutoHideTickHidesTheTitleBarInFullscreen) {
   Open();
   window_->ToggleFullscreen();
-  window_->ShowTitleBarControls();
+  Inside(*window_).fullscreen_.ShowTitleBarControls();
   Send(WM_TIMER, kTitleBarAutoHideTimerId);
-  EXPECT_FALSE(window_->isTitleBarVisible_);
+  EXPECT_FALSE(Inside(*window_).isTitleBarVisible_);
 }
 
 TEST_F(MainWindow, TrackingTickAtTheTopShowsTheTitleBarInFullscreen) {
@@ -386,7 +388,7 @@ TEST_F(MainWindow, TrackingTickAtTheTopShowsTheTitleBarInFullscreen) {
   window_->ToggleFullscreen();
   PointAt(300, 5);
   Send(WM_TIMER, kMouseTrackingTimerId);
-  EXPECT_TRUE(window_->isTitleBarVisible_);
+  EXPECT_TRUE(Inside(*window_).isTitleBarVisible_);
   EXPECT_TRUE(log_.Has("INFO WM_TIMER: Mouse entered top area (y=5) - showing title bar"));
 }
 
@@ -397,52 +399,52 @@ TEST_F(MainWindow, MouseMoveAtTheTopInFullscreenShowsTheTitleBar) {
   window_->ToggleFullscreen();
   PointAt(300, 7);
   Send(WM_MOUSEMOVE);
-  EXPECT_TRUE(window_->isTitleBarVisible_);
+  EXPECT_TRUE(Inside(*window_).isTitleBarVisible_);
   EXPECT_TRUE(log_.Has("DEBUG MAIN WINDOW WM_MOUSEMOVE in fullscreen: pt.y=7, isNowInTopArea=1"));
 }
 
 TEST_F(MainWindow, PressOnTheVolumeControlDragsUntilTheRelease) {
   Open();
-  PointAtMiddleOf(window_->volumeControl_);
+  PointAtMiddleOf(Inside(*window_).volumeControl_);
   EXPECT_EQ(Send(WM_LBUTTONDOWN), 0);
-  EXPECT_TRUE(window_->isVolumeDragging_);
-  EXPECT_TRUE(window_->showVolumePercent_);
+  EXPECT_TRUE(Inside(*window_).isVolumeDragging_);
+  EXPECT_TRUE(Inside(*window_).showVolumePercent_);
   EXPECT_EQ(GetCapture(), window_->hwnd_);
-  const RECT slider = WindowRectOf(window_->volumeControl_);
+  const RECT slider = WindowRectOf(Inside(*window_).volumeControl_);
   SetCursorPos(static_cast<int>(slider.left) - 300, static_cast<int>(slider.top));
   EXPECT_EQ(Send(WM_MOUSEMOVE), 0);
-  EXPECT_EQ(window_->volume_, 0);
+  EXPECT_EQ(Inside(*window_).volume_, 0);
   Send(WM_LBUTTONUP);
-  EXPECT_FALSE(window_->isVolumeDragging_);
-  EXPECT_FALSE(window_->showVolumePercent_);
+  EXPECT_FALSE(Inside(*window_).isVolumeDragging_);
+  EXPECT_FALSE(Inside(*window_).showVolumePercent_);
   EXPECT_EQ(GetCapture(), nullptr);
 }
 
 TEST_F(MainWindow, PressOnTheVolumeControlsFarEdgeIsFoundByHand) {
   Open();
-  const RECT slider = WindowRectOf(window_->volumeControl_);
+  const RECT slider = WindowRectOf(Inside(*window_).volumeControl_);
   SetCursorPos(static_cast<int>(slider.right), static_cast<int>(slider.bottom));
   EXPECT_EQ(Send(WM_LBUTTONDOWN), 0);
-  EXPECT_TRUE(window_->isVolumeDragging_);
+  EXPECT_TRUE(Inside(*window_).isVolumeDragging_);
   EXPECT_EQ(log_.CountContaining("WM_LBUTTONDOWN: Manual volume control hit test succeeded at ("), 1);
   Send(WM_LBUTTONUP);
 }
 
 TEST_F(MainWindow, PressOnTheSearchBoxIsNoted) {
   Open();
-  PointAtMiddleOf(window_->searchBox_);
+  PointAtMiddleOf(Inside(*window_).searchBox_);
   Send(WM_LBUTTONDOWN);
-  EXPECT_TRUE(window_->searchBoxClicked_);
+  EXPECT_TRUE(Inside(*window_).searchBoxClicked_);
   PointAt(500, 15);
   Send(WM_LBUTTONDOWN);
-  EXPECT_FALSE(window_->searchBoxClicked_);
+  EXPECT_FALSE(Inside(*window_).searchBoxClicked_);
 }
 
 class ButtonUp : public MainWindow, public testing::WithParamInterface<UINT> {};
 
 TEST_P(ButtonUp, OutsideTheControlsTakesTheFocusToTheView) {
   Open();
-  SetFocus(window_->fileButton_);
+  SetFocus(Inside(*window_).fileButton_);
   PointAt(500, 15);
   Send(GetParam());
   EXPECT_EQ(GetFocus(), Child());
@@ -450,23 +452,23 @@ TEST_P(ButtonUp, OutsideTheControlsTakesTheFocusToTheView) {
 
 TEST_P(ButtonUp, OverTheSearchBoxOrTheVolumeControlLeavesTheFocus) {
   Open();
-  for (const HWND control : {window_->searchBox_, window_->volumeControl_}) {
-    SetFocus(window_->fileButton_);
+  for (const HWND control : {Inside(*window_).searchBox_, Inside(*window_).volumeControl_}) {
+    SetFocus(Inside(*window_).fileButton_);
     PointAtMiddleOf(control);
     Send(GetParam());
-    EXPECT_EQ(GetFocus(), window_->fileButton_);
+    EXPECT_EQ(GetFocus(), Inside(*window_).fileButton_);
   }
   EXPECT_EQ(log_.CountContaining("MainWindow: Mouse up on search box - maintaining focus on search"), 2);
 }
 
 TEST_P(ButtonUp, WhileTheSearchBoxHasTheFocusLeavesIt) {
   Open();
-  SetFocus(window_->searchBox_);
+  SetFocus(Inside(*window_).searchBox_);
   DrainQueue();
-  SetFocus(window_->searchBox_);
+  SetFocus(Inside(*window_).searchBox_);
   PointAt(500, 15);
   Send(GetParam());
-  EXPECT_EQ(GetFocus(), window_->searchBox_);
+  EXPECT_EQ(GetFocus(), Inside(*window_).searchBox_);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachButton, ButtonUp, testing::Values(WM_LBUTTONUP, WM_RBUTTONUP, WM_MBUTTONUP));

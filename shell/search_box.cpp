@@ -1,5 +1,4 @@
-// The search box: waits for the typing to pause, then hands the text to the interface.
-#include <windows.h>
+#include "shell/search_box.h"
 
 #include <memory>
 #include <string>
@@ -7,7 +6,6 @@
 #include "common/log.h"
 #include "common/text.h"
 #include "shell/shell_ids.h"
-#include "shell/vantro_window.h"
 
 namespace vantro {
 
@@ -17,22 +15,29 @@ constexpr int kSearchTextCapacity = 1024;  // wide characters, the terminator in
 
 }  // namespace
 
-void VantroWindow::HandleSearchInput() {
-  if (!searchBox_) return;
-  if (searchDebounceTimer_) {
-    KillTimer(hwnd_, kSearchDebounceTimerId);
-    searchDebounceTimer_ = 0;
-  }
+SearchBox::SearchBox(const HWND& mainWindow, const TitleBar& titleBar,
+                     const std::unique_ptr<MethodChannelHandler>& handler)
+    : hwnd_(mainWindow), titleBar_(titleBar), methodChannelHandler_(handler) {}
+
+void SearchBox::StopDebounceTimer() {
+  if (!searchDebounceTimer_) return;
+  KillTimer(hwnd_, searchDebounceTimer_);
+  searchDebounceTimer_ = 0;
+}
+
+void SearchBox::HandleSearchInput() {
+  if (!Window()) return;
+  StopDebounceTimer();
   searchDebounceTimer_ = SetTimer(hwnd_, kSearchDebounceTimerId, kSearchDebounceMs, nullptr);
   LOG_DEBUG("HandleSearchInput: Debounce timer set (500ms)");
 }
 
-void VantroWindow::OnSearchDebounceTimer() {
+void SearchBox::OnSearchDebounceTimer() {
   KillTimer(hwnd_, kSearchDebounceTimerId);
   searchDebounceTimer_ = 0;
-  if (!searchBox_) return;
+  if (!Window()) return;
   wchar_t text[kSearchTextCapacity];
-  const int length = GetWindowTextW(searchBox_, text, kSearchTextCapacity);
+  const int length = GetWindowTextW(Window(), text, kSearchTextCapacity);
   if (length < 0) return;
   const std::string query = NarrowFromWide({text, static_cast<size_t>(length)});
   LOG_DEBUG("WM_TIMER: Search debounce complete, query: '%s'", query.c_str());

@@ -1,13 +1,15 @@
-// The overlay: a borderless popup, owned by the main window, that carries the Flutter view above the video. What makes
-// it, keeps it over the client area, and turns it from click-through to capturing.
+#include "shell/flutter_overlay.h"
+
 #include <dwmapi.h>
 
-#include <optional>
+#include <utility>
 
 #include "common/log.h"
+#include "shell/flutter_child.h"
 #include "shell/overlay_diagnostics.h"
-#include "shell/overlay_geometry.h"
+#include "shell/overlay_input.h"
 #include "shell/vantro_window.h"
+#include "shell/window_metrics.h"
 
 namespace vantro {
 
@@ -32,14 +34,21 @@ std::optional<OverlayRect> OverlayRectOver(HWND window, int topOffset) {
                         topOffset);
 }
 
+struct SentMessage {
+  HWND window = nullptr;
+  UINT message = 0;
+  WPARAM wParam = 0;
+  LPARAM lParam = 0;
+
+  bool operator==(const SentMessage&) const = default;
+};
+
 // A null insert-after is HWND_TOP: an owned popup rises within its owner's group and does not become topmost.
 void Place(HWND window, const OverlayRect& rect, UINT flags) {
   SetWindowPos(window, HWND_TOP, rect.x, rect.y, rect.width, rect.height, flags);
 }
 
-}  // namespace
-
-bool VantroWindow::RegisterOverlayClass(HINSTANCE instance) {
+bool RegisterOverlayClass(HINSTANCE instance) {
   if (overlayClassRegistered) return true;
   WNDCLASSEXW windowClass{};
   windowClass.cbSize = sizeof windowClass;
@@ -59,20 +68,25 @@ bool VantroWindow::RegisterOverlayClass(HINSTANCE instance) {
   return true;
 }
 
-bool VantroWindow::CreateFlutterOverlay() {
+}  // namespace
+
+FlutterOverlay::FlutterOverlay(const HWND& mainWindow, const std::unique_ptr<FlutterEngine>& engine)
+    : hwnd_(mainWindow), flutterEngine_(engine) {}
+
+bool FlutterOverlay::CreateFlutterOverlay(HINSTANCE instance) {
   LOG_INFO("CreateFlutterOverlay: Starting Flutter overlay creation");
   if (!hwnd_ || !IsWindow(hwnd_)) {
     LOG_WARNING("CreateFlutterOverlay: Main window not ready");
     return false;
   }
-  if (!RegisterOverlayClass(hInstance_)) return false;
+  if (!RegisterOverlayClass(instance)) return false;
 
   const OverlayRect rect = OverlayRectOver(hwnd_, TITLE_BAR_HEIGHT).value_or(OverlayRect{});
   LogOverlayCreation(hwnd_, rect);
   // Click-through until EnableOverlayMouseInput, at the end of the start.
-  flutterHostWindow_ = CreateWindowExW(WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW, kOverlayClass, kOverlayTitle,
-                                       WS_POPUP | WS_VISIBLE, rect.x, rect.y, rect.width, rect.height, hwnd_, nullptr,
-                                       hInstance_, nullptr);
+  flutterHostWindow_ =
+      CreateWindowExW(WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW, kOverlayClass, kOverlayTitle, WS_POPUP | WS_VISIBLE, rect.x,
+                      rect.y, rect.width, rect.height, hwnd_, nullptr, instance, nullptr);
   if (!flutterHostWindow_) {
     const DWORD error = GetLastError();
     LOG_ERROR("CreateFlutterOverlay: Failed to create overlay window: %lu", error);
@@ -83,7 +97,8 @@ bool VantroWindow::CreateFlutterOverlay() {
   // The glass frame over the whole client area is what lets the video through where the interface draws nothing.
   const MARGINS wholeClientArea{-1, -1, -1, -1};
   const HRESULT extended = DwmExtendFrameIntoClientArea(flutterHostWindow_, &wholeClientArea);
-  LOG_DEBUG("CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: %s", SUCCEEDED(extended) ? "SUCCESS" : "FAILED");
+  LOG_DEBUG("CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: %s",
+            SUCCEEDED(extended) ? "SUCCESS" : "FAILED");
   if (FAILED(extended)) {
     LOG_ERROR("CreateFlutterOverlay: DWM error code: 0x%lX", static_cast<unsigned long>(extended));
   }
@@ -94,15 +109,15 @@ bool VantroWindow::CreateFlutterOverlay() {
   return true;
 }
 
-void VantroWindow::SyncFlutterOverlayPosition() {
+void FlutterOverlay::SyncFlutterOverlayPosition(bool isFullscreen) {
   // Moving the overlay makes the system send messages that lead back here.
   if (isSyncingOverlay_) return;
   isSyncingOverlay_ = true;
-  MoveOverlayOverClientArea();
+  MoveOverClientArea(isFullscreen);
   isSyncingOverlay_ = false;
 }
 
-void VantroWindow::MoveOverlayOverClientArea() {
+void FlutterOverlay::MoveOverClientArea(bool isFullscreen) {
   LOG_DEBUG("SyncFlutterOverlayPosition: Checking overlay window: %p", static_cast<void*>(flutterHostWindow_));
   if (!flutterHostWindow_) {
     LOG_ERROR("SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!");
@@ -112,11 +127,11 @@ void VantroWindow::MoveOverlayOverClientArea() {
     LOG_ERROR("SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is not a valid window!");
     return;
   }
-  const auto rect = OverlayRectOver(hwnd_, OverlayTopOffset(isFullscreen_, TITLE_BAR_HEIGHT));
+  const auto rect = OverlayRectOver(hwnd_, OverlayTopOffset(isFullscreen, TITLE_BAR_HEIGHT));
   if (!rect) return;
   // Without SWP_NOACTIVATE: the overlay may take the activation, and rises at every sync.
   Place(flutterHostWindow_, *rect, SWP_SHOWWINDOW);
-  if (const HWND child = LiveFlutterChild()) {
+  if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     Place(child, {0, 0, rect->width, rect->height}, kQuietMove);
     // The view is the home of the focus: a move takes it out of the search box, too.
     SetFocus(child);
@@ -127,16 +142,31 @@ void VantroWindow::MoveOverlayOverClientArea() {
             rect->width, rect->height);
 }
 
-void VantroWindow::SetFlutterOverlayTopmost() {
-  if (!flutterHostWindow_ || !IsWindow(flutterHostWindow_)) return;
+std::optional<OverlayRect> FlutterOverlay::MoveBelow(int topOffset) {
+  if (!IsAlive()) return std::nullopt;
+  const OverlayRect rect = OverlayRectOver(hwnd_, topOffset).value_or(OverlayRect{});
+  Place(flutterHostWindow_, rect, kQuietMove);
+  if (const HWND child = LiveFlutterChild(flutterEngine_)) Place(child, {0, 0, rect.width, rect.height}, kQuietMove);
+  return rect;
+}
+
+void FlutterOverlay::ApplyTopmost(bool topmost) {
+  const HWND band = topmost ? HWND_TOPMOST : HWND_NOTOPMOST;
+  constexpr UINT kInPlace = SWP_NOSIZE | SWP_NOMOVE;
+  SetWindowPos(hwnd_, band, 0, 0, 0, 0, kInPlace);
+  if (IsWindow(flutterHostWindow_)) SetWindowPos(flutterHostWindow_, band, 0, 0, 0, 0, kInPlace);
+}
+
+void FlutterOverlay::SetFlutterOverlayTopmost() {
+  if (!IsAlive()) return;
   if (GetTopWindow(GetDesktopWindow()) == flutterHostWindow_) return;
   SetWindowPos(flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, kRaiseInPlace);
   LOG_DEBUG("SetFlutterOverlayTopmost: Top position applied with NOACTIVATE");
 }
 
-void VantroWindow::EnableOverlayMouseInput() {
+void FlutterOverlay::EnableOverlayMouseInput() {
   LOG_DEBUG("=== EnableOverlayMouseInput CALLED ===");
-  if (!flutterHostWindow_ || !IsWindow(flutterHostWindow_)) {
+  if (!IsAlive()) {
     LOG_ERROR("EnableOverlayMouseInput: ERROR - overlay window invalid!");
     LOG_ERROR("EnableOverlayMouseInput: flutterHostWindow_ = %p", static_cast<void*>(flutterHostWindow_));
     return;
@@ -151,51 +181,72 @@ void VantroWindow::EnableOverlayMouseInput() {
   // Over the title bar's strip as well: the first WM_SHOWWINDOW moves the overlay below it.
   const OverlayRect rect = OverlayRectOver(hwnd_, 0).value_or(OverlayRect{});
   Place(flutterHostWindow_, rect, kQuietMove);
-  if (const HWND child = LiveFlutterChild()) {
+  if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     Place(child, {0, 0, rect.width, rect.height}, kQuietMove);
     ShowWindow(child, SW_SHOW);
     SetFocus(child);
   }
-  LogOverlayInput({hwnd_, flutterHostWindow_, FlutterChild()}, exStyle);
+  LogOverlayInput({hwnd_, flutterHostWindow_, FlutterChild(flutterEngine_)}, exStyle);
   LOG_DEBUG("=== EnableOverlayMouseInput COMPLETED ===");
 }
 
-HWND VantroWindow::FlutterChild() const { return flutterEngine_ ? flutterEngine_->flutterWindow_ : nullptr; }
-
-HWND VantroWindow::LiveFlutterChild() const {
-  const HWND child = FlutterChild();
-  return child && IsWindow(child) ? child : nullptr;
+void FlutterOverlay::Destroy() {
+  if (!IsWindow(flutterHostWindow_)) return;
+  LOG_DEBUG("Destructor: Destroying overlay window: %p", static_cast<void*>(flutterHostWindow_));
+  DestroyWindow(flutterHostWindow_);
+  flutterHostWindow_ = nullptr;
 }
 
-// Sees every message that is sent to a window of the thread, before its procedure does. Only the newest window is
-// followed; an older one moves its overlay in its own handlers.
+// One hook a window, all with the same procedure, which looks at the newest window only.
+void FlutterOverlay::InstallWindowHook() {
+  windowHook_ = SetWindowsHookExA(WH_CALLWNDPROC, WindowSyncHookProc, GetModuleHandleA(nullptr), GetCurrentThreadId());
+  if (windowHook_) {
+    LOG_INFO("Window hook installed successfully for window synchronization");
+  } else {
+    const DWORD error = GetLastError();
+    LOG_ERROR("Failed to set window hook: %lu", error);
+  }
+}
+
+void FlutterOverlay::RemoveWindowHook() {
+  if (!windowHook_) return;
+  UnhookWindowsHookEx(windowHook_);
+  windowHook_ = nullptr;
+}
+
+// Only the newest window is followed; an older one moves its overlay in its own handlers.
 //
 // Every window has installed a hook, and each hook hands the message to the next: this procedure runs once a window for
 // one message. The first run follows the main window, the others only pass on, so that a move syncs once from here
 // however many windows the process has opened.
-LRESULT CALLBACK VantroWindow::WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam) {
-  static LPARAM messageInChain = 0;
-  const LPARAM outerMessage = messageInChain;
+LRESULT CALLBACK FlutterOverlay::WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam) {
+  // The message that is being handed along the chain. By value: another program's hook in between may hand on a copy.
+  static SentMessage inChain;
+  SentMessage message;
+  VantroWindow* const newest = VantroWindow::instance_;
   if (nCode >= 0) {
-    if (!instance_) return CallNextHookEx(nullptr, nCode, wParam, lParam);
-    const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
-    messageInChain = lParam;
-    if (sent && lParam != outerMessage && sent->hwnd == instance_->hwnd_) {
-      instance_->FollowMainWindow(sent->message, sent->wParam);
+    if (!newest) return CallNextHookEx(nullptr, nCode, wParam, lParam);
+    if (const auto* const sent = reinterpret_cast<const CWPSTRUCT*>(lParam)) {
+      message = {sent->hwnd, sent->message, sent->wParam, sent->lParam};
+      if (message != inChain && message.window == newest->hwnd_) {
+        newest->Overlay().Follow(message.message, message.wParam, newest->isFullscreen());
+      }
     }
   }
+  const SentMessage outer = std::exchange(inChain, message);
   // Read again: what ran above may have ended the window.
-  const LRESULT result = CallNextHookEx(instance_ ? instance_->windowHook_ : nullptr, nCode, wParam, lParam);
-  messageInChain = outerMessage;
+  const HHOOK hook = VantroWindow::instance_ ? VantroWindow::instance_->Overlay().windowHook_ : nullptr;
+  const LRESULT result = CallNextHookEx(hook, nCode, wParam, lParam);
+  inChain = outer;
   return result;
 }
 
-void VantroWindow::FollowMainWindow(UINT message, WPARAM wParam) {
+void FlutterOverlay::Follow(UINT message, WPARAM wParam, bool isFullscreen) {
   switch (message) {
     case WM_MOVE:
     case WM_SIZE:
     case WM_SHOWWINDOW:
-      SyncFlutterOverlayPosition();
+      SyncFlutterOverlayPosition(isFullscreen);
       break;
     case WM_ACTIVATE:
       // The whole value counts: with the minimized mark in its high word it matches neither.

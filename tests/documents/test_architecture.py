@@ -1,0 +1,59 @@
+"""The product's includes keep to the arrows between its folders that docs/architecture.md draws."""
+
+import re
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
+ARROW = re.compile(r"^(\w+) +->((?: +\w+)*) *$", re.MULTILINE)
+
+
+def drawn_arrows():
+    """Folder to the folders that it may include, from the one block of the document that draws arrows from folders."""
+    blocks = re.findall(r"```\n(.*?)```", (ROOT / "docs/architecture.md").read_text(), re.DOTALL)
+    drawings = [dict((m[1], set(m[2].split())) for m in ARROW.finditer(block)) for block in blocks]
+    drawings = [drawing for drawing in drawings if drawing]
+    assert len(drawings) == 1, "the document draws the folders' arrows once"
+    return drawings[0]
+
+
+def included_folders(folder):
+    """Every folder of the repository whose header a source of this folder includes, with who does it."""
+    found = {}
+    for source in sorted((ROOT / folder).glob("**/*")):
+        if source.suffix not in {".h", ".cpp"}:
+            continue
+        for target in INCLUDE.findall(source.read_text()):
+            if "/" in target:
+                found.setdefault(target.split("/")[0], []).append(str(source.relative_to(ROOT)))
+    return found
+
+
+def test_every_folder_of_the_product_is_drawn():
+    listed = (ROOT / "CMakeLists.txt").read_text()
+    folders = set(re.findall(r"^add_subdirectory\((\w+)\)", listed, re.MULTILINE)) - {"devkit"}
+    assert set(drawn_arrows()) == folders
+
+
+def test_includes_keep_to_the_arrows():
+    against = []
+    for folder, allowed in drawn_arrows().items():
+        for target, sources in included_folders(folder).items():
+            if target != folder and target not in allowed:
+                against.append(f"{folder} -> {target}: {', '.join(sources)}")
+    assert not against, "\n".join(against)
+
+
+def test_every_arrow_is_used():
+    unused = [f"{folder} -> {target}" for folder, targets in drawn_arrows().items()
+              for target in sorted(targets) if target not in included_folders(folder)]
+    assert not unused, "\n".join(unused)
+
+
+def test_no_folder_is_in_a_circle():
+    arrows = drawn_arrows()
+    while arrows:
+        ends = [folder for folder, targets in arrows.items() if not targets & set(arrows)]
+        assert ends, f"a circle among {sorted(arrows)}"
+        for folder in ends:
+            del arrows[folder]
