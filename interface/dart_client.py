@@ -142,11 +142,11 @@ def source(channel, description):
         opening = (f"  {channel['class']}() {{\n    _channel.setMethodCallHandler((MethodCall call) async {{\n"
                    "      _calls.add(call);\n    });\n  }\n")
         fields = "  final StreamController<MethodCall> _calls =\n      StreamController<MethodCall>.broadcast();\n"
-        about = ("/// Make one for each engine, before the first frame: it takes the channel's handler, and events that "
-                 "come before\n/// it exists are lost but for the last one, which the engine keeps.")
+        about = ("/// Make one, in `main` before `runApp`: it sets the channel's handler, and events that "
+                 "come before\n/// it exists are lost, except the last one, which the engine keeps.")
     else:
         opening, fields = f"  {channel['class']}();\n", ""
-        about = "/// Make one for each engine."
+        about = "/// Make one."
     parts = [f"// Made from interface/channel.json by interface/generate. Not compiled by this project.\n\n"
              + "\n".join(imports) + "\n\n"
              f"/// The channel `{channel['name']}`: {channel['serves']}.\n///\n{about}\n"

@@ -10,8 +10,8 @@ import 'values.dart';
 
 /// The channel `org.vantro.player/communicate`: the player, the windows, the database key.
 ///
-/// Make one for each engine, before the first frame: it takes the channel's handler, and events that come before
-/// it exists are lost but for the last one, which the engine keeps.
+/// Make one, in `main` before `runApp`: it sets the channel's handler, and events that come before
+/// it exists are lost, except the last one, which the engine keeps.
 /// docs/channel.md of the host is the reference.
 class PlayerChannel {
   PlayerChannel() {

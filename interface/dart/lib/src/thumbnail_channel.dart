@@ -9,7 +9,7 @@ import 'values.dart';
 
 /// The channel `org.vantro.thumbnail/worker`: preview frames of video-on-demand items.
 ///
-/// Make one for each engine.
+/// Make one.
 /// docs/channel.md of the host is the reference.
 class ThumbnailChannel {
   ThumbnailChannel();
