@@ -13,8 +13,8 @@ struct ChannelMethod {
   requests::Handler* handler;
 };
 
-// In the order in which a name is compared. docs/channel.md lists them in the same order, and a test holds the two
-// together.
+// In the order in which a name is compared. interface/channel.json lists them in the same order; a test compares the
+// two.
 std::span<const ChannelMethod> ChannelMethods();
 
 // The first method whose name equals the given one byte for byte, or null.

@@ -6,7 +6,7 @@ from pathlib import Path
 import pytest
 
 ROOT = Path(__file__).resolve().parents[2]
-DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/**/*.md")])
+DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/**/*.md"), *ROOT.glob("interface/**/*.md")])
 
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)#\s]+)(#[^)]*)?\)")
 # A name in backticks that looks like a file or folder of this repository: it has a slash and starts with one of its folders.

@@ -31,4 +31,5 @@ def make_runtime(folder, names):
     (folder / "plugins").mkdir(parents=True)
     (folder / "plugins" / "plugin.dll").write_bytes(b"plugin")
     (folder / "libvlccore.dll").write_bytes(b"core")
+    (folder / "COPYING.txt").write_text("the licence of libvlc")
     make_library(folder / "libvlc.dll", names)

@@ -88,6 +88,17 @@ def test_folder_without_plugins_is_refused(runtime):
     assert "no plugins folder" in refusal(runtime)
 
 
+def test_package_is_not_made_of_a_runtime_without_its_licence(runtime):
+    (runtime / "COPYING.txt").unlink()
+    (runtime / "AUTHORS.txt").write_text("names are no licence")
+    out = runtime.parent / "out"
+    result = subprocess.run([ROOT / "packaging/make-package", "--runtime", runtime, "--out", out], capture_output=True,
+                            text=True)
+    assert result.returncode == 1
+    assert "has no licence file (COPYING.txt or the like)" in result.stderr
+    assert not out.exists()
+
+
 def test_package_is_not_made_of_a_runtime_that_will_not_do(tmp_path):
     make_runtime(tmp_path / "runtime", {"libvlc_new"})
     result = subprocess.run([ROOT / "packaging/make-package", "--runtime", tmp_path / "runtime", "--out", tmp_path / "out"],

@@ -1,11 +1,15 @@
 """The packages as a user meets them: the zip is unpacked, the installer runs silently, and both go away again."""
 
+import hashlib
+import json
 import os
+import re
 import shutil
 import subprocess
 import zipfile
 from pathlib import Path
 
+import pefile
 import pytest
 
 from tests.packaging.runtimes import check_runtime, make_runtime, published
@@ -32,7 +36,8 @@ def contents(folder: Path) -> set[str]:
     return {str(path.relative_to(folder)) for path in folder.rglob("*") if path.is_file()}
 
 
-EXPECTED = {"vantro.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt", "libvlc.dll", "libvlc-real.dll", "libvlccore.dll",
+EXPECTED = {"vantro.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt", "NOTICES.txt", "vantro.spdx.json",
+            "licenses/libvlc/COPYING.txt", "libvlc.dll", "libvlc-real.dll", "libvlccore.dll",
             "plugins/plugin.dll", "data/icudtl.dat", "data/flutter_assets/asset name with blanks.txt"}
 
 
@@ -62,6 +67,64 @@ def test_adapter_is_libvlc_and_the_runtime_lies_under_it(package):
     [stage] = [folder for folder in package.glob("vantro-*") if folder.is_dir()]
     assert "libvlc_media_player_stop" in check_runtime.exports_of(stage / "libvlc.dll")
     assert check_runtime.exports_of(stage / "libvlc-real.dll") == published(check_runtime.interfaces()[0])
+
+
+@pytest.fixture(scope="module")
+def stage(package):
+    [folder] = [folder for folder in package.glob("vantro-*") if folder.is_dir()]
+    return folder
+
+
+def test_notices_hold_the_licence_of_each_linked_library_and_say_where_those_of_the_runtime_are(stage):
+    text = (stage / "NOTICES.txt").read_bytes().decode()
+    assert text.count("\n") == text.count("\r\n")
+    for phrase in ("GCC RUNTIME LIBRARY EXCEPTION", "the mingw-w64 project", "Lucent Technologies", "Lockless Inc.", "NSIS",
+                   "Hewlett-Packard Company", "licenses/libvlc", "NOTICES.Z"):
+        assert phrase in text, phrase
+
+
+def test_bill_of_materials_lists_every_file_with_its_checksum(stage, package):
+    bill = json.loads((stage / "vantro.spdx.json").read_text())
+    listed = {entry["fileName"]: entry["checksums"][1]["checksumValue"] for entry in bill["files"]}
+    assert listed == {f"./{name}": hashlib.sha256((stage / name).read_bytes()).hexdigest()
+                      for name in EXPECTED - {"vantro.spdx.json"}}
+    [beside] = package.glob("vantro-*.spdx.json")
+    assert json.loads(beside.read_text()) == bill
+
+
+def test_bill_of_materials_is_whole(stage):
+    bill = json.loads((stage / "vantro.spdx.json").read_text())
+    assert bill["spdxVersion"] == "SPDX-2.3"
+    names = {entry["SPDXID"] for entry in bill["packages"] + bill["files"]}
+    assert len(names) == len(bill["packages"]) + len(bill["files"])
+    used = {relation[end] for relation in bill["relationships"] for end in ("spdxElementId", "relatedSpdxElement")}
+    assert used == names | {"SPDXRef-DOCUMENT"}
+    by_id = {entry["SPDXID"]: entry.get("fileName") for entry in bill["files"]}
+    linked = {(by_id[relation["spdxElementId"]], relation["relatedSpdxElement"]) for relation in bill["relationships"]
+              if relation["relationshipType"] == "STATIC_LINK"}
+    assert linked == {(f"./{image}", f"SPDXRef-{part}") for image in ("vantro.exe", "libvlc.dll")
+                      for part in ("GCC", "mingw-w64", "winpthreads")}
+    versions = {entry["name"]: entry.get("versionInfo", "") for entry in bill["packages"]}
+    for name in ("GCC runtime libraries", "mingw-w64 runtime", "winpthreads", "NSIS"):
+        assert re.match(r"\d+\.\d+", versions[name]), versions
+    assert {"libvlc and its plugins", "the interface and Flutter"} <= set(versions)
+    refs = {entry["licenseId"] for entry in bill["hasExtractedLicensingInfos"]}
+    assert refs == {"LicenseRef-mingw-w64", "LicenseRef-NSIS"}
+
+
+def test_version_resource_states_the_copyright_of_the_licence(stage):
+    image = pefile.PE(stage / "vantro.exe")
+    texts = {key.decode(): value.decode() for part in image.FileInfo[0] if hasattr(part, "StringTable")
+             for table in part.StringTable for key, value in table.entries.items()}
+    line = next(line for line in (ROOT / "LICENSE").read_text().splitlines() if line.startswith("Copyright"))
+    assert texts["LegalCopyright"] == f"{line}. MIT License."
+
+
+@pytest.mark.parametrize("name", ["vantro.exe", "libvlc.dll"])
+def test_shipped_program_links_no_network_library(stage, name):
+    libraries = {entry.dll.decode().lower() for entry in pefile.PE(stage / name).DIRECTORY_ENTRY_IMPORT}
+    assert "kernel32.dll" in libraries
+    assert not libraries & {"ws2_32.dll", "wsock32.dll", "winhttp.dll", "wininet.dll", "urlmon.dll", "webio.dll", "dnsapi.dll"}
 
 
 def test_shipped_executable_is_stripped_and_its_symbols_stand_apart(package):

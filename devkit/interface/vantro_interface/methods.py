@@ -1,57 +1,14 @@
-"""The channels' methods with the keys of their arguments, for the console. docs/channel.md describes them."""
+"""The channels' methods with the keys of their arguments, from interface/channel.json."""
 
-PLAYER_METHODS = {
-    "setMedia": ["URL", "url", "title", "Title", "networkCacheMs", "initialSeekPositionMs", "isLiveStream",
-                 "supportsTimeshift", "isInTimeshiftMode", "playerProfile", "localVodProxyEnabled", "originalUrl"],
-    "play": [],
-    "pause": [],
-    "playPause": [],
-    "stop": [],
-    "getPosition": [],
-    "getDuration": [],
-    "isPlaying": [],
-    "seek": ["positionMs"],
-    "seekTo": ["positionMs"],
-    "seekToInitialPosition": ["positionMs"],
-    "setAlphaFlutterView": ["level"],
-    "showFlutterView": [],
-    "hideFlutterView": [],
-    "resizeVLC": ["x", "y", "width", "height"],
-    "resizeVLCFull": [],
-    "vlcViewFront": [],
-    "vlcViewBack": [],
-    "getTracksInfo": [],
-    "showAvailableSubtitles": [],
-    "getBuildTime": [],
-    "getSpuTracks": [],
-    "setSpu": ["id", "index"],
-    "setAudioTrack": ["id", "index"],
-    "setFontSize": ["size"],
-    "enableNativeWakelock": [],
-    "disableNativeWakelock": [],
-    "isNativeWakelockEnabled": [],
-    "onStopped": [],
-    "setMediaTitle": ["title"],
-    "setUserAgent": ["UA"],
-    "debugInputLatency": ["enable"],
-    "getWindowInfo": [],
-    "requestProviderData": [],
-    "sendProviderData": ["chunkType"],
-    "enableMultiView": [],
-    "disableMultiView": [],
-    "mvAddStream": ["url", "name"],
-    "mvReplaceActive": ["url", "name"],
-    "mvSetActiveIndex": ["index"],
-    "mvRemoveActive": [],
-    "mvSwapTiles": ["from", "to"],
-    "mvPromoteActiveAndExit": [],
-    "mvExitFullscreen": [],
-    "getDatabaseEncryptionKey": [],
-    "toggleFullscreen": [],
-}
+import json
+import pathlib
 
-THUMBNAIL_METHODS = {
-    "initialize": [],
-    "getFrame": ["mediaId", "proxyUrl", "timeSeconds", "width", "height"],
-    "dispose": [],
-}
+DESCRIPTION = json.loads((pathlib.Path(__file__).resolve().parents[3] / "interface/channel.json").read_text())
+
+
+def keys_by_method(channel):
+    return {method["name"]: [argument["key"] for argument in method.get("arguments", [])]
+            for method in channel["methods"]}
+
+
+PLAYER_METHODS, THUMBNAIL_METHODS = map(keys_by_method, DESCRIPTION["channels"])

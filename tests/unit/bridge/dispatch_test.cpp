@@ -5,8 +5,10 @@
 #include <regex>
 
 #include "bridge/method_table.h"
+#include "player/player_events.h"
 #include "shell/vantro_window.h"
 #include "tests/support/local_app_data.h"
+#include "tests/unit/bridge/channel_data.h"
 #include "tests/unit/bridge/player_channel.h"
 
 namespace vantro::test {
@@ -19,17 +21,7 @@ class Dispatch : public PlayerChannelTest {};
 TEST(MethodTable, NamesEveryMethodInTheOrderOfComparison) {
   std::vector<std::string> names;
   for (const ChannelMethod& method : ChannelMethods()) names.emplace_back(method.name);
-  EXPECT_THAT(
-      names,
-      ElementsAre("setMedia", "play", "pause", "playPause", "stop", "getPosition", "getDuration", "isPlaying", "seek",
-                  "seekTo", "seekToInitialPosition", "setAlphaFlutterView", "showFlutterView", "hideFlutterView",
-                  "resizeVLC", "resizeVLCFull", "vlcViewFront", "vlcViewBack", "getTracksInfo",
-                  "showAvailableSubtitles", "getBuildTime", "getSpuTracks", "setSpu", "setAudioTrack", "setFontSize",
-                  "enableNativeWakelock", "disableNativeWakelock", "isNativeWakelockEnabled", "onStopped",
-                  "setMediaTitle", "setUserAgent", "debugInputLatency", "getWindowInfo", "requestProviderData",
-                  "sendProviderData", "enableMultiView", "disableMultiView", "mvAddStream", "mvReplaceActive",
-                  "mvSetActiveIndex", "mvRemoveActive", "mvSwapTiles", "mvPromoteActiveAndExit", "mvExitFullscreen",
-                  "getDatabaseEncryptionKey", "toggleFullscreen"));
+  EXPECT_THAT(names, testing::ElementsAreArray(kPlayerMethods));
 }
 
 TEST_F(Dispatch, EveryMethodOfTheTableAnswersExactlyOnce) {
@@ -40,6 +32,23 @@ TEST_F(Dispatch, EveryMethodOfTheTableAnswersExactlyOnce) {
   }
   EXPECT_EQ(loopback_.ReplyViolations(), 0);
   EXPECT_EQ(loopback_.PendingReplies(), 0);
+}
+
+TEST_F(Dispatch, RequestsThatAreDescribedAsAlwaysTrueAreTrueWithoutArgumentsMediaAndWindow) {
+  for (const char* method : kAlwaysTrueMethods) EXPECT_EQ(Ask(method), Success(Value(true))) << method;
+}
+
+TEST(MethodTable, PlayerEventsAreThoseDescribedInTheOrderOfAttachment) {
+  std::vector<std::string> names;
+  for (const PlayerEvent& event : kPlayerEvents) names.emplace_back(event.method);
+  EXPECT_THAT(names, testing::ElementsAreArray(kPlayerEventNames));
+}
+
+TEST_F(Dispatch, CallsThatRequestsMakeAreDescribed) {
+  const std::vector<std::string> described(std::begin(kEvents), std::end(kEvents));
+  for (const char* request : {"play", "getTracksInfo", "enableMultiView", "disableMultiView"}) Ask(request);
+  EXPECT_EQ(interface_.Calls().size(), 5u);
+  for (const std::string& name : interface_.CallNames()) EXPECT_THAT(described, testing::Contains(name));
 }
 
 TEST_F(Dispatch, UnknownMethodIsWrittenToTheMarkerAndNotImplemented) {
@@ -136,19 +145,22 @@ struct ErrorRow {
   int duplicates;
 };
 
-TEST_F(Dispatch, EachErrorHasItsCodeMessageAndDetailsAndItsSecondAnswerIsDropped) {
-  const Answer urlRequired = Failure("INVALID_ARGUMENT", "URL is required");
+TEST_F(Dispatch, EachErrorOfABareRequestIsAsDescribedAndItsSecondAnswerIsDropped) {
+  for (const BareError& error : kBareErrors) {
+    int duplicates = -1;
+    EXPECT_EQ(AskCountingDuplicates(error.method, Value(), &duplicates),
+              Failure(error.code, error.message, error.detailsAreFalse ? Value(false) : Value()))
+        << error.method;
+    EXPECT_EQ(duplicates, error.declines ? 1 : 0) << error.method;
+  }
+}
+
+TEST_F(Dispatch, ErrorOfWrongArgumentsHasItsCodeMessageAndDetailsAndItsSecondAnswerIsDropped) {
   const ErrorRow rows[] = {
-      {"setMedia", Value(), urlRequired, 0},
-      {"mvAddStream", Value(), urlRequired, 1},
-      {"mvReplaceActive", Value(), urlRequired, 1},
       {"mvSetActiveIndex", MapOf({{"index", Value(-1)}}), Failure("INVALID_ARGUMENT", "Invalid index"), 1},
       {"mvSwapTiles", MapOf({{"from", Value(-1)}, {"to", Value(0)}}), Failure("INVALID_ARGUMENT", "Invalid indices"),
        1},
-      {"toggleFullscreen", Value(), Failure("WINDOW_ERROR", "Window reference not available"), 1},
-      {"requestProviderData", Value(), Failure("NO_MASTER", "Master window not found", Value(false)), 1},
       {"sendProviderData", MapOf({}), Failure("INVALID_CHUNK", "Chunk type is missing", Value(false)), 1},
-      {"sendProviderData", Value(), Failure("INVALID_ARGUMENTS", "Arguments must be a map", Value(false)), 1},
   };
   for (const ErrorRow& row : rows) {
     int duplicates = -1;

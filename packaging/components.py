@@ -1,0 +1,47 @@
+"""What of others is in the programs: read from the linker's maps, and matched with packaging/components.json."""
+
+import json
+import re
+import subprocess
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+COMPONENTS = json.loads((HERE / "components.json").read_text())
+
+
+class Unknown(Exception):
+    """A linked library without a notice, as one sentence."""
+
+
+def linked_files(map_text):
+    """The names of the libraries and objects outside the build folder that a program holds code of."""
+    members, _, rest = map_text.partition("\nDiscarded input sections")
+    archives = re.findall(r"^(\S.*?\.(?:a|lib))\(", members, re.MULTILINE)
+    objects = re.findall(r"^LOAD (.+\.o(?:bj)?)$", map_text, re.MULTILINE)
+    # The build's own files have relative paths.
+    return {re.split(r"[/\\]", path)[-1] for path in archives + objects if re.match(r"/|[A-Za-z]:", path)}
+
+
+def components_of(names):
+    """The components that the linked files belong to, in the order of components.json."""
+    known = {name for component in COMPONENTS for name in component["linked"]}
+    unknown = sorted(names - known)
+    if unknown:
+        raise Unknown(f"no notice covers what is linked in from {', '.join(unknown)}: add it to packaging/components.json")
+    return [component for component in COMPONENTS if names & set(component["linked"])]
+
+
+def notice(component):
+    return (HERE / "notices" / component["notice"]).read_text()
+
+
+def versions(compiler):
+    """The version of each component, by its id, as the compiler and makensis tell."""
+    def output(*command, stdin=""):
+        return subprocess.run(command, input=stdin, check=True, capture_output=True, text=True).stdout.strip()
+
+    macros = "#include <_mingw.h>\n__GNUC__.__GNUC_MINOR__.__GNUC_PATCHLEVEL__\n__MINGW64_VERSION_STR\n"
+    lines = output(compiler, "-E", "-P", "-", stdin=macros).splitlines()[-2:]
+    gcc, mingw = (line.replace('"', "").replace(" ", "") for line in lines)
+    return {"GCC": gcc, "mingw-w64": mingw, "winpthreads": mingw,
+            "NSIS": output("makensis", "-VERSION").removeprefix("v")}
