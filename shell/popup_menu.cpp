@@ -42,10 +42,10 @@ void TrackMenuBelowButton(HMENU menu, HWND window, int buttonId) {
 }  // namespace
 
 void ShowPopupMenu(HWND window, const PopupMenu& menu, const MenuState& state) {
-  LOG_DEBUG("Show%sMenu: Showing %s popup menu", menu.logName, menu.logName);
+  LOG_DEBUG("%s", menu.shownLine);
   const ScopedMenu popup(CreatePopupMenu());
   if (!popup) {
-    LOG_ERROR("Show%sMenu: Failed to create popup menu", menu.logName);
+    LOG_ERROR("%s", menu.failedLine);
     return;
   }
   AppendItems(popup.Get(), menu.items, state);

@@ -10,7 +10,8 @@
 namespace vantro {
 
 struct PopupMenu {
-  const char* logName;
+  const char* shownLine;   // of the log
+  const char* failedLine;  // of the log
   int buttonId;
   std::span<const MenuItem> items;
 };

@@ -18,52 +18,62 @@ constexpr wchar_t kSettingsKey[] = L"Software\\Vantro\\WindowSettings";
 constexpr DWORD kReadBufferBytes = 512;  // a longer text counts as absent
 
 constexpr SettingChoice kHwAccelChoices[] = {
-    {kHwAccelAutoCommand, L"&Auto", "auto", "Auto"},
-    {kHwAccelNoneCommand, L"&None", "none", "None"},
-    {kHwAccelDxva2Command, L"&DXVA2", "dxva2", "DXVA2"},
-    {kHwAccelD3d11vaCommand, L"D3&D11VA", "d3d11va", "D3D11VA"},
+    {kHwAccelAutoCommand, L"&Auto", "auto", "HandleMenuCommand: VLC Hardware Acceleration - Auto"},
+    {kHwAccelNoneCommand, L"&None", "none", "HandleMenuCommand: VLC Hardware Acceleration - None"},
+    {kHwAccelDxva2Command, L"&DXVA2", "dxva2", "HandleMenuCommand: VLC Hardware Acceleration - DXVA2"},
+    {kHwAccelD3d11vaCommand, L"D3&D11VA", "d3d11va", "HandleMenuCommand: VLC Hardware Acceleration - D3D11VA"},
 };
 constexpr SettingChoice kAudioOutputChoices[] = {
-    {kAudioDirectSoundCommand, L"&DirectSound", "directsound", "DirectSound"},
-    {kAudioWasapiCommand, L"&WASAPI", "wasapi", "WASAPI"},
-    {kAudioMmdeviceCommand, L"&MMDevice", "mmdevice", "MMDevice"},
+    {kAudioDirectSoundCommand, L"&DirectSound", "directsound", "HandleMenuCommand: VLC Audio Output - DirectSound"},
+    {kAudioWasapiCommand, L"&WASAPI", "wasapi", "HandleMenuCommand: VLC Audio Output - WASAPI"},
+    {kAudioMmdeviceCommand, L"&MMDevice", "mmdevice", "HandleMenuCommand: VLC Audio Output - MMDevice"},
 };
 constexpr SettingChoice kDeinterlaceChoices[] = {
-    {kDeinterlaceOffCommand, L"&Off", "off", "Off"},
-    {kDeinterlaceLinearCommand, L"&Linear", "linear", "Linear"},
-    {kDeinterlaceBlendCommand, L"&Blend", "blend", "Blend"},
-    {kDeinterlaceMeanCommand, L"&Mean", "mean", "Mean"},
+    {kDeinterlaceOffCommand, L"&Off", "off", "HandleMenuCommand: VLC Deinterlacing - Off"},
+    {kDeinterlaceLinearCommand, L"&Linear", "linear", "HandleMenuCommand: VLC Deinterlacing - Linear"},
+    {kDeinterlaceBlendCommand, L"&Blend", "blend", "HandleMenuCommand: VLC Deinterlacing - Blend"},
+    {kDeinterlaceMeanCommand, L"&Mean", "mean", "HandleMenuCommand: VLC Deinterlacing - Mean"},
 };
 
-// The first is the window's; those of the media engine follow.
+// The first is the window's; those of the media engine follow. Lines of the log stand whole, so that they can be
+// searched for.
 constexpr Setting kSettings[] = {
     {L"AlwaysOnTop",
      &WindowSettings::alwaysOnTop_,
      nullptr,
-     "Always on top setting",
-     "Always on Top",
+     [](const char* value) { LOG_INFO("LoadSettings: Always on top setting loaded: %s", value); },
+     [](const char* value) { LOG_INFO("SaveSettings: Always on top setting saved: %s", value); },
+     nullptr,
      L"Always on &Top",
      kAlwaysOnTopCommand,
      {}},
-    {L"VLCHwAccel", nullptr, &WindowSettings::vlcHwAccel_, "VLC Hardware Acceleration", "VLC Hardware Acceleration",
+    {L"VLCHwAccel", nullptr, &WindowSettings::vlcHwAccel_,
+     [](const char* value) { LOG_INFO("LoadSettings: VLC Hardware Acceleration loaded: %s", value); },
+     [](const char* value) { LOG_INFO("SaveSettings: VLC Hardware Acceleration saved: %s", value); }, nullptr,
      L"&Hardware Acceleration", 0, kHwAccelChoices},
-    {L"VLCAudioOutput", nullptr, &WindowSettings::vlcAudioOutput_, "VLC Audio Output", "VLC Audio Output",
-     L"&Audio Output", 0, kAudioOutputChoices},
-    {L"VLCDeinterlace", nullptr, &WindowSettings::vlcDeinterlace_, "VLC Deinterlacing", "VLC Deinterlacing",
+    {L"VLCAudioOutput", nullptr, &WindowSettings::vlcAudioOutput_,
+     [](const char* value) { LOG_INFO("LoadSettings: VLC Audio Output loaded: %s", value); },
+     [](const char* value) { LOG_INFO("SaveSettings: VLC Audio Output saved: %s", value); }, nullptr, L"&Audio Output",
+     0, kAudioOutputChoices},
+    {L"VLCDeinterlace", nullptr, &WindowSettings::vlcDeinterlace_,
+     [](const char* value) { LOG_INFO("LoadSettings: VLC Deinterlacing loaded: %s", value); },
+     [](const char* value) { LOG_INFO("SaveSettings: VLC Deinterlacing saved: %s", value); }, nullptr,
      L"&Deinterlacing", 0, kDeinterlaceChoices},
     {L"VLCEqualizerEnabled",
      &WindowSettings::vlcEqualizerEnabled_,
      nullptr,
-     "VLC Equalizer enabled",
-     "VLC Equalizer",
+     [](const char* value) { LOG_INFO("LoadSettings: VLC Equalizer enabled loaded: %s", value); },
+     [](const char* value) { LOG_INFO("SaveSettings: VLC Equalizer enabled saved: %s", value); },
+     "HandleMenuCommand: VLC Equalizer toggled",
      L"&Equalizer",
      kEqualizerCommand,
      {}},
     {L"VLCCompressorEnabled",
      &WindowSettings::vlcCompressorEnabled_,
      nullptr,
-     "VLC Compressor enabled",
-     "VLC Compressor",
+     [](const char* value) { LOG_INFO("LoadSettings: VLC Compressor enabled loaded: %s", value); },
+     [](const char* value) { LOG_INFO("SaveSettings: VLC Compressor enabled saved: %s", value); },
+     "HandleMenuCommand: VLC Compressor toggled",
      L"&Compressor",
      kCompressorCommand,
      {}},
@@ -112,12 +122,12 @@ bool LoadSetting(HKEY key, const Setting& setting, WindowSettings* settings) {
     const std::optional<bool> flag = ReadFlag(key, setting.valueName);
     if (!flag) return false;
     settings->*setting.flag = *flag;
-    LOG_INFO("LoadSettings: %s loaded: %s", setting.storedLogName, EnabledOrDisabled(*flag));
+    setting.logLoaded(EnabledOrDisabled(*flag));
     return true;
   }
   std::optional<std::string> text = ReadText(key, setting.valueName);
   if (!text) return false;
-  LOG_INFO("LoadSettings: %s loaded: %s", setting.storedLogName, text->c_str());
+  setting.logLoaded(text->c_str());
   settings->*setting.text = *std::move(text);
   return true;
 }
@@ -126,8 +136,7 @@ LSTATUS SaveSetting(HKEY key, const Setting& setting, const WindowSettings& sett
   const LSTATUS status = setting.flag ? WriteFlag(key, setting.valueName, settings.*setting.flag)
                                       : WriteText(key, setting.valueName, settings.*setting.text);
   if (status == ERROR_SUCCESS) {
-    LOG_INFO("SaveSettings: %s saved: %s", setting.storedLogName,
-             setting.flag ? EnabledOrDisabled(settings.*setting.flag) : (settings.*setting.text).c_str());
+    setting.logSaved(setting.flag ? EnabledOrDisabled(settings.*setting.flag) : (settings.*setting.text).c_str());
   }
   return status;
 }

@@ -27,18 +27,22 @@ struct SettingChoice {
   WORD id;
   const wchar_t* menuText;
   const char* value;
-  const char* logName;
+  const char* logLine;  // when it is chosen
 };
+
+// Writes a whole line of the log with the value in it.
+using LogValue = void (*)(const char* value);
 
 struct Setting {
   const wchar_t* valueName;  // in the registry
   // A flag (REG_DWORD) or a text (REG_SZ); the other pointer is null.
   bool WindowSettings::*flag;
   std::string WindowSettings::*text;
-  const char* storedLogName;  // when it is loaded and saved
-  const char* menuLogName;    // when it is chosen
-  const wchar_t* menuText;    // of the flag's item or of the text's submenu
-  WORD menuId;                // of the flag's item
+  LogValue logLoaded;
+  LogValue logSaved;
+  const char* toggledLine;  // of the log, when a flag is chosen
+  const wchar_t* menuText;  // of the flag's item or of the text's submenu
+  WORD menuId;              // of the flag's item
   std::span<const SettingChoice> choices;
 };
 

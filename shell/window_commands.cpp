@@ -13,11 +13,11 @@ WindowCommands::WindowCommands(VantroWindow& window, const TitleBar& titleBar, F
     : window_(window), titleBar_(titleBar), overlay_(overlay), fullscreen_(fullscreen), volumeControl_(volumeControl) {}
 
 void WindowCommands::ShowFileMenu() {
-  ShowPopupMenu(window_.hwnd_, {"File", kFileButtonId, FileMenuItems()},
+  ShowPopupMenu(window_.hwnd_, {"ShowFileMenu: Showing File popup menu", "ShowFileMenu: Failed to create popup menu", kFileButtonId, FileMenuItems()},
                 {settings_, alwaysOnTopThisWindow_, fullscreen_.IsFullscreen(), CountActiveWindows()});
 }
 
-void WindowCommands::ShowHelpMenu() { ShowPopupMenu(window_.hwnd_, {"Help", kHelpButtonId, HelpMenuItems()}, {}); }
+void WindowCommands::ShowHelpMenu() { ShowPopupMenu(window_.hwnd_, {"ShowHelpMenu: Showing Help popup menu", "ShowHelpMenu: Failed to create popup menu", kHelpButtonId, HelpMenuItems()}, {}); }
 
 void WindowCommands::HandleMenuCommand(WORD commandId) {
   LOG_DEBUG("HandleMenuCommand: Received command %d", commandId);
@@ -61,14 +61,14 @@ bool WindowCommands::RunCommand(WORD id) {
 bool WindowCommands::ChangeMediaSetting(WORD id) {
   for (const Setting& setting : MediaSettings()) {
     if (setting.flag && setting.menuId == id) {
-      LOG_INFO("HandleMenuCommand: %s toggled", setting.menuLogName);
+      LOG_INFO("%s", setting.toggledLine);
       settings_.*setting.flag = !(settings_.*setting.flag);
       SaveSettings();
       return true;
     }
     for (const SettingChoice& choice : setting.choices) {
       if (choice.id != id) continue;
-      LOG_INFO("HandleMenuCommand: %s - %s", setting.menuLogName, choice.logName);
+      LOG_INFO("%s", choice.logLine);
       settings_.*setting.text = choice.value;
       SaveSettings();
       return true;
