@@ -2,7 +2,7 @@
 // else. One window with one player stands when it has started; then it takes commands, one a line, on standard input:
 //
 //   play URL            stops what plays in the window and plays the URL in its place
-//   stop                stops it
+//   stop                stops it, waits for the Stopped event, and says how many milliseconds that took
 //   place X Y W H       moves the window's video, in client pixels
 //   tile X Y W H URL    one more player in a child window, which plays the URL
 //   window              one more window with an instance and a player of its own
@@ -32,6 +32,8 @@ constexpr int kHeight = 720;
 constexpr const char* kArguments[] = {"--intf=dummy", "--no-video-title-show", "--aout=directsound",
                                       "--http-reconnect"};
 constexpr int kPlayerEvents[] = {0x102, 0x103, 0x104, 0x100, 0x105, 0x106, 0x10A, 0x10C, 0x10B, 0x10D};
+constexpr int kStopped = 0x106;
+constexpr DWORD kLongestStop = 5000;  // milliseconds
 constexpr int kTileEvents[] = {0x104, 0x100};
 
 template <typename Function>
@@ -44,14 +46,12 @@ struct Library {
   using EventManager = libvlc_event_manager_t* (*)(libvlc_media_player_t*);
   using EventAttach = int (*)(libvlc_event_manager_t*, int, libvlc_callback_t, void*);
   using AddOption = void (*)(libvlc_media_t*, const char*);
-  using Stop = void (*)(libvlc_media_player_t*);
   using SetInt = int (*)(libvlc_media_player_t*, int);
   using GetInt = int (*)(libvlc_media_player_t*);
   SetWindow setWindow = Resolve<SetWindow>("libvlc_media_player_set_hwnd");
   EventManager eventManager = Resolve<EventManager>("libvlc_media_player_event_manager");
   EventAttach eventAttach = Resolve<EventAttach>("libvlc_event_attach");
   AddOption addOption = Resolve<AddOption>("libvlc_media_add_option");
-  Stop stop = Resolve<Stop>("libvlc_media_player_stop");
   SetInt setVolume = Resolve<SetInt>("libvlc_audio_set_volume");
   GetInt getVolume = Resolve<GetInt>("libvlc_audio_get_volume");
   GetInt getMute = Resolve<GetInt>("libvlc_audio_get_mute");
@@ -74,6 +74,15 @@ HWND MakeWindow(HWND parent, int x, int y, int width, int height) {
 
 void Ignore(const libvlc_event_t*, void*) {}
 
+void Signal(const libvlc_event_t*, void* event) { SetEvent(event); }
+
+double Milliseconds() {
+  LARGE_INTEGER count, frequency;
+  QueryPerformanceCounter(&count);
+  QueryPerformanceFrequency(&frequency);
+  return static_cast<double>(count.QuadPart) * 1000 / static_cast<double>(frequency.QuadPart);
+}
+
 class BarePlayer {
  public:
   bool Start() {
@@ -85,6 +94,7 @@ class BarePlayer {
     video_ = MakeWindow(window_, 0, 0, client.right, client.bottom);
     player_ = MakePlayer(instance_, video_);
     for (int type : kPlayerEvents) library_.eventAttach(library_.eventManager(player_), type, Ignore, nullptr);
+    library_.eventAttach(library_.eventManager(player_), kStopped, Signal, stopped_);
     library_.setVolume(player_, 100);
     ShowWindow(window_, SW_SHOW);
     UpdateWindow(window_);
@@ -96,13 +106,14 @@ class BarePlayer {
     std::sscanf(line.c_str(), "%15s", verb);
     const std::string command = verb;
     if (command == "play") Play(line.substr(command.size() + 1).c_str());
-    if (command == "stop") library_.stop(player_);
+    const double began = Milliseconds();
+    if (command == "stop") Stop();
     if (command == "place") Place(line.c_str());
     if (command == "tile") AddTile(line.c_str());
     if (command == "window") AddWindow();
     if (command == "popup") AddPopup();
     if (command == "engine") AddEngine();
-    std::printf("did %s\n", verb);
+    std::printf("did %s %.3f\n", verb, Milliseconds() - began);
     std::fflush(stdout);
   }
 
@@ -113,8 +124,19 @@ class BarePlayer {
     return player;
   }
 
+  // Messages that the library's threads send to the window are served meanwhile.
+  void Stop() {
+    ResetEvent(stopped_);
+    if (libvlc_media_player_stop_async(player_) != 0) return;
+    while (MsgWaitForMultipleObjectsEx(1, &stopped_, kLongestStop, QS_SENDMESSAGE, MWMO_INPUTAVAILABLE) ==
+           WAIT_OBJECT_0 + 1) {
+      MSG message;
+      PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    }
+  }
+
   void Play(const char* url) {
-    library_.stop(player_);
+    Stop();
     libvlc_media_t* const media = libvlc_media_new_location(url);
     library_.addOption(media, ":no-video-title-show");
     library_.addOption(media, ":network-caching=300");
@@ -171,6 +193,7 @@ class BarePlayer {
   }
 
   const Library library_{};
+  HANDLE stopped_ = CreateEventW(nullptr, FALSE, FALSE, nullptr);  // set with each Stopped event
   libvlc_instance_t* instance_ = nullptr;
   libvlc_media_player_t* player_ = nullptr;
   HWND window_ = nullptr;

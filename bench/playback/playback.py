@@ -229,8 +229,11 @@ class QuietHostProgram(HostProgram):
         assert self.quiet.answer() is True
 
     def stop(self):
+        """Milliseconds until the request is answered."""
+        asked = clock()
         self.quiet.send("stop")
         self.settle()
+        return (clock() - asked) * 1000
 
 
 def set_media(url):
@@ -274,7 +277,9 @@ class BareProgram(Program):
         self.begin(f"play {url}")
 
     def stop(self):
+        """Milliseconds from the call to the Stopped event."""
         self.command("stop")
+        return float(self.output.read_text(errors="replace").split()[-1])
 
     def tiles(self, cells, urls):
         """Makes what is missing of a grid that looks like the host's."""
@@ -317,9 +322,10 @@ def summary(values):
 
 
 def measure_pictures(prefix, folder, server, rounds):
-    """First pictures: of a media in an idle player, and of one that replaces another."""
+    """First pictures: of a media in an idle player, and of one that replaces another; and the stop of the latter."""
     urls = [server.url(name) for name in STREAMS]
     taken = {kind: {"host": [], "bare": []} for kind in ("idle", "change")}
+    stops = {"host": [], "bare": []}
     stack, programs = both(prefix, folder)
     with stack:
         for program in programs:  # the first media of a process also loads libvlc's plugins
@@ -329,9 +335,10 @@ def measure_pictures(prefix, folder, server, rounds):
             taken["idle"][program.name].append(program.time_to_picture(urls[index % len(urls)]))
             time.sleep(0.3)  # what is replaced plays
             taken["change"][program.name].append(program.time_to_picture(urls[(index + 1) % len(urls)]))
-            program.stop()
-    return {kind: {name: {start: summary([round_[start] for round_ in rounds_]) for start in MOMENTS}
-                   for name, rounds_ in names.items()} for kind, names in taken.items()}
+            stops[program.name].append(program.stop())
+    pictures = {kind: {name: {start: summary([round_[start] for round_ in rounds_]) for start in MOMENTS}
+                       for name, rounds_ in names.items()} for kind, names in taken.items()}
+    return pictures, {name: summary(values) for name, values in stops.items()}
 
 
 def measure_interval(program, seconds):
@@ -459,11 +466,12 @@ def main():
     with Prefix(ROOT / f"out/wine/bench-{os.getpid()}") as prefix, StreamServer(streams) as server:
         if wanted("pictures"):
             print_comparison_head()
-            pictures = measure_pictures(prefix, folder, server, options.rounds)
+            pictures, stops = measure_pictures(prefix, folder, server, options.rounds)
             for kind, words in (("idle", "setMedia"), ("change", "channel change")):
                 for moment, span in MOMENTS.items():
                     print_comparison(f"{words}: {span}", pictures[kind]["host"][moment], pictures[kind]["bare"][moment],
                                      "" if moment == "play" else "1.02")
+            print_comparison("stop: request to answer; bare: call to Stopped", stops["host"], stops["bare"], "+20 ms")
         if wanted("start"):
             print_comparison_head()
             start = measure_start(prefix, folder, options.rounds)
