@@ -25,17 +25,9 @@ namespace {
 
 const RealFunctions& Functions() { return Real().functions; }
 
-struct PictureSize {
-  unsigned width = 0;
-  unsigned height = 0;
-};
-
-// Of the first video; 0 when there is none.
-PictureSize SizeOf(const void* handle) {
-  PictureSize size;
+vantro::runtime::PictureSize SizeOf(const void* handle) {
   const auto player = Player::Find(handle);
-  const bool known = player && Functions().libvlc_video_get_size(player->real(), 0, &size.width, &size.height) == 0;
-  return known ? size : PictureSize{};
+  return player ? player->VideoSize() : vantro::runtime::PictureSize{};
 }
 
 }  // namespace

@@ -77,15 +77,24 @@ Player::~Player() { CloseHandle(changed_); }
 
 void Player::Deliver(Event event) {
   const std::shared_ptr<Player> self = shared_from_this();  // a callback may release the player
-  const LibvlcThreadScope here;
+  const LibvlcThreadScope here(this);
   event.object = this;
   if (EndsStart(event.type)) startIsPending_.store(false);
+  if (real_) VideoSize();
   sound_.OnEvent(real_, event);
   events_.Deliver(event);
   if (event.type != kStopped) return;
   // Behind the host's callbacks, so that a stop returns when the host has seen its Stopped.
   ++stops_;
   SetEvent(changed_);
+}
+
+PictureSize Player::VideoSize() {
+  if (InEventOfAnother(this)) return lastSize_.load();
+  PictureSize size;
+  if (Real().functions.libvlc_video_get_size(real_, 0, &size.width, &size.height) != 0) size = {};
+  lastSize_.store(size);
+  return size;
 }
 
 void Player::SetWindow(void* window) {

@@ -14,6 +14,11 @@
 
 namespace vantro::runtime {
 
+struct PictureSize {
+  unsigned width = 0;  // pixels
+  unsigned height = 0;
+};
+
 class Player : public std::enable_shared_from_this<Player> {
  public:
   // Null when the library makes none. Any thread but libvlc's.
@@ -41,6 +46,11 @@ class Player : public std::enable_shared_from_this<Player> {
   // An event of the real player, on the thread that raised it: one of libvlc's, or the one that calls set_media.
   void Deliver(Event event);
 
+  // The size of the first video, 0 by 0 when there is none. Any thread. Inside an event of another player it is the
+  // size that was known at this player's last event, since asking the library could deadlock there (InEventOfAnother).
+  // The host asks all tiles for their sizes inside the event of one.
+  PictureSize VideoSize();
+
   // Any thread. Without a window the library would open one of its own: the media is told to show nothing instead.
   void SetWindow(void* window);
   void SetMedia(Media* media);
@@ -50,8 +60,8 @@ class Player : public std::enable_shared_from_this<Player> {
   // wait. Returns whether the player is at rest.
   //
   // The host gets one Stopped for each stop that comes to rest. Where the library sends none, because there was nothing
-  // to stop, it is delivered here, on the calling thread: the host hides the Stopped of a stop that it makes for itself,
-  // and without one it would hide the end of the next stream.
+  // to stop, it is delivered here, on the calling thread: the host hides the Stopped of a stop that it makes for
+  // itself, and without one it would hide the end of the next stream.
   bool Stop();
 
  private:
@@ -68,6 +78,7 @@ class Player : public std::enable_shared_from_this<Player> {
   std::atomic<void*> window_{nullptr};
   std::atomic<bool> showsNothing_{false};  // the current media was told so
 
+  std::atomic<PictureSize> lastSize_{PictureSize{}};
   std::atomic<bool> released_{false};
   std::atomic<unsigned> stops_{0};           // Stopped events delivered
   std::atomic<bool> startIsPending_{false};  // play was asked for, and no event has followed yet

@@ -1,11 +1,13 @@
 #include "runtime/stop.h"
 
+#include <utility>
+
 namespace vantro::runtime {
 namespace {
 
 constexpr DWORD kLookInterval = 10;  // milliseconds
 
-thread_local int eventsInProgress = 0;
+thread_local const void* playerInEvent = nullptr;  // the innermost one
 
 // Windows delivers sent messages inside this call. Nothing is taken from the queue.
 void ServeSentMessages() {
@@ -27,10 +29,12 @@ bool WaitServingSentMessages(HANDLE wake, const std::function<bool()>& done) {
   return true;
 }
 
-LibvlcThreadScope::LibvlcThreadScope() { ++eventsInProgress; }
+LibvlcThreadScope::LibvlcThreadScope(const void* player) : outer_(std::exchange(playerInEvent, player)) {}
 
-LibvlcThreadScope::~LibvlcThreadScope() { --eventsInProgress; }
+LibvlcThreadScope::~LibvlcThreadScope() { playerInEvent = outer_; }
 
-bool OnLibvlcThread() { return eventsInProgress > 0; }
+bool OnLibvlcThread() { return playerInEvent != nullptr; }
+
+bool InEventOfAnother(const void* player) { return playerInEvent && playerInEvent != player; }
 
 }  // namespace vantro::runtime

@@ -19,16 +19,23 @@ inline constexpr ULONGLONG kQuietStart = 250;
 // every few milliseconds.
 bool WaitServingSentMessages(HANDLE wake, const std::function<bool()>& done);
 
-// Marks the calling thread as one of libvlc's for the life of the object: it is inside an event.
+// Marks the calling thread as one of libvlc's for the life of the object: it is inside an event of the player.
 class LibvlcThreadScope {
  public:
-  LibvlcThreadScope();
+  explicit LibvlcThreadScope(const void* player);
   ~LibvlcThreadScope();
   LibvlcThreadScope(const LibvlcThreadScope&) = delete;
   LibvlcThreadScope& operator=(const LibvlcThreadScope&) = delete;
+
+ private:
+  const void* outer_;  // the player whose event encloses this one, or null
 };
 
 // True inside an event of any player: a wait for libvlc there would wait for itself.
 bool OnLibvlcThread();
+
+// True inside an event of another player, whose lock the thread holds. To take this player's lock there could deadlock:
+// another thread may be inside an event of this player and ask for the other one.
+bool InEventOfAnother(const void* player);
 
 }  // namespace vantro::runtime

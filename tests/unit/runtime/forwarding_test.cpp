@@ -171,6 +171,24 @@ TEST_P(ForwardingTest, ThePictureHasTheSizeOfTheFirstVideo) {
   EXPECT_THAT(published::CallsOf("libvlc_video_get_size"), testing::Each("libvlc_video_get_size(player1, 0)"));
 }
 
+// A thread in an event holds its player's lock, and another may hold the other player's and ask for this one.
+TEST_P(ForwardingTest, TheSizeOfAnotherPlayerInsideAnEventIsTheLastKnownOne) {
+  libvlc_media_player_t* const other = vlc().libvlc_media_player_new(instance_);
+  void* const otherReal = published::Player(2);
+  published::SetSize(otherReal, 640, 360);
+  Reach(otherReal, kPlaying);
+  published::SetSize(otherReal, 1280, 720);
+  published::ClearCalls();
+  unsigned width = 0;
+  Action ask = [&] { width = vlc().libvlc_video_get_width(other); };
+  Attach(kPlaying, RunAction, &ask);
+  published::OnLibraryThread([&] { Reach(kPlaying); });
+  EXPECT_EQ(width, 640u);
+  EXPECT_THAT(published::CallsOf("libvlc_video_get_size"), testing::Each("libvlc_video_get_size(player1, 0)"));
+  EXPECT_EQ(vlc().libvlc_video_get_width(other), 1280u) << "outside of events the library is asked";
+  vlc().libvlc_media_player_release(other);
+}
+
 TEST_P(ForwardingTest, WhatNoLibraryHasStaysAbsent) {
   EXPECT_EQ(vlc().libvlc_media_new_uri, nullptr);
   EXPECT_EQ(vlc().libvlc_video_set_viewport, nullptr);
