@@ -186,6 +186,7 @@ TEST_P(ForwardingTest, TheSizeOfAnotherPlayerInsideAnEventIsTheLastKnownOne) {
   EXPECT_EQ(width, 640u);
   EXPECT_THAT(published::CallsOf("libvlc_video_get_size"), testing::Each("libvlc_video_get_size(player1, 0)"));
   EXPECT_EQ(vlc().libvlc_video_get_width(other), 1280u) << "outside of events the library is asked";
+  published::SetState(otherReal, published::kStopped);
   vlc().libvlc_media_player_release(other);
 }
 

@@ -94,14 +94,15 @@ TEST_P(SoundTest, IsNotTouchedWhileNothingWasSet) {
   Reach(kPlaying);
   TellTime(0);
   TellBuffering(100);
-  EXPECT_THAT(published::Calls(), IsEmpty());
+  EXPECT_THAT(published::Calls(), testing::Not(testing::Contains(testing::StartsWith("libvlc_audio"))));
 }
 
 TEST_P(SoundTest, OnlyWhatWasSetIsSetAgain) {
   SetVolume(0);
   published::ClearCalls();
   Reach(kPlaying);
-  EXPECT_THAT(published::Calls(), ElementsAre("libvlc_audio_set_volume(player1, 0)"));
+  EXPECT_THAT(published::CallsOf("libvlc_audio_set_volume"), ElementsAre("libvlc_audio_set_volume(player1, 0)"));
+  EXPECT_THAT(published::CallsOf("libvlc_audio_set_mute"), IsEmpty());
 }
 
 TEST_P(SoundTest, BelongsToOnePlayer) {
