@@ -54,7 +54,7 @@ std::shared_ptr<Player> Player::Find(const void* handle) {
 void Player::Release(PlayerHandle* handle) {
   const std::shared_ptr<Player> player = Find(handle);
   if (!player) return;
-  const bool atRest = player->Stop();
+  const bool atRest = player->ComeToRest(player->stops_.load());
   {
     const std::lock_guard guard(Living().lock);
     if (Living().byHandle.erase(handle) == 0) return;  // another thread released it meanwhile
@@ -128,8 +128,12 @@ void Player::ShowNothing(Media* media) {
   RUNTIME_LOG("player %p has no window: %s", static_cast<void*>(this), kShowNothing);
 }
 
-bool Player::Stop() {
+void Player::Stop() {
   const unsigned before = stops_.load();
+  if (ComeToRest(before) && stops_.load() == before && !released_.load()) Deliver({kStopped, nullptr, {}});
+}
+
+bool Player::ComeToRest(unsigned stopsBefore) {
   const int result = Real().functions.libvlc_media_player_stop_async(real_);
   if (OnLibvlcThread()) {
     RUNTIME_LOG("player %p: stop from a callback doesn't wait", static_cast<void*>(this));
@@ -138,8 +142,7 @@ bool Player::Stop() {
   const ULONGLONG began = GetTickCount64();
   const bool nothingToStop = result < 0 && Real().functions.libvlc_media_player_get_state(real_) != State::kStopping;
   const bool done =
-      nothingToStop || WaitServingSentMessages(changed_, [&] { return AtRest(before, GetTickCount64() - began); });
-  if (done && stops_.load() == before && !released_.load()) Deliver({kStopped, nullptr, {}});
+      nothingToStop || WaitServingSentMessages(changed_, [&] { return AtRest(stopsBefore, GetTickCount64() - began); });
   RUNTIME_LOG("player %p: stop took %llu ms%s", static_cast<void*>(this), GetTickCount64() - began,
               done ? "" : " and was given up");
   return done;

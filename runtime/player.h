@@ -57,14 +57,16 @@ class Player : public std::enable_shared_from_this<Player> {
   int Play();
 
   // Stops and waits until the player is at rest, for kLongestStop at most (stop.h). From inside an event it doesn't
-  // wait. Returns whether the player is at rest.
+  // wait.
   //
   // The host gets one Stopped for each stop that comes to rest. Where the library sends none, because there was nothing
   // to stop, it is delivered here, on the calling thread: the host hides the Stopped of a stop that it makes for
   // itself, and without one it would hide the end of the next stream.
-  bool Stop();
+  void Stop();
 
  private:
+  // The stop and its wait. Returns whether the player is at rest.
+  bool ComeToRest(unsigned stopsBefore);
   void ReleaseReal();
   void ShowNothing(Media* media);
   bool AtRest(unsigned stopsBefore, unsigned long long waited) const;

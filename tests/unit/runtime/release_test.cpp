@@ -72,6 +72,13 @@ TEST_P(ReleaseTest, OnAnotherThreadWaitsForACallbackInProgress) {
   EXPECT_TRUE(ended);
 }
 
+TEST_P(ReleaseTest, OfAPlayerAtRestGivesTheHostNoEvent) {
+  Received stopped;
+  Attach(kStopped, Receive, &stopped);
+  Release();
+  EXPECT_EQ(stopped.calls, 0);
+}
+
 TEST_P(ReleaseTest, IsFollowedByNoEvent) {
   Received received;
   Attach(kPaused, Receive, &received);
