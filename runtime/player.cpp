@@ -80,7 +80,7 @@ void Player::Deliver(Event event) {
   const LibvlcThreadScope here(this);
   event.object = this;
   if (EndsStart(event.type)) startIsPending_.store(false);
-  if (real_) VideoSize();
+  if (real_ && event.type != kPositionChanged) VideoSize();  // a time event comes with each position
   sound_.OnEvent(real_, event);
   events_.Deliver(event);
   if (event.type != kStopped) return;
