@@ -1,4 +1,4 @@
-"""The lists that the unit tests of bridge/ hold the host against, as a C++ header."""
+"""The lists that the unit tests of channel/ hold the host against, as a C++ header."""
 
 HEAD = """// Made from interface/channel.json by interface/generate: what the host has to be.
 #pragma once

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 #include "shell/title_bar.h"
 
 namespace vantro {

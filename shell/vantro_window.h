@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 #include "services/vod_thumbnail_worker_plugin.h"

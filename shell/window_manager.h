@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "bridge/host_windows.h"
+#include "channel/host_windows.h"
 
 namespace vantro {
 

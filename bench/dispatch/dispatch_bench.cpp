@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "bench/dispatch/allocation_count.h"
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 #include "devkit/engine/loopback_control.h"
 #include "devkit/scripted/scripted_control.h"
 #include "flutter_host/embedding_api.h"

@@ -13,7 +13,7 @@
 #include <string>
 
 #include "bench/dispatch/allocation_count.h"
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 #include "devkit/scripted/scripted_control.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"

@@ -14,7 +14,7 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-FOLDERS = ("shell", "flutter_host", "bridge", "player", "services", "common")
+FOLDERS = ("shell", "flutter_host", "channel", "player", "services", "common")
 GCOV = "x86_64-w64-mingw32-gcov-posix"
 
 # | `file` | `function` | lines | reason |

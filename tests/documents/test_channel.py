@@ -18,7 +18,7 @@ def sources(*folders):
     return "\n".join(path.read_text() for folder in folders for path in sorted((ROOT / folder).glob("*.[ch]*")))
 
 
-BRIDGE, SERVICES = sources("bridge"), sources("services")
+CHANNEL, SERVICES = sources("channel"), sources("services")
 
 
 def constant(text, name):
@@ -37,7 +37,7 @@ def test_what_is_made_from_the_description_is_up_to_date():
 
 @pytest.fixture
 def copy(tmp_path):
-    for name in ("interface", "docs", "tests/unit/bridge"):
+    for name in ("interface", "docs", "tests/unit/channel"):
         shutil.copytree(ROOT / name, tmp_path / name)
     return tmp_path
 
@@ -63,14 +63,14 @@ def test_new_method_reaches_the_page_the_dart_client_and_the_unit_tests(copy):
     assert generate(copy).returncode == 0
     assert "| `setSpeed` | `rate` number (1.0) | plays faster or slower | `true`, always |" in (copy / "docs/channel.md").read_text()
     assert "Future<void> setSpeed({double rate = 1.0}) async" in (copy / "interface/dart/lib/src/player_channel.dart").read_text()
-    assert (copy / "tests/unit/bridge/channel_data.h").read_text().count('"setSpeed"') == 2
+    assert (copy / "tests/unit/channel/channel_data.h").read_text().count('"setSpeed"') == 2
 
 
 def read_arguments():
     """Key, type and default, as the product writes it, of every argument that it reads."""
     types = {"Int": "integer", "Bool": "boolean", "Number": "number", "String": "string"}
-    found = re.findall(r'Read(Int|Bool|Number|String)Argument\(call, "(\w+)"(?:, ([\w.-]+))?\)', BRIDGE)
-    pairs = re.findall(r'ReadEither\(call, "(\w+)", "(\w+)"\)', BRIDGE)
+    found = re.findall(r'Read(Int|Bool|Number|String)Argument\(call, "(\w+)"(?:, ([\w.-]+))?\)', CHANNEL)
+    pairs = re.findall(r'ReadEither\(call, "(\w+)", "(\w+)"\)', CHANNEL)
     return {(key, types[reader], text) for reader, key, text in found} | {(key, "string", "") for pair in pairs for key in pair}
 
 
@@ -80,7 +80,7 @@ def value_of(text):
         member = text.removeprefix("request.")
         text = re.search(rf"\b{member} = ([\w.-]+);", sources("player"))[1]
     if text.startswith("k"):
-        text = constant(BRIDGE + sources("player"), text)
+        text = constant(CHANNEL + sources("player"), text)
     named = {"": "", "true": True, "false": False, "id": "id"}
     return named[text] if text in named else float(text)
 
@@ -97,14 +97,14 @@ def test_keys_of_get_frame_are_those_that_the_worker_requires():
     assert re.findall(r'"(\w+)"', required) == [argument["key"] for argument in THUMBNAIL["methods"][1]["arguments"]]
 
 
-@pytest.mark.parametrize("channel,text", [(PLAYER, BRIDGE), (THUMBNAIL, SERVICES)], ids=["player", "thumbnail"])
+@pytest.mark.parametrize("channel,text", [(PLAYER, CHANNEL), (THUMBNAIL, SERVICES)], ids=["player", "thumbnail"])
 def test_errors_are_those_that_the_product_answers(channel, text):
     answered = set(re.findall(r'(?:Error\(|Refuse\(result, )"(\w+)", "([^"]+)"', text))
     assert {(error["code"], error["message"]) for error in channel["errors"]} == answered
 
 
 def test_toasts_are_those_that_the_product_sends():
-    sent = re.findall(r'ShowToast\("([^"]+)"(?: \+ \w+ \+ "([^"]*)")?, (true|false)\)', BRIDGE)
+    sent = re.findall(r'ShowToast\("([^"]+)"(?: \+ \w+ \+ "([^"]*)")?, (true|false)\)', CHANNEL)
     described = {(toast["message"].replace("ACTION", ""), str(toast["short"]).lower()) for toast in PLAYER["toasts"]}
     assert {(before + after, short) for before, after, short in sent} == described
 
@@ -115,13 +115,13 @@ def test_failures_of_get_frame_are_those_that_the_worker_reports():
 
 
 def test_events_are_named_in_the_product():
-    text = sources("bridge", "player", "shell")
+    text = sources("channel", "player", "shell")
     missing = [event["name"] for event in PLAYER["events"] if f'"{event["name"]}"' not in text]
     assert not missing
 
 
 def test_channels_are_those_that_the_product_serves():
-    assert f'"{PLAYER["name"]}"' in BRIDGE and f'"{THUMBNAIL["name"]}"' in SERVICES
+    assert f'"{PLAYER["name"]}"' in CHANNEL and f'"{THUMBNAIL["name"]}"' in SERVICES
 
 
 def test_limits_are_those_of_the_product():

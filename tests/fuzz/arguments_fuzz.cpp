@@ -2,7 +2,7 @@
 // a value of another type is never taken for one.
 #include <cmath>
 
-#include "bridge/argument_readers.h"
+#include "channel/argument_readers.h"
 #include "flutter_host/standard_method_codec.h"
 #include "services/snapshot_request.h"
 #include "tests/fuzz/require.h"

@@ -1,7 +1,7 @@
 // Any bytes read as some session marker, and what the host writes reads back as what it meant.
 #include <algorithm>
 
-#include "bridge/session_marker.h"
+#include "channel/session_marker.h"
 #include "tests/fuzz/require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

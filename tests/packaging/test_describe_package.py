@@ -14,9 +14,9 @@ import licences
 MAP = """Archive member included to satisfy reference by file (symbol)
 
 /usr/lib/gcc/x86_64-w64-mingw32/12-posix/libstdc++.a(string-inst.o)
-                              libvantro_core.a(bridge.cpp.obj) (std::string)
-{more}libvantro_core.a(bridge.cpp.obj)
-                              main.cpp.obj (Bridge)
+                              libvantro_core.a(channel.cpp.obj) (std::string)
+{more}libvantro_core.a(channel.cpp.obj)
+                              main.cpp.obj (Channel)
 
 Discarded input sections
 

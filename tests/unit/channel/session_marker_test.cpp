@@ -1,4 +1,4 @@
-#include "bridge/session_marker.h"
+#include "channel/session_marker.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "bridge/request_handlers.h"
+#include "channel/request_handlers.h"
 
 namespace vantro {
 

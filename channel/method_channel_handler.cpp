@@ -1,8 +1,8 @@
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 
 #include <utility>
 
-#include "bridge/method_table.h"
+#include "channel/method_table.h"
 #include "common/log.h"
 #include "flutter_host/flutter_engine.h"
 #include "flutter_host/standard_method_codec.h"

@@ -9,7 +9,7 @@
 #include "flutter_host/byte_stream.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
-#include "tests/unit/bridge/player_channel.h"
+#include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
 namespace {

@@ -1,7 +1,7 @@
 // The grid. All the work is the player's: the requests read, guard, answer, and tell the interface to show or hide its
 // overlay.
-#include "bridge/argument_readers.h"
-#include "bridge/request_handlers.h"
+#include "channel/argument_readers.h"
+#include "channel/request_handlers.h"
 #include "common/log.h"
 #include "player/vlc_player.h"
 

@@ -1,10 +1,10 @@
 // The wakelock, the database key, and what else concerns the window or the program as a whole.
 #include <windows.h>
 
-#include "bridge/argument_readers.h"
-#include "bridge/build_time.h"
-#include "bridge/host_windows.h"
-#include "bridge/request_handlers.h"
+#include "channel/argument_readers.h"
+#include "channel/build_time.h"
+#include "channel/host_windows.h"
+#include "channel/request_handlers.h"
 #include "services/database_key_store.h"
 
 namespace vantro::requests {

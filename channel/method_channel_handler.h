@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "bridge/session_marker.h"
+#include "channel/session_marker.h"
 #include "flutter_host/encodable_value.h"
 #include "flutter_host/method_channel.h"
 

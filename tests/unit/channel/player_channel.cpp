@@ -1,4 +1,4 @@
-#include "tests/unit/bridge/player_channel.h"
+#include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
 
@@ -30,8 +30,7 @@ void PlayerChannelTest::RestartHandler() {
   handler_ = std::make_unique<MethodChannelHandler>(engine_.get(), player_.get(), true, nullptr);
 }
 
-Answer PlayerChannelTest::AskCountingDuplicates(const std::string& method, const Value& arguments,
-                                                int* duplicates) {
+Answer PlayerChannelTest::AskCountingDuplicates(const std::string& method, const Value& arguments, int* duplicates) {
   testing::internal::CaptureStderr();
   const Answer answer = Ask(method, arguments);
   std::fflush(stderr);

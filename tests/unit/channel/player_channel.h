@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 #include "tests/support/interface_end.h"

@@ -1,4 +1,4 @@
-#include "bridge/argument_readers.h"
+#include "channel/argument_readers.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 // how a failure is answered.
 #include <utility>
 
-#include "bridge/argument_readers.h"
-#include "bridge/request_handlers.h"
+#include "channel/argument_readers.h"
+#include "channel/request_handlers.h"
 #include "common/log.h"
 #include "player/media_request.h"
 #include "player/vlc_player.h"

@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "tests/unit/bridge/player_channel.h"
+#include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
 namespace {

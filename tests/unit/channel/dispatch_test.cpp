@@ -4,12 +4,12 @@
 
 #include <regex>
 
-#include "bridge/method_table.h"
+#include "channel/method_table.h"
 #include "player/player_events.h"
 #include "shell/vantro_window.h"
 #include "tests/support/local_app_data.h"
-#include "tests/unit/bridge/channel_data.h"
-#include "tests/unit/bridge/player_channel.h"
+#include "tests/unit/channel/channel_data.h"
+#include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
 namespace {

@@ -1,8 +1,8 @@
 // The relay of provider data from the first window, which holds it, to all others. The host keeps nothing of it: a
 // chunk is handed on before the request returns.
-#include "bridge/argument_readers.h"
-#include "bridge/host_windows.h"
-#include "bridge/request_handlers.h"
+#include "channel/argument_readers.h"
+#include "channel/host_windows.h"
+#include "channel/request_handlers.h"
 #include "common/log.h"
 
 namespace vantro::requests {

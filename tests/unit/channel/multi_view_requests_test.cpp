@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/unit/bridge/player_channel.h"
+#include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
 namespace {

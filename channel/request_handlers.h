@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 #include "flutter_host/method_call.h"
 #include "flutter_host/method_result.h"
 

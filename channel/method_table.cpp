@@ -1,4 +1,4 @@
-#include "bridge/method_table.h"
+#include "channel/method_table.h"
 
 #include <algorithm>
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "bridge/method_channel_handler.h"
+#include "channel/method_channel_handler.h"
 
 namespace vantro {
 

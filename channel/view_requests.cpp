@@ -1,8 +1,8 @@
 // The Flutter view and the video's window.
 #include <windows.h>
 
-#include "bridge/argument_readers.h"
-#include "bridge/request_handlers.h"
+#include "channel/argument_readers.h"
+#include "channel/request_handlers.h"
 #include "common/saturated_cast.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"

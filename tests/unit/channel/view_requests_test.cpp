@@ -2,11 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "shell/vantro_window.h"
-#include "tests/unit/bridge/player_channel.h"
+#include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
 namespace {
-
 
 const Answer kTrue = Success(Value(true));
 

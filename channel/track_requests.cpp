@@ -1,6 +1,6 @@
 // Choosing subtitle and audio tracks.
-#include "bridge/argument_readers.h"
-#include "bridge/request_handlers.h"
+#include "channel/argument_readers.h"
+#include "channel/request_handlers.h"
 #include "player/vlc_player.h"
 
 namespace vantro::requests {

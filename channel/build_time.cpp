@@ -1,5 +1,5 @@
 // A file of its own: it is the only object whose bytes change from build to build.
-#include "bridge/build_time.h"
+#include "channel/build_time.h"
 
 namespace vantro {
 
