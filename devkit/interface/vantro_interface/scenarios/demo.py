@@ -19,6 +19,7 @@ from tests.end_to_end.stream_server import StreamServer  # noqa: E402
 
 START = 30.0  # seconds until a stream must play
 LISTEN = 4.0  # seconds of an address that are shown
+TITLE_BAR = (70, 70, 95)  # its colour
 
 
 def video_area(client):
@@ -127,7 +128,7 @@ class Demo:
 
     def tell_seeking(self, server):
         with self.teller.step("Seeking and tracks in a file"):
-            self.play(server.url("tracks.mp4"), title="Tracks", isLiveStream=False)
+            self.play(server.url("film.mp4"), title="Film", isLiveStream=False)
             self.teller.invoke(self.client, "getDuration")
             mark = self.client.mark()
             self.call("seek", {"positionMs": 30000})
@@ -137,7 +138,7 @@ class Demo:
             self.call("getTracksInfo")
             self.client.wait_for("spuTracks", after=mark)
             self.client.wait_for("audioTracks", after=mark)
-            self.picture("2-seeked", colours=1)
+            self.picture("2-seeked")
 
     def tell_grid(self, server):
         with self.teller.step("A grid of four"):
@@ -152,6 +153,25 @@ class Demo:
             mark = self.client.mark()
             self.call("disableMultiView")
             self.client.wait_for("hideMultiViewOverlay", after=mark)
+            # The end of the grid leaves the video over the title bar.
+            self.call("resizeVLCFull")
+            self.title_bar_picture("5-after-grid")
+
+    def title_bar_picture(self, name):
+        """Keeps a screenshot on which the title bar is above the video."""
+
+        def look():
+            path = self.display.screenshot(self.out / f"{name}.png")
+            left, top, right, _ = self.client.windows("VantroWindowClass")[0].rect
+            _, free = region_colours(path, (left + 200, top + 6, left + 215, top + 24))
+            parts = {"File": (left + 95, top + 8, left + 125, top + 26),
+                     "the close button": (right - 32, top + 6, right - 10, top + 26)}
+            missing = [part for part, rect in parts.items() if region_colours(path, rect)[0] < 2]
+            return missing if all(abs(a - b) < 12 for a, b in zip(free, TITLE_BAR)) else ["the bar", *missing]
+
+        self.client.poll(look, lambda missing: not missing, "the title bar above the video", pause=0.3)
+        self.teller.line(f"   screenshot {name}.png: the title bar is back")
+        self.pictures.append(f"{name}.png")
 
     def tile_pictures(self):
         """Waits until the three plain tiles show their colours: tiles go by rows, the test picture is the first."""
@@ -194,18 +214,23 @@ class Demo:
             self.teller.invoke(self.client, "getWindowInfo", engine=engine)
             self.call("setMedia", {"url": server.url("yellow.ts")}, engine=engine)
             self.client.wait_for("onPlaying", engine=engine, timeout=START)
-            self.yellow_picture("5-two-windows")
+            self.yellow_picture("6-two-windows")
 
     def tell_thumbnail(self, server):
         with self.teller.step("A thumbnail of a moment in a film"):
             self.call("initialize", channel=THUMBNAIL_CHANNEL)
-            request = {"mediaId": "demo", "proxyUrl": server.url("tracks.mp4"), "timeSeconds": 20.0, "width": 320,
+            request = {"mediaId": "demo", "proxyUrl": server.url("film.mp4"), "timeSeconds": 20.0, "width": 320,
                        "height": 180}
             reply = self.teller.invoke(self.client, "getFrame", request, channel=THUMBNAIL_CHANNEL, timeout=30)
             if not reply.get("success"):
                 raise StoryFailed(f"no thumbnail: {reply.get('error')}")
-            (self.out / "6-thumbnail.png").write_bytes(reply["bytes"])
-            self.pictures.append("6-thumbnail.png")
+            path = self.out / "7-thumbnail.png"
+            path.write_bytes(reply["bytes"])
+            seen, _ = region_colours(path, (0, 0, request["width"], request["height"]))
+            self.teller.line(f"   thumbnail {path.name}: {seen} colours")
+            if seen < 16:
+                raise StoryFailed("the thumbnail does not show the film")
+            self.pictures.append(path.name)
             self.call("dispose", reply=None, channel=THUMBNAIL_CHANNEL)
 
     def tell_addresses(self, urls):
@@ -252,7 +277,7 @@ def wait_for_the_user(demo, server):
     demo.client.close()
     demo.teller.line("the host goes on; ./dev console in another terminal talks to it. Ctrl-C ends it.")
     if server:
-        demo.teller.line(f"streams for it: {server.url('test.ts')} {server.url('tracks.mp4')}")
+        demo.teller.line(f"streams for it: {server.url('test.ts')} {server.url('film.mp4')}")
     try:
         demo.host.process.wait()
     except KeyboardInterrupt:

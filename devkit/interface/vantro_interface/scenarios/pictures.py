@@ -1,4 +1,6 @@
-"""The pictures of the chrome in docs/pictures, taken anew: python3 -m vantro_interface.scenarios.pictures [FOLDER]
+"""Takes the pictures of docs/pictures: python3 -m vantro_interface.scenarios.pictures [FOLDER]
+
+three-windows.png is the exception: tests/end_to_end/test_windows.py leaves it.
 
 Whoever takes them looks at them before they are committed.
 """
@@ -15,11 +17,13 @@ from ..host import ROOT, Host, Prefix, player_libraries
 from ..user import User, centre
 
 sys.path.append(str(ROOT))
+from tests.end_to_end.grid import ScreenPart, cells, client_area  # noqa: E402
 from tests.end_to_end.stream_server import StreamServer  # noqa: E402
 
 WIDTHS = {640: "640x480", 1280: "1280x720", 1920: "1920x1080"}
 BAR_HEIGHT = 36  # with the frame
 MARGIN = 12
+VIDEO = 500  # a picture with the video in it has more colours than this
 
 
 class Session:
@@ -106,7 +110,30 @@ def take_fullscreen(session, folder, width):
     session.client.poll(lambda: chrome.window.size[0], lambda seen: seen == width, "fullscreen")
     user.move(width // 2, 10)
     chrome.wait_for_bar(True)
-    session.shoot(folder / f"fullscreen-{width}.png", (0, 0, width, 120), colours=40)
+    session.shoot(folder / f"fullscreen-{width}.png", (0, 0, width, 120), colours=VIDEO)
+
+
+def take_streams(session, folder, server):
+    """The single view, then grids of one to five tiles, each once every plain tile shows its colour."""
+    client, names = session.client, ("test picture", "red", "green", "blue", "yellow")
+    area = session.chrome.window.rect
+    session.shoot(folder / "single-view.png", area, colours=VIDEO)
+    client.invoke("enableMultiView")
+    for count, name in enumerate(names, 1):
+        if count > 1:
+            client.invoke("mvAddStream", {"url": server.url(f"{name}.ts"), "name": name})
+        path = folder / f"grid-{count}.png"
+        # The fifth tile is on the cell of the fourth.
+        shown = names[:3] + names[4:] if count == 5 else names[:count]
+
+        def wrong_tiles():
+            part = ScreenPart(session.display, path, client_area(client))
+            middles = [((left + right) // 2, (top + bottom) // 2)
+                       for left, top, right, bottom in cells(len(shown), part.width, part.height)]
+            return [name for name, middle in zip(shown[1:], middles[1:]) if part.colour(*middle) != name]
+
+        client.poll(wrong_tiles, lambda wrong: not wrong, f"the colours of {count} tiles")
+        print(path, flush=True)
 
 
 def main():
@@ -120,6 +147,8 @@ def main():
                 take_bar(session, folder, width)
                 take_menus(session, folder, width)
             take_fullscreen(session, folder, 1920)
+        with Session(WIDTHS[1920], server, pathlib.Path(scratch)) as session:
+            take_streams(session, folder, server)
         for width in (640, 1280):
             with Session(WIDTHS[width], server, pathlib.Path(scratch)) as session:
                 take_fullscreen(session, folder, width)
