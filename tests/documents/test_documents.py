@@ -35,7 +35,7 @@ def test_every_file_named_in_a_document_exists(document):
 def test_there_are_documents_to_check():
     names = {document.name for document in DOCUMENTS}
     assert {"README.md", "CONTRIBUTING.md", "CHANGELOG.md", "architecture.md", "channel.md", "testing.md",
-            "performance.md", "building-on-windows.md"} <= names
+            "performance.md", "building-on-windows.md", "shipping.md", "field-failures.md"} <= names
 
 
 def test_version_is_stated_in_one_place():
