@@ -70,7 +70,7 @@ void OnMediaChanged(void* opaque, Media* media) {
   Deliver(opaque, event);
 }
 
-// This interface has no error event: the reason tells.
+// This interface has no error event. The reason of a stop reports an error.
 void OnMediaStopping(void* opaque, Media*, int reason) {
   if (reason == kBecauseOfError) Deliver(opaque, Plain(kEncounteredError));
 }
@@ -89,7 +89,7 @@ void OnStateChanged(void* opaque, State state) {
       return Deliver(opaque, Plain(kStopped));
     case State::kStopping:
       return Deliver(opaque, Plain(kStopping));
-    case State::kBuffering:  // has a callback of its own
+    case State::kBuffering:  // has its own callback
     case State::kError:      // comes with the reason of the stop
       return;
   }
@@ -137,8 +137,8 @@ constexpr Callbacks kCallbacks = {
 
 RealPlayer* NewPlayer(Instance* instance, Player* player) { return newRealPlayer(instance, &kCallbacks, player); }
 
-// There is nothing to detach. The adapter's own delivery is closed before the release, so that what still comes from
-// the library ends in Player::Deliver.
+// There is nothing to detach. The adapter closes its own delivery before the release, so that Player::Deliver drops
+// what still comes from the library.
 void EndEvents(Player*) {}
 
 }  // namespace

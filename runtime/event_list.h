@@ -1,8 +1,8 @@
-// The host's callbacks on one player: what libvlc's event manager does, for either interface.
+// The host's callbacks on one player. It does what libvlc's event manager does, for either interface.
 //
-// Callbacks run under a recursive lock, on the thread that delivers. So Attach and Detach wait for a callback in
-// progress unless they are called from it, and a callback that waits for a thread that is about to attach or detach
-// deadlocks, as it does with libvlc's own event manager.
+// Callbacks run under a recursive lock, on the thread that delivers. Attach and Detach wait for a callback in progress,
+// unless they are called from it. A callback that waits for a thread that is about to attach or detach deadlocks, as it
+// does with libvlc's own event manager.
 #pragma once
 
 #include <mutex>
@@ -17,11 +17,11 @@ class EventList {
   // Any thread. The same callback may be attached several times and to several types.
   void Attach(int32_t type, EventCallback callback, void* userData);
 
-  // Any thread. Takes the oldest equal attachment away. One that doesn't exist is ignored, where libvlc 4 aborts.
+  // Any thread. Removes the oldest equal attachment. If there is none, nothing happens, where libvlc 4 aborts.
   void Detach(int32_t type, EventCallback callback, void* userData);
 
-  // Calls what is attached to the event's type, in the order of attachment. What a callback detaches meanwhile isn't
-  // called any more; what it attaches is called from the next event on.
+  // Calls what is attached to the event's type, in the order of attachment. What a callback detaches meanwhile is no
+  // longer called. What it attaches is called from the next event on.
   void Deliver(const Event& event);
 
   // Waits for a callback in progress, unless called from it. No callback starts after the return.

@@ -1,6 +1,6 @@
 // What libvlc.dll exports: the functions of libvlc 4 that the host calls and those that it had in earlier versions.
-// Each finds the player behind its handle and forwards; what is more than a line has a file of its own. README.md says
-// of each supplied function what it does, on which threads, and whether it waits.
+// Each finds the player of its handle and forwards. What takes more than a line is in another file. README.md says what
+// each supplied function does, on which threads, and whether it waits.
 #include "runtime/interface.h"
 #include "runtime/outputs.h"
 #include "runtime/player.h"

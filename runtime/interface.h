@@ -1,5 +1,5 @@
-// What differs between the interfaces that libvlc 4 has had. Each is one table of functions in one file; a further
-// interface is a further file and a further candidate in real_library.cpp.
+// What differs between the interfaces that libvlc 4 has had. Each interface is one table of functions in one file.
+// Another interface needs another file and another candidate in real_library.cpp.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,8 @@ struct Interface {
   const char* name;  // for the log
   const char* mark;  // a function that only this interface exports
 
-  // Looks up the functions that only this interface has. Returns the first missing one's name, or null. Called once.
+  // Looks up the functions that only this interface has. Returns the name of the first missing one, or null. Called
+  // once.
   const char* (*resolve)(Lookup find);
 
   // Makes a player of the real library whose events go to player->Deliver, in the host's event numbers, units and

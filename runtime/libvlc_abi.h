@@ -9,10 +9,10 @@ namespace vantro::runtime {
 
 struct Instance;      // libvlc_instance_t
 struct Media;         // libvlc_media_t
-struct RealPlayer;    // libvlc_media_player_t of the library beneath
-struct EventManager;  // libvlc_event_manager_t of the library beneath
+struct RealPlayer;    // libvlc_media_player_t of the real library
+struct EventManager;  // libvlc_event_manager_t of the real library
 
-// What the host holds as its libvlc_media_player_t* and as its libvlc_event_manager_t*: a handle of the adapter's own.
+// What the host holds as its libvlc_media_player_t* and as its libvlc_event_manager_t*: a handle that the adapter made.
 struct PlayerHandle;
 
 // The events that a media player sends to the host.
@@ -85,7 +85,7 @@ struct AudioOutput {
   AudioOutput* next;
 };
 
-// libvlc_track_description_t, which libvlc 4 has no more: the host's track lists.
+// libvlc_track_description_t, which libvlc 4 no longer has: the host's track lists.
 struct TrackDescription {
   int32_t id;
   char* name;

@@ -23,7 +23,7 @@ bool HasOutput(const AudioOutput* outputs, std::string_view name) {
   return false;
 }
 
-// True when an output that the arguments name is missing and waveout can stand in for it.
+// True when an output that the arguments name is missing and waveout can replace it.
 bool NeedsWaveout(Instance* instance, const std::vector<const char*>& arguments) {
   AudioOutput* const outputs = Real().functions.libvlc_audio_output_list_get(instance);
   bool missing = false;

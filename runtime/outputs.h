@@ -1,8 +1,8 @@
 // The choice of the sound output of an instance.
 //
-// The host asks for DirectSound, which no libvlc 4 has any more. The library would fall back to the output of Windows'
-// audio session, whose volume and mute belong to the whole process: the last tile that was set would decide for all.
-// The output "waveout" keeps them for each player.
+// The host asks for DirectSound, which no libvlc 4 has. The library would fall back to the output of Windows' audio
+// session, whose volume and mute belong to the whole process: the tile that was set last would decide for all tiles.
+// The output "waveout" keeps volume and mute for each player.
 #pragma once
 
 #include "runtime/libvlc_abi.h"

@@ -14,7 +14,7 @@
 namespace vantro::runtime {
 namespace {
 
-// A libvlc 4 without this option opens a top-level window of its own for a player that was given none.
+// Without this option libvlc 4 opens a top-level window for a player that has none.
 constexpr char kShowNothing[] = ":vout=vdummy";
 
 struct LivingPlayers {
@@ -84,7 +84,7 @@ void Player::Deliver(Event event) {
   sound_.OnEvent(real_, event);
   events_.Deliver(event);
   if (event.type != kStopped) return;
-  // Behind the host's callbacks, so that a stop returns when the host has seen its Stopped.
+  // After the host's callbacks, so that a stop returns when the host has seen its Stopped.
   ++stops_;
   SetEvent(changed_);
 }
@@ -148,7 +148,7 @@ bool Player::ComeToRest(unsigned stopsBefore) {
   return done;
 }
 
-// A player that was started a moment ago still reads as stopped, and its stop may come and go without an event.
+// A player that was just started still reads as stopped, and its stop may begin and end without an event.
 bool Player::AtRest(unsigned stopsBefore, ULONGLONG waited) const {
   if (stops_.load() != stopsBefore) return true;
   if (released_.load()) return true;  // by another thread, or by a message served meanwhile

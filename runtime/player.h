@@ -28,8 +28,8 @@ class Player : public std::enable_shared_from_this<Player> {
   // result, even when another thread releases the player.
   static std::shared_ptr<Player> Find(const void* handle);
 
-  // Stops the player, closes its events and releases the real one. Where the library's release would wait longer than a
-  // stop may, which is from inside an event and for a player that doesn't stop, a thread of its own calls it.
+  // Stops the player, closes its events and releases the real player. The library's release can wait longer than a stop
+  // may: from inside an event, and for a player that doesn't stop. In these cases another thread calls it.
   static void Release(PlayerHandle* handle);
 
   Player();
@@ -47,11 +47,11 @@ class Player : public std::enable_shared_from_this<Player> {
   void Deliver(Event event);
 
   // The size of the first video, 0 by 0 when there is none. Any thread. Inside an event of another player it is the
-  // size that was known at this player's last event, since asking the library could deadlock there (InEventOfAnother).
+  // size that was known at this player's last event, because a call of the library could deadlock (InEventOfAnother).
   // The host asks all tiles for their sizes inside the event of one.
   PictureSize VideoSize();
 
-  // Any thread. Without a window the library would open one of its own: the media is told to show nothing instead.
+  // Any thread. Without a window the library would open one itself. The media then gets an option to show nothing.
   void SetWindow(void* window);
   void SetMedia(Media* media);
   int Play();
@@ -59,9 +59,9 @@ class Player : public std::enable_shared_from_this<Player> {
   // Stops and waits until the player is at rest, for kLongestStop at most (stop.h). From inside an event it doesn't
   // wait.
   //
-  // The host gets one Stopped for each stop that comes to rest. Where the library sends none, because there was nothing
-  // to stop, it is delivered here, on the calling thread: the host hides the Stopped of a stop that it makes for
-  // itself, and without one it would hide the end of the next stream.
+  // The host gets one Stopped for each stop that comes to rest. The library sends none when there was nothing to stop.
+  // Then it is delivered here, on the calling thread. The reason: the host hides the Stopped of each stop that it makes
+  // for itself, and if none came, it would hide the end of the next stream.
   void Stop();
 
  private:
@@ -78,12 +78,12 @@ class Player : public std::enable_shared_from_this<Player> {
   TrackNumbers textTracks_;
 
   std::atomic<void*> window_{nullptr};
-  std::atomic<bool> showsNothing_{false};  // the current media was told so
+  std::atomic<bool> showsNothing_{false};  // the current media has the option to show nothing
 
   std::atomic<PictureSize> lastSize_{PictureSize{}};
   std::atomic<bool> released_{false};
   std::atomic<unsigned> stops_{0};           // Stopped events delivered
-  std::atomic<bool> startIsPending_{false};  // play was asked for, and no event has followed yet
+  std::atomic<bool> startIsPending_{false};  // play was called, and no event has followed yet
   void* changed_;                            // event object: set with each Stopped
 };
 

@@ -17,7 +17,7 @@ HMODULE module = nullptr;
 
 void* Find(const char* name) { return reinterpret_cast<void*>(GetProcAddress(module, name)); }
 
-// The path of the real library: the adapter's own folder. Empty when Windows can't tell.
+// The path of the real library, in the adapter's folder. Empty when Windows doesn't report that folder.
 std::wstring RealPath() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
@@ -57,7 +57,8 @@ std::string Lacks(const char* function) {
   return std::string("libvlc-real.dll lacks ") + function + ", which the runtime adapter needs.";
 }
 
-// Asked before the functions are looked up, so that an older library is named by its version and not by what it lacks.
+// Checked before the functions are looked up, so that the refusal of an older library names its version and not what it
+// lacks.
 bool HasNeededMajor(RealLibrary* library) {
   const auto abiVersion = reinterpret_cast<unsigned (*)()>(Find("libvlc_abi_version"));
   const auto version = reinterpret_cast<const char* (*)()>(Find("libvlc_get_version"));
@@ -72,7 +73,7 @@ bool HasNeededMajor(RealLibrary* library) {
   return false;
 }
 
-// True when every needed function is there; the first missing one is named otherwise.
+// True when every needed function is there. Otherwise the refusal names the first missing one.
 bool Resolve(RealLibrary* library) {
   RealFunctions& functions = library->functions;
   const char* missing = nullptr;

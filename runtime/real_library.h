@@ -1,7 +1,7 @@
-// The published libvlc 4 beneath the adapter: libvlc-real.dll beside the adapter's own libvlc.dll.
+// The published libvlc 4 that the adapter forwards to: libvlc-real.dll, in the same folder as the adapter's libvlc.dll.
 //
-// It is loaded at the first call of any exported function, not with the process, so that a library that is missing or
-// unfit is reported by libvlc_new and libvlc_errmsg in the adapter's words.
+// It is loaded at the first call of any exported function, not with the process. So libvlc_new and libvlc_errmsg can
+// report a library that is missing or unfit in one sentence.
 #pragma once
 
 #include <string>
@@ -71,13 +71,13 @@ struct RealFunctions {
 // The state after loading; it doesn't change any more. Any thread.
 struct RealLibrary {
   RealFunctions functions;             // a slot is null when the library lacks the function
-  const Interface* beneath = nullptr;  // which of libvlc 4's interfaces lies beneath; null when refused
+  const Interface* beneath = nullptr;  // which of libvlc 4's interfaces the library has; null when refused
   std::string refusal;                 // one sentence: why the library can't be used; empty when it can
 
   bool usable() const { return beneath != nullptr; }
 };
 
-// Loads the library once a process and returns what came of it. Any thread, libvlc's own included.
+// Loads the library once a process and returns its state. Any thread, libvlc's own included.
 const RealLibrary& Real();
 
 // Address of a function of the loaded library, or null.

@@ -28,9 +28,9 @@ void Sound::SetMute(RealPlayer* real, int mute) {
   Apply(real);
 }
 
-// No lock is held over the calls: one of libvlc's threads may be here with its player's lock while the host's thread
-// waits for that lock. Instead whoever finds that the host has set something else meanwhile sets the values once more,
-// so that the last values are the host's last.
+// No lock is held during the calls: one of libvlc's threads may be here with its player's lock while the host's thread
+// waits for that lock. Instead, a thread that finds that the host has changed a value meanwhile sets the values again,
+// so that the last values are the host's.
 void Sound::Apply(RealPlayer* real) {
   const RealFunctions& functions = Real().functions;
   unsigned version;

@@ -1,7 +1,7 @@
 // The volume and mute of one player, kept beside the library's own.
 //
-// A published libvlc 4 doesn't apply to a sound output what was set before the output existed, and a volume doesn't end
-// a mute. The adapter keeps what the host asked for and sets it again when an output may have begun.
+// A published libvlc 4 ignores a volume or mute that is set before the sound output exists, and a volume doesn't end a
+// mute. The adapter keeps the host's values and sets them again when an output may have begun.
 #pragma once
 
 #include <atomic>
@@ -13,7 +13,7 @@ namespace vantro::runtime {
 class Sound {
  public:
   // Any thread. Per cent; above 0 it also ends a mute. 0 on success: the value is applied now or when the sound begins.
-  // A negative volume is the library's to judge and isn't kept.
+  // A negative volume is passed to the library and not kept.
   int SetVolume(RealPlayer* real, int volume);
   void SetMute(RealPlayer* real, int mute);
 
@@ -21,9 +21,9 @@ class Sound {
   int volume(RealPlayer* real) const;
   int mute(RealPlayer* real) const;
 
-  // To be told of every event of the player, on the thread that delivers it. The values are set again when playback or
-  // an audio track begins, when buffering is done, and with the first time events behind that: no event says that an
-  // output has begun, and time events follow the first sound.
+  // To be called with every event of the player, on the thread that delivers it. The values are set again when playback
+  // or an audio track begins, when buffering is done, and with the first time events after that. No event reports that
+  // an output has begun, but time events follow the first sound.
   void OnEvent(RealPlayer* real, const Event& event);
 
  private:

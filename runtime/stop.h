@@ -14,8 +14,8 @@ inline constexpr ULONGLONG kLongestStop = 5000;
 inline constexpr ULONGLONG kQuietStart = 250;
 
 // Waits until `done` returns true, for kLongestStop at most; returns whether it did. Meanwhile messages that other
-// threads *send* to windows of the calling thread are served, since libvlc's threads do that while they close a
-// picture. Posted messages stay in the queue, in their order. `done` is asked at once, whenever `wake` is set, and
+// threads *send* to windows of the calling thread are served, because libvlc's threads send some while they close a
+// picture. Posted messages stay in the queue, in their order. `done` is called at once, whenever `wake` is set, and
 // every few milliseconds.
 bool WaitServingSentMessages(HANDLE wake, const std::function<bool()>& done);
 
@@ -31,11 +31,11 @@ class LibvlcThreadScope {
   const void* outer_;  // the player whose event encloses this one, or null
 };
 
-// True inside an event of any player: a wait for libvlc there would wait for itself.
+// True inside an event of any player. A wait for libvlc would never end there.
 bool OnLibvlcThread();
 
-// True inside an event of another player, whose lock the thread holds. To take this player's lock there could deadlock:
-// another thread may be inside an event of this player and ask for the other one.
+// True inside an event of another player, whose lock the thread holds. Taking this player's lock could deadlock there:
+// another thread may be inside an event of this player and wait for the other lock.
 bool InEventOfAnother(const void* player);
 
 }  // namespace vantro::runtime

@@ -92,7 +92,7 @@ int SelectTrack(RealPlayer* real, TrackType type, TrackNumbers* numbers, int num
   }
   const TrackListPtr list = TracksOf(real, type);
   const Track* wanted = nullptr;
-  // Every track gets its number, also when no list was asked for before.
+  // Every track gets its number, also when no list was requested before.
   for (const Track* track : Identified(list.get())) {
     if (numbers->NumberOf(track->id) == number) wanted = track;
   }

@@ -1,4 +1,4 @@
-// The track lists of libvlc 3's manner over the track lists of libvlc 4.
+// Track lists as libvlc 3 had them, made from the track lists of libvlc 4.
 #pragma once
 
 #include <mutex>
@@ -9,12 +9,11 @@
 
 namespace vantro::runtime {
 
-// The id of the entry that stands for no track.
+// The id of the entry that means "no track".
 inline constexpr int kNoTrack = -1;
 
-// The numbers of one player's tracks of one type. Libvlc 4 names a track by a text, the host by a number. A number is
-// given at the first sight of the text, from 0 on, and holds for the player's life, whatever media it plays. Any
-// thread.
+// The numbers of one player's tracks of one type. libvlc 4 identifies a track by a text, the host by a number. A new
+// text gets the next number, from 0 on, and keeps it for the player's life, whatever media it plays. Thread-safe.
 class TrackNumbers {
  public:
   int NumberOf(const char* id);
@@ -24,7 +23,8 @@ class TrackNumbers {
   std::vector<std::string> ids_;
 };
 
-// What a person reads for a track: its name, else its language and description, else its place in the list, from 1 on.
+// The text that users see for a track: its name, else its language and description, else its place in the list, from
+// 1 on.
 std::string ReadableName(const Track& track, size_t place);
 
 // The list of a player's tracks: the entry kNoTrack, then one entry a track in the library's order. Never null: a list
@@ -32,8 +32,8 @@ std::string ReadableName(const Track& track, size_t place);
 TrackDescription* DescribeTracks(RealPlayer* real, TrackType type, TrackNumbers* numbers);
 void FreeTrackDescriptions(TrackDescription* list);
 
-// Selects the track of the number, or none with kNoTrack. Returns 0, or -1 when the player has no such track now. No
-// list needs to have been asked for before.
+// Selects the track of the number, or none with kNoTrack. Returns 0, or -1 when the player has no such track now. It
+// also works when no list was requested before.
 int SelectTrack(RealPlayer* real, TrackType type, TrackNumbers* numbers, int number);
 
 }  // namespace vantro::runtime
