@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "player/player_events.h"
 #include "player/video_scale.h"
 
@@ -66,10 +67,7 @@ void MultiViewGrid::RestoreOriginalTile(MultiViewPlayer& tile, WatchedPlayerHand
   ReleasePlayer(VlcMediaPlayerPtr(single.release()));
   single = std::move(tile.mediaPlayer);
 
-  RECT client{};
-  GetClientRect(ParentWindow(), &client);
-  const int width = client.right - client.left;
-  const int height = client.bottom - client.top;
+  const auto [width, height] = ClientSize(ParentWindow());
   MoveWindow(tile.window, 0, 0, width, height, TRUE);
   if (!single) return;
 

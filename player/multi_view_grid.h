@@ -12,12 +12,12 @@
 #include <string>
 #include <vector>
 
+#include "common/geometry.h"
 #include "player/libvlc_functions.h"
 #include "player/multi_view_player.h"
 #include "player/pending_resumes.h"
 #include "player/player_handle.h"
 #include "player/reader_epochs.h"
-#include "player/tile_layout.h"
 #include "player/vlc_instance.h"
 
 namespace vantro {
@@ -112,9 +112,9 @@ class MultiViewGrid {
   // record.
   void DestroyPlayerWindow(MultiViewPlayer& record);
 
-  void PlaceTile(size_t index, const TileRect& cell);
-  void RefitTile(size_t index, const TileRect& cell);
-  void FitTileVideo(const LibVlcFunctions& vlc, size_t index, const TileRect& cell);
+  void PlaceTile(size_t index, const Rect& cell);
+  void RefitTile(size_t index, const Rect& cell);
+  void FitTileVideo(const LibVlcFunctions& vlc, size_t index, const Rect& cell);
 
   const VlcInstance& instance_;
   const std::atomic<HWND>& parentWindow_;

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "player/multi_view_grid.h"
 #include "player/tile_layout.h"
 #include "player/video_scale.h"
@@ -12,19 +13,8 @@ namespace {
 
 constexpr int kFullVolume = 100;
 
-struct Size {
-  int32_t width;
-  int32_t height;
-};
-
-Size ClientSize(HWND window) {
-  RECT client{};
-  GetClientRect(window, &client);
-  return {client.right - client.left, client.bottom - client.top};
-}
-
 // The messages of a drag of the window's border: libvlc's video output follows a resize only with all of them.
-void SendResizeMessages(HWND window, const TileRect& cell) {
+void SendResizeMessages(HWND window, const Rect& cell) {
   WINDOWPOS position{};
   position.hwnd = window;
   position.x = cell.left;
@@ -52,7 +42,7 @@ void MultiViewGrid::UpdateGridLayout() {
   }
 }
 
-void MultiViewGrid::PlaceTile(size_t index, const TileRect& cell) {
+void MultiViewGrid::PlaceTile(size_t index, const Rect& cell) {
   const HWND window = players_[index].window;
   if (!window) {
     LOG_WARNING("[UpdateGridLayout] Player %zu has no window!", index);
@@ -82,7 +72,7 @@ void MultiViewGrid::PlaceTile(size_t index, const TileRect& cell) {
   LOG_DEBUG("[UpdateGridLayout] SetWindowPos result for player %zu: %d", index, placed);
 }
 
-void MultiViewGrid::RefitTile(size_t index, const TileRect& cell) {
+void MultiViewGrid::RefitTile(size_t index, const Rect& cell) {
   const HWND window = players_[index].window;
   libvlc_media_player_t* const player = players_[index].mediaPlayer.get();
   LOG_DEBUG("[UpdateGridLayout] Sending resize message sequence to player %zu", index);
@@ -112,7 +102,7 @@ void MultiViewGrid::RefitTile(size_t index, const TileRect& cell) {
             cell.Height());
 }
 
-void MultiViewGrid::FitTileVideo(const LibVlcFunctions& vlc, size_t index, const TileRect& cell) {
+void MultiViewGrid::FitTileVideo(const LibVlcFunctions& vlc, size_t index, const Rect& cell) {
   libvlc_media_player_t* const player = players_[index].mediaPlayer.get();
   const int32_t width = cell.Width();
   const int32_t height = cell.Height();
@@ -145,7 +135,7 @@ void MultiViewGrid::UpdateMultiViewScaling() {
   for (size_t index = 0; index < tiles->size(); ++index) {
     libvlc_media_player_t* const player = (*tiles)[index];
     if (!player) continue;
-    const TileRect cell =
+    const Rect cell =
         GetTileRect(parent.width, parent.height, static_cast<int32_t>(tiles->size()), static_cast<int32_t>(index));
     const float scale = FitVideoScale(player, cell.Width(), cell.Height());
     if (!(scale > 0)) continue;

@@ -9,14 +9,14 @@ constexpr int32_t kHalfGap = 5;
 
 }  // namespace
 
-TileRect GetTileRect(int32_t width, int32_t height, int32_t tileCount, int32_t index) {
+Rect GetTileRect(int32_t width, int32_t height, int32_t tileCount, int32_t index) {
   const int32_t leftEnd = width / 2 - kHalfGap;
   const int32_t rightBegin = width / 2 + kHalfGap;
   const int32_t upperEnd = height / 2 - kHalfGap;
   const int32_t lowerBegin = height / 2 + kHalfGap;
 
   if (tileCount <= 1) return {0, 0, width, height};
-  if (tileCount == 2) return index <= 0 ? TileRect{0, 0, leftEnd, height} : TileRect{rightBegin, 0, width, height};
+  if (tileCount == 2) return index <= 0 ? Rect{0, 0, leftEnd, height} : Rect{rightBegin, 0, width, height};
   if (tileCount == 3) {
     if (index <= 0) return {0, 0, width, upperEnd};
     if (index == 1) return {0, lowerBegin, leftEnd, height};

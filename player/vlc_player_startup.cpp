@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "player/player_events.h"
 #include "player/vlc_player.h"
 #include "player/vlc_runtime.h"
@@ -101,10 +102,9 @@ bool VLCPlayer::Initialize(HWND parentWindow) {
 
 void VLCPlayer::CreateVideoWindow() {
   if (!RegisterVlcHostWindowClass()) return;
-  RECT client{};
-  GetClientRect(ParentWindow(), &client);
-  const int width = std::max(1, static_cast<int>(client.right - client.left));
-  const int height = std::max(1, static_cast<int>(client.bottom - client.top));
+  const Size parent = ClientSize(ParentWindow());
+  const int width = std::max(1, parent.width);
+  const int height = std::max(1, parent.height);
   vlcWindow_ = CreateWindowExW(WS_EX_NOPARENTNOTIFY, kVlcHostWindowClass, L"", kVideoWindowStyle, 0, 0, width, height,
                                ParentWindow(), nullptr, GetModuleHandleW(nullptr), nullptr);
   if (!vlcWindow_) {

@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "shell/flutter_child.h"
 #include "shell/overlay_diagnostics.h"
+#include "shell/overlay_geometry.h"
 #include "shell/overlay_input.h"
 #include "shell/vantro_window.h"
 #include "shell/window_metrics.h"
@@ -24,14 +26,13 @@ constexpr UINT kQuietMove = SWP_NOACTIVATE | SWP_SHOWWINDOW;
 // Set by the first registration; the class stays for the life of the process.
 bool overlayClassRegistered = false;
 
-std::optional<OverlayRect> OverlayRectOver(HWND window, int topOffset) {
+std::optional<Rect> OverlayRectOver(HWND window, int topOffset) {
   RECT client;
   if (!GetClientRect(window, &client)) return std::nullopt;
   POINT topLeft{client.left, client.top};
   ClientToScreen(window, &topLeft);
-  return OverlayRectFor(static_cast<int>(topLeft.x), static_cast<int>(topLeft.y),
-                        static_cast<int>(client.right - client.left), static_cast<int>(client.bottom - client.top),
-                        topOffset);
+  const Rect area = FromWin32(client);
+  return OverlayRectFor(FromWin32(topLeft), {area.Width(), area.Height()}, topOffset);
 }
 
 struct SentMessage {
@@ -44,8 +45,8 @@ struct SentMessage {
 };
 
 // A null insert-after is HWND_TOP: an owned popup rises within its owner's group and does not become topmost.
-void Place(HWND window, const OverlayRect& rect, UINT flags) {
-  SetWindowPos(window, HWND_TOP, rect.x, rect.y, rect.width, rect.height, flags);
+void Place(HWND window, const Rect& rect, UINT flags) {
+  SetWindowPos(window, HWND_TOP, rect.left, rect.top, rect.Width(), rect.Height(), flags);
 }
 
 bool RegisterOverlayClass(HINSTANCE instance) {
@@ -81,12 +82,12 @@ bool FlutterOverlay::CreateFlutterOverlay(HINSTANCE instance) {
   }
   if (!RegisterOverlayClass(instance)) return false;
 
-  const OverlayRect rect = OverlayRectOver(hwnd_, TITLE_BAR_HEIGHT).value_or(OverlayRect{});
+  const Rect rect = OverlayRectOver(hwnd_, TITLE_BAR_HEIGHT).value_or(Rect{});
   LogOverlayCreation(hwnd_, rect);
   // Click-through until EnableOverlayMouseInput, at the end of the start.
   flutterHostWindow_ =
-      CreateWindowExW(WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW, kOverlayClass, kOverlayTitle, WS_POPUP | WS_VISIBLE, rect.x,
-                      rect.y, rect.width, rect.height, hwnd_, nullptr, instance, nullptr);
+      CreateWindowExW(WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW, kOverlayClass, kOverlayTitle, WS_POPUP | WS_VISIBLE,
+                      rect.left, rect.top, rect.Width(), rect.Height(), hwnd_, nullptr, instance, nullptr);
   if (!flutterHostWindow_) {
     const DWORD error = GetLastError();
     LOG_ERROR("CreateFlutterOverlay: Failed to create overlay window: %lu", error);
@@ -132,21 +133,22 @@ void FlutterOverlay::MoveOverClientArea(bool isFullscreen) {
   // Without SWP_NOACTIVATE: the overlay may take the activation, and rises at every sync.
   Place(flutterHostWindow_, *rect, SWP_SHOWWINDOW);
   if (const HWND child = LiveFlutterChild(flutterEngine_)) {
-    Place(child, {0, 0, rect->width, rect->height}, kQuietMove);
+    Place(child, {0, 0, rect->Width(), rect->Height()}, kQuietMove);
     // The view is the home of the focus: a move takes it out of the search box, too.
     SetFocus(child);
     LOG_DEBUG("SyncFlutterOverlayPosition: Set focus to Flutter engine window: %p", static_cast<void*>(child));
-    LOG_DEBUG("SyncFlutterOverlayPosition: Resized Flutter window to %dx%d", rect->width, rect->height);
+    LOG_DEBUG("SyncFlutterOverlayPosition: Resized Flutter window to %dx%d", rect->Width(), rect->Height());
   }
-  LOG_DEBUG("SyncFlutterOverlayPosition: Updated overlay to client area %ld,%ld %dx%d", long{rect->x}, long{rect->y},
-            rect->width, rect->height);
+  LOG_DEBUG("SyncFlutterOverlayPosition: Updated overlay to client area %ld,%ld %dx%d", long{rect->left},
+            long{rect->top}, rect->Width(), rect->Height());
 }
 
-std::optional<OverlayRect> FlutterOverlay::MoveBelow(int topOffset) {
+std::optional<Rect> FlutterOverlay::MoveBelow(int topOffset) {
   if (!IsAlive()) return std::nullopt;
-  const OverlayRect rect = OverlayRectOver(hwnd_, topOffset).value_or(OverlayRect{});
+  const Rect rect = OverlayRectOver(hwnd_, topOffset).value_or(Rect{});
   Place(flutterHostWindow_, rect, kQuietMove);
-  if (const HWND child = LiveFlutterChild(flutterEngine_)) Place(child, {0, 0, rect.width, rect.height}, kQuietMove);
+  if (const HWND child = LiveFlutterChild(flutterEngine_))
+    Place(child, {0, 0, rect.Width(), rect.Height()}, kQuietMove);
   return rect;
 }
 
@@ -179,10 +181,10 @@ void FlutterOverlay::EnableOverlayMouseInput() {
   }
   LOG_INFO("EnableOverlayMouseInput: Applied TOP positioning multiple times");
   // Over the title bar's strip as well: the first WM_SHOWWINDOW moves the overlay below it.
-  const OverlayRect rect = OverlayRectOver(hwnd_, 0).value_or(OverlayRect{});
+  const Rect rect = OverlayRectOver(hwnd_, 0).value_or(Rect{});
   Place(flutterHostWindow_, rect, kQuietMove);
   if (const HWND child = LiveFlutterChild(flutterEngine_)) {
-    Place(child, {0, 0, rect.width, rect.height}, kQuietMove);
+    Place(child, {0, 0, rect.Width(), rect.Height()}, kQuietMove);
     ShowWindow(child, SW_SHOW);
     SetFocus(child);
   }

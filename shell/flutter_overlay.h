@@ -11,8 +11,8 @@
 #include <memory>
 #include <optional>
 
+#include "common/geometry.h"
 #include "flutter_host/flutter_engine.h"
-#include "shell/overlay_geometry.h"
 
 namespace vantro {
 
@@ -36,7 +36,7 @@ class FlutterOverlay {
   void SyncFlutterOverlayPosition(bool isFullscreen);
   // Moves overlay and view over the client area below its first topOffset pixels, without activation and focus. Returns
   // where the overlay went, nothing without an overlay.
-  std::optional<OverlayRect> MoveBelow(int topOffset);
+  std::optional<Rect> MoveBelow(int topOffset);
   // Raises the overlay within its owner's group, without activation: never into the topmost band.
   void SetFlutterOverlayTopmost();
   // Puts main window and overlay into the topmost band or takes them out of it.

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "shell/fullscreen_placement.h"
 #include "shell/input_state.h"
 #include "shell/shell_ids.h"
@@ -106,25 +107,24 @@ void Fullscreen::EnterFullscreen() {
 
 void Fullscreen::LeaveFullscreen() {
   LOG_INFO("ToggleFullscreen: Exiting fullscreen mode");
-  const FullscreenPlacement placement = PlacementAfterFullscreen(savedWindowRect_.left, savedWindowRect_.top,
-                                                                 savedWindowRect_.right, savedWindowRect_.bottom);
-  if (placement.usesDefaults) {
+  const auto [place, usesDefaults] = PlacementAfterFullscreen(FromWin32(savedWindowRect_));
+  if (usesDefaults) {
     LOG_WARNING("ToggleFullscreen: Invalid saved dimensions (%dx%d), using defaults",
                 static_cast<int>(savedWindowRect_.right - savedWindowRect_.left),
                 static_cast<int>(savedWindowRect_.bottom - savedWindowRect_.top));
-    savedWindowRect_.left = placement.left;
-    savedWindowRect_.top = placement.top;
+    savedWindowRect_.left = place.left;
+    savedWindowRect_.top = place.top;
   }
-  size_.width_ = placement.width;
-  size_.height_ = placement.height;
+  size_.width_ = place.Width();
+  size_.height_ = place.Height();
   LOG_DEBUG("ToggleFullscreen: Restoring window - pos:(%ld,%ld) size:%dx%d style:0x%08lX", savedWindowRect_.left,
             savedWindowRect_.top, size_.width_, size_.height_, savedStyle_);
   SetStyle(hwnd_, GWL_STYLE, savedStyle_ | WS_VISIBLE);
   SetStyle(hwnd_, GWL_EXSTYLE, savedExStyle_);
   ShowWindow(hwnd_, SW_SHOW);
   // Also ends always-on-top, which nothing restores here: it stays off until the menu or the next start applies it. The
-  // placement is used and not size_.width_ and size_.height_, which the style change's WM_SIZE may have overwritten.
-  SetWindowPos(hwnd_, HWND_NOTOPMOST, placement.left, placement.top, placement.width, placement.height, kFrameChange);
+  // place is used and not size_.width_ and size_.height_, which the style change's WM_SIZE may have overwritten.
+  SetWindowPos(hwnd_, HWND_NOTOPMOST, place.left, place.top, place.Width(), place.Height(), kFrameChange);
   if (mouseTrackingTimer_) {
     KillTimer(hwnd_, kMouseTrackingTimerId);
     mouseTrackingTimer_ = 0;
@@ -148,8 +148,8 @@ void Fullscreen::ShowTitleBarControls() {
   isTitleBarVisible_ = true;
   if (isFullscreen_) {
     if (const auto place = overlay_.MoveBelow(TITLE_BAR_HEIGHT)) {
-      LOG_INFO("ShowTitleBarControls: Repositioned overlay below title bar (%dx%d at %ld,%ld)", place->width,
-               place->height, long{place->x}, long{place->y});
+      LOG_INFO("ShowTitleBarControls: Repositioned overlay below title bar (%dx%d at %ld,%ld)", place->Width(),
+               place->Height(), long{place->left}, long{place->top});
     }
   }
   // Painted at once: the bar must not wait for a WM_PAINT that the video's traffic delays.
@@ -165,8 +165,8 @@ void Fullscreen::HideTitleBarControls() {
   isTitleBarVisible_ = false;
   if (isFullscreen_) {
     if (const auto place = overlay_.MoveBelow(0)) {
-      LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place->width,
-               place->height, long{place->x}, long{place->y});
+      LOG_INFO("HideTitleBarControls: Repositioned overlay to cover full screen (%dx%d at %ld,%ld)", place->Width(),
+               place->Height(), long{place->left}, long{place->top});
     }
   }
   titleBar_.Repaint(true, size_.width_);

@@ -6,15 +6,13 @@ namespace vantro {
 
 namespace {
 
-constexpr FullscreenPlacement kDefaultPlacement{100, 100, kInitialWindowWidth, kInitialWindowHeight, true};
+constexpr FullscreenPlacement kDefaultPlacement{RectAt(100, 100, {kInitialWindowWidth, kInitialWindowHeight}), true};
 
 }  // namespace
 
-FullscreenPlacement PlacementAfterFullscreen(int savedLeft, int savedTop, int savedRight, int savedBottom) {
-  const int width = savedRight - savedLeft;
-  const int height = savedBottom - savedTop;
-  if (width < kMinimumWindowWidth || height < kMinimumWindowHeight) return kDefaultPlacement;
-  return {savedLeft, savedTop, width, height, false};
+FullscreenPlacement PlacementAfterFullscreen(const Rect& saved) {
+  if (saved.Width() < kMinimumWindowWidth || saved.Height() < kMinimumWindowHeight) return kDefaultPlacement;
+  return {saved, false};
 }
 
 }  // namespace vantro

@@ -48,8 +48,8 @@ constexpr Zone kZones[] = {
 
 }  // namespace
 
-HitCode HitTest(int x, int y, int width, int height) {
-  const Query query{x, y, width, height};
+HitCode HitTest(Point point, Size clientArea) {
+  const Query query{point.x, point.y, clientArea.width, clientArea.height};
   for (const Zone& zone : kZones) {
     if (zone.contains(query)) return zone.code;
   }

@@ -2,6 +2,8 @@
 // own, so it answers the system's question itself.
 #pragma once
 
+#include "common/geometry.h"
+
 namespace vantro {
 
 // The codes of WM_NCHITTEST that the window answers.
@@ -18,7 +20,7 @@ enum class HitCode {
   kBottomRight = 17,
 };
 
-// The point is in client coordinates and may lie outside the client area, whose size is width by height.
-HitCode HitTest(int x, int y, int width, int height);
+// The point is in client coordinates and may lie outside the client area.
+HitCode HitTest(Point point, Size clientArea);
 
 }  // namespace vantro

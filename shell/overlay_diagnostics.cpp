@@ -29,7 +29,7 @@ void LogWindowAt(const char* place, POINT point, const StackedWindows& windows) 
 
 }  // namespace
 
-void LogOverlayCreation(HWND mainWindow, const OverlayRect& overlay) {
+void LogOverlayCreation(HWND mainWindow, const Rect& overlay) {
   if (!IsLogOn()) return;
   RECT outer{};
   RECT client{};
@@ -39,7 +39,7 @@ void LogOverlayCreation(HWND mainWindow, const OverlayRect& overlay) {
             outer.bottom);
   LOG_DEBUG("CreateFlutterOverlay: Client area: %ldx%ld", client.right - client.left, client.bottom - client.top);
   // What lies above the overlay: the bar and the frame's top edge.
-  LOG_DEBUG("CreateFlutterOverlay: Title bar height: %ld", overlay.y - outer.top);
+  LOG_DEBUG("CreateFlutterOverlay: Title bar height: %ld", overlay.top - outer.top);
 }
 
 void LogOverlayInput(const StackedWindows& windows, LONG_PTR exStyleBefore) {

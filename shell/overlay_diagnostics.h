@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "shell/overlay_geometry.h"
+#include "common/geometry.h"
 
 namespace vantro {
 
@@ -15,7 +15,7 @@ struct StackedWindows {
   HWND flutterChild;
 };
 
-void LogOverlayCreation(HWND mainWindow, const OverlayRect& overlay);
+void LogOverlayCreation(HWND mainWindow, const Rect& overlay);
 // The overlay after it was made to capture input, and the windows under the cursor and at its centre. exStyleBefore is
 // its extended style from before.
 void LogOverlayInput(const StackedWindows& windows, LONG_PTR exStyleBefore);

@@ -5,6 +5,7 @@
 
 #include "common/log.h"
 #include "common/text.h"
+#include "common/win32_geometry.h"
 #include "shell/gdiplus_drawing.h"
 #include "shell/volume_geometry.h"
 
@@ -39,8 +40,8 @@ ScopedImage LoadPicture(const std::wstring& path) {
 }
 
 ScopedIcon LoadIconFile(const std::wstring& path) {
-  return ScopedIcon(static_cast<HICON>(
-      LoadImageW(nullptr, path.c_str(), IMAGE_ICON, 0, 0, LR_LOADFROMFILE | LR_DEFAULTSIZE)));
+  return ScopedIcon(
+      static_cast<HICON>(LoadImageW(nullptr, path.c_str(), IMAGE_ICON, 0, 0, LR_LOADFROMFILE | LR_DEFAULTSIZE)));
 }
 
 ScopedImage FindPicture() {
@@ -83,10 +84,8 @@ void DrawSpeakerByHand(HDC dc, const RECT& control) {
 
 void DrawSpeakerIcon(const DRAWITEMSTRUCT& item, HBRUSH background) {
   FillRect(item.hDC, &item.rcItem, background);
-  const VolumeRect place =
-      SpeakerPictureSquare({static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
-                            static_cast<int>(item.rcItem.right), static_cast<int>(item.rcItem.bottom)});
-  const int side = place.right - place.left;
+  const Rect place = SpeakerPictureSquare(FromWin32(item.rcItem));
+  const int side = place.Width();
   if (const ScopedImage picture = FindPicture()) {
     LOG_DEBUG("Speaker icon: Successfully loaded PNG");
     ScopedGraphics graphics;

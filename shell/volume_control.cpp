@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "shell/gdiplus_drawing.h"
 #include "shell/volume_geometry.h"
 
@@ -14,19 +15,14 @@ constexpr Gdiplus::ARGB kOutlineColor = 0xFFFFFFFF;
 constexpr Gdiplus::ARGB kFillColor = 0xFF00C800;
 constexpr COLORREF kPercentColor = 0xFFFFFF;
 
-VolumeRect PlainRect(const RECT& rect) {
-  return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
-          static_cast<int>(rect.bottom)};
-}
-
 template <size_t N>
-std::array<Gdiplus::GpPoint, N> DrawingPoints(const std::array<VolumePoint, N>& points) {
+std::array<Gdiplus::GpPoint, N> DrawingPoints(const std::array<Point, N>& points) {
   std::array<Gdiplus::GpPoint, N> drawn;
   for (size_t i = 0; i < N; ++i) drawn[i] = {points[i].x, points[i].y};
   return drawn;
 }
 
-void DrawWedge(HDC dc, const VolumeRect& control, int volume) {
+void DrawWedge(HDC dc, const Rect& control, int volume) {
   namespace gdip = Gdiplus::DllExports;
   ScopedGraphics graphics;
   gdip::GdipCreateFromHDC(dc, graphics.Receive());
@@ -36,7 +32,7 @@ void DrawWedge(HDC dc, const VolumeRect& control, int volume) {
   const auto outline = DrawingPoints(VolumeOutline(control));
   gdip::GdipDrawLinesI(graphics.Get(), pen.Get(), outline.data(), static_cast<INT>(outline.size()));
 
-  if (VolumeFillWidth(control.right - control.left, volume) <= 0) return;
+  if (VolumeFillWidth(control.Width(), volume) <= 0) return;
   ScopedGdiplusFill brush;
   gdip::GdipCreateSolidFill(kFillColor, brush.Receive());
   const auto fill = DrawingPoints(VolumeFill(control, volume));
@@ -96,7 +92,7 @@ void VolumeControl::SetVlcVolume(int volume) {
 
 void VolumeControl::DrawVolumeControl(const DRAWITEMSTRUCT& item) const {
   FillRect(item.hDC, &item.rcItem, titleBar_.Brush());
-  DrawWedge(item.hDC, PlainRect(item.rcItem), volume_);
+  DrawWedge(item.hDC, FromWin32(item.rcItem), volume_);
   if (showVolumePercent_) DrawPercent(item.hDC, item.rcItem, volume_);
 }
 

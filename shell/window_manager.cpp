@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "shell/vantro_window.h"
 #include "shell/window_placement.h"
 
@@ -16,22 +17,11 @@ namespace {
 
 bool shuttingDown = false;
 
-ScreenRect ToScreenRect(const RECT& rect) {
-  return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
-          static_cast<int>(rect.bottom)};
-}
-
-ScreenRect OuterRect(HWND window) {
-  RECT rect{};
-  GetWindowRect(window, &rect);
-  return ToScreenRect(rect);
-}
-
-ScreenRect WorkAreaOf(HWND window) {
+Rect WorkAreaOf(HWND window) {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof monitor;
   GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
-  return ToScreenRect(monitor.rcWork);
+  return FromWin32(monitor.rcWork);
 }
 
 void LogPlacement(const WindowPlacement& placement) {
@@ -80,8 +70,8 @@ void CreateShowAndRegister(const VantroWindow& reference) {
     return;
   }
   // The reference's size, which is its client size while it is normal, stands in for the new window's own.
-  const WindowPlacement placement = PlaceNewWindow(OuterRect(reference.hwnd_), reference.Size().width_,
-                                                   reference.Size().height_, WorkAreaOf(reference.hwnd_));
+  const WindowPlacement placement = PlaceNewWindow(
+      OuterRect(reference.hwnd_), {reference.Size().width_, reference.Size().height_}, WorkAreaOf(reference.hwnd_));
   LogPlacement(placement);
   SetWindowPos(window->hwnd_, nullptr, placement.x, placement.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   ShowWindow(window->hwnd_, SW_SHOWNORMAL);
@@ -135,8 +125,8 @@ void UnregisterWindow(VantroWindow* window) {
 
 size_t CountActiveWindows() {
   const auto& registry = GetWindowRegistry();
-  return static_cast<size_t>(
-      std::count_if(registry.begin(), registry.end(), [](const auto& window) { return window && !window->isClosing_; }));
+  return static_cast<size_t>(std::count_if(registry.begin(), registry.end(),
+                                           [](const auto& window) { return window && !window->isClosing_; }));
 }
 
 void ToggleWindowFullscreen(VantroWindow& window) { window.ToggleFullscreen(); }

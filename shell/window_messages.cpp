@@ -2,6 +2,7 @@
 #include <windowsx.h>
 
 #include "common/log.h"
+#include "common/win32_geometry.h"
 #include "shell/button_painter.h"
 #include "shell/flutter_child.h"
 #include "shell/hit_test.h"
@@ -11,16 +12,6 @@
 #include "shell/window_manager.h"
 
 namespace vantro {
-
-namespace {
-
-SIZE ClientSize(HWND window) {
-  RECT client{};
-  GetClientRect(window, &client);
-  return {client.right - client.left, client.bottom - client.top};
-}
-
-}  // namespace
 
 // The object pointer stands in the window only after CreateWindowExW has returned: until then, and once the object has
 // gone, the system answers alone.
@@ -125,8 +116,8 @@ LRESULT VantroWindow::OnSize() {
   titleBar_.LayoutTitleBarControls();
   // Below the title bar also in fullscreen, where the bar comes and goes above the picture.
   if (VLCPlayer* const player = methodChannelHandler_ ? methodChannelHandler_->vlcPlayer_ : nullptr) {
-    const SIZE size = ClientSize(player->ParentWindow());
-    player->Resize(0, TITLE_BAR_HEIGHT, static_cast<int>(size.cx), static_cast<int>(size.cy) - TITLE_BAR_HEIGHT);
+    const auto [width, height] = ClientSize(player->ParentWindow());
+    player->Resize(0, TITLE_BAR_HEIGHT, width, height - TITLE_BAR_HEIGHT);
   }
   overlay_.SyncFlutterOverlayPosition(isFullscreen());
   return 0;
@@ -180,9 +171,7 @@ LRESULT VantroWindow::OnGetMinMaxInfo(LPARAM lParam) {
 LRESULT VantroWindow::OnHitTest(LPARAM lParam) {
   POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
   ScreenToClient(hwnd_, &point);
-  const SIZE size = ClientSize(hwnd_);
-  return static_cast<LRESULT>(HitTest(static_cast<int>(point.x), static_cast<int>(point.y), static_cast<int>(size.cx),
-                                      static_cast<int>(size.cy)));
+  return static_cast<LRESULT>(HitTest(FromWin32(point), ClientSize(hwnd_)));
 }
 
 LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {

@@ -24,9 +24,10 @@ constexpr int kWrapInset = 50;
 
 }  // namespace
 
-WindowPlacement PlaceNewWindow(const ScreenRect& reference, int width, int height, const ScreenRect& workArea) {
-  const int availableX = workArea.right - workArea.left - width;
-  const int availableY = workArea.bottom - workArea.top - height;
+WindowPlacement PlaceNewWindow(const Rect& reference, Size size, const Rect& workArea) {
+  const auto [width, height] = size;
+  const int availableX = workArea.Width() - width;
+  const int availableY = workArea.Height() - height;
 
   const int gapX = kHorizontalGap.Gap(availableX);
   if (width + gapX + reference.right <= workArea.right) {

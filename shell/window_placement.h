@@ -1,15 +1,9 @@
 // Where a new window goes, as a decision over plain values.
 #pragma once
 
-namespace vantro {
+#include "common/geometry.h"
 
-// Half-open screen rectangle in pixels, as Win32 has it.
-struct ScreenRect {
-  int left;
-  int top;
-  int right;
-  int bottom;
-};
+namespace vantro {
 
 enum class PlacementRule { kRight, kLeft, kBelow, kLargeOffset };
 
@@ -26,9 +20,9 @@ struct WindowPlacement {
 };
 
 // Takes the first rule that fits: to the right of the reference, to its left, below it, or at a large offset from it.
-// reference is the outer rectangle of the window that asked, width and height the size that the new window is taken to
-// have, workArea that of the reference's monitor. A window larger than the work area is no error: the gaps then take
-// their lower bounds.
-WindowPlacement PlaceNewWindow(const ScreenRect& reference, int width, int height, const ScreenRect& workArea);
+// reference is the outer rectangle of the window that asked, size what the new window is taken to have, workArea that
+// of the reference's monitor, all in pixels of the screen. A window larger than the work area is no error: the gaps
+// then take their lower bounds.
+WindowPlacement PlaceNewWindow(const Rect& reference, Size size, const Rect& workArea);
 
 }  // namespace vantro

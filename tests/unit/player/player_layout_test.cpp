@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 class LayoutTest : public GridTest {
  protected:
-  TileRect PlaceOf(int index) {
+  Rect PlaceOf(int index) {
     const RECT place = PlaceInParent(Tile(index).window);
     return {place.left, place.top, place.right, place.bottom};
   }
@@ -111,8 +111,8 @@ TEST_F(LayoutTest, AResizeOfTheParentLaysOutAnew) {
   StartGrid(2);
   ResizeParent(801, 601);
   player_.Resize(7, 8, 9, 10);
-  EXPECT_EQ(PlaceOf(0), (TileRect{0, 0, 395, 601}));
-  EXPECT_EQ(PlaceOf(1), (TileRect{405, 0, 801, 601}));
+  EXPECT_EQ(PlaceOf(0), (Rect{0, 0, 395, 601}));
+  EXPECT_EQ(PlaceOf(1), (Rect{405, 0, 801, 601}));
 }
 
 TEST_F(LayoutTest, ASecondRunOnUnchangedTilesGivesTheSameResult) {
@@ -193,7 +193,7 @@ TEST_F(LayoutTest, ATileWithoutAPlayerIsPlacedAndNoMore) {
 TEST_F(LayoutTest, ATilesWindowIsSentTheFourMessagesOfAResizeInOrder) {
   StartGrid(2);
   ResizeParent(1000, 700);
-  const TileRect cell = GetTileRect(1000, 700, 2, 1);
+  const Rect cell = GetTileRect(1000, 700, 2, 1);
   const HWND window = Tile(1).window;
   const MessageRecorder recorder(window);
   player_.UpdateGridLayout();
@@ -230,7 +230,7 @@ TEST_F(LayoutTest, ATilesWindowIsRepaintedAtOnce) {
 TEST_F(LayoutTest, TheHandleIsSetAgainAfterTheMoveAndBeforeTheScale) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(1), 640, 360);
-  TileRect placeAtHandle{};
+  Rect placeAtHandle{};
   vlc_.OnCall("libvlc_media_player_set_hwnd", [&] { placeAtHandle = PlaceOf(1); });
   ResizeParent(1000, 700);
   Layout();
@@ -331,7 +331,7 @@ TEST_F(LayoutTest, RescalingMovesNoWindowSetsNoHandleAndTouchesNoViewport) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(1), 790, 300);
   ResizeParent(1000, 700);
-  const TileRect before = PlaceOf(1);
+  const Rect before = PlaceOf(1);
   vlc_.ClearCalls();
   player_.UpdateMultiViewScaling();
   EXPECT_EQ(PlaceOf(1), before);

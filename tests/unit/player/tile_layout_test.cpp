@@ -10,7 +10,7 @@ namespace {
 struct CellRow {
   int tiles;
   int index;
-  TileRect cell;
+  Rect cell;
 };
 
 // A client area of odd size, so that the halves are cut: half the width is 400, half the height 300.
@@ -43,8 +43,8 @@ TEST(TileRect, AnOddWidthLeavesTheSparePixelToTheRight) {
 }
 
 TEST(TileRect, AFifthTileAndLaterOnesShareTheFourthCell) {
-  const TileRect fourth = GetTileRect(800, 600, 5, 3);
-  EXPECT_EQ(fourth, (TileRect{405, 305, 800, 600}));
+  const Rect fourth = GetTileRect(800, 600, 5, 3);
+  EXPECT_EQ(fourth, (Rect{405, 305, 800, 600}));
   EXPECT_EQ(GetTileRect(800, 600, 5, 4), fourth);
   EXPECT_EQ(GetTileRect(800, 600, 17, 16), fourth);
 }

@@ -8,7 +8,7 @@ namespace vantro {
 namespace {
 
 constexpr int kWidth = 1000;
-constexpr int kHeight = 600;
+constexpr Size kClientArea{kWidth, 600};
 
 struct Case {
   const char* name;
@@ -22,7 +22,7 @@ void PrintTo(const Case& c, std::ostream* out) { *out << c.name << " at " << c.x
 class HitTestZone : public testing::TestWithParam<Case> {};
 
 TEST_P(HitTestZone, HasItsCode) {
-  EXPECT_EQ(HitTest(GetParam().x, GetParam().y, kWidth, kHeight), GetParam().code);
+  EXPECT_EQ(HitTest({GetParam().x, GetParam().y}, kClientArea), GetParam().code);
 }
 
 INSTANTIATE_TEST_SUITE_P(Corners, HitTestZone, testing::Values(
@@ -59,11 +59,11 @@ INSTANTIATE_TEST_SUITE_P(OutsideTheClientArea, HitTestZone, testing::Values(
     Case{"right of it", 1005, 300, HitCode::kRight}, Case{"below it", 500, 605, HitCode::kBottom}));
 
 TEST(HitTest, TopThreePixelsUnderTheWindowButtonsAreTheEdge) {
-  for (int y = 0; y < 3; ++y) EXPECT_EQ(HitTest(kWidth - 60, y, kWidth, kHeight), HitCode::kTop) << y;
-  EXPECT_EQ(HitTest(kWidth - 60, 3, kWidth, kHeight), HitCode::kClient);
+  for (int y = 0; y < 3; ++y) EXPECT_EQ(HitTest({kWidth - 60, y}, kClientArea), HitCode::kTop) << y;
+  EXPECT_EQ(HitTest({kWidth - 60, 3}, kClientArea), HitCode::kClient);
 }
 
-TEST(HitTest, WindowWithoutClientAreaIsAllCorner) { EXPECT_EQ(HitTest(0, 0, 0, 0), HitCode::kTopLeft); }
+TEST(HitTest, WindowWithoutClientAreaIsAllCorner) { EXPECT_EQ(HitTest({0, 0}, {0, 0}), HitCode::kTopLeft); }
 
 }  // namespace
 }  // namespace vantro

@@ -7,7 +7,7 @@
 namespace vantro {
 namespace {
 
-constexpr VolumeRect kSlider{0, 0, 80, 20};
+constexpr Rect kSlider{0, 0, 80, 20};
 
 struct Click {
   int x;
@@ -29,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(Slider, VolumeOfAClick,
                          });
 
 TEST(VolumeOutline, IsARightTriangleThatRisesToTheRightOnePixelInside) {
-  const std::array<VolumePoint, 4> expected{{{11, 24}, {89, 24}, {89, 6}, {11, 24}}};
+  const std::array<Point, 4> expected{{{11, 24}, {89, 24}, {89, 6}, {11, 24}}};
   EXPECT_EQ(VolumeOutline({10, 5, 90, 25}), expected);
 }
 
@@ -43,24 +43,24 @@ TEST(VolumeFill, RoundsItsWidthTowardsZero) {
 
 TEST(VolumeFill, AtFullVolumeIs76WideAndReachesTwoPixelsBelowTheTop) {
   EXPECT_EQ(VolumeFillWidth(80, 100), 76);
-  const std::array<VolumePoint, 3> expected{{{2, 18}, {78, 18}, {78, 2}}};
+  const std::array<Point, 3> expected{{{2, 18}, {78, 18}, {78, 2}}};
   EXPECT_EQ(VolumeFill(kSlider, 100), expected);
 }
 
 TEST(VolumeFill, EndsOnTheSlopeAtHalfVolume) {
-  const std::array<VolumePoint, 3> expected{{{2, 18}, {40, 18}, {40, 10}}};
+  const std::array<Point, 3> expected{{{2, 18}, {40, 18}, {40, 10}}};
   EXPECT_EQ(VolumeFill(kSlider, 50), expected);
 }
 
 TEST(VolumeFill, FollowsTheControlsPlace) {
-  const std::array<VolumePoint, 3> expected{{{12, 23}, {50, 23}, {50, 15}}};
+  const std::array<Point, 3> expected{{{12, 23}, {50, 23}, {50, 15}}};
   EXPECT_EQ(VolumeFill({10, 5, 90, 25}, 50), expected);
 }
 
 TEST(SpeakerPicture, IsACentredSquareTwoPixelsInsideTheShorterSide) {
-  EXPECT_EQ(SpeakerPictureSquare({0, 0, 20, 20}), (VolumeRect{2, 2, 18, 18}));
-  EXPECT_EQ(SpeakerPictureSquare({10, 0, 50, 20}), (VolumeRect{22, 2, 38, 18}));
-  EXPECT_EQ(SpeakerPictureSquare({0, 10, 20, 50}), (VolumeRect{2, 22, 18, 38}));
+  EXPECT_EQ(SpeakerPictureSquare({0, 0, 20, 20}), (Rect{2, 2, 18, 18}));
+  EXPECT_EQ(SpeakerPictureSquare({10, 0, 50, 20}), (Rect{22, 2, 38, 18}));
+  EXPECT_EQ(SpeakerPictureSquare({0, 10, 20, 50}), (Rect{2, 22, 18, 38}));
 }
 
 }  // namespace
