@@ -3,6 +3,7 @@
 
 #include "channel/argument_readers.h"
 #include "channel/request_handlers.h"
+#include "common/measures.h"
 #include "common/saturated_cast.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
@@ -11,7 +12,6 @@ namespace vantro::requests {
 
 namespace {
 
-constexpr int kTitleBarHeight = 30;  // the self-drawn title bar above the video
 constexpr double kOpaque = 1.0;
 
 bool ReplyNoEngine(MethodResult& result) {
@@ -70,7 +70,7 @@ bool ResizeVlc(MethodChannelHandler& handler, const MethodCall& call, MethodResu
 bool ResizeVlcFull(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   RECT client{};
   GetClientRect(handler.vlcPlayer_->ParentWindow(), &client);
-  handler.vlcPlayer_->Resize(0, kTitleBarHeight, client.right, client.bottom - kTitleBarHeight);
+  handler.vlcPlayer_->Resize(0, TITLE_BAR_HEIGHT, client.right, client.bottom - TITLE_BAR_HEIGHT);
   return Reply(result, true);
 }
 

@@ -7,8 +7,8 @@
 
 #include <atomic>
 
-// Checks the format as the standard's printf has it (%zu, %lld), which is what the build's own printf takes. clang knows
-// the form by the plain name only.
+// Checks the format as the standard's printf has it (%zu, %lld), which is what the build's own printf takes. clang
+// knows the form by the plain name only.
 #if defined(__clang__)
 #define VANTRO_PRINTF_FORMAT(text, first) __attribute__((format(printf, text, first)))
 #elif defined(__GNUC__)
@@ -43,6 +43,9 @@ inline VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled{false};
 // Whether lines are written at present. For code that asks the system for what it logs and for nothing else.
 inline bool IsLogOn() { return debugLoggingEnabled.load(std::memory_order_relaxed); }
 
+// A truth value's word in most of the log's lines.
+constexpr const char* YesOrNo(bool value) { return value ? "YES" : "NO"; }
+
 // Writes one line. A level above 3 is dropped; a negative one prints "UNKNOWN". Does not test debugLoggingEnabled:
 // callers come through the macros below. The text is one line without its newline, and may not be null.
 void WriteLog(int level, const char* text);
@@ -53,10 +56,10 @@ void WriteLogFormatted(int level, const char* format, ...) VANTRO_PRINTF_FORMAT(
 }  // namespace vantro
 
 // The switch is tested before anything is formatted: while the log is off a statement costs a load and a branch.
-#define VANTRO_LOG(level, ...)                                                     \
-  do {                                                                             \
+#define VANTRO_LOG(level, ...)                                                      \
+  do {                                                                              \
     if (::vantro::debugLoggingEnabled.load(std::memory_order_relaxed)) [[unlikely]] \
-      ::vantro::WriteLogFormatted(level, __VA_ARGS__);                             \
+      ::vantro::WriteLogFormatted(level, __VA_ARGS__);                              \
   } while (false)
 
 #define LOG_INFO(...) VANTRO_LOG(::vantro::kLogInfo, __VA_ARGS__)

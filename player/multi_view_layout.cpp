@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "common/log.h"
+#include "common/measures.h"
 #include "common/win32_geometry.h"
 #include "player/multi_view_grid.h"
 #include "player/tile_layout.h"
@@ -10,8 +11,6 @@
 namespace vantro {
 
 namespace {
-
-constexpr int kFullVolume = 100;
 
 // The messages of a drag of the window's border: libvlc's video output follows a resize only with all of them.
 void SendResizeMessages(HWND window, const Rect& cell) {
@@ -173,7 +172,7 @@ void MultiViewGrid::UpdateActiveAudio() {
     const int volume = isActive ? kFullVolume : 0;
     const int mute = isActive ? 0 : 1;
     LOG_DEBUG("[UpdateActiveAudio] Player %zu handle=%p (activeIndex=%d, isActive=%s) setting volume=%d, mute=%d",
-              index, static_cast<void*>(player), activeIndex_, isActive ? "YES" : "NO", volume, mute);
+              index, static_cast<void*>(player), activeIndex_, YesOrNo(isActive), volume, mute);
     vlc.libvlc_audio_set_mute(player, mute);
     const int result = vlc.libvlc_audio_set_volume(player, volume);
     LOG_DEBUG("[UpdateActiveAudio] Player %zu volume result=%d (0=success, -1=error)", index, result);

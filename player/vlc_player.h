@@ -14,6 +14,7 @@
 #include <string>
 #include <utility>
 
+#include "common/measures.h"
 #include "player/event_callback.h"
 #include "player/libvlc_api.h"
 #include "player/media_request.h"
@@ -134,7 +135,7 @@ class VLCPlayer {
   std::atomic<HWND> parentWindow_{nullptr};
   HWND vlcWindow_ = nullptr;
   HWND overlayWindow_ = nullptr;  // read by EnsureZOrder; nothing assigns it
-  int volume_ = 100;              // asked for last
+  int volume_ = kFullVolume;      // asked for last
   MediaRequest current_;          // set last
   std::string fallbackUrl_;       // read where current_ has no URL; nothing assigns it
   std::string userAgent_;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/measures.h"
 #include "common/win32_geometry.h"
 #include "player/player_events.h"
 #include "player/vlc_player.h"
@@ -15,7 +16,6 @@ namespace vantro {
 
 namespace {
 
-constexpr int kInitialVolume = 100;
 constexpr DWORD kVideoWindowStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
 void LogStartEnvironment() {
   if (const char* pluginPath = std::getenv("VLC_PLUGIN_PATH")) {
@@ -94,7 +94,7 @@ bool VLCPlayer::Initialize(HWND parentWindow) {
 
   if (!CreateMediaPlayer(vlc)) return false;
   AttachEvents(vlc);
-  SetVolume(kInitialVolume);
+  SetVolume(kFullVolume);
   LOG_INFO("VLC initial volume set to 100%%");
   LOG_INFO("VLCPlayer::Initialize completed successfully");
   return true;

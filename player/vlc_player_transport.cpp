@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/measures.h"
 #include "player/stall_decisions.h"
 #include "player/vlc_player.h"
 
@@ -12,7 +13,6 @@ namespace vantro {
 
 namespace {
 
-constexpr int kFullVolume = 100;
 constexpr int kAudioError = -1;  // what the audio getters return without an audio output
 constexpr int kMuted = 1;
 // The third argument of set_time: seek to the exact time, not to the nearest key frame.

@@ -5,13 +5,13 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/measures.h"
 #include "common/win32_geometry.h"
 #include "shell/flutter_child.h"
 #include "shell/overlay_diagnostics.h"
 #include "shell/overlay_geometry.h"
 #include "shell/overlay_input.h"
 #include "shell/vantro_window.h"
-#include "shell/window_metrics.h"
 
 namespace vantro {
 

@@ -3,11 +3,11 @@
 #include <windows.h>
 
 #include "common/log.h"
+#include "common/measures.h"
 #include "common/win32_geometry.h"
 #include "shell/fullscreen_placement.h"
 #include "shell/input_state.h"
 #include "shell/shell_ids.h"
-#include "shell/window_metrics.h"
 
 namespace vantro {
 

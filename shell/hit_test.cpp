@@ -1,12 +1,12 @@
 #include "shell/hit_test.h"
 
+#include "shell/title_bar_places.h"
+
 namespace vantro {
 
 namespace {
 
-constexpr int kEdge = 8;
-constexpr int kTopEdge = 3;  // shallower than the other edges: the window buttons begin right below it
-constexpr int kTitleBarBottom = 30;
+constexpr int kEdge = 8;  // of the left, right and lower edge; the top edge is shallower
 
 struct Query {
   int x;
@@ -17,8 +17,9 @@ struct Query {
   constexpr bool OnLeft() const { return x < kEdge; }
   constexpr bool OnRight() const { return x >= width - kEdge; }
   constexpr bool OnBottom() const { return y >= height - kEdge; }
-  // A zone of the title bar, both ends included.
-  constexpr bool Between(int first, int last) const { return first <= x && x <= last; }
+  // In the columns from one control of the title bar to another. The pixel right of the last one belongs to the zone.
+  constexpr bool Between(const Rect& first, const Rect& last) const { return first.left <= x && x <= last.right; }
+  constexpr bool At(const Rect& control) const { return Between(control, control); }
 };
 
 struct Zone {
@@ -26,9 +27,8 @@ struct Zone {
   bool (*contains)(const Query&);
 };
 
-// The first zone that holds the point decides. The zones on the left are fixed numbers, those on the right follow the
-// width. The icon and the title are client area, so they don't drag the window; the volume control's place is caption,
-// and only that control's own hit test keeps it usable.
+// The first zone that holds the point decides. The icon and the title are client area, so they don't drag the window;
+// the volume control's place is caption, and only that control's own hit test keeps it usable.
 constexpr Zone kZones[] = {
     {HitCode::kTopLeft, [](const Query& q) { return q.OnLeft() && q.y < kEdge; }},
     {HitCode::kTopRight, [](const Query& q) { return q.OnRight() && q.y < kEdge; }},
@@ -38,12 +38,13 @@ constexpr Zone kZones[] = {
     {HitCode::kRight, [](const Query& q) { return q.OnRight(); }},
     {HitCode::kTop, [](const Query& q) { return q.y < kTopEdge; }},
     {HitCode::kBottom, [](const Query& q) { return q.OnBottom(); }},
-    {HitCode::kClient, [](const Query& q) { return q.y > kTitleBarBottom; }},
-    {HitCode::kClient, [](const Query& q) { return q.Between(q.width - 135, q.width); }},        // window buttons
-    {HitCode::kClient, [](const Query& q) { return q.x <= 82; }},                                // icon and title
-    {HitCode::kClient, [](const Query& q) { return q.Between(90, 125); }},                       // File
-    {HitCode::kClient, [](const Query& q) { return q.Between(135, 170); }},                      // Help
-    {HitCode::kClient, [](const Query& q) { return q.Between(q.width - 295, q.width - 145); }},  // search box
+    {HitCode::kClient, [](const Query& q) { return q.y > TITLE_BAR_HEIGHT; }},
+    {HitCode::kClient,
+     [](const Query& q) { return q.Between(kMinimizeButtonPlace.In(q.width), kCloseButtonPlace.In(q.width)); }},
+    {HitCode::kClient, [](const Query& q) { return q.x <= kTitlePlace.right; }},  // from the left edge: the icon, too
+    {HitCode::kClient, [](const Query& q) { return q.At(kFileButtonPlace); }},
+    {HitCode::kClient, [](const Query& q) { return q.At(kHelpButtonPlace); }},
+    {HitCode::kClient, [](const Query& q) { return q.At(kSearchBoxPlace.In(q.width)); }},
 };
 
 }  // namespace

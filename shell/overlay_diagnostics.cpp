@@ -6,8 +6,6 @@ namespace vantro {
 
 namespace {
 
-const char* YesOrNo(bool value) { return value ? "YES" : "NO"; }
-
 void LogWindowAt(const char* place, POINT point, const StackedWindows& windows) {
   const HWND found = WindowFromPoint(point);
   char className[256] = "";

@@ -6,8 +6,9 @@
 #include <dwmapi.h>
 
 #include "common/log.h"
+#include "common/measures.h"
+#include "common/win32_geometry.h"
 #include "shell/title_bar_layout.h"
-#include "shell/window_metrics.h"
 
 namespace vantro {
 
@@ -20,17 +21,15 @@ constexpr DWORD kDwmCaptionColorAttribute = 35;
 constexpr LONG kStandardTitleBarStyles = WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
 constexpr int kAppIconSize = 16;
 
-constexpr LONG kFrameEdge = 3;  // the frame's top edge, painted in the title bar's colour
 // Two pixels above the client area, so that no light line is left between the edge and the bar.
 constexpr LONG kPaintTop = -2;
-
-const char* YesOrNo(bool value) { return value ? "YES" : "NO"; }
 
 HWND CreateTitleBarControl(const TitleBarControl& control, HWND parent, HINSTANCE instance) {
   // A child window's id travels in the place of a menu handle.
   const HMENU id = reinterpret_cast<HMENU>(UINT_PTR{control.id});
-  return CreateWindowExW(control.exStyle, control.className, control.text, control.style, control.x, control.y,
-                         control.width, control.height, parent, id, instance, nullptr);
+  const Rect& place = control.createdAt;
+  return CreateWindowExW(control.exStyle, control.className, control.text, control.style, place.left, place.top,
+                         place.Width(), place.Height(), parent, id, instance, nullptr);
 }
 
 // The static does not own its icon: it lives until the process ends. Without the resource the static stays empty.
@@ -82,9 +81,9 @@ void LogCreation(const TitleBarControl& control, HWND window) {
   }
 }
 
-void PlaceRightAligned(HWND window, const RightAlignedControl& place, int clientWidth) {
+void PlaceControl(HWND window, const Rect& place) {
   if (!window) return;
-  SetWindowPos(window, nullptr, clientWidth - place.fromRight, place.y, place.width, place.height, SWP_NOZORDER);
+  SetWindowPos(window, nullptr, place.left, place.top, place.Width(), place.Height(), SWP_NOZORDER);
 }
 
 }  // namespace
@@ -128,14 +127,11 @@ void TitleBar::CreateCustomTitleBar(HINSTANCE instance) {
 }
 
 void TitleBar::LayoutTitleBarControls() {
-  RECT client{};
-  GetClientRect(hwnd_, &client);
-  for (const RightAlignedControl& place : kRightAlignedControls) {
-    PlaceRightAligned(controls_.*place.member, place, client.right);
-  }
+  const int clientWidth = ClientSize(hwnd_).width;
+  for (const auto& [member, place] : kRightAlignedControls) PlaceControl(controls_.*member, place.In(clientWidth));
   if (!controls_.speakerIcon_ || !controls_.volumeControl_) return;
-  for (const RightAlignedControl& place : kRightAlignedVolumeControls) {
-    PlaceRightAligned(controls_.*place.member, place, client.right);
+  for (const auto& [member, place] : kRightAlignedVolumeControls) {
+    PlaceControl(controls_.*member, place.In(clientWidth));
   }
 }
 
@@ -173,7 +169,7 @@ void TitleBar::PaintFrameEdge() {
   RECT strip{};
   GetWindowRect(hwnd_, &strip);
   OffsetRect(&strip, -strip.left, -strip.top);
-  strip.bottom = kFrameEdge;
+  strip.bottom = kTopEdge;
   FillRect(dc, &strip, titleBarBrush_);
   ReleaseDC(hwnd_, dc);
 }

@@ -1,11 +1,12 @@
-// The title bar's controls as data: how each is created, where each stands, and which come and go in fullscreen.
+// The title bar's controls as data: how each is created, which of them the layout moves, and which come and go in
+// fullscreen.
 #pragma once
 
 #include <windows.h>
 
 #include "shell/shell_ids.h"
 #include "shell/title_bar.h"
-#include "shell/volume_geometry.h"
+#include "shell/title_bar_places.h"
 
 namespace vantro {
 
@@ -23,48 +24,44 @@ struct TitleBarControl {
   DWORD exStyle;
   DWORD style;
   WORD id;  // 0: none
-  int x;
-  int y;
-  int width;
-  int height;
+  Rect createdAt;
 };
 
-// In the order of creation. The window buttons and what follows them come up at 0, 0; the layout moves them.
+// The window buttons come up as high as the bar.
+constexpr Rect kNewWindowButton{0, 0, kWindowButtonSize.width, TITLE_BAR_HEIGHT};
+
+// In the order of creation. The layout moves those that are right-aligned before they are seen.
 inline constexpr TitleBarControl kTitleBarControls[] = {
-    {&TitleBarControls::appIconStatic_, L"STATIC", L"", 0, kIconStaticStyle, 0, 8, 7, 16, 16},
-    {&TitleBarControls::titleStatic_, L"STATIC", L"Vantro", 0, kTitleStaticStyle, 0, 32, 6, 50, 18},
-    {&TitleBarControls::fileButton_, L"BUTTON", L"File", 0, kTitleButtonStyle, kFileButtonId, 90, 5, 35, 20},
-    {&TitleBarControls::helpButton_, L"BUTTON", L"Help", 0, kTitleButtonStyle, kHelpButtonId, 135, 5, 35, 20},
-    {&TitleBarControls::searchBox_, L"EDIT", L"", WS_EX_CLIENTEDGE, kSearchBoxStyle, kSearchBoxId, 200, 5, 150, 20},
-    {&TitleBarControls::closeButton_, L"BUTTON", L"", 0, kTitleButtonStyle, kCloseButtonId, 0, 0, 45, 30},
-    {&TitleBarControls::maximizeButton_, L"BUTTON", L"", 0, kTitleButtonStyle, kMaximizeButtonId, 0, 0, 45, 30},
-    {&TitleBarControls::minimizeButton_, L"BUTTON", L"", 0, kTitleButtonStyle, kMinimizeButtonId, 0, 0, 45, 30},
-    {&TitleBarControls::speakerIcon_, L"STATIC", L"", 0, kSpeakerStyle, kSpeakerIconId, 0, 0, 20, 20},
-    {&TitleBarControls::volumeControl_, L"STATIC", L"", 0, kSliderStyle, kVolumeControlId, 0, 0, kVolumeControlWidth,
-     kVolumeControlHeight},
+    {&TitleBarControls::appIconStatic_, L"STATIC", L"", 0, kIconStaticStyle, 0, kAppIconPlace},
+    {&TitleBarControls::titleStatic_, L"STATIC", L"Vantro", 0, kTitleStaticStyle, 0, kTitlePlace},
+    {&TitleBarControls::fileButton_, L"BUTTON", L"File", 0, kTitleButtonStyle, kFileButtonId, kFileButtonPlace},
+    {&TitleBarControls::helpButton_, L"BUTTON", L"Help", 0, kTitleButtonStyle, kHelpButtonId, kHelpButtonPlace},
+    {&TitleBarControls::searchBox_, L"EDIT", L"", WS_EX_CLIENTEDGE, kSearchBoxStyle, kSearchBoxId,
+     RectAt(200, 5, kSearchBoxSize)},
+    {&TitleBarControls::closeButton_, L"BUTTON", L"", 0, kTitleButtonStyle, kCloseButtonId, kNewWindowButton},
+    {&TitleBarControls::maximizeButton_, L"BUTTON", L"", 0, kTitleButtonStyle, kMaximizeButtonId, kNewWindowButton},
+    {&TitleBarControls::minimizeButton_, L"BUTTON", L"", 0, kTitleButtonStyle, kMinimizeButtonId, kNewWindowButton},
+    {&TitleBarControls::speakerIcon_, L"STATIC", L"", 0, kSpeakerStyle, kSpeakerIconId, RectAt(0, 0, kSpeakerIconSize)},
+    {&TitleBarControls::volumeControl_, L"STATIC", L"", 0, kSliderStyle, kVolumeControlId,
+     RectAt(0, 0, kVolumeControlSize)},
 };
 
-// A control that keeps its distance from the client area's right edge.
 struct RightAlignedControl {
   HWND TitleBarControls::*member;
-  int fromRight;  // x is the client width less this
-  int y;
-  int width;
-  int height;
+  RightAlignedPlace place;
 };
 
-// The window buttons stand below the 3 pixels of the top sizing edge.
 inline constexpr RightAlignedControl kRightAlignedControls[] = {
-    {&TitleBarControls::closeButton_, 45, 3, 45, 27},
-    {&TitleBarControls::maximizeButton_, 90, 3, 45, 27},
-    {&TitleBarControls::minimizeButton_, 135, 3, 45, 27},
-    {&TitleBarControls::searchBox_, 295, 5, 150, 20},
+    {&TitleBarControls::closeButton_, kCloseButtonPlace},
+    {&TitleBarControls::maximizeButton_, kMaximizeButtonPlace},
+    {&TitleBarControls::minimizeButton_, kMinimizeButtonPlace},
+    {&TitleBarControls::searchBox_, kSearchBoxPlace},
 };
 
 // Moved only if both exist.
 inline constexpr RightAlignedControl kRightAlignedVolumeControls[] = {
-    {&TitleBarControls::speakerIcon_, 410, 5, 20, 20},
-    {&TitleBarControls::volumeControl_, 385, 5, 80, 20},
+    {&TitleBarControls::speakerIcon_, kSpeakerIconPlace},
+    {&TitleBarControls::volumeControl_, kVolumeControlPlace},
 };
 
 // Hidden and shown with the bar in fullscreen, in this order.

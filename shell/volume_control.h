@@ -12,6 +12,7 @@
 
 #include <memory>
 
+#include "common/measures.h"
 #include "player/vlc_player.h"
 #include "shell/title_bar.h"
 #include "shell/volume_geometry.h"

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "common/measures.h"
+
 namespace vantro {
 
 int VolumeFromX(int x) {

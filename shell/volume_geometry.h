@@ -10,7 +10,6 @@ namespace vantro {
 // The slider's fixed size. A click is measured against this width, not against the control's.
 constexpr int kVolumeControlWidth = 80;
 constexpr int kVolumeControlHeight = 20;
-constexpr int kFullVolume = 100;
 
 // The volume, 0 to 100, of a click x pixels right of the slider's left edge; beyond the ends it is clamped.
 int VolumeFromX(int x);

@@ -53,7 +53,7 @@ LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("MAIN_WINDOW_HANDLER: Received WM_KEYDOWN, key=%llu", Key(wParam));
   LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(flutterHostWindow()));
   LOG_DEBUG("MainWindow: Current focus when keydown received: %p", static_cast<void*>(GetFocus()));
-  LOG_DEBUG("MainWindow: Is current focus == main window? %s", GetFocus() == hwnd_ ? "YES" : "NO");
+  LOG_DEBUG("MainWindow: Is current focus == main window? %s", YesOrNo(GetFocus() == hwnd_));
   if (wParam == VK_F11 || (wParam == VK_ESCAPE && isFullscreen())) {
     ToggleFullscreen();
     return 0;

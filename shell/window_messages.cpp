@@ -2,6 +2,7 @@
 #include <windowsx.h>
 
 #include "common/log.h"
+#include "common/measures.h"
 #include "common/win32_geometry.h"
 #include "shell/button_painter.h"
 #include "shell/flutter_child.h"

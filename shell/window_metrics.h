@@ -3,9 +3,6 @@
 
 namespace vantro {
 
-// Height of the self-drawn title bar.
-constexpr int TITLE_BAR_HEIGHT = 30;
-
 constexpr int kInitialWindowWidth = 1280;
 constexpr int kInitialWindowHeight = 720;
 constexpr int kMinimumWindowWidth = 640;
