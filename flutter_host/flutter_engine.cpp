@@ -49,9 +49,10 @@ void LogProject(const DartProject& project) {
   for (const std::string& argument : project.dartEntrypointArguments) LOG_INFO("  %s", argument.c_str());
 }
 
-bool IsKeyMessage(UINT message) { return message >= WM_KEYDOWN && message <= WM_CHAR; }
+// Keys without Alt, and their characters.
+bool IsPlainKeyMessage(UINT message) { return message >= WM_KEYDOWN && message <= WM_CHAR; }
 bool IsLoggedMessage(UINT message) {
-  return IsKeyMessage(message) || (message >= WM_MOUSEMOVE && message <= WM_LBUTTONDOWN);
+  return IsPlainKeyMessage(message) || (message >= WM_MOUSEMOVE && message <= WM_LBUTTONDOWN);
 }
 
 // Makes the view's window a child of the parent, at its first size on top of its siblings.
@@ -120,7 +121,7 @@ std::optional<LRESULT> FlutterEngine::HandleWindowMessage(HWND hwnd, UINT messag
     LOG_DEBUG("FlutterEngine::HandleWindowMessage - Message: %u on window %p", message, static_cast<void*>(hwnd));
   }
   const std::optional<LRESULT> result = viewController_->HandleTopLevelWindowProc(hwnd, message, wParam, lParam);
-  if (IsKeyMessage(message)) {
+  if (IsPlainKeyMessage(message)) {
     if (result) {
       LOG_DEBUG("FlutterEngine: Handled message %u, result: %lld", message, static_cast<long long>(*result));
     } else {
@@ -130,6 +131,7 @@ std::optional<LRESULT> FlutterEngine::HandleWindowMessage(HWND hwnd, UINT messag
   return result;
 }
 
+// By the cut form of the executable's path: a bundle that lies deeper is not found.
 std::filesystem::path FlutterEngine::DataDirectory() {
   wchar_t executable[MAX_PATH] = L"";
   GetModuleFileNameW(nullptr, executable, MAX_PATH);

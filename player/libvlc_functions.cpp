@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "common/executable.h"
 #include "common/log.h"
 
 namespace vantro {
@@ -97,11 +98,11 @@ std::span<const LibVlcSlot> LibVlcSlots() { return kSlots; }
 
 HMODULE FindVlcLibrary(const char* fileName, const char* bundledPath) {
   if (const HMODULE loaded = GetModuleHandleA(fileName)) return loaded;
-  char path[MAX_PATH] = "";
-  GetModuleFileNameA(nullptr, path, MAX_PATH);
-  PathRemoveFileSpecA(path);
-  PathAppendA(path, bundledPath);
-  if (const HMODULE bundled = LoadLibraryA(path)) return bundled;
+  std::string path = NarrowExecutablePath();
+  path.resize(MAX_PATH);  // the room that the two calls need
+  PathRemoveFileSpecA(path.data());
+  PathAppendA(path.data(), bundledPath);
+  if (const HMODULE bundled = LoadLibraryA(path.c_str())) return bundled;
   return LoadLibraryA(fileName);
 }
 

@@ -7,17 +7,12 @@
 #include <filesystem>
 #include <system_error>
 
+#include "common/executable.h"
 #include "common/log.h"
 
 namespace vantro {
 
 namespace {
-
-std::string ModulePath() {
-  char path[MAX_PATH] = "";
-  GetModuleFileNameA(nullptr, path, MAX_PATH);
-  return path;
-}
 
 bool MeansAbsent(DWORD error) {
   return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME ||
@@ -38,7 +33,7 @@ bool FileExists(const std::string& path) { return PathFileExistsA(path.c_str()) 
 }  // namespace
 
 std::string GetExeDirectory() {
-  const std::string path = ModulePath();
+  const std::string path = NarrowExecutablePath();
   return path.substr(0, path.find_last_of('\\') + 1);
 }
 
@@ -87,7 +82,7 @@ bool SetupVlcEnvironmentIn(const std::string& programFiles, const std::string& l
 
 bool SetupVlcEnvironment() {
   char programFiles[MAX_PATH] = "";
-  const std::string path = ModulePath();
+  const std::string path = NarrowExecutablePath();
   const std::string localDirectory = path.substr(0, path.find_last_of('\\'));
   if (SUCCEEDED(SHGetFolderPathA(nullptr, CSIDL_PROGRAM_FILES, nullptr, SHGFP_TYPE_CURRENT, programFiles)) &&
       SetupVlcEnvironmentIn(programFiles, localDirectory)) {

@@ -3,6 +3,7 @@
 #include <iterator>
 #include <string>
 
+#include "common/executable.h"
 #include "common/log.h"
 #include "common/text.h"
 #include "common/win32_geometry.h"
@@ -22,17 +23,6 @@ std::wstring InWorkingDirectory(const wchar_t* fileName) {
   return folder + fileName;
 }
 
-std::wstring ExecutableDirectory() {
-  std::wstring path(MAX_PATH, L'\0');
-  DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-  while (length == path.size()) {  // cut: the path is longer
-    path.resize(path.size() * 2);
-    length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-  }
-  path.resize(length);
-  return path.substr(0, path.find_last_of(L'\\'));
-}
-
 ScopedImage LoadPicture(const std::wstring& path) {
   ScopedImage image;
   if (Gdiplus::DllExports::GdipLoadImageFromFile(path.c_str(), image.Receive()) != Gdiplus::Ok) return {};
@@ -48,7 +38,7 @@ ScopedImage FindPicture() {
   std::wstring path = InWorkingDirectory(L"speaker.png");
   LOG_DEBUG("Speaker icon: Looking for PNG in working directory: %s", NarrowFromWide(path).c_str());
   if (ScopedImage image = LoadPicture(path)) return image;
-  path = ExecutableDirectory() + L"\\img\\speaker.png";
+  path = ExecutableFolder() + L"\\img\\speaker.png";
   LOG_DEBUG("Speaker icon: PNG not in working dir, trying exe directory: %s", NarrowFromWide(path).c_str());
   return LoadPicture(path);
 }
@@ -57,7 +47,7 @@ ScopedIcon FindIcon() {
   LOG_DEBUG("Speaker icon: PNG failed, trying ICO in working directory");
   if (ScopedIcon icon = LoadIconFile(InWorkingDirectory(L"speaker.ico"))) return icon;
   LOG_DEBUG("Speaker icon: ICO not in working dir, trying exe directory");
-  return LoadIconFile(ExecutableDirectory() + L"\\speaker.ico");
+  return LoadIconFile(ExecutableFolder() + L"\\speaker.ico");
 }
 
 void DrawLine(HDC dc, POINT from, POINT to) {

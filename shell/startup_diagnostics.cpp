@@ -32,14 +32,7 @@ bool Exists(const std::string& path) { return std::filesystem::exists(PathFromAn
 
 unsigned long long FileSize(const std::string& path) { return std::filesystem::file_size(PathFromAnsi(path)); }
 
-// With its trailing backslash.
-std::string ExecutableDirectory() {
-  char path[MAX_PATH];
-  const DWORD length = GetModuleFileNameA(nullptr, path, MAX_PATH);
-  const std::string full(path, length);
-  return full.substr(0, full.rfind('\\') + 1);
-}
-
+// Asks the system itself: a variable that cannot be read has a line of its own.
 void LogPathVariable() {
   const DWORD size = GetEnvironmentVariableA("PATH", nullptr, 0);
   if (size == 0) {
@@ -114,7 +107,7 @@ void LogLibVlcLoad() {
 }
 
 void LogFlutterBundle() {
-  const std::string base = ExecutableDirectory();
+  const std::string base = GetExeDirectory();
   const std::string assets = base + "data\\flutter_assets";
   if (Exists(assets)) {
     LOG_INFO("Flutter assets directory found at: %s", assets.c_str());
