@@ -13,28 +13,62 @@
 
 namespace vantro::requests {
 
+// What the table of methods points to.
 using Handler = bool(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // playback_requests.cpp
-Handler SetMedia, Play, Pause, PlayPause, Stop, GetPosition, GetDuration, IsPlaying, Seek, SeekToInitialPosition;
-Handler SetMediaTitle, SetUserAgent;
+bool SetMedia(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool Play(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool Pause(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool PlayPause(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool Stop(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool GetPosition(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool GetDuration(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool IsPlaying(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool Seek(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool SeekToInitialPosition(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool SetMediaTitle(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool SetUserAgent(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // track_requests.cpp
-Handler GetTracksInfo, GetSpuTracks, SetSpu, SetAudioTrack, SetFontSize;
+bool GetTracksInfo(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool GetSpuTracks(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool SetSpu(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool SetAudioTrack(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool SetFontSize(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // view_requests.cpp
-Handler SetAlphaFlutterView, ShowFlutterView, HideFlutterView, ResizeVlc, ResizeVlcFull, RestoreStacking;
+bool SetAlphaFlutterView(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool ShowFlutterView(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool HideFlutterView(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool ResizeVlc(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool ResizeVlcFull(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool RestoreStacking(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // system_requests.cpp
-Handler GetBuildTime, EnableNativeWakelock, DisableNativeWakelock, IsNativeWakelockEnabled, DebugInputLatency;
-Handler GetDatabaseEncryptionKey, ToggleFullscreen;
+bool GetBuildTime(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool EnableNativeWakelock(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool DisableNativeWakelock(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool IsNativeWakelockEnabled(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool DebugInputLatency(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool GetDatabaseEncryptionKey(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool ToggleFullscreen(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // relay_requests.cpp
-Handler GetWindowInfo, RequestProviderData, SendProviderData;
+bool GetWindowInfo(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool RequestProviderData(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool SendProviderData(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // multi_view_requests.cpp
-Handler EnableMultiView, DisableMultiView, MvAddStream, MvReplaceActive, MvSetActiveIndex, MvRemoveActive, MvSwapTiles;
-Handler MvPromoteActiveAndExit, MvExitFullscreen;
+bool EnableMultiView(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool DisableMultiView(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool MvAddStream(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool MvReplaceActive(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool MvSetActiveIndex(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool MvRemoveActive(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool MvSwapTiles(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool MvPromoteActiveAndExit(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
+bool MvExitFullscreen(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // Answers a Boolean and says that the request is answered.
 inline bool Reply(MethodResult& result, bool value) {
