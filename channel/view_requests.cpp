@@ -5,6 +5,7 @@
 #include "channel/request_handlers.h"
 #include "common/measures.h"
 #include "common/saturated_cast.h"
+#include "common/win32_geometry.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
 
@@ -68,9 +69,8 @@ bool ResizeVlc(MethodChannelHandler& handler, const MethodCall& call, MethodResu
 }
 
 bool ResizeVlcFull(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
-  RECT client{};
-  GetClientRect(handler.vlcPlayer_->ParentWindow(), &client);
-  handler.vlcPlayer_->Resize(0, TITLE_BAR_HEIGHT, client.right, client.bottom - TITLE_BAR_HEIGHT);
+  const auto [width, height] = ClientSize(handler.vlcPlayer_->ParentWindow());
+  handler.vlcPlayer_->Resize(0, TITLE_BAR_HEIGHT, width, height - TITLE_BAR_HEIGHT);
   return Reply(result, true);
 }
 

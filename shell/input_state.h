@@ -15,6 +15,9 @@ inline std::optional<POINT> CursorIn(HWND window) {
   return point;
 }
 
+// The same, or the client area's corner.
+inline POINT PointerIn(HWND window) { return CursorIn(window).value_or(POINT{}); }
+
 // The left or the right button, as of the message being served.
 inline bool IsMouseButtonHeld() { return GetKeyState(VK_LBUTTON) < 0 || GetKeyState(VK_RBUTTON) < 0; }
 

@@ -8,6 +8,9 @@
 #include "common/log.h"
 #include "common/measures.h"
 #include "common/win32_geometry.h"
+#include "shell/button_painter.h"
+#include "shell/shell_ids.h"
+#include "shell/speaker_icon.h"
 #include "shell/title_bar_layout.h"
 
 namespace vantro {
@@ -195,6 +198,14 @@ void TitleBar::Repaint(bool erase, int width) {
   }
   InvalidateRect(hwnd_, &strip, erase);
   UpdateWindow(hwnd_);
+}
+
+void TitleBar::DrawItem(const DRAWITEMSTRUCT& item, bool isFullscreen) const {
+  if (item.CtlType == ODT_BUTTON) {
+    PaintTitleBarButton(item, isFullscreen, titleBarBrush_);
+  } else if (item.CtlType == ODT_STATIC && item.CtlID == kSpeakerIconId) {
+    DrawSpeakerIcon(item, titleBarBrush_);
+  }
 }
 
 HBRUSH TitleBar::ColorControl(HDC dc) const {

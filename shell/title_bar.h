@@ -58,6 +58,8 @@ class TitleBar {
   bool PaintNow();
   // Makes the strip invalid and has it painted before it returns. Without a client area the strip is width pixels wide.
   void Repaint(bool erase, int width);
+  // Serves WM_DRAWITEM of the buttons and of the speaker icon.
+  void DrawItem(const DRAWITEMSTRUCT& item, bool isFullscreen) const;
   // Serves WM_CTLCOLOREDIT and its like: white on the bar's colour.
   HBRUSH ColorControl(HDC dc) const;
 

@@ -15,6 +15,8 @@
 #include "services/vod_thumbnail_worker_plugin.h"
 #include "shell/flutter_overlay.h"
 #include "shell/fullscreen.h"
+#include "shell/keyboard_router.h"
+#include "shell/mouse_router.h"
 #include "shell/search_box.h"
 #include "shell/title_bar.h"
 #include "shell/volume_control.h"
@@ -81,22 +83,10 @@ class VantroWindow {
   LRESULT OnGetMinMaxInfo(LPARAM lParam);
   LRESULT OnHitTest(LPARAM lParam);
   LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
-  void RedirectFocusAfterCommand();
   LRESULT OnTimer(WPARAM timerId);
   LRESULT OnControlColor(WPARAM wParam);
   LRESULT OnDrawItem(LPARAM lParam);
   LRESULT OnNewWindowRequest();
-  // Keyboard and focus (window_keyboard.cpp).
-  LRESULT OnSetFocus(WPARAM wParam, LPARAM lParam);
-  LRESULT OnKillFocus(WPARAM wParam, LPARAM lParam);
-  LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
-  LRESULT SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lParam);
-  LRESULT OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam);
-  // Mouse (window_mouse.cpp).
-  LRESULT OnMouseMove(WPARAM wParam, LPARAM lParam);
-  LRESULT OnLeftButtonDown(WPARAM wParam, LPARAM lParam);
-  LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
-  void StartVolumeDragAtPointer();
 
   HINSTANCE hInstance_;
   std::wstring className_ = L"VantroWindowClass";
@@ -114,8 +104,10 @@ class VantroWindow {
   FlutterOverlay overlay_{hwnd_, flutterEngine_};
   Fullscreen fullscreen_{hwnd_, size_, titleBar_, overlay_};
   VolumeControl volumeControl_{hwnd_, titleBar_, vlcPlayer_};
-  WindowCommands commands_{*this, titleBar_, overlay_, fullscreen_, volumeControl_};
   SearchBox search_{hwnd_, titleBar_, methodChannelHandler_};
+  WindowCommands commands_{*this, overlay_, fullscreen_, volumeControl_, search_};
+  KeyboardRouter keyboard_{hwnd_, titleBar_, overlay_, fullscreen_, flutterEngine_};
+  MouseRouter mouse_{hwnd_, fullscreen_, volumeControl_, search_, flutterEngine_};
 
   friend struct RoomPeer;
 };

@@ -5,6 +5,7 @@
 #include "common/log.h"
 #include "common/win32_geometry.h"
 #include "shell/gdiplus_drawing.h"
+#include "shell/input_state.h"
 #include "shell/volume_geometry.h"
 
 namespace vantro {
@@ -55,7 +56,38 @@ VolumeControl::VolumeControl(const HWND& mainWindow, const TitleBar& titleBar, c
 
 void VolumeControl::Redraw() {
   // Without the control there is nothing to redraw: a null window would stand for all of them.
-  if (const HWND control = titleBar_.Controls().volumeControl_) InvalidateRect(control, nullptr, TRUE);
+  if (Window()) InvalidateRect(Window(), nullptr, TRUE);
+}
+
+bool VolumeControl::Covers(POINT point) const {
+  if (!Window()) return false;
+  RECT rect{};
+  GetWindowRect(Window(), &rect);
+  MapWindowPoints(HWND_DESKTOP, hwnd_, reinterpret_cast<POINT*>(&rect), 2);
+  return rect.left <= point.x && point.x <= rect.right && rect.top <= point.y && point.y <= rect.bottom;
+}
+
+void VolumeControl::BeginDragAtPointer() {
+  const auto [x, y] = FromWin32(PointerIn(Window()));
+  LOG_DEBUG("WM_LBUTTONDOWN: Volume control clicked at relative position (%d, %d)", x, y);
+  BeginVolumeDrag(x, y);
+}
+
+void VolumeControl::DragToPointer() {
+  const auto [x, y] = FromWin32(PointerIn(Window()));
+  HandleVolumeClick(x, y);
+}
+
+void VolumeControl::OnClickNotification() {
+  POINT cursor{};
+  GetCursorPos(&cursor);
+  if (!Window()) return;
+  RECT place{};
+  GetWindowRect(Window(), &place);
+  const int x = static_cast<int>(cursor.x - place.left);
+  const int y = static_cast<int>(cursor.y - place.top);
+  LOG_DEBUG("Volume control WM_COMMAND: click at relative (%d, %d)", x, y);
+  BeginVolumeDrag(x, y);
 }
 
 void VolumeControl::EndVolumeDrag() {

@@ -28,7 +28,18 @@ class VolumeControl {
 
   bool IsDragging() const { return isVolumeDragging_; }
 
-  // The left button went down on the slider, at this position relative to it: drags from here on.
+  // Null before the title bar has made it.
+  HWND Window() const { return titleBar_.Controls().volumeControl_; }
+  // Whether the point, in client coordinates of the main window, lies on the slider. All four edges belong to it.
+  bool Covers(POINT point) const;
+
+  // The left button went down on the slider: drags from where the pointer is now.
+  void BeginDragAtPointer();
+  // The pointer moved while dragging: sets the volume for where it is now.
+  void DragToPointer();
+  // The slider's own notification of a click: the pointer is where the press was, or near it.
+  void OnClickNotification();
+  // Drags from this position on, relative to the slider.
   void BeginVolumeDrag(int x, int y);
   void EndVolumeDrag();
   // Sets the volume for a position relative to the slider's left and top. Beyond the ends it is clamped.

@@ -1,6 +1,7 @@
 #include "shell/window_commands.h"
 
 #include "common/log.h"
+#include "shell/flutter_child.h"
 #include "shell/popup_menu.h"
 #include "shell/shell_ids.h"
 #include "shell/vantro_window.h"
@@ -8,9 +9,39 @@
 
 namespace vantro {
 
-WindowCommands::WindowCommands(VantroWindow& window, const TitleBar& titleBar, FlutterOverlay& overlay,
-                               Fullscreen& fullscreen, VolumeControl& volumeControl)
-    : window_(window), titleBar_(titleBar), overlay_(overlay), fullscreen_(fullscreen), volumeControl_(volumeControl) {}
+WindowCommands::WindowCommands(VantroWindow& window, FlutterOverlay& overlay, Fullscreen& fullscreen,
+                               VolumeControl& volumeControl, SearchBox& search)
+    : window_(window), overlay_(overlay), fullscreen_(fullscreen), volumeControl_(volumeControl), search_(search) {}
+
+void WindowCommands::OnCommand(WPARAM wParam, LPARAM lParam) {
+  const WORD id = LOWORD(wParam);
+  const WORD notification = HIWORD(wParam);
+  LOG_DEBUG("WM_COMMAND: Control interaction - ID: %d, Handle: %p, Type: %d", id, reinterpret_cast<void*>(lParam),
+            notification);
+  if (notification == EN_CHANGE && id == kSearchBoxId) {
+    search_.HandleSearchInput();
+    LOG_DEBUG("WM_COMMAND: Skipping focus redirect for search box text change");
+    return;
+  }
+  if (notification == BN_CLICKED && id == kFileButtonId) {
+    ShowFileMenu();
+  } else if (notification == BN_CLICKED && id == kHelpButtonId) {
+    ShowHelpMenu();
+  } else {
+    HandleMenuCommand(id);
+  }
+  RedirectFocusAfterCommand();
+}
+
+// A button that was clicked keeps the focus otherwise, and the view would hear no key.
+void WindowCommands::RedirectFocusAfterCommand() {
+  if (GetFocus() == search_.Window()) {
+    LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
+  } else if (const HWND child = LiveFlutterChild(window_.flutterEngine_)) {
+    SetFocus(child);
+    LOG_DEBUG("WM_COMMAND: Redirected focus back to Flutter window %p", static_cast<void*>(child));
+  }
+}
 
 void WindowCommands::ShowFileMenu() {
   ShowPopupMenu(window_.hwnd_, {"ShowFileMenu: Showing File popup menu", "ShowFileMenu: Failed to create popup menu", kFileButtonId, FileMenuItems()},
@@ -127,20 +158,6 @@ void WindowCommands::RestoreMediaDefaults() {
   settings_ = defaults;
   SaveSettings();
   LOG_INFO("VLC settings restored to defaults");
-}
-
-// The static's own notification: the pointer is where the press was, or near it.
-void WindowCommands::ClickVolumeControl() {
-  POINT cursor{};
-  GetCursorPos(&cursor);
-  const HWND slider = titleBar_.Controls().volumeControl_;
-  if (!slider) return;
-  RECT place{};
-  GetWindowRect(slider, &place);
-  const int x = static_cast<int>(cursor.x - place.left);
-  const int y = static_cast<int>(cursor.y - place.top);
-  LOG_DEBUG("Volume control WM_COMMAND: click at relative (%d, %d)", x, y);
-  volumeControl_.BeginVolumeDrag(x, y);
 }
 
 void WindowCommands::LoadSettings() {

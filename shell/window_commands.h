@@ -7,8 +7,8 @@
 
 #include "shell/flutter_overlay.h"
 #include "shell/fullscreen.h"
+#include "shell/search_box.h"
 #include "shell/settings.h"
-#include "shell/title_bar.h"
 #include "shell/volume_control.h"
 
 namespace vantro {
@@ -17,12 +17,16 @@ class VantroWindow;
 
 class WindowCommands {
  public:
-  // All are the owner's own. The window is asked for its handle and its channel, and stands beside the windows that
-  // are opened from it.
-  WindowCommands(VantroWindow& window, const TitleBar& titleBar, FlutterOverlay& overlay, Fullscreen& fullscreen,
-                 VolumeControl& volumeControl);
+  // All are the owner's own. The window is asked for its handle, its channel and its view, and stands beside the
+  // windows that are opened from it.
+  WindowCommands(VantroWindow& window, FlutterOverlay& overlay, Fullscreen& fullscreen, VolumeControl& volumeControl,
+                 SearchBox& search);
   WindowCommands(const WindowCommands&) = delete;
   WindowCommands& operator=(const WindowCommands&) = delete;
+
+  // Serves WM_COMMAND: the search box's text, the menu buttons, any other command. Then the view has the focus, unless
+  // the search box has it.
+  void OnCommand(WPARAM wParam, LPARAM lParam);
 
   // Below their buttons; return when the menu has closed.
   void ShowFileMenu();
@@ -46,13 +50,14 @@ class WindowCommands {
   void ToggleAlwaysOnTop();
   void ToggleAlwaysOnTopThisWindow();
   void RestoreMediaDefaults();
-  void ClickVolumeControl();
+  void ClickVolumeControl() { volumeControl_.OnClickNotification(); }
+  void RedirectFocusAfterCommand();
 
   VantroWindow& window_;
-  const TitleBar& titleBar_;
   FlutterOverlay& overlay_;
   Fullscreen& fullscreen_;
   VolumeControl& volumeControl_;
+  SearchBox& search_;
   WindowSettings settings_;
   bool alwaysOnTopThisWindow_ = false;  // not stored
 

@@ -129,6 +129,29 @@ size_t CountActiveWindows() {
                                            [](const auto& window) { return window && !window->isClosing_; }));
 }
 
+void BeginClosing(VantroWindow& window) {
+  LOG_INFO("WM_CLOSE: Window %p close requested", static_cast<void*>(&window));
+  window.isClosing_ = true;
+  const size_t active = CountActiveWindows();
+  LOG_INFO("WM_CLOSE: Total windows: %zu, Active windows after marking this as closing: %zu",
+           GetWindowRegistry().size(), active);
+  if (active != 0) {
+    LOG_INFO("WM_CLOSE: %zu active windows remain - not exiting application", active);
+  } else {
+    LOG_INFO("WM_CLOSE: No active windows remain - exiting application");
+    PostQuitMessage(0);
+  }
+}
+
+void ServeNewWindowRequest(VantroWindow& referenceWindow) {
+  LOG_INFO("=== RECEIVED WM_VANTRO_NEW_WINDOW MESSAGE ===");
+  LOG_INFO("Message received on window: %p", static_cast<void*>(&referenceWindow));
+  LOG_INFO("Current window count before: %zu", GetWindowRegistry().size());
+  CreateNewWindow(referenceWindow);
+  LOG_INFO("Current window count after: %zu", GetWindowRegistry().size());
+  LOG_INFO("=== NEW WINDOW REQUEST COMPLETED ===");
+}
+
 void ToggleWindowFullscreen(VantroWindow& window) { window.ToggleFullscreen(); }
 
 MethodChannelHandler* MasterHandler() {

@@ -20,6 +20,9 @@ bool IsShuttingDown();
 // else; no exception leaves.
 void CreateNewWindow(VantroWindow& referenceWindow);
 
+// The same for a second launch that has posted WM_VANTRO_NEW_WINDOW to the window.
+void ServeNewWindowRequest(VantroWindow& referenceWindow);
+
 // Takes the window. While shutting down it is destroyed instead.
 void RegisterWindow(std::unique_ptr<VantroWindow> ownedWindow);
 // Called by the destructor of VantroWindow only.
@@ -27,6 +30,9 @@ void UnregisterWindow(VantroWindow* window);
 
 // Entries whose window is not closing.
 size_t CountActiveWindows();
+
+// Marks the window as closing, and posts the quit message when no window is left that is not.
+void BeginClosing(VantroWindow& window);
 
 // After the message loop: raises the flag, destroys every window in order, empties the list.
 void ShutdownWindowManager();

@@ -1,14 +1,11 @@
-// The main window's procedure, and its messages but for keyboard, focus, mouse, search box and chrome.
+// The main window's procedure: unpacks each message and forwards it to the rooms.
 #include <windowsx.h>
 
 #include "common/log.h"
 #include "common/measures.h"
 #include "common/win32_geometry.h"
-#include "shell/button_painter.h"
-#include "shell/flutter_child.h"
 #include "shell/hit_test.h"
 #include "shell/shell_ids.h"
-#include "shell/speaker_icon.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
 
@@ -33,9 +30,9 @@ LRESULT VantroWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_SIZE:
       return OnSize();
     case WM_SETFOCUS:
-      return OnSetFocus(wParam, lParam);
+      return keyboard_.OnSetFocus(wParam, lParam);
     case WM_KILLFOCUS:
-      return OnKillFocus(wParam, lParam);
+      return keyboard_.OnKillFocus(wParam, lParam);
     case WM_PAINT:
       return OnPaint();
     case WM_CLOSE:
@@ -49,12 +46,12 @@ LRESULT VantroWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_NCPAINT:
       return OnNcPaint();
     case WM_KEYDOWN:
-      return OnKeyDown(wParam, lParam);
+      return keyboard_.OnKeyDown(wParam, lParam);
     case WM_KEYUP:
     case WM_CHAR:
     case WM_SYSKEYDOWN:
     case WM_SYSKEYUP:
-      return OnOtherKey(message, wParam, lParam);
+      return keyboard_.OnOtherKey(message, wParam, lParam);
     case WM_COMMAND:
       return OnCommand(wParam, lParam);
     case WM_TIMER:
@@ -64,13 +61,13 @@ LRESULT VantroWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_CTLCOLORSTATIC:
       return OnControlColor(wParam);
     case WM_MOUSEMOVE:
-      return OnMouseMove(wParam, lParam);
+      return mouse_.OnMouseMove(wParam, lParam);
     case WM_LBUTTONDOWN:
-      return OnLeftButtonDown(wParam, lParam);
+      return mouse_.OnLeftButtonDown(wParam, lParam);
     case WM_LBUTTONUP:
     case WM_RBUTTONUP:
     case WM_MBUTTONUP:
-      return OnButtonUp(message, wParam, lParam);
+      return mouse_.OnButtonUp(message, wParam, lParam);
     case WM_LBUTTONDBLCLK:
     case WM_RBUTTONDOWN:
     case WM_RBUTTONDBLCLK:
@@ -136,28 +133,16 @@ LRESULT VantroWindow::OnNcPaint() {
 
 LRESULT VantroWindow::OnDrawItem(LPARAM lParam) {
   const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-  if (item.CtlType == ODT_BUTTON) {
-    PaintTitleBarButton(item, isFullscreen(), titleBar_.Brush());
-  } else if (item.CtlType == ODT_STATIC && item.CtlID == kVolumeControlId) {
+  if (item.CtlType == ODT_STATIC && item.CtlID == kVolumeControlId) {
     volumeControl_.DrawVolumeControl(item);
-  } else if (item.CtlType == ODT_STATIC && item.CtlID == kSpeakerIconId) {
-    DrawSpeakerIcon(item, titleBar_.Brush());
+  } else {
+    titleBar_.DrawItem(item, isFullscreen());
   }
   return TRUE;
 }
 
 LRESULT VantroWindow::OnClose(WPARAM wParam, LPARAM lParam) {
-  LOG_INFO("WM_CLOSE: Window %p close requested", static_cast<void*>(this));
-  isClosing_ = true;
-  const size_t active = CountActiveWindows();
-  LOG_INFO("WM_CLOSE: Total windows: %zu, Active windows after marking this as closing: %zu",
-           GetWindowRegistry().size(), active);
-  if (active != 0) {
-    LOG_INFO("WM_CLOSE: %zu active windows remain - not exiting application", active);
-  } else {
-    LOG_INFO("WM_CLOSE: No active windows remain - exiting application");
-    PostQuitMessage(0);
-  }
+  BeginClosing(*this);
   // Destroys the native window, and with it the overlay that it owns.
   return DefWindowProcA(hwnd_, WM_CLOSE, wParam, lParam);
 }
@@ -176,34 +161,8 @@ LRESULT VantroWindow::OnHitTest(LPARAM lParam) {
 }
 
 LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
-  const WORD id = LOWORD(wParam);
-  const WORD notification = HIWORD(wParam);
-  LOG_DEBUG("WM_COMMAND: Control interaction - ID: %d, Handle: %p, Type: %d", id, reinterpret_cast<void*>(lParam),
-            notification);
-  if (notification == EN_CHANGE && id == kSearchBoxId) {
-    search_.HandleSearchInput();
-    LOG_DEBUG("WM_COMMAND: Skipping focus redirect for search box text change");
-    return 0;
-  }
-  if (notification == BN_CLICKED && id == kFileButtonId) {
-    commands_.ShowFileMenu();
-  } else if (notification == BN_CLICKED && id == kHelpButtonId) {
-    commands_.ShowHelpMenu();
-  } else {
-    commands_.HandleMenuCommand(id);
-  }
-  RedirectFocusAfterCommand();
+  commands_.OnCommand(wParam, lParam);
   return 0;
-}
-
-// A button that was clicked keeps the focus otherwise, and the view would hear no key.
-void VantroWindow::RedirectFocusAfterCommand() {
-  if (GetFocus() == search_.Window()) {
-    LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
-  } else if (const HWND child = LiveFlutterChild(flutterEngine_)) {
-    SetFocus(child);
-    LOG_DEBUG("WM_COMMAND: Redirected focus back to Flutter window %p", static_cast<void*>(child));
-  }
 }
 
 LRESULT VantroWindow::OnTimer(WPARAM timerId) {
@@ -234,12 +193,7 @@ LRESULT VantroWindow::OnControlColor(WPARAM wParam) {
 }
 
 LRESULT VantroWindow::OnNewWindowRequest() {
-  LOG_INFO("=== RECEIVED WM_VANTRO_NEW_WINDOW MESSAGE ===");
-  LOG_INFO("Message received on window: %p", static_cast<void*>(this));
-  LOG_INFO("Current window count before: %zu", GetWindowRegistry().size());
-  CreateNewWindow(*this);
-  LOG_INFO("Current window count after: %zu", GetWindowRegistry().size());
-  LOG_INFO("=== NEW WINDOW REQUEST COMPLETED ===");
+  ServeNewWindowRequest(*this);
   return 0;
 }
 

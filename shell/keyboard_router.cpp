@@ -1,8 +1,7 @@
-// Keys and focus on the main window itself. The view is the home of the focus; what reaches the window instead is
-// carried to the view, and the focus stays where it is.
+#include "shell/keyboard_router.h"
+
 #include "common/log.h"
 #include "shell/flutter_child.h"
-#include "shell/vantro_window.h"
 
 namespace vantro {
 
@@ -29,33 +28,37 @@ long long Result(LRESULT result) { return result; }
 
 }  // namespace
 
-LRESULT VantroWindow::OnSetFocus(WPARAM wParam, LPARAM lParam) {
+KeyboardRouter::KeyboardRouter(const HWND& mainWindow, const TitleBar& titleBar, const FlutterOverlay& overlay,
+                               Fullscreen& fullscreen, const std::unique_ptr<FlutterEngine>& engine)
+    : hwnd_(mainWindow), titleBar_(titleBar), overlay_(overlay), fullscreen_(fullscreen), flutterEngine_(engine) {}
+
+LRESULT KeyboardRouter::OnSetFocus(WPARAM wParam, LPARAM lParam) const {
   LOG_DEBUG("WM_SETFOCUS: Main window got focus, current focus window: %p", static_cast<void*>(GetFocus()));
   LOG_DEBUG("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p",
             static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
             static_cast<void*>(titleBar_.Controls().helpButton_));
-  LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("WM_SETFOCUS: Flutter overlay: %p", static_cast<void*>(overlay_.Window()));
   LOG_DEBUG("WM_SETFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild(flutterEngine_)));
   return DefWindowProcA(hwnd_, WM_SETFOCUS, wParam, lParam);
 }
 
-LRESULT VantroWindow::OnKillFocus(WPARAM wParam, LPARAM lParam) {
+LRESULT KeyboardRouter::OnKillFocus(WPARAM wParam, LPARAM lParam) const {
   LOG_DEBUG("WM_KILLFOCUS: Main window lost focus, new focus window: %p", reinterpret_cast<void*>(wParam));
   LOG_DEBUG("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p",
             static_cast<void*>(titleBar_.Controls().searchBox_), static_cast<void*>(titleBar_.Controls().fileButton_),
             static_cast<void*>(titleBar_.Controls().helpButton_));
-  LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("WM_KILLFOCUS: Flutter overlay: %p", static_cast<void*>(overlay_.Window()));
   LOG_DEBUG("WM_KILLFOCUS: Flutter engine window: %p", static_cast<void*>(FlutterChild(flutterEngine_)));
   return DefWindowProcA(hwnd_, WM_KILLFOCUS, wParam, lParam);
 }
 
-LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
+LRESULT KeyboardRouter::OnKeyDown(WPARAM wParam, LPARAM lParam) {
   LOG_DEBUG("MAIN_WINDOW_HANDLER: Received WM_KEYDOWN, key=%llu", Key(wParam));
-  LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(flutterHostWindow()));
+  LOG_DEBUG("MainWindow: Overlay window handle: %p", static_cast<void*>(overlay_.Window()));
   LOG_DEBUG("MainWindow: Current focus when keydown received: %p", static_cast<void*>(GetFocus()));
   LOG_DEBUG("MainWindow: Is current focus == main window? %s", YesOrNo(GetFocus() == hwnd_));
-  if (wParam == VK_F11 || (wParam == VK_ESCAPE && isFullscreen())) {
-    ToggleFullscreen();
+  if (wParam == VK_F11 || (wParam == VK_ESCAPE && fullscreen_.IsFullscreen())) {
+    fullscreen_.ToggleFullscreen();
     return 0;
   }
   if (!flutterEngine_) {
@@ -81,21 +84,19 @@ LRESULT VantroWindow::OnKeyDown(WPARAM wParam, LPARAM lParam) {
 
 // The fallbacks of a key that the engine did not take: the view's window, then the overlay with its own rules. The
 // first result that is not zero counts.
-LRESULT VantroWindow::SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lParam) {
+LRESULT KeyboardRouter::SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lParam) const {
   LOG_DEBUG("MainWindow: MAIN_WINDOW_FALLBACK - sending keyboard directly to Flutter window");
   const LRESULT childResult = SendMessageA(child, WM_KEYDOWN, wParam, lParam);
   LOG_DEBUG("MainWindow: Direct SendMessage result: %lld", Result(childResult));
   if (childResult != 0) return childResult;
-  if (!flutterHostWindow() || !IsWindow(flutterHostWindow())) return 0;
-  LOG_DEBUG("MainWindow: Trying Flutter overlay window as fallback: %p", static_cast<void*>(flutterHostWindow()));
-  const LRESULT overlayResult = SendMessageA(flutterHostWindow(), WM_KEYDOWN, wParam, lParam);
+  if (!overlay_.Window() || !IsWindow(overlay_.Window())) return 0;
+  LOG_DEBUG("MainWindow: Trying Flutter overlay window as fallback: %p", static_cast<void*>(overlay_.Window()));
+  const LRESULT overlayResult = SendMessageA(overlay_.Window(), WM_KEYDOWN, wParam, lParam);
   LOG_DEBUG("MainWindow: Overlay SendMessage result: %lld", Result(overlayResult));
   return overlayResult;
 }
 
-// Key up, characters and the system keys end here, whoever takes them: none reaches the system's own handling, so Alt
-// opens no menu.
-LRESULT VantroWindow::OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT KeyboardRouter::OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam) const {
   LOG_DEBUG("MainWindow: Received keyboard message %u, key=%llu", message, Key(wParam));
   if (!flutterEngine_) {
     LOG_ERROR("MainWindow: flutterEngine_ is NULL - cannot forward keyboard message %u!", message);
