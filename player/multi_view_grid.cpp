@@ -9,19 +9,9 @@
 
 #include "common/log.h"
 #include "common/win32_geometry.h"
-#include "player/player_events.h"
 #include "player/video_scale.h"
 
 namespace vantro {
-
-namespace {
-
-constexpr DWORD kTileWindowStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
-// Where a tile lies until the grid is laid out.
-constexpr int kNewTilePosition = 100;
-constexpr int kNewTileSize = 100;
-
-}  // namespace
 
 void MultiViewGrid::Enable(WatchedPlayerHandle& single, HWND window, const std::string& title, const std::string& url) {
   LOG_DEBUG("[EnableMultiView] *** CALLED *** isMultiViewMode=%d, existing players=%zu", IsOn(), players_.size());
@@ -54,7 +44,7 @@ bool MultiViewGrid::Disable(WatchedPlayerHandle& single) {
     return false;
   }
   // The first tile stays out of this, the original one or not.
-  for (size_t index = 1; index < players_.size(); ++index) DestroyPlayerWindow(players_[index]);
+  for (size_t index = 1; index < players_.size(); ++index) TileMaker::DestroyPlayerWindow(players_[index]);
   if (!players_.empty() && players_[0].isOriginal) RestoreOriginalTile(players_[0], single);
   ReleaseTiles();
   isMultiViewMode_.store(false, std::memory_order_relaxed);
@@ -93,14 +83,14 @@ bool MultiViewGrid::AddStream(const std::string& url, const std::string& name) {
   }
   LOG_DEBUG("[MvAddStream] *** CALLED *** url=%s, name=%s, isMultiViewMode=%d, current player count=%zu", url.c_str(),
             name.c_str(), IsOn(), players_.size());
-  const HWND window = CreateTileWindow();
+  const HWND window = maker_.CreateTileWindow();
   if (!window) {
     LOG_ERROR("[MvAddStream] FAILED to create player window");
     return false;
   }
   LOG_DEBUG("[MvAddStream] Created window: %p", static_cast<void*>(window));
 
-  VlcMediaPlayerPtr player = CreateTilePlayer(window, url);
+  VlcMediaPlayerPtr player = maker_.CreateTilePlayer(window, url);
   if (!player) {
     DestroyWindow(window);
     return false;
@@ -111,7 +101,7 @@ bool MultiViewGrid::AddStream(const std::string& url, const std::string& name) {
   tile.name = name;
   tile.url = url;
   PublishTiles();
-  AttachEventsToPlayer(tile.mediaPlayer.get());
+  maker_.AttachEventsToPlayer(tile.mediaPlayer.get());
   LOG_DEBUG("[MvAddStream] Attached events to new player");
   LOG_DEBUG("[MvAddStream] Added player, total count now: %zu", players_.size());
 
@@ -120,56 +110,6 @@ bool MultiViewGrid::AddStream(const std::string& url, const std::string& name) {
   UpdateMultiViewScaling();
   LOG_INFO("[MvAddStream] *** SUCCESS *** Final player count: %zu", players_.size());
   return true;
-}
-
-HWND MultiViewGrid::CreateTileWindow() {
-  if (!RegisterVlcHostWindowClass()) return nullptr;
-  return CreateWindowExW(WS_EX_NOPARENTNOTIFY, kVlcHostWindowClass, L"VLC Player Window", kTileWindowStyle,
-                         kNewTilePosition, kNewTilePosition, kNewTileSize, kNewTileSize, ParentWindow(), nullptr,
-                         GetModuleHandleW(nullptr), nullptr);
-}
-
-VlcMediaPlayerPtr MultiViewGrid::CreateTilePlayer(HWND window, const std::string& url) {
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded) {
-    LOG_ERROR("Failed to load VLC functions for MvAddStream");
-    return nullptr;
-  }
-  if (!vlc.libvlc_media_player_new || !vlc.libvlc_media_player_set_hwnd || !vlc.libvlc_media_player_set_media ||
-      !vlc.libvlc_media_player_play) {
-    LOG_ERROR("[MvAddStream] Missing required libvlc function pointers (new=%d, set_hwnd=%d, set_media=%d, play=%d)",
-              vlc.libvlc_media_player_new != nullptr, vlc.libvlc_media_player_set_hwnd != nullptr,
-              vlc.libvlc_media_player_set_media != nullptr, vlc.libvlc_media_player_play != nullptr);
-    return nullptr;
-  }
-  VlcMediaPlayerPtr player(vlc.libvlc_media_player_new(instance_.get()));
-  if (!player) {
-    LOG_ERROR("[MvAddStream] FAILED to create VLC media player");
-    return nullptr;
-  }
-  LOG_DEBUG("[MvAddStream] Created VLC player: %p", static_cast<void*>(player.get()));
-  vlc.libvlc_media_player_set_hwnd(player.get(), window);
-  OpenOnTile(vlc, player.get(), url);
-  // Silent until UpdateActiveAudio has judged it.
-  if (vlc.libvlc_audio_set_volume) vlc.libvlc_audio_set_volume(player.get(), 0);
-  vlc.libvlc_media_player_play(player.get());
-  return player;
-}
-
-void MultiViewGrid::OpenOnTile(const LibVlcFunctions& vlc, libvlc_media_player_t* player, const std::string& url) {
-  const VlcMediaPtr media(instance_.CreateMedia(url));
-  if (media) vlc.libvlc_media_player_set_media(player, media.get());
-}
-
-void MultiViewGrid::AttachEventsToPlayer(libvlc_media_player_t* player) {
-  if (!player) return;
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded || !vlc.libvlc_media_player_event_manager || !vlc.libvlc_event_attach) return;
-  libvlc_event_manager_t* const events = vlc.libvlc_media_player_event_manager(player);
-  if (!events) return;
-  vlc.libvlc_event_attach(events, player_event::kPlaying, listener_.callback, listener_.userData);
-  vlc.libvlc_event_attach(events, player_event::kMediaChanged, listener_.callback, listener_.userData);
-  LOG_DEBUG("[AttachEventsToPlayer] Attached events to player %p", static_cast<void*>(player));
 }
 
 bool MultiViewGrid::ReplaceActive(const std::string& url, const std::string& name) {
@@ -186,39 +126,9 @@ bool MultiViewGrid::ReplaceActive(const std::string& url, const std::string& nam
               vlc.libvlc_media_player_play != nullptr);
     return false;
   }
-  ReplaceTileStream(vlc, players_[static_cast<size_t>(activeIndex_)], url, name);
+  maker_.ReplaceTileStream(vlc, players_[static_cast<size_t>(activeIndex_)], url, name);
   UpdateActiveAudio();
   return true;
-}
-
-void MultiViewGrid::ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& tile, const std::string& url,
-                                      const std::string& name) {
-  // A tile that came from a single view without a player has none either: it just takes the names.
-  libvlc_media_player_t* const player = tile.mediaPlayer.get();
-  if (player) {
-    vlc.libvlc_media_player_stop(player);
-    OpenOnTile(vlc, player, url);
-  }
-  tile.name = name;
-  tile.url = url;
-  if (player && vlc.libvlc_media_player_play) vlc.libvlc_media_player_play(player);
-}
-
-void MultiViewGrid::RestartTile(libvlc_media_player_t* mediaPlayer, const std::string& url, bool restorePosition) {
-  if (url.empty()) return;
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded || !vlc.libvlc_media_player_stop || !vlc.libvlc_media_player_set_media ||
-      !vlc.libvlc_media_player_play) {
-    return;
-  }
-  libvlc_time_t time = 0;
-  if (restorePosition && vlc.libvlc_media_player_get_time) time = vlc.libvlc_media_player_get_time(mediaPlayer);
-  vlc.libvlc_media_player_stop(mediaPlayer);
-  OpenOnTile(vlc, mediaPlayer, url);
-  vlc.libvlc_media_player_play(mediaPlayer);
-  if (restorePosition && vlc.libvlc_media_player_set_time && time > 0) {
-    vlc.libvlc_media_player_set_time(mediaPlayer, time, false);
-  }
 }
 
 bool MultiViewGrid::RemoveActive() {
@@ -230,7 +140,7 @@ bool MultiViewGrid::RemoveActive() {
   }
   if (!IsTileIndex(activeIndex_)) return false;
   const auto active = players_.begin() + activeIndex_;
-  DestroyPlayerWindow(*active);
+  TileMaker::DestroyPlayerWindow(*active);
   VlcMediaPlayerPtr player = std::move(active->mediaPlayer);
   players_.erase(active);
   PublishTiles();
@@ -278,7 +188,7 @@ bool MultiViewGrid::OpenActiveInOriginal() {
               vlc.libvlc_media_player_stop != nullptr, vlc.libvlc_media_player_set_media != nullptr);
     return false;
   }
-  ReplaceTileStream(vlc, players_[0], active.url, active.name);
+  maker_.ReplaceTileStream(vlc, players_[0], active.url, active.name);
   return true;
 }
 
@@ -305,20 +215,6 @@ void MultiViewGrid::SetActiveIndexSafe(int index) {
   }
   LOG_DEBUG("[SetActiveIndexSafe] Changing activeIndex from %d to %d", activeIndex_, index);
   activeIndex_ = index;
-}
-
-void MultiViewGrid::DestroyPlayerWindow(MultiViewPlayer& record) {
-  const LibVlcFunctions vlc = GetLibVlcFunctions();
-  if (!vlc.loaded) {
-    LOG_ERROR("Failed to load VLC functions for DestroyPlayerWindow");
-    return;
-  }
-  if (record.isOriginal) return;
-  if (record.mediaPlayer && vlc.libvlc_media_player_stop) vlc.libvlc_media_player_stop(record.mediaPlayer.get());
-  if (record.window) {
-    DestroyWindow(record.window);
-    record.window = nullptr;
-  }
 }
 
 void MultiViewGrid::PublishTiles() {

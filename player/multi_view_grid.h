@@ -18,27 +18,21 @@
 #include "player/pending_resumes.h"
 #include "player/player_handle.h"
 #include "player/reader_epochs.h"
+#include "player/tile_maker.h"
 #include "player/vlc_instance.h"
 
 namespace vantro {
-
-// Who hears the events of a player.
-struct EventListener {
-  libvlc_callback_t callback;
-  void* userData;
-};
 
 class MultiViewGrid {
  public:
   // All are borrowed and outlive the grid. The parent window holds the tiles.
   MultiViewGrid(const VlcInstance& instance, const std::atomic<HWND>& parentWindow, ReaderEpochs& readers,
                 PendingResumes& resumes, EventListener listener)
-      : instance_(instance),
+      : maker_(instance, parentWindow, listener),
         parentWindow_(parentWindow),
         tileHandles_(readers),
         readers_(readers),
-        resumes_(resumes),
-        listener_(listener) {}
+        resumes_(resumes) {}
   MultiViewGrid(const MultiViewGrid&) = delete;
   MultiViewGrid& operator=(const MultiViewGrid&) = delete;
 
@@ -65,7 +59,9 @@ class MultiViewGrid {
   // Makes a tile the active one, without touching the audio. An index out of range, logged, changes nothing.
   void SetActiveIndexSafe(int index);
   // Opens the URL anew on a tile's wedged player.
-  void RestartTile(libvlc_media_player_t* mediaPlayer, const std::string& url, bool restorePosition);
+  void RestartTile(libvlc_media_player_t* mediaPlayer, const std::string& url, bool restorePosition) {
+    maker_.RestartTile(mediaPlayer, url, restorePosition);
+  }
   // Empties the grid, releasing each player and leaving the windows alone.
   void ReleaseTiles();
 
@@ -99,24 +95,13 @@ class MultiViewGrid {
   // Releases a player that no event is using any more, and forgets its pending resume.
   void ReleasePlayer(VlcMediaPlayerPtr player);
 
-  HWND CreateTileWindow();
-  VlcMediaPlayerPtr CreateTilePlayer(HWND window, const std::string& url);
-  // Listens to a tile's Playing and MediaChanged, and to nothing else of it. Nothing detaches them.
-  void AttachEventsToPlayer(libvlc_media_player_t* player);
-  // Opens the URL on a tile's player, without stopping or playing it. A media that can't be made leaves the old one.
-  void OpenOnTile(const LibVlcFunctions& vlc, libvlc_media_player_t* player, const std::string& url);
-  void ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& tile, const std::string& url,
-                         const std::string& name);
   void RestoreOriginalTile(MultiViewPlayer& tile, WatchedPlayerHandle& single);
-  // Stops a tile's player and destroys its window, unless it is the original tile. The player is released with the
-  // record.
-  void DestroyPlayerWindow(MultiViewPlayer& record);
 
   void PlaceTile(size_t index, const Rect& cell);
   void RefitTile(size_t index, const Rect& cell);
   void FitTileVideo(const LibVlcFunctions& vlc, size_t index, const Rect& cell);
 
-  const VlcInstance& instance_;
+  const TileMaker maker_;
   const std::atomic<HWND>& parentWindow_;
   std::atomic<bool> isMultiViewMode_{false};
   std::vector<MultiViewPlayer> players_;
@@ -124,7 +109,6 @@ class MultiViewGrid {
   Published<TileHandles> tileHandles_;
   ReaderEpochs& readers_;
   PendingResumes& resumes_;
-  const EventListener listener_;
 };
 
 }  // namespace vantro

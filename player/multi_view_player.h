@@ -11,7 +11,7 @@
 namespace vantro {
 
 // Moved, never copied. Destroying a record, or moving onto it, releases its player and leaves its window alone: windows
-// go through MultiViewGrid::DestroyPlayerWindow only.
+// go through TileMaker::DestroyPlayerWindow only.
 struct MultiViewPlayer {
   HWND window = nullptr;
   VlcMediaPlayerPtr mediaPlayer;

@@ -1,13 +1,11 @@
 // Start-up and end of the player.
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
 #include "common/log.h"
 #include "common/measures.h"
-#include "common/win32_geometry.h"
 #include "player/player_events.h"
 #include "player/vlc_player.h"
 #include "player/vlc_runtime.h"
@@ -16,7 +14,6 @@ namespace vantro {
 
 namespace {
 
-constexpr DWORD kVideoWindowStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
 void LogStartEnvironment() {
   if (const char* pluginPath = std::getenv("VLC_PLUGIN_PATH")) {
     LOG_INFO("VLC_PLUGIN_PATH: %s", pluginPath);
@@ -98,23 +95,6 @@ bool VLCPlayer::Initialize(HWND parentWindow) {
   LOG_INFO("VLC initial volume set to 100%%");
   LOG_INFO("VLCPlayer::Initialize completed successfully");
   return true;
-}
-
-void VLCPlayer::CreateVideoWindow() {
-  if (!RegisterVlcHostWindowClass()) return;
-  const Size parent = ClientSize(ParentWindow());
-  const int width = std::max(1, parent.width);
-  const int height = std::max(1, parent.height);
-  vlcWindow_ = CreateWindowExW(WS_EX_NOPARENTNOTIFY, kVlcHostWindowClass, L"", kVideoWindowStyle, 0, 0, width, height,
-                               ParentWindow(), nullptr, GetModuleHandleW(nullptr), nullptr);
-  if (!vlcWindow_) {
-    vlcWindow_ = ParentWindow();
-    LOG_WARNING("Failed to create VLC child window, using parent window");
-    return;
-  }
-  SetWindowPos(vlcWindow_, HWND_BOTTOM, 0, 0, width, height, SWP_NOACTIVATE);
-  LOG_INFO("*** CORE FIX *** Created VLC child window: %p (%dx%d) for original player", static_cast<void*>(vlcWindow_),
-           width, height);
 }
 
 bool VLCPlayer::CreateMediaPlayer(const LibVlcFunctions& vlc) {

@@ -1,6 +1,4 @@
 // Media and transport of the single view.
-#include <windows.h>
-
 #include <string>
 #include <utility>
 
@@ -17,11 +15,6 @@ constexpr int kAudioError = -1;  // what the audio getters return without an aud
 constexpr int kMuted = 1;
 // The third argument of set_time: seek to the exact time, not to the nearest key frame.
 constexpr bool kExactSeek = false;
-
-constexpr UINT kKeepPlaceAndFocus = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
-constexpr UINT kKeepPlaceAndShow = kKeepPlaceAndFocus | SWP_SHOWWINDOW;
-
-void StackWindow(HWND window, HWND insertAfter, UINT flags) { SetWindowPos(window, insertAfter, 0, 0, 0, 0, flags); }
 
 // Reads a track list to its end and gives it back. Nothing of the entries leaves: the interface learns only that the
 // list was read.
@@ -210,37 +203,6 @@ int64_t VLCPlayer::GetDuration() {
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded) LOG_ERROR("Failed to load VLC functions for GetDuration");
   return vlc.loaded && vlc.libvlc_media_player_get_length ? vlc.libvlc_media_player_get_length(mediaPlayer_.get()) : 0;
-}
-
-void VLCPlayer::Resize(int x, int y, int width, int height) {
-  LOG_INFO("[Resize] Called with %dx%d isMultiViewMode=%d", width, height, IsMultiViewMode());
-  if (IsMultiViewMode()) {
-    LOG_INFO("[Resize] In multiview mode - updating grid layout for new size");
-    UpdateGridLayout();
-    return;
-  }
-  if (!vlcWindow_ || vlcWindow_ == ParentWindow()) return;
-  MoveWindow(vlcWindow_, x, y, width, height, TRUE);
-  EnsureZOrder();
-  LOG_INFO("[Resize] Resized VLC window to %dx%d", width, height);
-}
-
-void VLCPlayer::EnsureZOrder() {
-  if (!vlcWindow_ || vlcWindow_ == ParentWindow()) return;
-  LOG_INFO("EnsureZOrder: parent=%p vlc=%p overlay=%p", static_cast<void*>(ParentWindow()),
-           static_cast<void*>(vlcWindow_), static_cast<void*>(overlayWindow_));
-  if (!overlayWindow_ || !IsWindow(overlayWindow_)) {
-    if (IsWindow(vlcWindow_)) StackWindow(vlcWindow_, HWND_NOTOPMOST, kKeepPlaceAndFocus);
-    return;
-  }
-  if (GetWindowLongPtrA(overlayWindow_, GWL_STYLE) & WS_CHILD) {
-    StackWindow(vlcWindow_, HWND_BOTTOM, kKeepPlaceAndFocus);
-    StackWindow(overlayWindow_, vlcWindow_, kKeepPlaceAndShow);
-    StackWindow(overlayWindow_, HWND_TOP, kKeepPlaceAndShow);
-    return;
-  }
-  if (IsWindow(vlcWindow_)) StackWindow(vlcWindow_, HWND_NOTOPMOST, kKeepPlaceAndFocus);
-  StackWindow(overlayWindow_, vlcWindow_, kKeepPlaceAndShow);
 }
 
 void VLCPlayer::RefreshSpuTracks() {

@@ -37,8 +37,8 @@ struct PlayerInspector {
   // A pass of the watchdog at the clock's time.
   void RunStallPass(StallWatchdog::TickSource clock) { player_.watchdog_.RunPass(player_.media_.get(), clock); }
   void NudgePlayer(libvlc_media_player_t* mediaPlayer) { player_.watchdog_.NudgePlayer(mediaPlayer); }
-  void AttachEventsToPlayer(libvlc_media_player_t* mediaPlayer) { player_.grid_.AttachEventsToPlayer(mediaPlayer); }
-  void DestroyPlayerWindow(MultiViewPlayer& record) { player_.grid_.DestroyPlayerWindow(record); }
+  void AttachEventsToPlayer(libvlc_media_player_t* mediaPlayer) { player_.grid_.maker_.AttachEventsToPlayer(mediaPlayer); }
+  void DestroyPlayerWindow(MultiViewPlayer& record) { TileMaker::DestroyPlayerWindow(record); }
 
   VLCPlayer& player_;
   ReaderEpochs& eventReaders_;
