@@ -57,3 +57,16 @@ def test_no_folder_is_in_a_circle():
         assert ends, f"a circle among {sorted(arrows)}"
         for folder in ends:
             del arrows[folder]
+
+
+# A source file that grows past this has taken a second idea in.
+LONGEST_SOURCE = 350
+
+
+def test_no_source_file_of_the_product_is_long():
+    sources = [path for folder in drawn_arrows() for path in sorted((ROOT / folder).rglob("*"))
+               if path.suffix in {".h", ".cpp"}]
+    assert sources, "the product has sources"
+    lengths = {str(path.relative_to(ROOT)): len(path.read_text().splitlines()) for path in sources}
+    long = {name: length for name, length in lengths.items() if length > LONGEST_SOURCE}
+    assert not long, f"more than {LONGEST_SOURCE} lines: {long}"
