@@ -12,10 +12,6 @@ int CountLines(const std::string& text, const std::string& line) {
 
 }  // namespace
 
-BareWindow::BareWindow()
-    : hwnd_(CreateWindowExW(0, L"STATIC", L"bare", WS_POPUP, 0, 0, kParentWidth, kParentHeight, nullptr, nullptr,
-                            GetModuleHandleW(nullptr), nullptr)) {}
-
 PlayerChannelTest::PlayerChannelTest()
     : player_(std::make_unique<VLCPlayer>()), engine_(std::make_unique<FlutterEngine>()) {
   EXPECT_TRUE(player_->Initialize(parent_.get()));
@@ -48,13 +44,6 @@ NativeMarkerState PlayerChannelTest::Marker() const {
   std::string text = ReadFileBytes(MarkerFile());
   std::erase(text, '\r');
   return ParseNativeMarker(text);
-}
-
-RECT PlayerChannelTest::VideoRect() const {
-  RECT rect{};
-  GetWindowRect(state_.vlcWindow_, &rect);
-  MapWindowPoints(nullptr, parent_.get(), reinterpret_cast<POINT*>(&rect), 2);
-  return rect;
 }
 
 InterfaceCall Toast(const char* message, const char* shortWord) {

@@ -15,6 +15,7 @@
 #include "tests/support/interface_end.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
+#include "tests/support/native_window.h"
 #include "tests/support/player_inspector.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/scripted_vlc.h"
@@ -27,19 +28,6 @@ constexpr char kUrl[] = "http://host/stream.ts";
 constexpr char kDuplicateLine[] =
     "Error: Only one of Success, Error, or NotImplemented can be called, and it can be called exactly once. Ignoring "
     "duplicate result.";
-
-// A hidden top-level window, client area of the size above.
-class BareWindow {
- public:
-  BareWindow();
-  ~BareWindow() { DestroyWindow(hwnd_); }
-  BareWindow(const BareWindow&) = delete;
-  BareWindow& operator=(const BareWindow&) = delete;
-  HWND get() const { return hwnd_; }
-
- private:
-  HWND hwnd_;
-};
 
 class PlayerChannelTest : public testing::Test {
  protected:
@@ -61,7 +49,7 @@ class PlayerChannelTest : public testing::Test {
   NativeMarkerState Marker() const;
   libvlc_media_player_t* MediaPlayer() const { return state_.mediaPlayer_.get(); }
   // The video's window in client pixels of the parent.
-  RECT VideoRect() const;
+  RECT VideoRect() const { return PlaceInParent(state_.vlcWindow_); }
 
   ScratchFolder scratch_;
   TemporaryFolderAt temporaryFolder_{scratch_.path()};
@@ -69,7 +57,7 @@ class PlayerChannelTest : public testing::Test {
   ScriptedVlc vlc_;
   Loopback loopback_;
   InterfaceEnd interface_{loopback_};
-  BareWindow parent_;
+  ParentWindow parent_{kParentWidth, kParentHeight};
   std::unique_ptr<VLCPlayer> player_;
   PlayerInspector state_{*player_};
   std::unique_ptr<FlutterEngine> engine_;

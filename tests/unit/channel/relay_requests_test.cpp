@@ -57,7 +57,7 @@ class RelayRequests : public testing::Test {
   ScriptedVlc vlc_;
   Loopback loopback_;
   InterfaceEnd interface_{loopback_};
-  BareWindow parent_;
+  ParentWindow parent_{kParentWidth, kParentHeight};
   std::vector<int> engines_;
 };
 

@@ -10,40 +10,11 @@
 
 #include "player/vlc_player.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/native_window.h"
 #include "tests/support/player_inspector.h"
 #include "tests/support/scripted_vlc.h"
 
 namespace vantro::test {
-
-// A hidden top-level window whose client area has the given size.
-class ParentWindow {
- public:
-  ParentWindow(int width, int height)
-      : handle_(CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width, height, nullptr, nullptr,
-                                GetModuleHandleW(nullptr), nullptr)) {}
-  ~ParentWindow() { Destroy(); }
-  ParentWindow(const ParentWindow&) = delete;
-  ParentWindow& operator=(const ParentWindow&) = delete;
-
-  HWND get() const { return handle_; }
-  void Destroy() {
-    if (IsWindow(handle_)) DestroyWindow(handle_);
-  }
-  int ChildCount() const {
-    int count = 0;
-    EnumChildWindows(
-        handle_,
-        [](HWND, LPARAM counter) -> BOOL {
-          ++*reinterpret_cast<int*>(counter);
-          return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&count));
-    return count;
-  }
-
- private:
-  HWND handle_;
-};
 
 // A copy of what stands in the process-wide table, put back at the end: a test empties slots in between.
 class TableGuard {
@@ -90,14 +61,6 @@ class StartedPlayerTest : public PlayerTest {
     return lines;
   }
 };
-
-// Where a child window stands in its parent's client area, and how large it is.
-inline RECT PlaceInParent(HWND child) {
-  RECT place{};
-  GetWindowRect(child, &place);
-  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&place), 2);
-  return place;
-}
 
 inline std::string PointerText(const void* pointer) {
   char text[32];

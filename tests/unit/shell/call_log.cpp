@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "shell/vantro_window.h"
+#include "tests/support/flag_names.h"
 #include "tests/unit/shell/inside.h"
 
 namespace vantro::test {
@@ -43,17 +44,18 @@ struct RecordedCalls {
 #define PASS(function, line, ...) RecordedCalls::Pass<decltype(::function)>("user32.dll", #function, line, __VA_ARGS__)
 
   static BOOL WINAPI OnSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
-    const auto place = static_cast<long long>(reinterpret_cast<INT_PTR>(after));
     return PASS(SetWindowPos,
-                Name(window) + Format(" after=%lld %d,%d %dx%d flags=%u", place, x, y, width, height, flags), window,
-                after, x, y, width, height, flags);
+                Name(window) + " after=" + InsertAfter(after) + Format(" %d,%d %dx%d ", x, y, width, height) +
+                    PlacementFlags(flags),
+                window, after, x, y, width, height, flags);
   }
   static BOOL WINAPI OnShowWindow(HWND window, int command) {
-    return PASS(ShowWindow, Name(window) + Format(" %d", command), window, command);
+    return PASS(ShowWindow, Name(window) + " " + ShowCommand(command), window, command);
   }
   static LONG WINAPI OnSetWindowLongA(HWND window, int index, LONG value) {
-    return PASS(SetWindowLongA, Name(window) + Format(" %d 0x%08lX", index, static_cast<unsigned long>(value)), window,
-                index, value);
+    const auto bits = static_cast<DWORD>(value);
+    const std::string names = index == GWL_EXSTYLE ? ExStyleNames(bits) : StyleNames(bits);
+    return PASS(SetWindowLongA, Name(window) + " " + WindowLongName(index) + " " + names, window, index, value);
   }
   static UINT_PTR WINAPI OnSetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedure) {
     return PASS(SetTimer,

@@ -25,7 +25,7 @@ class CallLog {
   CallLog(const CallLog&) = delete;
   CallLog& operator=(const CallLog&) = delete;
 
-  // For example "SetWindowPos close after=0 1235,3 45x27 flags=4" or "SetTimer main 1002 100ms".
+  // For example "SetWindowPos close after=HWND_TOP 1235,3 45x27 SWP_NOZORDER" or "SetTimer main 1002 100ms".
   const std::vector<std::string>& Calls() const { return calls_; }
   // The calls of one function.
   std::vector<std::string> Of(const std::string& function) const;

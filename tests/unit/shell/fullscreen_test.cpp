@@ -103,23 +103,23 @@ TEST_F(Fullscreen, EnteringTakesItsEffectsInOrder) {
   CallLog calls(Window());
   Window().ToggleFullscreen();
   EXPECT_EQ(calls.Calls(), (Lines{
-                               "SetWindowLongA main -16 0x90000000",
-                               "SetWindowPos main after=0 0,0 1024x768 flags=96",
-                               "SetWindowPos overlay after=0 0,0 1024x768 flags=64",
-                               "SetWindowPos view after=0 0,0 1024x768 flags=80",
+                               "SetWindowLongA main GWL_STYLE WS_POPUP|WS_VISIBLE",
+                               "SetWindowPos main after=HWND_TOP 0,0 1024x768 SWP_FRAMECHANGED|SWP_SHOWWINDOW",
+                               "SetWindowPos overlay after=HWND_TOP 0,0 1024x768 SWP_SHOWWINDOW",
+                               "SetWindowPos view after=HWND_TOP 0,0 1024x768 SWP_NOACTIVATE|SWP_SHOWWINDOW",
                                "SetFocus view",
-                               "ShowWindow close 0",
-                               "ShowWindow maximize 0",
-                               "ShowWindow minimize 0",
-                               "ShowWindow search 0",
-                               "ShowWindow file 0",
-                               "ShowWindow help 0",
-                               "ShowWindow volume 0",
-                               "ShowWindow speaker 0",
-                               "ShowWindow icon 0",
-                               "ShowWindow title 0",
-                               "SetWindowPos overlay after=0 0,0 1024x768 flags=80",
-                               "SetWindowPos view after=0 0,0 1024x768 flags=80",
+                               "ShowWindow close SW_HIDE",
+                               "ShowWindow maximize SW_HIDE",
+                               "ShowWindow minimize SW_HIDE",
+                               "ShowWindow search SW_HIDE",
+                               "ShowWindow file SW_HIDE",
+                               "ShowWindow help SW_HIDE",
+                               "ShowWindow volume SW_HIDE",
+                               "ShowWindow speaker SW_HIDE",
+                               "ShowWindow icon SW_HIDE",
+                               "ShowWindow title SW_HIDE",
+                               "SetWindowPos overlay after=HWND_TOP 0,0 1024x768 SWP_NOACTIVATE|SWP_SHOWWINDOW",
+                               "SetWindowPos view after=HWND_TOP 0,0 1024x768 SWP_NOACTIVATE|SWP_SHOWWINDOW",
                                "InvalidateRect main 0,0-1024,30 erase",
                                "UpdateWindow main",
                                "SetTimer main 1002 100ms",
@@ -162,22 +162,24 @@ TEST_F(Fullscreen, LeavingTakesItsEffectsInOrder) {
   Window().ToggleFullscreen();
   const Lines& made = calls.Calls();
   ASSERT_GE(made.size(), 9u);
-  EXPECT_EQ(Lines(made.begin(), made.begin() + 5), (Lines{
-                                                       "SetWindowLongA main -16 0x14040000",
-                                                       "SetWindowLongA main -20 0x00000100",
-                                                       "ShowWindow main 5",
-                                                       "SetWindowPos main after=-2 40,30 900x600 flags=96",
-                                                       "KillTimer main 1002",
-                                                   }));
+  EXPECT_EQ(Lines(made.begin(), made.begin() + 5),
+            (Lines{
+                "SetWindowLongA main GWL_STYLE WS_VISIBLE|WS_CLIPSIBLINGS|WS_THICKFRAME",
+                "SetWindowLongA main GWL_EXSTYLE WS_EX_WINDOWEDGE",
+                "ShowWindow main SW_SHOW",
+                "SetWindowPos main after=HWND_NOTOPMOST 40,30 900x600 SWP_FRAMECHANGED|SWP_SHOWWINDOW",
+                "KillTimer main 1002",
+            }));
   // Back below the bar, and without a second move: the bar's own overlay branch belongs to fullscreen.
   EXPECT_EQ(calls.Of("SetWindowPos").size(), 3u);
-  EXPECT_TRUE(made[5].starts_with("SetWindowPos overlay after=0 "));
-  EXPECT_TRUE(made[5].ends_with(" flags=64"));
-  EXPECT_TRUE(made[6].starts_with("SetWindowPos view after=0 0,0 "));
+  EXPECT_TRUE(made[5].starts_with("SetWindowPos overlay after=HWND_TOP "));
+  EXPECT_TRUE(made[5].ends_with(" SWP_SHOWWINDOW"));
+  EXPECT_TRUE(made[6].starts_with("SetWindowPos view after=HWND_TOP 0,0 "));
   EXPECT_EQ(Lines(made.begin() + 7, made.begin() + 18),
-            (Lines{"SetFocus view", "ShowWindow close 5", "ShowWindow maximize 5", "ShowWindow minimize 5",
-                   "ShowWindow search 5", "ShowWindow file 5", "ShowWindow help 5", "ShowWindow volume 5",
-                   "ShowWindow speaker 5", "ShowWindow icon 5", "ShowWindow title 5"}));
+            (Lines{"SetFocus view", "ShowWindow close SW_SHOW", "ShowWindow maximize SW_SHOW",
+                   "ShowWindow minimize SW_SHOW", "ShowWindow search SW_SHOW", "ShowWindow file SW_SHOW",
+                   "ShowWindow help SW_SHOW", "ShowWindow volume SW_SHOW", "ShowWindow speaker SW_SHOW",
+                   "ShowWindow icon SW_SHOW", "ShowWindow title SW_SHOW"}));
   EXPECT_TRUE(made[18].ends_with(",30 keep")) << made[18];
   EXPECT_EQ(Lines(made.begin() + 19, made.end()),
             (Lines{"UpdateWindow main", "KillTimer main 1003", "InvalidateRect maximize all erase",
@@ -197,7 +199,8 @@ TEST_F(Fullscreen, TooSmallSavedRectangleYields1280By720At100With100AndAWarning)
   CallLog calls(Window());
   Window().ToggleFullscreen();
   EXPECT_TRUE(log.Has("WARNING ToggleFullscreen: Invalid saved dimensions (639x400), using defaults"));
-  EXPECT_EQ(calls.Of("SetWindowPos").front(), "SetWindowPos main after=-2 100,100 1280x720 flags=96");
+  EXPECT_EQ(calls.Of("SetWindowPos").front(),
+            "SetWindowPos main after=HWND_NOTOPMOST 100,100 1280x720 SWP_FRAMECHANGED|SWP_SHOWWINDOW");
   EXPECT_RECT(Inside(Window()).savedWindowRect_, 100, 100, 10 + 639, 20 + 400);
 }
 
@@ -434,7 +437,7 @@ TEST_F(Fullscreen, LeavingDropsAlwaysOnTopWhoseSettingStaysOn) {
   Window().ToggleFullscreen();
   CallLog calls(Window());
   Window().ToggleFullscreen();
-  EXPECT_TRUE(calls.Of("SetWindowPos").front().starts_with("SetWindowPos main after=-2 "));
+  EXPECT_TRUE(calls.Of("SetWindowPos").front().starts_with("SetWindowPos main after=HWND_NOTOPMOST "));
   EXPECT_FALSE(GetWindowLongA(Window().hwnd_, GWL_EXSTYLE) & WS_EX_TOPMOST);
   EXPECT_TRUE(Inside(Window()).alwaysOnTop_);
 }

@@ -9,6 +9,7 @@
 
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
+#include "tests/support/message_queue.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/shell_fixture.h"
 
@@ -80,7 +81,7 @@ class Menus : public test::ShellTest {
     KillTimer(nullptr, timer);
     awaited = nullptr;
     EXPECT_TRUE(menu.seen);
-    test::PumpPending();
+    test::DrainQueue();
     return menu;
   }
   OpenMenu OpenFile(std::vector<WPARAM> keys = {}) {
@@ -344,9 +345,10 @@ TEST_F(Commands, AlwaysOnTopTogglesWindowAndOverlayAndSaves) {
   EXPECT_TRUE(Inside(Window()).alwaysOnTop_);
   Inside(Window()).commands_.HandleMenuCommand(40003);
   EXPECT_FALSE(Inside(Window()).alwaysOnTop_);
-  EXPECT_EQ(calls.Calls(),
-            (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3", "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
-                   "SetWindowPos main after=-2 0,0 0x0 flags=3", "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
+                                  "SetWindowPos overlay after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
+                                  "SetWindowPos main after=HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
+                                  "SetWindowPos overlay after=HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE"}));
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top menu item selected"), 2);
   EXPECT_TRUE(log.Has("INFO Always on top enabled"));
   EXPECT_TRUE(log.Has("INFO Always on top disabled"));
@@ -365,7 +367,7 @@ TEST_F(Commands, AlwaysOnTopWithoutAnOverlayTouchesTheWindowAlone) {
   DestroyWindow(Inside(Window()).flutterHostWindow_);
   CallLog calls(Window());
   Inside(Window()).commands_.HandleMenuCommand(40003);
-  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3"}));
+  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE"}));
 }
 
 TEST_F(Commands, ThisWindowTogglesWindowAndOverlayAndIsNotSaved) {
@@ -375,9 +377,10 @@ TEST_F(Commands, ThisWindowTogglesWindowAndOverlayAndIsNotSaved) {
   EXPECT_TRUE(Inside(Window()).alwaysOnTopThisWindow_);
   Inside(Window()).commands_.HandleMenuCommand(40006);
   EXPECT_FALSE(Inside(Window()).alwaysOnTopThisWindow_);
-  EXPECT_EQ(calls.Calls(),
-            (Lines{"SetWindowPos main after=-1 0,0 0x0 flags=3", "SetWindowPos overlay after=-1 0,0 0x0 flags=3",
-                   "SetWindowPos main after=-2 0,0 0x0 flags=3", "SetWindowPos overlay after=-2 0,0 0x0 flags=3"}));
+  EXPECT_EQ(calls.Calls(), (Lines{"SetWindowPos main after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
+                                  "SetWindowPos overlay after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
+                                  "SetWindowPos main after=HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
+                                  "SetWindowPos overlay after=HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE"}));
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: Always on Top - This Window menu item selected"), 2);
   EXPECT_TRUE(log.Has("INFO Always on top enabled for this window only"));
   EXPECT_TRUE(log.Has("INFO Always on top disabled for this window only"));
@@ -395,7 +398,7 @@ TEST_F(Commands, ThisWindowChosenWhileGreyFlipsTheFlagAndNothingElse) {
   // The next toggle without the setting goes by the flag as it flips then.
   Inside(Window()).alwaysOnTop_ = false;
   Inside(Window()).commands_.HandleMenuCommand(40006);
-  EXPECT_EQ(calls.Calls().front(), "SetWindowPos main after=-2 0,0 0x0 flags=3");
+  EXPECT_EQ(calls.Calls().front(), "SetWindowPos main after=HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE");
 }
 
 TEST_F(Commands, SettingsAndAboutAskTheInterfaceWithoutAnArgument) {
@@ -429,7 +432,7 @@ TEST_F(Commands, ExitAndTheCloseButtonPostTheSameCloseToThisWindow) {
 TEST_F(Commands, ExitClosesThisWindowOnly) {
   VantroWindow& second = AddWindow();
   Inside(second).commands_.HandleMenuCommand(40004);
-  test::PumpPending();
+  test::DrainQueue();
   EXPECT_FALSE(IsWindow(second.hwnd_));
   EXPECT_TRUE(IsWindow(Window().hwnd_));
 }
@@ -438,7 +441,7 @@ TEST_F(Commands, MinimizeButtonMinimizes) {
   CallLog calls(Window());
   LogCapture log;
   Inside(Window()).commands_.HandleMenuCommand(997);
-  EXPECT_EQ(calls.Calls(), (Lines{"ShowWindow main 6"}));
+  EXPECT_EQ(calls.Calls(), (Lines{"ShowWindow main SW_MINIMIZE"}));
   EXPECT_TRUE(IsIconic(Window().hwnd_));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Minimize button clicked"));
 }

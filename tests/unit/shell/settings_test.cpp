@@ -322,8 +322,9 @@ TEST_F(SettingsOfAWindow, StoredAlwaysOnTopIsAppliedToWindowAndOverlay) {
   Store(L"AlwaysOnTop", Dword(1));
   CallLog calls(Window());
   Inside(Window()).commands_.LoadSettings();
-  EXPECT_EQ(calls.Calls(), (std::vector<std::string>{"SetWindowPos main after=-1 0,0 0x0 flags=3",
-                                                     "SetWindowPos overlay after=-1 0,0 0x0 flags=3"}));
+  EXPECT_EQ(calls.Calls(),
+            (std::vector<std::string>{"SetWindowPos main after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
+                                      "SetWindowPos overlay after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE"}));
   // Wine raises an owner's popup into the topmost band and leaves the owner itself out of it, so only the overlay's
   // style can be looked at.
   EXPECT_TRUE(GetWindowLongA(Inside(Window()).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);

@@ -7,19 +7,13 @@
 
 #include "flutter_host/standard_method_codec.h"
 #include "shell/window_manager.h"
+#include "tests/support/message_queue.h"
 
 namespace vantro::test {
 
 namespace {
 
 std::wstring ScratchKeyPath() { return L"Software\\VantroTest\\" + std::to_wstring(GetCurrentProcessId()); }
-
-// An object that goes while no other window is registered asks the message loop to end; a test's loop goes on.
-void DropQuitMessage() {
-  MSG message;
-  while (PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
-  }
-}
 
 }  // namespace
 
@@ -42,17 +36,9 @@ bool PumpUntil(const std::function<bool()>& condition) {
   while (!condition()) {
     if (std::chrono::steady_clock::now() > limit) return false;
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
-    PumpPending();
+    DrainQueue();
   }
   return true;
-}
-
-void PumpPending() {
-  MSG message;
-  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    TranslateMessage(&message);
-    DispatchMessageA(&message);
-  }
 }
 
 // A window's destructor unregisters the class, which works only while no window of it lives, and the process registers
@@ -76,8 +62,8 @@ ShellTest::~ShellTest() {
     if (IsWindow(window->hwnd_)) DestroyWindow(window->hwnd_);
   }
   windows.clear();
-  PumpPending();
-  DropQuitMessage();
+  // An object that goes while no other window is registered asks the message loop to end; a test's loop goes on.
+  DrainQueue();
 }
 
 VantroWindow& ShellTest::AddWindow() {
@@ -93,7 +79,7 @@ std::unique_ptr<VantroWindow> ShellTest::MakeWindow() {
   KeepWindowClass();
   ShowWindow(window->hwnd_, SW_SHOWNORMAL);
   UpdateWindow(window->hwnd_);
-  PumpPending();
+  DrainQueue();
   return window;
 }
 
@@ -118,13 +104,6 @@ void ShellTest::SetClientWidth(VantroWindow& window, int width) {
   // Without WM_WINDOWPOSCHANGING, which would cut the window to the screen's size.
   SetWindowPos(window.hwnd_, nullptr, 0, 0, width + frame, outer.bottom - outer.top,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOSENDCHANGING);
-}
-
-RECT PlaceInParent(HWND child) {
-  RECT place{};
-  GetWindowRect(child, &place);
-  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&place), 2);
-  return place;
 }
 
 }  // namespace vantro::test

@@ -28,8 +28,6 @@ class ScratchRegistry {
 
 // Dispatches the thread's messages until the condition holds; false after five seconds.
 bool PumpUntil(const std::function<bool()>& condition);
-// Dispatches what waits, then returns.
-void PumpPending();
 
 // To be called once a window has come up, before the first one dies: keeps the windows' class, which the last window of
 // a process takes along.
@@ -59,8 +57,5 @@ class ShellTest : public testing::Test {
  private:
   VantroWindow* window_ = nullptr;
 };
-
-// A child's rectangle in client coordinates of its parent.
-RECT PlaceInParent(HWND child);
 
 }  // namespace vantro::test

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "shell/title_bar_layout.h"
+#include "tests/support/native_window.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/shell_fixture.h"
 
@@ -144,12 +145,12 @@ TEST_F(TitleBar, MovesItsControlsWithoutChangingTheirOrder) {
   CallLog calls(Window());
   Inside(Window()).titleBar_.LayoutTitleBarControls();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{
-                               "SetWindowPos close after=0 1235,3 45x27 flags=4",
-                               "SetWindowPos maximize after=0 1190,3 45x27 flags=4",
-                               "SetWindowPos minimize after=0 1145,3 45x27 flags=4",
-                               "SetWindowPos search after=0 985,5 150x20 flags=4",
-                               "SetWindowPos speaker after=0 870,5 20x20 flags=4",
-                               "SetWindowPos volume after=0 895,5 80x20 flags=4",
+                               "SetWindowPos close after=HWND_TOP 1235,3 45x27 SWP_NOZORDER",
+                               "SetWindowPos maximize after=HWND_TOP 1190,3 45x27 SWP_NOZORDER",
+                               "SetWindowPos minimize after=HWND_TOP 1145,3 45x27 SWP_NOZORDER",
+                               "SetWindowPos search after=HWND_TOP 985,5 150x20 SWP_NOZORDER",
+                               "SetWindowPos speaker after=HWND_TOP 870,5 20x20 SWP_NOZORDER",
+                               "SetWindowPos volume after=HWND_TOP 895,5 80x20 SWP_NOZORDER",
                            }));
 }
 
@@ -185,10 +186,10 @@ TEST_F(TitleBar, ColoursBorderAndCaptionThenAppliesTheFrame) {
   CallLog calls(Window());
   Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_EQ(calls.Calls(), (std::vector<std::string>{
-                               "SetWindowLongA main -16 0x04040000",
+                               "SetWindowLongA main GWL_STYLE WS_CLIPSIBLINGS|WS_THICKFRAME",
                                "DwmSetWindowAttribute main 34 6243910 size=4",
                                "DwmSetWindowAttribute main 35 6243910 size=4",
-                               "SetWindowPos main after=0 0,0 0x0 flags=35",
+                               "SetWindowPos main after=HWND_TOP 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_FRAMECHANGED",
                            }));
   EXPECT_EQ(log.Lines().front(), "INFO RemoveStandardTitleBar: Removing Windows title bar");
   EXPECT_EQ(log.Lines().back(), "INFO Windows title bar removed, custom border color set");
