@@ -1,39 +1,196 @@
-// The process's own start, called as the system calls it. A program of its own: it installs the process's filters, and
-// the mutex of the single instance stays until it ends.
+// The process's own start and end, called as the system calls them. A program of its own: it installs the process's
+// filters, and shutting down can't be undone.
 #include <gtest/gtest.h>
 #include <windows.h>
 // After windows.h.
 #include <objbase.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "tests/support/flag_names.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/loopback.h"
+#include "tests/support/message_queue.h"
+#include "tests/support/scripted_vlc.h"
 #include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/line_order.h"
+#include "tests/unit/shell/shell_fixture.h"
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand);
 
 namespace vantro {
 namespace {
 
-HRESULT WINAPI RefuseCom(void*, DWORD) { return E_OUTOFMEMORY; }
+using test::ImportHook;
+using test::InOrder;
+using test::Note;
 
-std::vector<std::string> boxes;
-int WINAPI RecordBox(HWND, const char* text, const char* caption, UINT) {
-  boxes.push_back(std::string(caption) + ": " + text);
+HRESULT comResult = S_OK;
+HANDLE mutex = nullptr;
+bool anotherInstance = false;
+std::vector<std::pair<int, MSG>> loopSteps;  // what GetMessageA answers, call by call
+
+// The functions in the places of the system's: each notes its call and what of its arguments matters.
+LPTOP_LEVEL_EXCEPTION_FILTER WINAPI OnSetFilter(LPTOP_LEVEL_EXCEPTION_FILTER) {
+  Note("SetUnhandledExceptionFilter");
+  return nullptr;
+}
+HANDLE WINAPI OnCreateMutex(SECURITY_ATTRIBUTES* attributes, BOOL owned, const wchar_t* name) {
+  const std::wstring wide = name;
+  Note("CreateMutexW " + std::string(wide.begin(), wide.end()) + (owned ? " owned" : " unowned") +
+       (attributes ? " with attributes" : ""));
+  mutex = CreateEventA(nullptr, FALSE, FALSE, nullptr);  // a handle, and no mutex that outlives the test
+  SetLastError(anotherInstance ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
+  return mutex;
+}
+BOOL WINAPI OnCloseHandle(HANDLE handle) {
+  if (handle == mutex) Note("CloseHandle of the mutex");
+  return TRUE;
+}
+HRESULT WINAPI OnCoInitialize(void*, DWORD flags) {
+  Note("CoInitializeEx " + std::to_string(flags));
+  return comResult;
+}
+void WINAPI OnCoUninitialize() { Note("CoUninitialize"); }
+int WINAPI OnMessageBox(HWND owner, const char* text, const char* caption, UINT style) {
+  Note(std::string("MessageBoxA ") + caption + ": " + text + " (" + std::to_string(style) + ")" +
+       (owner ? " with an owner" : ""));
   return IDOK;
 }
+BOOL WINAPI OnShowWindow(HWND, int command) {
+  Note("ShowWindow " + test::ShowCommand(command));
+  return TRUE;
+}
+BOOL WINAPI OnUpdateWindow(HWND) {
+  Note("UpdateWindow");
+  return TRUE;
+}
+BOOL WINAPI OnGetMessage(MSG* message, HWND window, UINT first, UINT last) {
+  EXPECT_EQ(window, nullptr);
+  EXPECT_EQ(first, 0u);
+  EXPECT_EQ(last, 0u);
+  const auto [result, answer] = loopSteps.front();
+  loopSteps.erase(loopSteps.begin());
+  if (result != -1) *message = answer;
+  Note("GetMessageA " + std::to_string(result));
+  return result;
+}
+BOOL WINAPI OnTranslateMessage(const MSG* message) {
+  Note("TranslateMessage " + std::to_string(message->message));
+  return FALSE;
+}
+LRESULT WINAPI OnDispatchMessage(const MSG* message) {
+  Note("DispatchMessageA " + std::to_string(message->message));
+  return 0;
+}
 
-TEST(ProcessStart, WithoutComSaysSoInABoxAndEndsWith1) {
-  const test::ImportHook com("ole32.dll", "CoInitializeEx", reinterpret_cast<void*>(RefuseCom));
-  const test::ImportHook box("user32.dll", "MessageBoxA", reinterpret_cast<void*>(RecordBox));
-  const test::LogCapture log;
+class Process : public testing::Test {
+ protected:
+  Process() {
+    comResult = S_OK;
+    anotherInstance = false;
+    Hook("kernel32.dll", "SetUnhandledExceptionFilter", OnSetFilter);
+    Hook("kernel32.dll", "CreateMutexW", OnCreateMutex);
+    Hook("kernel32.dll", "CloseHandle", OnCloseHandle);
+    Hook("ole32.dll", "CoInitializeEx", OnCoInitialize);
+    Hook("ole32.dll", "CoUninitialize", OnCoUninitialize);
+    Hook("user32.dll", "MessageBoxA", OnMessageBox);
+  }
+  ~Process() override {
+    hooks_.clear();
+    test::DrainQueue();
+  }
+  template <typename Function>
+  void Hook(const char* library, const char* name, Function* replacement) {
+    hooks_.push_back(std::make_unique<ImportHook>(library, name, reinterpret_cast<void*>(replacement)));
+  }
+  static int Run(int showCommand = SW_SHOWNORMAL) {
+    return WinMain(GetModuleHandleA(nullptr), nullptr, nullptr, showCommand);
+  }
 
-  EXPECT_EQ(WinMain(GetModuleHandleA(nullptr), nullptr, nullptr, SW_SHOWNORMAL), 1);
+  test::ScratchRegistry registry_;
+  test::ScriptedVlc vlc_;
+  test::Loopback loopback_;
+  test::LogCapture log_;
+  std::vector<std::unique_ptr<ImportHook>> hooks_;
+};
 
-  EXPECT_EQ(boxes, std::vector<std::string>{"Error: Failed to initialize COM"});
-  EXPECT_TRUE(log.Has("ERROR Failed to initialize COM: 0x8007000E"));
-  EXPECT_EQ(log.CountContaining("Window instance created"), 0);
+TEST_F(Process, WithoutComSaysSoInABoxAndEndsWith1) {
+  comResult = E_OUTOFMEMORY;
+  EXPECT_EQ(Run(), 1);
+  EXPECT_TRUE(InOrder(
+      log_, {"ERROR Failed to initialize COM: 0x8007000E", "(call) MessageBoxA Error: Failed to initialize COM (16)"}));
+  EXPECT_EQ(log_.CountContaining("Window instance created"), 0);
+  EXPECT_EQ(log_.CountContaining("CoUninitialize"), 0);
+  EXPECT_EQ(log_.CountContaining(" with an owner"), 0);
+}
+
+TEST_F(Process, LeavesComBeforeAWindowThatFailedToStartGoes) {
+  vlc_.Fail("libvlc_new", 100);
+  EXPECT_EQ(Run(), 1);
+  EXPECT_TRUE(InOrder(log_, {"ERROR Failed to initialize application window",
+                             "(call) MessageBoxA Error: Failed to initialize application (16)", "(call) CoUninitialize",
+                             "~VantroWindow: Destructor called for window "}));
+  EXPECT_EQ(log_.CountContaining("CloseHandle of the mutex"), 0) << "it guards until the process has gone";
+  EXPECT_EQ(log_.CountContaining("(call) ShowWindow"), 0);
+}
+
+TEST_F(Process, AsASecondInstanceTouchesNoComAndClosesTheMutex) {
+  anotherInstance = true;
+  EXPECT_EQ(Run(), 0);
+  EXPECT_TRUE(InOrder(log_, {"(call) CreateMutexW", "INFO Vantro instance already running - requesting new window",
+                             "(call) CloseHandle of the mutex"}));
+  EXPECT_EQ(log_.CountContaining("CoInitializeEx"), 0);
+}
+
+// The last: shutting down can't be undone.
+TEST_F(Process, RunsItsStepsInOrderFromTheCrashFilterToTheMutex) {
+  Hook("user32.dll", "ShowWindow", OnShowWindow);
+  Hook("user32.dll", "UpdateWindow", OnUpdateWindow);
+  Hook("user32.dll", "GetMessageA", OnGetMessage);
+  Hook("user32.dll", "TranslateMessage", OnTranslateMessage);
+  Hook("user32.dll", "DispatchMessageA", OnDispatchMessage);
+  MSG message{}, quit{};
+  message.message = WM_APP;
+  quit.message = WM_QUIT;
+  quit.wParam = 7;
+  // A failure (-1) is not told apart from a message: the one before is served again.
+  loopSteps = {{1, message}, {-1, {}}, {0, quit}};
+
+  EXPECT_EQ(Run(SW_SHOWMINNOACTIVE), 7);
+
+  const std::string served = std::to_string(WM_APP);
+  EXPECT_TRUE(InOrder(log_, {
+                                "(call) SetUnhandledExceptionFilter",
+                                "INFO Vantro Initialization Started",
+                                "(call) CreateMutexW Vantro_SingleInstance_Mutex unowned",
+                                "(call) CoInitializeEx 0",
+                                "INFO COM initialized successfully",
+                                "INFO Window instance created",
+                                "INFO Window initialized successfully",
+                                "(call) ShowWindow SW_SHOWMINNOACTIVE",
+                                "(call) UpdateWindow",
+                                "INFO Window shown",
+                                "INFO RegisterWindow: Total windows now: 1",
+                                "INFO Initial window registered with window manager",
+                                "(call) GetMessageA 1",
+                                "(call) TranslateMessage " + served,
+                                "(call) DispatchMessageA " + served,
+                                "(call) GetMessageA -1",
+                                "(call) TranslateMessage " + served,
+                                "(call) DispatchMessageA " + served,
+                                "(call) GetMessageA 0",
+                                "INFO ShutdownWindowManager: Setting shutdown flag and clearing all windows",
+                                "INFO ~VantroWindow: IsShuttingDown() = true",
+                                "(call) CoUninitialize",
+                                "(call) CloseHandle of the mutex",
+                                "INFO Application terminated",
+                            }));
+  EXPECT_EQ(log_.CountContaining(" with attributes"), 0);
+  EXPECT_EQ(log_.CountContaining("(call) DispatchMessageA"), 2);
+  EXPECT_EQ(log_.Lines().back(), "INFO Application terminated");
 }
 
 }  // namespace

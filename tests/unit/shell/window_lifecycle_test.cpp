@@ -1,5 +1,4 @@
 // How a window comes up, where its start can fail, and how its object ends.
-#include <algorithm>
 #include <cstdlib>
 #include <new>
 #include <stdexcept>
@@ -9,6 +8,7 @@
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
 #include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace {
@@ -26,32 +26,8 @@ namespace {
 
 using test::DrainQueue;
 using test::ImportHook;
+using test::InOrder;
 using test::Inside;
-
-// Positions of lines in the log; a line that is missing stands at the end.
-class LineOrder {
- public:
-  explicit LineOrder(const test::LogCapture& log) : lines_(log.Lines()) {}
-  size_t At(const std::string& fragment) const {
-    return static_cast<size_t>(
-        std::find_if(lines_.begin(), lines_.end(),
-                     [&](const std::string& line) { return line.find(fragment) != std::string::npos; }) -
-        lines_.begin());
-  }
-  // Whether all the fragments are there, each after the one before.
-  testing::AssertionResult Follow(const std::vector<std::string>& fragments) const {
-    size_t from = 0;
-    for (const auto& fragment : fragments) {
-      while (from < lines_.size() && lines_[from].find(fragment) == std::string::npos) ++from;
-      if (from == lines_.size()) return testing::AssertionFailure() << "not there in this order: " << fragment;
-      ++from;
-    }
-    return testing::AssertionSuccess();
-  }
-
- private:
-  std::vector<std::string> lines_;
-};
 
 class WindowStart : public test::WindowTest {
  protected:
@@ -65,46 +41,46 @@ class WindowStart : public test::WindowTest {
 
 TEST_F(WindowStart, RunsItsStepsInOrder) {
   const auto window = BringUp();
-  EXPECT_TRUE(LineOrder(log_).Follow({
-      "INFO === NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ===",
-      "INFO VantroWindow constructor called",
-      "DEBUG Window class name: VantroWindowClass",
-      "DEBUG Window title: Vantro",
-      "INFO VantroWindow::Initialize() started",
-      "INFO VantroWindow::InitializeWindow() started",
-      "DEBUG Creating window with class name: VantroWindowClass",
-      "INFO Window created successfully with HWND: ",
-      "INFO Set this pointer in GWLP_USERDATA: ",
-      "RemoveStandardTitleBar: Removing Windows title bar",
-      "CreateCustomTitleBar: Creating controls in DWM extended area",
-      "INFO VantroWindow::InitializeWindow() succeeded",
-      "INFO VantroWindow::InitializeVLC() started",
-      "VLC path: ",
-      "INFO Creating VLCPlayer instance",
-      "INFO Calling VLCPlayer::Initialize",
-      "INFO VLC initialized successfully",
-      "INFO VantroWindow::InitializeVLC() succeeded",
-      "CreateFlutterOverlay: Starting Flutter overlay creation",
-      "CreateFlutterOverlay: Created overlay window: ",
-      "INFO VantroWindow::CreateFlutterOverlay() succeeded",
-      "INFO VantroWindow::InitializeFlutter() started",
-      "DEBUG Checking for Flutter assets...",
-      "WARNING WARNING: Flutter assets directory not found at: ",
-      "WARNING WARNING: ICU data file not found at: ",
-      "DEBUG InitializeFlutter: Checking overlay handle: ",
-      "INFO Initializing Flutter with SEPARATE window: ",
-      "INFO Flutter engine initialized successfully",
-      "INFO Method channel handler created successfully",
-      "INFO Binary messenger is available",
-      "INFO VOD thumbnail worker plugin created successfully",
-      "INFO Flutter initialization completed successfully",
-      "DEBUG After Flutter init - IsWindow check: VALID",
-      "INFO Window hook installed successfully for window synchronization",
-      "DEBUG === EnableOverlayMouseInput CALLED ===",
-      "DEBUG Final Z-order: Set Flutter overlay on top after all initialization",
-      "INFO VantroWindow::InitializeFlutter() succeeded",
-      "INFO VantroWindow::Initialize() completed successfully",
-  }));
+  EXPECT_TRUE(InOrder(log_, {
+                                "INFO === NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ===",
+                                "INFO VantroWindow constructor called",
+                                "DEBUG Window class name: VantroWindowClass",
+                                "DEBUG Window title: Vantro",
+                                "INFO VantroWindow::Initialize() started",
+                                "INFO VantroWindow::InitializeWindow() started",
+                                "DEBUG Creating window with class name: VantroWindowClass",
+                                "INFO Window created successfully with HWND: ",
+                                "INFO Set this pointer in GWLP_USERDATA: ",
+                                "RemoveStandardTitleBar: Removing Windows title bar",
+                                "CreateCustomTitleBar: Creating controls in DWM extended area",
+                                "INFO VantroWindow::InitializeWindow() succeeded",
+                                "INFO VantroWindow::InitializeVLC() started",
+                                "VLC path: ",
+                                "INFO Creating VLCPlayer instance",
+                                "INFO Calling VLCPlayer::Initialize",
+                                "INFO VLC initialized successfully",
+                                "INFO VantroWindow::InitializeVLC() succeeded",
+                                "CreateFlutterOverlay: Starting Flutter overlay creation",
+                                "CreateFlutterOverlay: Created overlay window: ",
+                                "INFO VantroWindow::CreateFlutterOverlay() succeeded",
+                                "INFO VantroWindow::InitializeFlutter() started",
+                                "DEBUG Checking for Flutter assets...",
+                                "WARNING WARNING: Flutter assets directory not found at: ",
+                                "WARNING WARNING: ICU data file not found at: ",
+                                "DEBUG InitializeFlutter: Checking overlay handle: ",
+                                "INFO Initializing Flutter with SEPARATE window: ",
+                                "INFO Flutter engine initialized successfully",
+                                "INFO Method channel handler created successfully",
+                                "INFO Binary messenger is available",
+                                "INFO VOD thumbnail worker plugin created successfully",
+                                "INFO Flutter initialization completed successfully",
+                                "DEBUG After Flutter init - IsWindow check: VALID",
+                                "INFO Window hook installed successfully for window synchronization",
+                                "DEBUG === EnableOverlayMouseInput CALLED ===",
+                                "DEBUG Final Z-order: Set Flutter overlay on top after all initialization",
+                                "INFO VantroWindow::InitializeFlutter() succeeded",
+                                "INFO VantroWindow::Initialize() completed successfully",
+                            }));
   EXPECT_FALSE(IsWindowVisible(window->hwnd_));
   DestroyWindow(window->hwnd_);
 }
@@ -167,12 +143,13 @@ TEST_F(WindowStart, FailsWithoutANativeWindowAndDiagnoses) {
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(FailToCreateMainWindow));
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
   EXPECT_FALSE(window->Initialize());
-  EXPECT_TRUE(LineOrder(failure).Follow({
-      "ERROR CreateWindowW failed with error: 1400",
-      "ERROR Invalid window handle - this may be due to an issue with the window class registration",
-      "ERROR Test window creation also failed with error: 1400",
-      "ERROR VantroWindow::InitializeWindow() failed",
-  }));
+  EXPECT_TRUE(InOrder(
+      failure, {
+                   "ERROR CreateWindowW failed with error: 1400",
+                   "ERROR Invalid window handle - this may be due to an issue with the window class registration",
+                   "ERROR Test window creation also failed with error: 1400",
+                   "ERROR VantroWindow::InitializeWindow() failed",
+               }));
   EXPECT_EQ(failure.CountContaining("InitializeVLC"), 0);
   window.reset();
   DrainQueue();
@@ -181,16 +158,16 @@ TEST_F(WindowStart, FailsWithoutANativeWindowAndDiagnoses) {
 TEST_F(WindowStart, FailsWithoutThePlayerAndDiagnosesTheLibrary) {
   vlc_.Fail("libvlc_new", 100);
   FailToStart();
-  EXPECT_TRUE(LineOrder(log_).Follow({
-      "VLC path: ",
-      "VLC directory exists",
-      "libvlc.dll exists at: ",
-      "libvlccore.dll exists at: ",
-      "ERROR VLC initialization failed",
-      "Manually loading libvlc.dll succeeded",
-      "Found libvlc_new function in libvlc.dll",
-      "ERROR VantroWindow::InitializeVLC() failed",
-  }));
+  EXPECT_TRUE(InOrder(log_, {
+                                "VLC path: ",
+                                "VLC directory exists",
+                                "libvlc.dll exists at: ",
+                                "libvlccore.dll exists at: ",
+                                "ERROR VLC initialization failed",
+                                "Manually loading libvlc.dll succeeded",
+                                "Found libvlc_new function in libvlc.dll",
+                                "ERROR VantroWindow::InitializeVLC() failed",
+                            }));
   EXPECT_EQ(log_.CountContaining("CreateFlutterOverlay"), 0);
 }
 
@@ -209,14 +186,14 @@ TEST_F(WindowStart, WithoutAnOverlayFailsAtTheViewAndNotSooner) {
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(FailToCreateOverlay));
   realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
   FailToStart();
-  EXPECT_TRUE(LineOrder(log_).Follow({
-      "ERROR CreateFlutterOverlay: Failed to create overlay window: 8",
-      "WARNING VantroWindow::CreateFlutterOverlay() failed",
-      "INFO VantroWindow::InitializeFlutter() started",
-      "ERROR ERROR: No separate Flutter window available! Cannot initialize Flutter.",
-      "ERROR ERROR: flutterHostWindow_ is NULL in InitializeFlutter!",
-      "ERROR VantroWindow::InitializeFlutter() failed",
-  }));
+  EXPECT_TRUE(InOrder(log_, {
+                                "ERROR CreateFlutterOverlay: Failed to create overlay window: 8",
+                                "WARNING VantroWindow::CreateFlutterOverlay() failed",
+                                "INFO VantroWindow::InitializeFlutter() started",
+                                "ERROR ERROR: No separate Flutter window available! Cannot initialize Flutter.",
+                                "ERROR ERROR: flutterHostWindow_ is NULL in InitializeFlutter!",
+                                "ERROR VantroWindow::InitializeFlutter() failed",
+                            }));
 }
 
 TEST_F(WindowStart, DeadOverlayFailsTheView) {

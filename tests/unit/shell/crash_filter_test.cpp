@@ -1,0 +1,89 @@
+// What the crash filter asks of the system. That a real crash ends so is seen from outside, in the tests of whole
+// hosts.
+#include "shell/crash_filter.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+// After windows.h.
+#include <dbghelp.h>
+
+#include <memory>
+#include <string>
+
+#include "tests/support/log_capture.h"
+#include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/line_order.h"
+
+namespace vantro {
+namespace {
+
+using test::ImportHook;
+using test::InOrder;
+using test::Note;
+
+char fileObject;
+const HANDLE kFile = &fileObject;
+bool refuseFile = false;
+EXCEPTION_POINTERS crash{};
+
+HANDLE WINAPI OnCreateFile(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES*, DWORD creation,
+                           DWORD attributes, HANDLE) {
+  const std::wstring wide = name;
+  char text[160];
+  std::snprintf(text, sizeof text, "CreateFileW %s 0x%lX %lu %lu %lu", std::string(wide.begin(), wide.end()).c_str(),
+                access, share, creation, attributes);
+  Note(text);
+  return refuseFile ? INVALID_HANDLE_VALUE : kFile;
+}
+BOOL WINAPI OnWriteDump(HANDLE process, DWORD processId, HANDLE file, MINIDUMP_TYPE type,
+                        MINIDUMP_EXCEPTION_INFORMATION* exception, MINIDUMP_USER_STREAM_INFORMATION* streams,
+                        MINIDUMP_CALLBACK_INFORMATION* callback) {
+  EXPECT_EQ(process, GetCurrentProcess());
+  EXPECT_EQ(processId, GetCurrentProcessId());
+  EXPECT_EQ(file, kFile);
+  EXPECT_EQ(exception->ThreadId, GetCurrentThreadId());
+  EXPECT_EQ(exception->ExceptionPointers, &crash);
+  EXPECT_EQ(streams, nullptr);
+  EXPECT_EQ(callback, nullptr);
+  Note("MiniDumpWriteDump type " + std::to_string(type) + " client pointers " +
+       std::to_string(exception->ClientPointers));
+  return FALSE;  // nobody looks at it
+}
+BOOL WINAPI OnCloseHandle(HANDLE handle) {
+  if (handle == kFile) Note("CloseHandle of the file");
+  return TRUE;
+}
+int WINAPI OnMessageBox(HWND owner, const wchar_t*, const wchar_t* caption, UINT style) {
+  EXPECT_EQ(owner, nullptr);
+  const std::wstring wide = caption;
+  Note("MessageBoxW " + std::string(wide.begin(), wide.end()) + " (" + std::to_string(style) + ")");
+  return IDOK;
+}
+
+class CrashFilter : public testing::Test {
+ protected:
+  test::LogCapture log_;
+  ImportHook createFile_{"kernel32.dll", "CreateFileW", reinterpret_cast<void*>(OnCreateFile)};
+  ImportHook writeDump_{"dbghelp.dll", "MiniDumpWriteDump", reinterpret_cast<void*>(OnWriteDump)};
+  ImportHook closeHandle_{"kernel32.dll", "CloseHandle", reinterpret_cast<void*>(OnCloseHandle)};
+  ImportHook messageBox_{"user32.dll", "MessageBoxW", reinterpret_cast<void*>(OnMessageBox)};
+};
+
+TEST_F(CrashFilter, WritesASmallDumpOfTheFaultThenShowsTheBox) {
+  refuseFile = false;
+  EXPECT_EQ(UnhandledExceptionHandler(&crash), EXCEPTION_EXECUTE_HANDLER);
+  EXPECT_TRUE(InOrder(
+      log_, {"ERROR CRASH DETECTED! Generating minidump...", "(call) CreateFileW Vantro_Crash.dmp 0x40000000 0 2 128",
+             "(call) MiniDumpWriteDump type 0 client pointers 1", "(call) CloseHandle of the file",
+             "ERROR Minidump generated: Vantro_Crash.dmp", "(call) MessageBoxW Fatal Error (16)"}));
+}
+
+TEST_F(CrashFilter, WithoutAFileWritesNoDumpAndShowsTheSameBox) {
+  refuseFile = true;
+  EXPECT_EQ(UnhandledExceptionHandler(&crash), EXCEPTION_EXECUTE_HANDLER);
+  EXPECT_TRUE(InOrder(log_, {"ERROR Failed to create minidump file", "(call) MessageBoxW Fatal Error (16)"}));
+  EXPECT_EQ(log_.CountContaining("MiniDumpWriteDump"), 0);
+}
+
+}  // namespace
+}  // namespace vantro

@@ -1,0 +1,92 @@
+// The main window's frame, the notifications of its controls and the buttons that a drag of the volume ignores.
+#include "shell/shell_ids.h"
+#include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/window_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::ImportHook;
+using test::Inside;
+using test::WindowRectOf;
+
+class MainWindowMessages : public test::WindowTest {
+ protected:
+  MainWindowMessages() : window_(OpenWindow()) {}
+  LRESULT Send(UINT message, WPARAM wParam = 0) { return SendMessageA(window_.hwnd_, message, wParam, 0); }
+
+  VantroWindow& window_;
+};
+
+// The frame.
+
+RECT filled{};
+HBRUSH filledWith = nullptr;
+int fills = 0;
+int WINAPI OnFillRect(HDC, const RECT* rect, HBRUSH brush) {
+  filled = *rect;
+  filledWith = brush;
+  return ++fills;
+}
+int defaultPaintings = 0;
+LRESULT WINAPI OnDefault(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCPAINT) ++defaultPaintings;
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+TEST_F(MainWindowMessages, FramePaintFillsAStripOfThreePixelsAndNothingElse) {
+  const ImportHook fill("user32.dll", "FillRect", reinterpret_cast<void*>(OnFillRect));
+  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(OnDefault));
+  fills = defaultPaintings = 0;
+  EXPECT_EQ(Send(WM_NCPAINT, 1), 0);
+  const RECT outer = WindowRectOf(window_.hwnd_);
+  EXPECT_EQ(fills, 1);
+  EXPECT_EQ(filled.left, 0);
+  EXPECT_EQ(filled.top, 0);
+  EXPECT_EQ(filled.right, outer.right - outer.left);
+  EXPECT_EQ(filled.bottom, 3);
+  EXPECT_EQ(filledWith, Inside(window_).titleBarBrush_);
+  EXPECT_EQ(defaultPaintings, 0);
+}
+
+// Notifications.
+
+BOOL WINAPI RefuseMenu(HMENU, UINT, int, int, int, HWND, const RECT*) { return FALSE; }
+
+TEST_F(MainWindowMessages, OtherNotificationsReachTheMenuCommandsAndOpenNoMenu) {
+  const ImportHook menu("user32.dll", "TrackPopupMenu", reinterpret_cast<void*>(RefuseMenu));
+  const test::LogCapture log;
+  Send(WM_COMMAND, MAKEWPARAM(kFileButtonId, BN_SETFOCUS));
+  Send(WM_COMMAND, MAKEWPARAM(kHelpButtonId, BN_KILLFOCUS));
+  Send(WM_COMMAND, MAKEWPARAM(kSearchBoxId, EN_UPDATE));
+  Send(WM_COMMAND, MAKEWPARAM(4242, EN_CHANGE));
+  for (const char* id : {"40010", "40011", "104", "4242"}) {
+    EXPECT_TRUE(log.Has(std::string("DEBUG HandleMenuCommand: Unknown command ") + id)) << id;
+  }
+  EXPECT_EQ(log.CountContaining("popup menu"), 0);
+}
+
+TEST_F(MainWindowMessages, AnyNotificationOfTheMinimizeButtonMinimizes) {
+  Send(WM_COMMAND, MAKEWPARAM(kMinimizeButtonId, BN_DOUBLECLICKED));
+  EXPECT_TRUE(IsIconic(window_.hwnd_));
+}
+
+// The drag.
+
+TEST_F(MainWindowMessages, OnlyTheLeftButtonEndsADragOfTheVolume) {
+  const RECT slider = WindowRectOf(Inside(window_).volumeControl_);
+  SetCursorPos(static_cast<int>(slider.left + slider.right) / 2, static_cast<int>(slider.top + slider.bottom) / 2);
+  Send(WM_LBUTTONDOWN);
+  ASSERT_TRUE(Inside(window_).isVolumeDragging_);
+  for (const UINT button : {WM_RBUTTONUP, WM_MBUTTONUP}) {
+    Send(button);
+    EXPECT_TRUE(Inside(window_).isVolumeDragging_) << button;
+    EXPECT_TRUE(Inside(window_).showVolumePercent_) << button;
+    EXPECT_EQ(GetCapture(), window_.hwnd_) << button;
+  }
+  Send(WM_LBUTTONUP);
+  EXPECT_FALSE(Inside(window_).isVolumeDragging_);
+}
+
+}  // namespace
+}  // namespace vantro

@@ -1,0 +1,170 @@
+// How a native window is asked for, and the orders of a window's start and end in which later steps lean on earlier
+// ones.
+#include <string>
+
+#include "shell/gdiplus_drawing.h"
+#include "tests/support/flag_names.h"
+#include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/line_order.h"
+#include "tests/unit/shell/window_fixture.h"
+
+namespace vantro {
+namespace {
+
+using test::ImportHook;
+using test::InOrder;
+using test::Inside;
+using test::Note;
+
+// Calls the system's own function, which import hooks leave alone.
+template <typename Function, typename... Arguments>
+auto CallSystem(const char* library, const char* name, Function*, Arguments... arguments) {
+  return reinterpret_cast<Function*>(GetProcAddress(GetModuleHandleA(library), name))(arguments...);
+}
+#define CALL_SYSTEM(library, function, ...) CallSystem(library, #function, ::function, __VA_ARGS__)
+
+class WindowOrders : public test::WindowTest {
+ protected:
+  template <typename Function>
+  void Hook(const char* library, const char* name, Function* replacement) {
+    hooks_.push_back(std::make_unique<ImportHook>(library, name, reinterpret_cast<void*>(replacement)));
+  }
+  ~WindowOrders() override { hooks_.clear(); }
+
+  std::vector<std::unique_ptr<ImportHook>> hooks_;
+};
+
+// The native window.
+
+HWND WINAPI OnCreateWindow(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
+                           int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
+  if (std::wstring(className) == L"VantroWindowClass" && !(style & WS_POPUP)) {
+    Note("main window: " + test::ExStyleNames(exStyle) + " " + test::StyleNames(style) +
+         (x == CW_USEDEFAULT && y == CW_USEDEFAULT ? " at the system's choice " : " at a place of its own ") +
+         std::to_string(width) + "x" + std::to_string(height) +
+         (parent || menu || data ? " with parent, menu or data" : " alone"));
+  }
+  return CALL_SYSTEM("user32.dll", CreateWindowExW, exStyle, className, title, style, x, y, width, height, parent, menu,
+                     instance, data);
+}
+
+TEST_F(WindowOrders, NativeWindowIsPlainAndStandsWhereTheSystemPutsIt) {
+  Hook("user32.dll", "CreateWindowExW", OnCreateWindow);
+  OpenWindow();
+  EXPECT_TRUE(log_.Has("DEBUG (call) main window: 0 WS_OVERLAPPEDWINDOW at the system's choice 1280x720 alone"));
+}
+
+// The end of a start.
+
+HWND WINAPI NothingOnTop(HWND) { return nullptr; }
+
+constexpr UINT kRaise = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
+
+BOOL WINAPI OnSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+  if (flags == kRaise || after == HWND_TOPMOST || flags == (kRaise | SWP_SHOWWINDOW)) {
+    Note("SetWindowPos " + test::InsertAfter(after) + " " + test::PlacementFlags(flags));
+  }
+  return CALL_SYSTEM("user32.dll", SetWindowPos, window, after, x, y, width, height, flags);
+}
+
+TEST_F(WindowOrders, StartEnablesInputThenRaisesThenLoadsTheSettings) {
+  HKEY key = nullptr;
+  RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Vantro\\WindowSettings", 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                  nullptr);
+  const DWORD on = 1;
+  RegSetValueExW(key, L"AlwaysOnTop", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), sizeof on);
+  RegCloseKey(key);
+  Hook("user32.dll", "SetWindowPos", OnSetWindowPos);
+  Hook("user32.dll", "GetTopWindow", NothingOnTop);  // or there is nothing to raise
+
+  const auto window = BringUp();
+
+  const std::string enabling = "(call) SetWindowPos HWND_TOP SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE|SWP_SHOWWINDOW";
+  const std::string topmost = "(call) SetWindowPos HWND_TOPMOST SWP_NOSIZE|SWP_NOMOVE";
+  EXPECT_TRUE(InOrder(log_, {"INFO Window hook installed successfully for window synchronization", enabling, enabling,
+                             enabling, "DEBUG === EnableOverlayMouseInput COMPLETED ===",
+                             "(call) SetWindowPos HWND_TOP SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE",
+                             "INFO VantroWindow::InitializeFlutter() succeeded",
+                             "INFO LoadSettings: Loading application settings from registry", topmost, topmost,
+                             "INFO VantroWindow::Initialize() completed successfully"}));
+  DestroyWindow(window->hwnd_);
+}
+
+// The closing.
+
+TEST_F(WindowOrders, ClosingWindowSavesItsSettingsBeforeItsPlayerStops) {
+  VantroWindow& window = OpenWindow();
+  vlc_.OnCall("libvlc_media_player_stop", [] { Note("libvlc_media_player_stop"); });
+  SendMessageA(window.hwnd_, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(InOrder(log_, {"INFO WM_DESTROY: Window ", "INFO SaveSettings: VLC Compressor enabled saved: ",
+                             "INFO Stopping VLC playback for closing window", "(call) libvlc_media_player_stop"}));
+  vlc_.OnCall("libvlc_media_player_stop", {});
+  test::DrainQueue();
+}
+
+// The end of the object.
+
+VantroWindow* ending = nullptr;
+
+std::string Alive(bool alive) { return alive ? " with" : " without"; }
+
+BOOL WINAPI OnUnhook(HHOOK hook) {
+  Note("UnhookWindowsHookEx" + Alive(ending->methodChannelHandler_ != nullptr) + " handler");
+  return CALL_SYSTEM("user32.dll", UnhookWindowsHookEx, hook);
+}
+BOOL WINAPI OnDestroyWindow(HWND window) {
+  if (window == Inside(*ending).flutterHostWindow_) {
+    Note("DestroyWindow of the overlay" + Alive(ending->vlcPlayer_ != nullptr) + " player");
+  }
+  return CALL_SYSTEM("user32.dll", DestroyWindow, window);
+}
+BOOL WINAPI OnUnregisterClass(const wchar_t* name, HINSTANCE instance) {
+  const std::wstring wide = name;
+  Note("UnregisterClassW " + std::string(wide.begin(), wide.end()));
+  return CALL_SYSTEM("user32.dll", UnregisterClassW, name, instance);
+}
+BOOL WINAPI OnDeleteObject(HGDIOBJ object) {
+  LOGBRUSH brush{};
+  if (GetObjectType(object) == OBJ_BRUSH && GetObjectA(object, sizeof brush, &brush)) {
+    Note("DeleteObject of the brush " + std::to_string(brush.lbColor));
+  }
+  return CALL_SYSTEM("gdi32.dll", DeleteObject, object);
+}
+void WINAPI OnGdiplusShutdown(ULONG_PTR token) {
+  Note("GdiplusShutdown" + Alive(Inside(*ending).vodThumbnailPlugin_ != nullptr) + " thumbnails" +
+       Alive(VantroWindow::instance_ == ending) + " the newest window");
+  CallSystem("gdiplus.dll", "GdiplusShutdown", Gdiplus::GdiplusShutdown, token);
+}
+
+TEST_F(WindowOrders, EndGivesBackOverlayThenClassThenBrushesThenGdiplus) {
+  OpenWindow();  // keeps the process from being asked to end
+  auto window = BringUp();
+  ending = window.get();
+  const HWND native = window->hwnd_;
+  vlc_.OnCall("libvlc_media_player_release", [] {
+    Note("libvlc_media_player_release" + Alive(ending->flutterEngine_ != nullptr) + " engine" +
+         Alive(Inside(*ending).vodThumbnailPlugin_ != nullptr) + " thumbnails");
+  });
+  Hook("user32.dll", "UnhookWindowsHookEx", OnUnhook);
+  Hook("user32.dll", "DestroyWindow", OnDestroyWindow);
+  Hook("user32.dll", "UnregisterClassW", OnUnregisterClass);
+  Hook("gdi32.dll", "DeleteObject", OnDeleteObject);
+  Hook("gdiplus.dll", "GdiplusShutdown", OnGdiplusShutdown);
+
+  window.reset();
+
+  hooks_.clear();
+  vlc_.OnCall("libvlc_media_player_release", {});
+  EXPECT_TRUE(InOrder(
+      log_,
+      {"(call) UnhookWindowsHookEx with handler", "(call) libvlc_media_player_release without engine with thumbnails",
+       "(call) DestroyWindow of the overlay without player", "(call) UnregisterClassW VantroWindowClass",
+       "(call) DeleteObject of the brush 0", "(call) DeleteObject of the brush 6243910",
+       "(call) GdiplusShutdown with thumbnails with the newest window"}));
+  EXPECT_EQ(log_.CountContaining("(call) DeleteObject of the brush"), 2);
+  EXPECT_EQ(VantroWindow::instance_, nullptr);
+  DestroyWindow(native);
+}
+
+}  // namespace
+}  // namespace vantro
