@@ -59,6 +59,10 @@ void Loopback::SetViewObserver(LoopbackViewObserver observer, void* userData) {
   LOOPBACK(SetViewObserver)(observer, userData);
 }
 
+void Loopback::SetSendObserver(LoopbackSendObserver observer, void* userData) {
+  LOOPBACK(SetSendObserver)(observer, userData);
+}
+
 std::optional<Bytes> Loopback::Deliver(int engine, const std::string& channel, const Bytes& bytes) {
   std::optional<Bytes> answer;
   const auto take = [](const uint8_t* data, size_t size, int32_t replied, void* userData) {

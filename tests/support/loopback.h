@@ -34,6 +34,8 @@ class Loopback {
   void SetTopLevelResult(UINT message, bool handled, LRESULT result);
   void SetTopLevelObserver(LoopbackTopLevelObserver observer, void* userData);
   void SetViewObserver(LoopbackViewObserver observer, void* userData);
+  // Takes the place of the observer that SentMessages uses.
+  void SetSendObserver(LoopbackSendObserver observer, void* userData);
 
   // What the host answered; nothing if nobody listened or no answer came before the call returned.
   std::optional<Bytes> Deliver(int engine, const std::string& channel, const Bytes& bytes);

@@ -1,4 +1,4 @@
-// The channel as a whole: its life, the table of methods and the dispatch.
+// The table of methods, the dispatch, and the requests of the program as a whole.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +10,7 @@
 #include "tests/support/local_app_data.h"
 #include "tests/unit/channel/channel_data.h"
 #include "tests/unit/channel/player_channel.h"
+#include "tests/unit/flutter_host/captured_stderr.h"
 
 namespace vantro::test {
 namespace {
@@ -69,14 +70,6 @@ TEST_F(Dispatch, WritesTheMarkerBeforeTheMethodRuns) {
   EXPECT_EQ(during, "getPosition");
 }
 
-TEST_F(Dispatch, WritesTheTimeOfTheCall) {
-  const int64_t before = CurrentUnixTimeMs();
-  Ask("isPlaying");
-  const int64_t after = CurrentUnixTimeMs();
-  EXPECT_GE(Marker().lastActionTs, before);
-  EXPECT_LE(Marker().lastActionTs, after);
-}
-
 TEST_F(Dispatch, PlayerEventReachesTheInterfaceWithItsTextOrWithoutArgument) {
   state_.eventCallback_("onTimeChanged", "1500");
   state_.eventCallback_("onPlaying", "");
@@ -95,46 +88,6 @@ TEST_F(Dispatch, LibvlcEventGoesOutOnLibvlcsThread) {
   vlc_.RaiseTime(MediaPlayer(), 40);
   ASSERT_EQ(sent.Count(), 1u);
   EXPECT_NE(sent.All()[0].thread, GetCurrentThreadId());
-}
-
-TEST_F(Dispatch, HandlerThatEndsSilencesChannelAndPlayer) {
-  EndHandler();
-  state_.eventCallback_("onPlaying", "");
-  EXPECT_FALSE(loopback_.HasListener(engineNumber_, kPlayerChannel));
-  EXPECT_EQ(Ask("play"), NoAnswer());
-  EXPECT_TRUE(interface_.Calls().empty());
-}
-
-TEST_F(Dispatch, HandlerWithoutAPlayerRegistersNothingAndWritesNoMarker) {
-  EndHandler();
-  std::filesystem::remove(MarkerFile());
-  {
-    MethodChannelHandler handler(engine_.get(), nullptr, true, nullptr);
-    EXPECT_FALSE(loopback_.HasListener(engineNumber_, kPlayerChannel));
-    EXPECT_EQ(Ask("play"), NoAnswer());
-    handler.SendChannelEvent("onPlaying", "");
-    handler.ShowToast("message", true);
-  }
-  EXPECT_FALSE(std::filesystem::exists(MarkerFile()));
-  EXPECT_TRUE(interface_.Calls().empty());
-  EXPECT_TRUE(log_.Has("ERROR MethodChannelHandler: Invalid engine or player"));
-}
-
-TEST_F(Dispatch, HandlerWithoutAnEngineRegistersNothing) {
-  EndHandler();
-  MethodChannelHandler handler(nullptr, player_.get(), true, nullptr);
-  EXPECT_FALSE(handler.methodChannel_);
-  EXPECT_TRUE(handler.markerPath_.empty());
-  EXPECT_TRUE(log_.Has("ERROR MethodChannelHandler: Invalid engine or player"));
-}
-
-TEST_F(Dispatch, HandlerWithoutAMessengerRegistersNothing) {
-  EndHandler();
-  FlutterEngine engineThatDoesNotRun;
-  MethodChannelHandler handler(&engineThatDoesNotRun, player_.get(), true, nullptr);
-  EXPECT_FALSE(handler.methodChannel_);
-  EXPECT_TRUE(handler.markerPath_.empty());
-  EXPECT_TRUE(log_.Has("ERROR MethodChannelHandler: Binary messenger not available"));
 }
 
 // One row of the table of errors: the request, its answer, and whether the handler declines it as well.
@@ -213,6 +166,18 @@ TEST_F(Dispatch, DatabaseKeyIsTheSame32BytesAtEveryRequest) {
   ASSERT_TRUE(bytes) << key;
   EXPECT_EQ(bytes->size(), 32u);
   EXPECT_EQ(Ask("getDatabaseEncryptionKey"), key);
+}
+
+TEST_F(Dispatch, DatabaseKeyIsNeverLogged) {
+  const ScratchFolder appData;
+  const LocalAppDataAt redirection(appData.path());
+  const LogCapture log;
+  CapturedStderr errors;
+  Ask("getDatabaseEncryptionKey");
+  Ask("getDatabaseEncryptionKey");
+  EXPECT_EQ(errors.Take(), "");
+  EXPECT_THAT(log.Lines(), ElementsAre("INFO DatabaseKeyStore: Key saved successfully",
+                                       "INFO DatabaseKeyStore: Key loaded successfully"));
 }
 
 TEST_F(Dispatch, DatabaseKeyThatCannotBeKeptIsAnErrorWithoutASecondAnswer) {

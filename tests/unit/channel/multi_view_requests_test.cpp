@@ -10,8 +10,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const Answer kTrue = Success(Value(true));
-const Answer kFalse = Success(Value(false));
 const InterfaceCall kShow{"showMultiViewOverlay", Value()};
 const InterfaceCall kHide{"hideMultiViewOverlay", Value()};
 
@@ -47,27 +45,10 @@ TEST_F(MultiViewRequests, DisablingEndsTheGrid) {
 }
 
 TEST_F(MultiViewRequests, ReplyGoesOutBeforeTheOverlayEvent) {
-  // The reply is there when the event is sent: a request is answered or pending.
-  struct Seen {
-    Loopback* loopback;
-    int pendingAtEvent;
-  } seen{&loopback_, -1};
-  const HMODULE engine = GetModuleHandleA("flutter_windows.dll");
-  const auto observe =
-      reinterpret_cast<decltype(&LoopbackSetSendObserver)>(GetProcAddress(engine, "LoopbackSetSendObserver"));
-  const auto deliver = reinterpret_cast<decltype(&LoopbackDeliver)>(GetProcAddress(engine, "LoopbackDeliver"));
-  ASSERT_TRUE(observe && deliver);
   for (const char* method : {"enableMultiView", "disableMultiView"}) {
-    seen.pendingAtEvent = -1;
-    observe(
-        [](int32_t, const char*, const uint8_t*, size_t, void* userData) {
-          auto* state = static_cast<Seen*>(userData);
-          state->pendingAtEvent = state->loopback->PendingReplies();
-        },
-        &seen);
+    const PendingAtCalls pending(loopback_);
     EXPECT_EQ(Ask(method), kTrue);
-    observe(nullptr, nullptr);
-    EXPECT_EQ(seen.pendingAtEvent, 0) << method;
+    EXPECT_THAT(pending.Counts(), ElementsAre(0)) << method;
   }
 }
 
@@ -93,12 +74,13 @@ TEST_F(MultiViewRequests, AddStreamAddsATileWithItsNameWhichMayBeEmpty) {
   EXPECT_EQ(state_.players_[2].name, "");
 }
 
-TEST_F(MultiViewRequests, ReplaceActivePlaysAnotherStreamInTheActiveTile) {
+TEST_F(MultiViewRequests, ReplaceActiveGivesTheActiveTileAnotherUrlAndName) {
   MakeGrid(2);
   const size_t active = static_cast<size_t>(static_cast<int>(state_.activeIndex_));
   EXPECT_EQ(Ask("mvReplaceActive", MapOf({{"url", "http://other"}, {"name", "Other"}})), kTrue);
   ASSERT_EQ(state_.players_.size(), 2u);
   EXPECT_EQ(state_.players_[active].url, "http://other");
+  EXPECT_EQ(state_.players_[active].name, "Other");
 }
 
 TEST_F(MultiViewRequests, SetActiveIndexOutsideTheGridRepliesFalse) {

@@ -1,4 +1,4 @@
-// Loading, transport, position and tracks.
+// Loading, transport and position.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,24 +9,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-const Answer kTrue = Success(Value(true));
-const Answer kFalse = Success(Value(false));
-const InterfaceCall kNotReady = Toast("Video not ready yet", "true");
-
-// Takes a function out of the table while it lives.
-template <typename Function>
-class WithoutFunction {
- public:
-  explicit WithoutFunction(Function& slot) : slot_(slot), before_(slot) { slot = nullptr; }
-  ~WithoutFunction() { slot_ = before_; }
-  WithoutFunction(const WithoutFunction&) = delete;
-  WithoutFunction& operator=(const WithoutFunction&) = delete;
-
- private:
-  Function& slot_;
-  Function before_;
-};
 
 class PlaybackRequests : public PlayerChannelTest {};
 
@@ -44,6 +26,13 @@ TEST_F(PlaybackRequests, SetMediaPassesTheCapitalTitleOnlyWhenTheOtherIsEmpty) {
   EXPECT_EQ(state_.current_.title, "Capital");
   Ask("setMedia", MapOf({{"URL", kUrl}, {"title", "small"}, {"Title", "Capital"}}));
   EXPECT_EQ(state_.current_.title, "small");
+}
+
+TEST_F(PlaybackRequests, SetMediaPlaysTheUrlWithItsBlanks) {
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", "  http://host/a b \t"}})), kTrue);
+  EXPECT_EQ(state_.current_.url, "  http://host/a b \t");
+  EXPECT_EQ(Ask("setMedia", MapOf({{"URL", " "}, {"url", "http://lower"}})), kTrue);
+  EXPECT_EQ(state_.current_.url, " ");
 }
 
 TEST_F(PlaybackRequests, SetMediaWithoutArgumentsIsAnErrorAndLeavesThePlayerAlone) {
@@ -114,6 +103,23 @@ TEST_F(PlaybackRequests, SetMediaThatFailsRepliesFalseWithoutAToast) {
   EXPECT_THAT(interface_.Calls(), IsEmpty());
 }
 
+TEST_F(PlaybackRequests, ToastGoesOutBeforeTheFalse) {
+  const auto pendingAtToast = [this](const char* method, const Value& arguments) {
+    const PendingAtCalls pending(loopback_);
+    EXPECT_EQ(Ask(method, arguments), kFalse) << method;
+    return pending.Counts();
+  };
+  for (const char* method :
+       {"play", "playPause", "seek", "seekTo", "seekToInitialPosition", "setSpu", "setAudioTrack", "setFontSize"}) {
+    EXPECT_THAT(pendingAtToast(method, Value()), ElementsAre(1)) << method;
+  }
+  LoadMedia();
+  const WithoutFunction setTime(LibVlcFunctionTable().libvlc_media_player_set_time);
+  EXPECT_THAT(pendingAtToast("seek", Value()), ElementsAre(1));
+  EXPECT_THAT(pendingAtToast("seekToInitialPosition", Value()), ElementsAre(1));
+  EXPECT_THAT(pendingAtToast("setFontSize", MapOf({{"size", Value(0)}})), ElementsAre(1));
+}
+
 // One row of the table of failures without a media.
 struct NoMediaRow {
   const char* method;
@@ -165,6 +171,13 @@ TEST_F(PlaybackRequests, PlayPausePausesWhatPlays) {
   EXPECT_EQ(Ask("playPause"), kTrue);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 1);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 0);
+}
+
+TEST_F(PlaybackRequests, PlayPausePausesWhatPlaysAlsoWithoutAMedia) {
+  vlc_.SetPlaying(MediaPlayer(), true);
+  EXPECT_EQ(Ask("playPause"), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 1);
+  EXPECT_THAT(interface_.Calls(), IsEmpty());
 }
 
 TEST_F(PlaybackRequests, PlayPauseWhilePausedPlaysAndRepliesTrue) {
@@ -233,6 +246,20 @@ TEST_F(PlaybackRequests, SeekTruncatesADoubleAndTakesAStringForZero) {
                   "libvlc_media_player_set_time(player1, 0, 0)"));
 }
 
+TEST_F(PlaybackRequests, SeekCutsA64BitPositionToItsLow32Bits) {
+  LoadMedia();
+  const std::pair<int64_t, const char*> rows[] = {
+      {(int64_t{1} << 32) + 5, "5"}, {0xFFFFFFFF, "-1"}, {int64_t{1} << 31, "-2147483648"}};
+  for (const char* method : {"seek", "seekTo", "seekToInitialPosition"}) {
+    for (const auto& [position, sought] : rows) {
+      vlc_.ClearCalls();
+      EXPECT_EQ(Ask(method, MapOf({{"positionMs", Value(position)}})), kTrue);
+      EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_time"),
+                  ElementsAre("libvlc_media_player_set_time(player1, " + std::string(sought) + ", 0)"));
+    }
+  }
+}
+
 TEST_F(PlaybackRequests, SeekThatFailsLogsToastsLongAndRepliesFalse) {
   LoadMedia();
   const WithoutFunction setTime(LibVlcFunctionTable().libvlc_media_player_set_time);
@@ -250,70 +277,6 @@ TEST_F(PlaybackRequests, SeekThatFailsLogsToastsLongAndRepliesFalse) {
   }
 }
 
-TEST_F(PlaybackRequests, TrackIsTheIndexElseTheIdElseZero) {
-  LoadMedia();
-  const std::pair<const char*, const char*> rows[] = {{"setSpu", "libvlc_video_set_spu"},
-                                                      {"setAudioTrack", "libvlc_audio_set_track"}};
-  for (const auto& [method, function] : rows) {
-    const std::string call = std::string(function) + "(player1, ";
-    EXPECT_EQ(Ask(method, MapOf({{"id", Value(3)}})), kTrue);
-    EXPECT_EQ(Ask(method, MapOf({{"id", Value(3)}, {"index", Value(5)}})), kTrue);
-    EXPECT_EQ(Ask(method), kTrue);
-    EXPECT_THAT(vlc_.CallsOf(function), ElementsAre(call + "3)", call + "5)", call + "0)"));
-  }
-}
-
-TEST_F(PlaybackRequests, TrackWithoutItsFunctionIsStillTrue) {
-  LoadMedia();
-  const WithoutFunction spu(LibVlcFunctionTable().libvlc_video_set_spu);
-  const WithoutFunction audio(LibVlcFunctionTable().libvlc_audio_set_track);
-  EXPECT_EQ(Ask("setSpu", MapOf({{"id", Value(3)}})), kTrue);
-  EXPECT_EQ(Ask("setAudioTrack", MapOf({{"id", Value(3)}})), kTrue);
-}
-
-TEST_F(PlaybackRequests, FontSizeIsOnlyChecked) {
-  LoadMedia();
-  EXPECT_EQ(Ask("setFontSize"), kTrue);
-  EXPECT_EQ(Ask("setFontSize", MapOf({{"size", Value(1)}})), kTrue);
-  EXPECT_THAT(interface_.Calls(), IsEmpty());
-  for (int size : {0, -1}) {
-    interface_.ClearCalls();
-    EXPECT_EQ(Ask("setFontSize", MapOf({{"size", Value(size)}})), kFalse);
-    EXPECT_THAT(interface_.Calls(), ElementsAre(Toast("Invalid font size", "true"))) << size;
-  }
-  EXPECT_THAT(vlc_.Calls(), IsEmpty());
-}
-
-TEST_F(PlaybackRequests, SubtitleTracksAreReadReleasedAndToldWithoutTheirNames) {
-  vlc_.SetSpuTracks(MediaPlayer(), {{1, "English"}, {2, "German"}});
-  for (const char* method : {"getSpuTracks", "showAvailableSubtitles"}) {
-    interface_.ClearCalls();
-    EXPECT_EQ(Ask(method), kTrue);
-    EXPECT_THAT(interface_.Calls(), ElementsAre(InterfaceCall{"spuTracks", Value()})) << method;
-  }
-  EXPECT_EQ(vlc_.CountOf("libvlc_track_description_list_release"), 2);
-}
-
-TEST_F(PlaybackRequests, EmptyTrackListIsStillReleasedAndTold) {
-  EXPECT_EQ(Ask("getSpuTracks"), kTrue);
-  EXPECT_EQ(vlc_.CountOf("libvlc_track_description_list_release"), 1);
-  EXPECT_THAT(interface_.CallNames(), ElementsAre("spuTracks"));
-}
-
-TEST_F(PlaybackRequests, TracksInfoTellsSubtitlesThenAudio) {
-  EXPECT_EQ(Ask("getTracksInfo"), kTrue);
-  EXPECT_THAT(interface_.Calls(),
-              ElementsAre(InterfaceCall{"spuTracks", Value()}, InterfaceCall{"audioTracks", Value()}));
-}
-
-TEST_F(PlaybackRequests, TracksWithoutAPlayerHandleRaiseNothingAndReplyTrue) {
-  player_->Cleanup();
-  interface_.ClearCalls();
-  EXPECT_EQ(Ask("getSpuTracks"), kTrue);
-  EXPECT_EQ(Ask("getTracksInfo"), kTrue);
-  EXPECT_THAT(interface_.Calls(), IsEmpty());
-}
-
 TEST_F(PlaybackRequests, UserAgentIsStoredTwiceAndNeverUsed) {
   EXPECT_EQ(Ask("setUserAgent", MapOf({{"UA", "Agent/1.0"}})), kTrue);
   EXPECT_EQ(handler_->userAgent_, "Agent/1.0");
@@ -325,10 +288,18 @@ TEST_F(PlaybackRequests, UserAgentIsStoredTwiceAndNeverUsed) {
   EXPECT_EQ(state_.userAgent_, "");
 }
 
-TEST_F(PlaybackRequests, MediaTitleIsStoredForNothing) {
+TEST_F(PlaybackRequests, MediaTitleIsStoredInTheHandlerAlone) {
   EXPECT_EQ(Ask("setMediaTitle", MapOf({{"title", "News"}})), kTrue);
   EXPECT_EQ(handler_->mediaTitle_, "News");
   EXPECT_EQ(state_.current_.title, "");
+}
+
+TEST_F(PlaybackRequests, MediaTitleThatIsAbsentOrNoTextIsStoredEmpty) {
+  for (const Value& arguments : {Value(), MapOf({}), MapOf({{"title", Value(5)}})}) {
+    Ask("setMediaTitle", MapOf({{"title", "News"}}));
+    EXPECT_EQ(Ask("setMediaTitle", arguments), kTrue);
+    EXPECT_EQ(handler_->mediaTitle_, "") << Describe(arguments);
+  }
 }
 
 }  // namespace

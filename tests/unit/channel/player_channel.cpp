@@ -1,5 +1,7 @@
 #include "tests/unit/channel/player_channel.h"
 
+#include "tests/unit/flutter_host/captured_stderr.h"
+
 namespace vantro::test {
 
 namespace {
@@ -11,6 +13,15 @@ int CountLines(const std::string& text, const std::string& line) {
 }
 
 }  // namespace
+
+PendingAtCalls::PendingAtCalls(Loopback& loopback) : loopback_(loopback) {
+  loopback_.SetSendObserver(
+      [](int32_t, const char*, const uint8_t*, size_t, void* userData) {
+        auto* self = static_cast<PendingAtCalls*>(userData);
+        self->counts_.push_back(self->loopback_.PendingReplies());
+      },
+      this);
+}
 
 PlayerChannelTest::PlayerChannelTest()
     : player_(std::make_unique<VLCPlayer>()), engine_(std::make_unique<FlutterEngine>()) {
@@ -27,10 +38,9 @@ void PlayerChannelTest::RestartHandler() {
 }
 
 Answer PlayerChannelTest::AskCountingDuplicates(const std::string& method, const Value& arguments, int* duplicates) {
-  testing::internal::CaptureStderr();
+  CapturedStderr errors;
   const Answer answer = Ask(method, arguments);
-  std::fflush(stderr);
-  *duplicates = CountLines(testing::internal::GetCapturedStderr(), kDuplicateLine);
+  *duplicates = CountLines(errors.Take(), kDuplicateLine);
   return answer;
 }
 

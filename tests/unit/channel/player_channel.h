@@ -29,6 +29,35 @@ constexpr char kDuplicateLine[] =
     "Error: Only one of Success, Error, or NotImplemented can be called, and it can be called exactly once. Ignoring "
     "duplicate result.";
 
+// Takes a function out of the table while it lives.
+template <typename Function>
+class WithoutFunction {
+ public:
+  explicit WithoutFunction(Function& slot) : slot_(slot), before_(slot) { slot = nullptr; }
+  ~WithoutFunction() { slot_ = before_; }
+  WithoutFunction(const WithoutFunction&) = delete;
+  WithoutFunction& operator=(const WithoutFunction&) = delete;
+
+ private:
+  Function& slot_;
+  Function before_;
+};
+
+// While it lives, notes for each call of the interface how many requests wait for their answer at that moment. It takes
+// the place of what InterfaceEnd keeps.
+class PendingAtCalls {
+ public:
+  explicit PendingAtCalls(Loopback& loopback);
+  ~PendingAtCalls() { loopback_.SetSendObserver(nullptr, nullptr); }
+  PendingAtCalls(const PendingAtCalls&) = delete;
+  PendingAtCalls& operator=(const PendingAtCalls&) = delete;
+  const std::vector<int>& Counts() const { return counts_; }
+
+ private:
+  Loopback& loopback_;
+  std::vector<int> counts_;
+};
+
 class PlayerChannelTest : public testing::Test {
  protected:
   // Engine and player, with the handler behind them.
@@ -67,5 +96,10 @@ class PlayerChannelTest : public testing::Test {
 
 // The toast as the interface receives it.
 InterfaceCall Toast(const char* message, const char* shortWord);
+
+// What many requests are answered with.
+inline const Answer kTrue = Success(Value(true));
+inline const Answer kFalse = Success(Value(false));
+inline const InterfaceCall kNotReady = Toast("Video not ready yet", "true");
 
 }  // namespace vantro::test

@@ -18,7 +18,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const Answer kTrue = Success(Value(true));
 const InterfaceCall kRequested{"providerDataRequested", Value()};
 
 class RelayRequests : public testing::Test {
@@ -124,6 +123,15 @@ TEST_F(RelayRequests, WithAFirstWindowThatHasNoHandlerThereIsNoMaster) {
   EXPECT_EQ(Ask(1, "requestProviderData"), Failure("NO_MASTER", "Master window not found", Value(false)));
 }
 
+TEST_F(RelayRequests, MasterWithoutAChannelHearsNothingAndTheReplyIsTrue) {
+  OpenWindows(2);
+  VantroWindow& master = *GetWindowRegistry()[0];
+  master.methodChannelHandler_ =
+      std::make_unique<MethodChannelHandler>(master.flutterEngine_.get(), nullptr, true, &master);
+  EXPECT_EQ(Ask(1, "requestProviderData"), kTrue);
+  EXPECT_THAT(Calls(0), IsEmpty());
+}
+
 TEST_F(RelayRequests, RequestOfAClientReachesTheFirstWindowAlone) {
   OpenWindows(3);
   EXPECT_EQ(Ask(2, "requestProviderData"), kTrue);
@@ -213,21 +221,9 @@ TEST_F(RelayRequests, ClosedClientIsStillSentTo) {
 
 TEST_F(RelayRequests, ChunkIsHandedOnBeforeItsSenderIsAnswered) {
   OpenWindows(2);
-  struct Seen {
-    Loopback* loopback;
-    int pendingAtSend = -1;
-  } seen{&loopback_};
-  const auto observe = reinterpret_cast<decltype(&LoopbackSetSendObserver)>(
-      GetProcAddress(GetModuleHandleA("flutter_windows.dll"), "LoopbackSetSendObserver"));
-  observe(
-      [](int32_t, const char*, const uint8_t*, size_t, void* userData) {
-        auto* state = static_cast<Seen*>(userData);
-        state->pendingAtSend = state->loopback->PendingReplies();
-      },
-      &seen);
+  const PendingAtCalls pending(loopback_);
   Ask(0, "sendProviderData", Chunk(1));
-  observe(nullptr, nullptr);
-  EXPECT_EQ(seen.pendingAtSend, 1);
+  EXPECT_THAT(pending.Counts(), ElementsAre(1));
 }
 
 }  // namespace

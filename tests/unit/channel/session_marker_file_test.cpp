@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <functional>
 
 #include "tests/unit/channel/player_channel.h"
 
@@ -45,14 +45,35 @@ TEST_F(SessionMarkerFile, ReplacesALongerText) {
   EXPECT_EQ(ReadFileBytes(MarkerFile()), "running=0\r\nlastAction=shutdown\r\nlastActionTs=2\r\n");
 }
 
+// The system's own clock, in milliseconds since 1970.
+int64_t SystemTimeMs() {
+  constexpr int64_t k1970 = 116444736000000000;  // in the file time's 100 nanoseconds since 1601
+  FILETIME time{};
+  GetSystemTimePreciseAsFileTime(&time);
+  return (static_cast<int64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime) / 10000 - k1970 / 10000;
+}
+
 TEST_F(SessionMarkerFile, SaysStartupAfterTheStartAndShutdownAfterTheEnd) {
   EXPECT_EQ(Marker().lastAction, "startup");
   EXPECT_TRUE(Marker().running);
-  const int64_t before = CurrentUnixTimeMs();
   EndHandler();
   EXPECT_EQ(Marker().lastAction, "shutdown");
   EXPECT_FALSE(Marker().running);
-  EXPECT_GE(Marker().lastActionTs, before);
+}
+
+TEST_F(SessionMarkerFile, SaysTheCurrentTimeInMillisecondsAtStartCallAndEnd) {
+  // The two clocks tick apart by less than this.
+  constexpr int64_t kTickMs = 16;
+  const auto expectTimeOf = [this](const char* action, const std::function<void()>& act) {
+    const int64_t before = SystemTimeMs();
+    act();
+    EXPECT_EQ(Marker().lastAction, action);
+    EXPECT_GE(Marker().lastActionTs, before - kTickMs) << action;
+    EXPECT_LE(Marker().lastActionTs, SystemTimeMs() + kTickMs) << action;
+  };
+  expectTimeOf("startup", [this] { StartOver("running=1\nlastActionTs=5\n"); });
+  expectTimeOf("isPlaying", [this] { Ask("isPlaying"); });
+  expectTimeOf("shutdown", [this] { EndHandler(); });
 }
 
 TEST_F(SessionMarkerFile, FirstStartAndStartAfterAnOrderlyEndReportNothing) {
@@ -115,9 +136,7 @@ TEST_F(SessionMarkerFile, ReportGoesOutBeforeTheChannelListens) {
     int sends = 0;
     bool listening = false;
   } seen{&loopback_, engineNumber_};
-  const auto observe = reinterpret_cast<decltype(&LoopbackSetSendObserver)>(
-      GetProcAddress(GetModuleHandleA("flutter_windows.dll"), "LoopbackSetSendObserver"));
-  observe(
+  loopback_.SetSendObserver(
       [](int32_t, const char*, const uint8_t*, size_t, void* userData) {
         auto* state = static_cast<Seen*>(userData);
         ++state->sends;
@@ -125,7 +144,7 @@ TEST_F(SessionMarkerFile, ReportGoesOutBeforeTheChannelListens) {
       },
       &seen);
   RestartHandler();
-  observe(nullptr, nullptr);
+  loopback_.SetSendObserver(nullptr, nullptr);
   EXPECT_EQ(seen.sends, 2);
   EXPECT_FALSE(seen.listening);
 }

@@ -7,8 +7,6 @@
 namespace vantro::test {
 namespace {
 
-const Answer kTrue = Success(Value(true));
-
 class ViewRequests : public PlayerChannelTest {
  protected:
   ViewRequests() {

@@ -137,6 +137,14 @@ TEST_F(PlayerWithoutLibVlc, SeekToIsFalse) {
   EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for SeekTo"));
 }
 
+TEST_F(PlayerWithoutLibVlc, PositionAndDurationAreZero) {
+  GiveHandles(player_);
+  EXPECT_EQ(player_.GetPosition(), 0);
+  EXPECT_EQ(player_.GetDuration(), 0);
+  EXPECT_THAT(Failures(), ElementsAre("ERROR Failed to load VLC functions for GetPosition",
+                                      "ERROR Failed to load VLC functions for GetDuration"));
+}
+
 TEST_F(PlayerWithoutLibVlc, TheTrackListsAreNotReadAndNothingIsLogged) {
   GiveHandles(player_);
   player_.RefreshSpuTracks();

@@ -7,6 +7,7 @@
 // After windows.h.
 #include <bcrypt.h>
 #include <dpapi.h>
+#include <shlobj.h>
 
 #include <numeric>
 #include <string>
@@ -198,6 +199,62 @@ TEST_F(DatabaseKeyStoreTest, KeyThatCannotBeWrappedIsNotHandedOutAndLeavesNoFile
   EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: CryptProtectData failed"));
   EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: Failed to save key"));
   EXPECT_FALSE(std::filesystem::exists(KeyFile()));
+}
+
+// What the store asks of the Data Protection API beside its input and output, as one line a call.
+class ProtectionCalls {
+ public:
+  ProtectionCalls() { current = this; }
+  ~ProtectionCalls() { current = nullptr; }
+  ProtectionCalls(const ProtectionCalls&) = delete;
+  ProtectionCalls& operator=(const ProtectionCalls&) = delete;
+  const std::vector<std::string>& Lines() const { return lines_; }
+
+ private:
+  static BOOL WINAPI Protect(DATA_BLOB* input, LPCWSTR description, DATA_BLOB* entropy, PVOID reserved,
+                             CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
+    const std::wstring text = description ? description : L"(none)";
+    current->Note("protect '" + std::string(text.begin(), text.end()) + "'", entropy, reserved, prompt, flags);
+    return reinterpret_cast<decltype(&CryptProtectData)>(current->protect_.Original())(input, description, entropy,
+                                                                                       reserved, prompt, flags, output);
+  }
+  static BOOL WINAPI Unprotect(DATA_BLOB* input, LPWSTR* description, DATA_BLOB* entropy, PVOID reserved,
+                               CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
+    current->Note(description ? "unprotect with description" : "unprotect", entropy, reserved, prompt, flags);
+    return reinterpret_cast<decltype(&CryptUnprotectData)>(current->unprotect_.Original())(
+        input, description, entropy, reserved, prompt, flags, output);
+  }
+  void Note(std::string line, const void* entropy, const void* reserved, const void* prompt, DWORD flags) {
+    if (entropy) line += " entropy";
+    if (reserved) line += " reserved";
+    if (prompt) line += " prompt";
+    lines_.push_back(line + " flags " + std::to_string(flags));
+  }
+
+  static ProtectionCalls* current;
+  std::vector<std::string> lines_;
+  ImportHook protect_{"crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(&Protect)};
+  ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(&Unprotect)};
+};
+
+ProtectionCalls* ProtectionCalls::current = nullptr;
+
+TEST_F(DatabaseKeyStoreTest, WrapsAndUnwrapsForTheMachineWithoutEntropyOrPrompt) {
+  const ProtectionCalls calls;
+  ASSERT_TRUE(DatabaseKeyStore::SaveKey(SampleKey()));
+  EXPECT_EQ(DatabaseKeyStore::LoadKey(), SampleKey());
+  EXPECT_THAT(calls.Lines(), ElementsAre("protect 'Vantro Database Key' flags 4", "unprotect flags 4"));
+}
+
+HRESULT WINAPI RefuseAllButLocalAppData(HWND owner, int folder, HANDLE token, DWORD flags, LPWSTR path) {
+  if (owner || folder != CSIDL_LOCAL_APPDATA || token || flags != 0) return E_INVALIDARG;
+  lstrcpyW(path, L"C:\\here");
+  return S_OK;
+}
+
+TEST_F(DatabaseKeyStoreTest, AsksForTheLocalFolderAndNotTheRoamingOne) {
+  const ImportHook hook("shell32.dll", "SHGetFolderPathW", reinterpret_cast<void*>(RefuseAllButLocalAppData));
+  EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), L"C:\\here\\Vantro\\db.key");
 }
 
 TEST_F(DatabaseKeyStoreTest, PathIsTheKeyFileOfTheLocalAppDataFolder) {

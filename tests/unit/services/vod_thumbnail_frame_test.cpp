@@ -1,0 +1,203 @@
+// Taking a frame: the calls, the waits, the temporary file and what can fail.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <variant>
+
+#include "tests/unit/services/thumbnail_worker.h"
+#include "tests/unit/shell/import_hook.h"
+
+namespace vantro::test {
+namespace {
+
+using std::chrono::duration_cast;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+// After play, after the seek and after the snapshot.
+constexpr milliseconds kWaits[] = {milliseconds(100), milliseconds(500), milliseconds(200)};
+
+TEST_F(ThumbnailWorker, TakesAFrameByPlayingSeekingAndReadingTheSnapshot) {
+  InitializeWithPicture();
+  EXPECT_EQ(GetFrame(), Frame(std::string(kJpeg, sizeof kJpeg - 1)));
+  const std::string snapshot = vlc_.CallsOf("libvlc_video_take_snapshot").at(0);
+  EXPECT_NE(snapshot.find("vantro_thumb_123_42.jpg"), std::string::npos) << snapshot;
+  EXPECT_THAT(snapshot, testing::EndsWith(", 320, 180)"));
+  EXPECT_THAT(vlc_.Calls(),
+              ElementsAre("libvlc_media_new_location(\"http://host/film.mp4\")",
+                          "libvlc_media_player_set_media(player1, media1)", "libvlc_media_player_play(player1)",
+                          "libvlc_media_player_set_time(player1, 42700, 0)", snapshot,
+                          "libvlc_media_player_stop_async(player1)", "libvlc_media_release(media1)"));
+  EXPECT_THAT(FilesLeft(), IsEmpty());
+}
+
+TEST_F(ThumbnailWorker, Waits100MsAfterPlay500AfterTheSeekAnd200AfterTheSnapshot) {
+  InitializeWithPicture();
+  steady_clock::time_point played, sought, snapped;
+  vlc_.OnCall("libvlc_media_player_play", [&] { played = steady_clock::now(); });
+  vlc_.OnCall("libvlc_media_player_set_time", [&] { sought = steady_clock::now(); });
+  vlc_.OnCall("libvlc_video_take_snapshot", [&] { snapped = steady_clock::now(); });
+  // The clock behind a sleep may tick a little ahead of the one that measures.
+  constexpr milliseconds kTick{16};
+  // A busy machine may prolong a wait: the shortest of a few frames counts.
+  constexpr milliseconds kLate{30};
+  milliseconds shortest[] = {milliseconds::max(), milliseconds::max(), milliseconds::max()};
+  for (int frame = 0; frame < 5; ++frame) {
+    GetFrame();
+    const milliseconds waits[] = {duration_cast<milliseconds>(sought - played),
+                                  duration_cast<milliseconds>(snapped - sought),
+                                  duration_cast<milliseconds>(steady_clock::now() - snapped)};
+    for (size_t wait = 0; wait < std::size(waits); ++wait) shortest[wait] = std::min(shortest[wait], waits[wait]);
+    if (shortest[0] <= kWaits[0] + kLate && shortest[1] <= kWaits[1] + kLate && shortest[2] <= kWaits[2] + kLate) break;
+  }
+  for (size_t wait = 0; wait < std::size(kWaits); ++wait) {
+    EXPECT_GE(shortest[wait], kWaits[wait] - kTick) << "wait " << wait;
+    EXPECT_LE(shortest[wait], kWaits[wait] + kLate) << "wait " << wait;
+  }
+}
+
+TEST_F(ThumbnailWorker, LogsEachStepOfAFrame) {
+  InitializeWithPicture();
+  LogCapture log;
+  GetFrame();
+  const std::string size = std::to_string(sizeof kJpeg - 1);
+  EXPECT_THAT(log.Lines(),
+              ElementsAre("INFO VodThumbnailWorkerPlugin: getFrame called",
+                          "INFO VodThumbnailWorkerPlugin: getFrame - mediaId=123, proxyUrl=http://host/film.mp4, "
+                          "time=42.70, size=320x180",
+                          "INFO VodThumbnailWorkerPlugin: Creating media from URL: http://host/film.mp4",
+                          "INFO VodThumbnailWorkerPlugin: Starting playback",
+                          "INFO VodThumbnailWorkerPlugin: Seeking to time: 42.70 seconds",
+                          StartsWith("INFO VodThumbnailWorkerPlugin: Taking snapshot to: "),
+                          "INFO VodThumbnailWorkerPlugin: Reading snapshot file",
+                          "INFO VodThumbnailWorkerPlugin: Snapshot file size: " + size + " bytes",
+                          "INFO VodThumbnailWorkerPlugin: Snapshot captured successfully"));
+}
+
+TEST_F(ThumbnailWorker, FrameBeforeInitializeIsAFailureAndNoError) {
+  EXPECT_EQ(GetFrame(), NoFrame("Worker not initialized"));
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+  EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Worker not initialized"));
+}
+
+TEST_F(ThumbnailWorker, FileOfNoBytesIsAnEmptyFrame) {
+  Initialize();
+  vlc_.OnCall("libvlc_video_take_snapshot", [&] { WriteFileBytes(scratch_ / "vantro_thumb_123_42.jpg", ""); });
+  EXPECT_EQ(GetFrame(), Frame(""));
+  EXPECT_THAT(FilesLeft(), IsEmpty());
+}
+
+TEST_F(ThumbnailWorker, TimeOfZeroSeeksToZeroAndNamesTheFileByIt) {
+  InitializeWithPicture();
+  GetFrame(FrameArguments("7", 0.0));
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_time"), ElementsAre("libvlc_media_player_set_time(player1, 0, 0)"));
+  EXPECT_NE(vlc_.CallsOf("libvlc_video_take_snapshot").at(0).find("vantro_thumb_7_0.jpg"), std::string::npos);
+}
+
+TEST_F(ThumbnailWorker, TwoFramesOfOneSecondSeekToTheMillisecondAndUseOneFileName) {
+  InitializeWithPicture();
+  GetFrame(FrameArguments("7", 3.25));
+  GetFrame(FrameArguments("7", 3.75));
+  EXPECT_THAT(
+      vlc_.CallsOf("libvlc_media_player_set_time"),
+      ElementsAre("libvlc_media_player_set_time(player1, 3250, 0)", "libvlc_media_player_set_time(player1, 3750, 0)"));
+  const auto snapshots = vlc_.CallsOf("libvlc_video_take_snapshot");
+  EXPECT_EQ(snapshots.at(0), snapshots.at(1));
+}
+
+TEST_F(ThumbnailWorker, ArgumentsThatAreNoMapAreAnError) {
+  const Answer error = Failure("INVALID_ARGS", "Invalid arguments");
+  EXPECT_EQ(Ask("getFrame"), error);
+  EXPECT_EQ(Ask("getFrame", Value("123")), error);
+}
+
+TEST_F(ThumbnailWorker, EachKeyIsRequired) {
+  for (size_t left = 0; left < FrameEntries().size(); ++left) {
+    std::vector<Entry> entries = FrameEntries();
+    entries.erase(entries.begin() + static_cast<ptrdiff_t>(left));
+    EXPECT_EQ(GetFrame(MapOf(entries)), Failure("INVALID_ARGS", "Missing required arguments")) << left;
+  }
+}
+
+// An answer that nobody waits for.
+class UnreadResult : public MethodResult {
+ protected:
+  void SuccessInternal(const EncodableValue&) override {}
+  void ErrorInternal(std::string_view, std::string_view, const EncodableValue&) override {}
+  void NotImplementedInternal() override {}
+};
+
+TEST_F(ThumbnailWorker, ValueOfAnotherTypeRaisesTheVariantsErrorOutOfTheHandler) {
+  Initialize();
+  vlc_.ClearCalls();
+  for (size_t odd = 0; odd < FrameEntries().size(); ++odd) {
+    std::vector<Entry> entries = FrameEntries();
+    entries[odd].value = Value(int64_t{5});
+    const MethodCall call("getFrame", MapOf(entries));
+    EXPECT_THROW(plugin_->HandleMethodCall(call, std::make_unique<UnreadResult>()), std::bad_variant_access) << odd;
+  }
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+TEST_F(ThumbnailWorker, MediaThatCannotBeMadeLeavesThePlayerAlone) {
+  InitializeWithPicture();
+  vlc_.Fail("libvlc_media_new_location");
+  EXPECT_EQ(GetFrame(), NoFrame("Failed to create media"));
+  EXPECT_EQ(vlc_.Calls().size(), 1u);
+  EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Failed to create media"));
+}
+
+void ThrowAtMedia(libvlc_media_player_t*, libvlc_media_t*) { throw 7; }
+
+TEST_F(ThumbnailWorker, ExceptionOnTheWayToAFrameStopsThePlayerAndGoesNoFurther) {
+  InitializeWithPicture();
+  const ImportHook hook("libvlc.dll", "libvlc_media_player_set_media", reinterpret_cast<void*>(ThrowAtMedia));
+  EXPECT_EQ(GetFrame(), NoFrame("Exception during snapshot"));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop_async"), 1);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_release"), 1);
+  EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Exception during snapshot"));
+}
+
+TEST_F(ThumbnailWorker, SnapshotThatFailsStopsThePlayerAndLeavesWhatFileThereIs) {
+  Initialize();
+  vlc_.SetResult("libvlc_video_take_snapshot", -1);
+  WriteFileBytes(scratch_ / "vantro_thumb_123_42.jpg", "half");
+  EXPECT_EQ(GetFrame(), NoFrame("Snapshot failed"));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop_async"), 1);
+  EXPECT_THAT(FilesLeft(), ElementsAre("vantro_thumb_123_42.jpg"));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_release"), 1);
+  EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Snapshot failed with result: -1"));
+}
+
+TEST_F(ThumbnailWorker, SnapshotFileThatCannotBeOpenedIsDeleted) {
+  Initialize();
+  HANDLE file = INVALID_HANDLE_VALUE;
+  // Another program holds the file so that it can be deleted and not be read.
+  vlc_.OnCall("libvlc_video_take_snapshot", [&] {
+    file = CreateFileW((scratch_ / "vantro_thumb_123_42.jpg").c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
+                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  });
+  EXPECT_EQ(GetFrame(), NoFrame("Failed to read snapshot"));
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  CloseHandle(file);
+  EXPECT_THAT(FilesLeft(), IsEmpty());
+}
+
+TEST_F(ThumbnailWorker, SnapshotWithoutAFileStopsThePlayer) {
+  Initialize();
+  EXPECT_EQ(GetFrame(), NoFrame("Failed to read snapshot"));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop_async"), 1);
+  EXPECT_THAT(FilesLeft(), IsEmpty());
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_release"), 1);
+  EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Failed to open snapshot file"));
+}
+
+}  // namespace
+}  // namespace vantro::test

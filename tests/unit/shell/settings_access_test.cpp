@@ -1,0 +1,69 @@
+// How the settings open their registry key.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/unit/shell/import_hook.h"
+#include "tests/unit/shell/shell_fixture.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+
+// The registry keys that the program opens or makes while this lives, as one line a call. Each call goes on.
+class RegistryCalls {
+ public:
+  RegistryCalls() { current = this; }
+  ~RegistryCalls() { current = nullptr; }
+  RegistryCalls(const RegistryCalls&) = delete;
+  RegistryCalls& operator=(const RegistryCalls&) = delete;
+  const std::vector<std::string>& Lines() const { return lines_; }
+
+ private:
+  static LSTATUS WINAPI Open(HKEY root, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
+    current->Note("open", options, access);
+    return reinterpret_cast<decltype(&RegOpenKeyExW)>(current->open_.Original())(root, name, options, access, key);
+  }
+  static LSTATUS WINAPI Create(HKEY root, LPCWSTR name, DWORD reserved, LPWSTR keyClass, DWORD options, REGSAM access,
+                               const LPSECURITY_ATTRIBUTES security, PHKEY key, LPDWORD disposition) {
+    current->Note("create", options, access);
+    return reinterpret_cast<decltype(&RegCreateKeyExW)>(current->create_.Original())(
+        root, name, reserved, keyClass, options, access, security, key, disposition);
+  }
+  void Note(const char* call, DWORD options, REGSAM access) {
+    const char* const accessName = access == KEY_READ ? "KEY_READ" : access == KEY_WRITE ? "KEY_WRITE" : "other access";
+    lines_.push_back(std::string(call) + " options " + std::to_string(options) + " " + accessName);
+  }
+
+  static RegistryCalls* current;
+  std::vector<std::string> lines_;
+  ImportHook open_{"advapi32.dll", "RegOpenKeyExW", reinterpret_cast<void*>(&Open)};
+  ImportHook create_{"advapi32.dll", "RegCreateKeyExW", reinterpret_cast<void*>(&Create)};
+};
+
+RegistryCalls* RegistryCalls::current = nullptr;
+
+class SettingsAccess : public testing::Test {
+ protected:
+  ScratchRegistry registry_;
+  VantroWindow window_{GetModuleHandleW(nullptr)};
+};
+
+TEST_F(SettingsAccess, LoadingOpensTheKeyForReading) {
+  const RegistryCalls calls;
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_THAT(calls.Lines(), ElementsAre("open options 0 KEY_READ"));
+}
+
+TEST_F(SettingsAccess, SavingMakesTheKeyForWritingWithoutOptions) {
+  const RegistryCalls calls;
+  Inside(window_).commands_.SaveSettings();
+  EXPECT_THAT(calls.Lines(), ElementsAre("create options 0 KEY_WRITE"));
+}
+
+}  // namespace
+}  // namespace vantro::test
