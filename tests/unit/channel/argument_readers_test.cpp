@@ -54,7 +54,7 @@ TEST(IntArgument, TruncatesDoublesTowardZero) {
   }
 }
 
-TEST(IntArgument, TakesTheNearestEndForADoubleOutOfRangeAndZeroForNan) {
+TEST(IntArgument, OfADoubleOutOfRangeIsTheNearestEnd) {
   EXPECT_EQ(ReadIntArgument(CallWithKey(Value(1e300)), "key", 1), kMaxInt);
   EXPECT_EQ(ReadIntArgument(CallWithKey(Value(-1e300)), "key", 1), kMinInt);
   EXPECT_EQ(ReadIntArgument(CallWithKey(Value(kInfinity)), "key", 1), kMaxInt);
@@ -102,7 +102,7 @@ TEST(NumberArgument, OfAnotherTypeCountsAsAbsent) {
   EXPECT_EQ(ReadNumberArgument(CallWithKey(Value(true)), "key", 1.0), 1.0);
 }
 
-TEST(Arguments, ThatAreAbsentOrNoMapGiveTheDefaults) {
+TEST(Arguments, AbsentOrNoMapGiveTheDefaults) {
   const MethodCall none("method", Value());
   const MethodCall list = CallWith(ListOf({Value("key")}));
   for (const MethodCall* call : {&none, &list}) {

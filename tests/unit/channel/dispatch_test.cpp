@@ -35,7 +35,7 @@ TEST_F(Dispatch, EveryMethodOfTheTableAnswersExactlyOnce) {
   EXPECT_EQ(loopback_.PendingReplies(), 0);
 }
 
-TEST_F(Dispatch, RequestsThatAreDescribedAsAlwaysTrueAreTrueWithoutArgumentsMediaAndWindow) {
+TEST_F(Dispatch, RequestsDescribedAsAlwaysTrueAreTrueWithoutArguments) {
   for (const char* method : kAlwaysTrueMethods) EXPECT_EQ(Ask(method), Success(Value(true))) << method;
 }
 
@@ -70,7 +70,7 @@ TEST_F(Dispatch, WritesTheMarkerBeforeTheMethodRuns) {
   EXPECT_EQ(during, "getPosition");
 }
 
-TEST_F(Dispatch, PlayerEventReachesTheInterfaceWithItsTextOrWithoutArgument) {
+TEST_F(Dispatch, PlayerEventCarriesItsTextOrNoArgument) {
   state_.eventCallback_("onTimeChanged", "1500");
   state_.eventCallback_("onPlaying", "");
   EXPECT_THAT(interface_.Calls(),
@@ -98,7 +98,7 @@ struct ErrorRow {
   int duplicates;
 };
 
-TEST_F(Dispatch, EachErrorOfABareRequestIsAsDescribedAndItsSecondAnswerIsDropped) {
+TEST_F(Dispatch, ErrorsOfRequestsWithoutArgumentsAreAsDescribed) {
   for (const BareError& error : kBareErrors) {
     int duplicates = -1;
     EXPECT_EQ(AskCountingDuplicates(error.method, Value(), &duplicates),
@@ -108,7 +108,7 @@ TEST_F(Dispatch, EachErrorOfABareRequestIsAsDescribedAndItsSecondAnswerIsDropped
   }
 }
 
-TEST_F(Dispatch, ErrorOfWrongArgumentsHasItsCodeMessageAndDetailsAndItsSecondAnswerIsDropped) {
+TEST_F(Dispatch, ErrorsOfWrongArgumentsDropTheirSecondAnswer) {
   const ErrorRow rows[] = {
       {"mvSetActiveIndex", MapOf({{"index", Value(-1)}}), Failure("INVALID_ARGUMENT", "Invalid index"), 1},
       {"mvSwapTiles", MapOf({{"from", Value(-1)}, {"to", Value(0)}}), Failure("INVALID_ARGUMENT", "Invalid indices"),
@@ -133,7 +133,7 @@ TEST_F(Dispatch, ViewRequestsWithoutAnEngineFailWithoutASecondAnswer) {
   }
 }
 
-TEST_F(Dispatch, GridRequestsWithoutAPlayerFailWithASecondAnswerDropped) {
+TEST_F(Dispatch, GridRequestsWithoutAPlayerDropTheirSecondAnswer) {
   handler_->vlcPlayer_ = nullptr;
   for (const char* method :
        {"enableMultiView", "disableMultiView", "mvAddStream", "mvReplaceActive", "mvSetActiveIndex", "mvRemoveActive",
@@ -180,7 +180,7 @@ TEST_F(Dispatch, DatabaseKeyIsNeverLogged) {
                                        "INFO DatabaseKeyStore: Key loaded successfully"));
 }
 
-TEST_F(Dispatch, DatabaseKeyThatCannotBeKeptIsAnErrorWithoutASecondAnswer) {
+TEST_F(Dispatch, DatabaseKeyThatCannotBeSavedIsAnError) {
   const LocalAppDataAt redirection(scratch_ / "no such folder");
   int duplicates = -1;
   EXPECT_EQ(AskCountingDuplicates("getDatabaseEncryptionKey", Value(), &duplicates),
@@ -198,7 +198,7 @@ TEST_F(Dispatch, ToggleFullscreenTogglesItsWindow) {
   handler_->window_ = nullptr;
 }
 
-TEST_F(Dispatch, WakelockIsTheThreadsAndItsFlagTheWindows) {
+TEST_F(Dispatch, WakelockHoldsForTheThreadAndItsFlagForOneWindow) {
   FlutterEngine otherEngine;
   ASSERT_TRUE(otherEngine.Initialize(parent_.get()));
   const int otherNumber = loopback_.NewestEngine();

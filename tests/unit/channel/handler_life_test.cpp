@@ -74,7 +74,7 @@ TEST_F(HandlerLife, EndLeavesACallbackInThePlayerThatDoesNothing) {
   EXPECT_THAT(interface_.Calls(), IsEmpty());
 }
 
-TEST_F(HandlerLife, EndKeepsTheChannelUntilAnEventOnItsWayHasReturned) {
+TEST_F(HandlerLife, EndKeepsTheChannelUntilARunningEventReturns) {
   struct Event {
     std::atomic<bool> sending = false;
     std::atomic<bool> ending = false;

@@ -26,7 +26,7 @@ class MultiViewRequests : public PlayerChannelTest {
   }
 };
 
-TEST_F(MultiViewRequests, EnablingTwiceRepliesTrueTwiceAndShowsTheOverlayTwice) {
+TEST_F(MultiViewRequests, EnablingTwiceShowsTheOverlayTwice) {
   EXPECT_EQ(Ask("enableMultiView"), kTrue);
   EXPECT_EQ(Ask("enableMultiView"), kTrue);
   EXPECT_THAT(interface_.Calls(), ElementsAre(kShow, kShow));
@@ -65,7 +65,7 @@ TEST_F(MultiViewRequests, AddStreamWithTheUpperCaseKeyIsAnError) {
   }
 }
 
-TEST_F(MultiViewRequests, AddStreamAddsATileWithItsNameWhichMayBeEmpty) {
+TEST_F(MultiViewRequests, AddStreamAddsATileWithItsNameOrNone) {
   MakeGrid(1);
   EXPECT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}, {"name", "News"}})), kTrue);
   EXPECT_EQ(Ask("mvAddStream", MapOf({{"url", "http://tile"}})), kTrue);
@@ -98,14 +98,14 @@ TEST_F(MultiViewRequests, SetActiveIndexMakesTheTileActive) {
   EXPECT_TRUE(log_.Has("DEBUG [MvSetActiveIndex] Request to set active index to 1"));
 }
 
-TEST_F(MultiViewRequests, SetActiveIndexBeyondTheLastTileChangesNothingAndRepliesTrue) {
+TEST_F(MultiViewRequests, SetActiveIndexBeyondTheLastTileOnlyRepliesTrue) {
   MakeGrid(2);
   Ask("mvSetActiveIndex", MapOf({{"index", Value(1)}}));
   EXPECT_EQ(Ask("mvSetActiveIndex", MapOf({{"index", Value(99)}})), kTrue);
   EXPECT_EQ(static_cast<int>(state_.activeIndex_), 1);
 }
 
-TEST_F(MultiViewRequests, SetActiveIndexThatIsNegativeOrAbsentIsAnErrorAndADroppedSecondAnswer) {
+TEST_F(MultiViewRequests, SetActiveIndexBelowZeroOrAbsentIsAnError) {
   const Answer error = Failure("INVALID_ARGUMENT", "Invalid index");
   int duplicates = -1;
   EXPECT_EQ(AskCountingDuplicates("mvSetActiveIndex", MapOf({{"index", Value(-1)}}), &duplicates), error);
@@ -114,7 +114,7 @@ TEST_F(MultiViewRequests, SetActiveIndexThatIsNegativeOrAbsentIsAnErrorAndADropp
   EXPECT_EQ(duplicates, 1);
 }
 
-TEST_F(MultiViewRequests, SetActiveIndexThatIsRefusedIsWrittenToTheMarkerLikeAnyOther) {
+TEST_F(MultiViewRequests, RefusedRequestIsWrittenToTheMarker) {
   Ask("mvSetActiveIndex", MapOf({{"index", Value(-1)}}));
   EXPECT_EQ(Marker().lastAction, "mvSetActiveIndex");
 }
@@ -142,7 +142,7 @@ TEST_F(MultiViewRequests, RequestsThatThePlayerRefusesReplyFalse) {
   EXPECT_THAT(interface_.Calls(), IsEmpty());
 }
 
-TEST_F(MultiViewRequests, RemoveActiveRemovesATileButTheFirst) {
+TEST_F(MultiViewRequests, RemoveActiveRemovesAnyTileButTheFirst) {
   MakeGrid(2);
   Ask("mvSetActiveIndex", MapOf({{"index", Value(1)}}));
   EXPECT_EQ(Ask("mvRemoveActive"), kTrue);

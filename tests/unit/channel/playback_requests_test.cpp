@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 class PlaybackRequests : public PlayerChannelTest {};
 
-TEST_F(PlaybackRequests, SetMediaPlaysTheLowerCaseUrlOnlyWhenTheOtherIsEmpty) {
+TEST_F(PlaybackRequests, SetMediaReadsTheLowerCaseUrlWhenTheOtherIsEmpty) {
   EXPECT_EQ(Ask("setMedia", MapOf({{"URL", ""}, {"url", "http://lower"}})), kTrue);
   EXPECT_EQ(state_.current_.url, "http://lower");
   EXPECT_EQ(Ask("setMedia", MapOf({{"URL", "http://upper"}, {"url", "http://lower"}})), kTrue);
@@ -21,7 +21,7 @@ TEST_F(PlaybackRequests, SetMediaPlaysTheLowerCaseUrlOnlyWhenTheOtherIsEmpty) {
   EXPECT_EQ(state_.current_.url, "http://lower");
 }
 
-TEST_F(PlaybackRequests, SetMediaPassesTheCapitalTitleOnlyWhenTheOtherIsEmpty) {
+TEST_F(PlaybackRequests, SetMediaReadsTheCapitalTitleWhenTheOtherIsEmpty) {
   Ask("setMedia", MapOf({{"URL", kUrl}, {"Title", "Capital"}}));
   EXPECT_EQ(state_.current_.title, "Capital");
   Ask("setMedia", MapOf({{"URL", kUrl}, {"title", "small"}, {"Title", "Capital"}}));
@@ -35,7 +35,7 @@ TEST_F(PlaybackRequests, SetMediaPlaysTheUrlWithItsBlanks) {
   EXPECT_EQ(state_.current_.url, " ");
 }
 
-TEST_F(PlaybackRequests, SetMediaWithoutArgumentsIsAnErrorAndLeavesThePlayerAlone) {
+TEST_F(PlaybackRequests, SetMediaWithoutAUrlIsAnErrorAndCallsNothing) {
   vlc_.ClearCalls();
   EXPECT_EQ(Ask("setMedia"), Failure("INVALID_ARGUMENT", "URL is required"));
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
@@ -126,7 +126,7 @@ struct NoMediaRow {
   const char* log;
 };
 
-TEST_F(PlaybackRequests, RequestsThatNeedAMediaToastAndReplyFalseWithoutOne) {
+TEST_F(PlaybackRequests, RequestsThatNeedAMediaToastAndReplyFalse) {
   const NoMediaRow rows[] = {
       {"play", "WARNING Play ignored: no media set"},
       {"playPause", "WARNING PlayPause ignored: no media set"},
@@ -158,7 +158,7 @@ TEST_F(PlaybackRequests, RequestsThatNeedNoMediaAnswerWithoutOne) {
   EXPECT_THAT(interface_.CallNames(), testing::Not(testing::Contains("showToast")));
 }
 
-TEST_F(PlaybackRequests, PlayWithAMediaPlaysAndRepliesTrueWhateverLibvlcSays) {
+TEST_F(PlaybackRequests, PlayWithAMediaRepliesTrueWhateverLibvlcReturns) {
   LoadMedia();
   vlc_.SetResult("libvlc_media_player_play", -1);
   EXPECT_EQ(Ask("play"), kTrue);
@@ -188,7 +188,7 @@ TEST_F(PlaybackRequests, PlayPauseWhilePausedPlaysAndRepliesTrue) {
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 0);
 }
 
-TEST_F(PlaybackRequests, StopAndOnStoppedStopSoThatTheInterfaceHears) {
+TEST_F(PlaybackRequests, StopAndOnStoppedLeaveTheStoppedEventToTheInterface) {
   for (const char* method : {"stop", "onStopped"}) {
     LoadMedia();
     // setMedia's own stop leaves the next stopped event unreported, until one has come.
@@ -215,7 +215,7 @@ TEST_F(PlaybackRequests, PositionAndDurationOfMinusOnePassThrough) {
   EXPECT_EQ(Ask("getDuration"), Success(Value(int64_t{-1})));
 }
 
-TEST_F(PlaybackRequests, PositionAndDurationWithoutAPlayerHandleAreZeroAndNoError) {
+TEST_F(PlaybackRequests, PositionAndDurationWithoutAPlayerHandleAreZero) {
   player_->Cleanup();
   EXPECT_EQ(Ask("getPosition"), Success(Value(int64_t{0})));
   EXPECT_EQ(Ask("getDuration"), Success(Value(int64_t{0})));
@@ -294,7 +294,7 @@ TEST_F(PlaybackRequests, MediaTitleIsStoredInTheHandlerAlone) {
   EXPECT_EQ(state_.current_.title, "");
 }
 
-TEST_F(PlaybackRequests, MediaTitleThatIsAbsentOrNoTextIsStoredEmpty) {
+TEST_F(PlaybackRequests, AbsentMediaTitleIsStoredEmpty) {
   for (const Value& arguments : {Value(), MapOf({}), MapOf({{"title", Value(5)}})}) {
     Ask("setMediaTitle", MapOf({{"title", "News"}}));
     EXPECT_EQ(Ask("setMediaTitle", arguments), kTrue);

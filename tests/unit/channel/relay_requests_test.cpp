@@ -117,13 +117,13 @@ TEST_F(RelayRequests, WithAnEmptyRegistryThereIsNoMaster) {
   EXPECT_TRUE(log_.Has("ERROR RequestProviderData: No master window found"));
 }
 
-TEST_F(RelayRequests, WithAFirstWindowThatHasNoHandlerThereIsNoMaster) {
+TEST_F(RelayRequests, FirstWindowWithoutAHandlerIsNoMaster) {
   OpenWindows(2);
   GetWindowRegistry()[0]->methodChannelHandler_.reset();
   EXPECT_EQ(Ask(1, "requestProviderData"), Failure("NO_MASTER", "Master window not found", Value(false)));
 }
 
-TEST_F(RelayRequests, MasterWithoutAChannelHearsNothingAndTheReplyIsTrue) {
+TEST_F(RelayRequests, RequestToAMasterWithoutAChannelIsStillTrue) {
   OpenWindows(2);
   VantroWindow& master = *GetWindowRegistry()[0];
   master.methodChannelHandler_ =
@@ -142,7 +142,7 @@ TEST_F(RelayRequests, RequestOfAClientReachesTheFirstWindowAlone) {
   EXPECT_TRUE(log_.Has("INFO RequestProviderData: Sending request to master window"));
 }
 
-TEST_F(RelayRequests, ChunkTypeThatIsNoStringOrEmptyOrAbsentIsAnError) {
+TEST_F(RelayRequests, ChunkWithoutATypeIsAnError) {
   OpenWindows(2);
   const Answer error = Failure("INVALID_CHUNK", "Chunk type is missing", Value(false));
   EXPECT_EQ(Ask(0, "sendProviderData", MapOf({{"chunkType", Value(7)}})), error);
@@ -152,7 +152,7 @@ TEST_F(RelayRequests, ChunkTypeThatIsNoStringOrEmptyOrAbsentIsAnError) {
   EXPECT_EQ(log_.Count("ERROR SendProviderDataDirect: Missing chunk type"), 3);
 }
 
-TEST_F(RelayRequests, ChunkThatNestsTooDeeplyReachesNoClientInAnyPart) {
+TEST_F(RelayRequests, ChunkThatNestsTooDeeplyReachesNoClient) {
   OpenWindows(2);
   Value nested;
   for (int level = 0; level < ByteBufferStreamReader::kMaximumNesting; ++level) nested = ListOf({nested});
@@ -168,7 +168,7 @@ TEST_F(RelayRequests, ChunkThatIsNoMapIsAnError) {
   EXPECT_EQ(log_.Count("ERROR SendProviderDataDirect: Invalid arguments"), 2);
 }
 
-TEST_F(RelayRequests, ChunkWithNestedListsAndMapsArrivesEqualAtEightClients) {
+TEST_F(RelayRequests, NestedChunkArrivesEqualAtEightClients) {
   OpenWindows(9);
   EXPECT_EQ(Ask(0, "sendProviderData", NestedChunk()), kTrue);
   EXPECT_THAT(Calls(0), IsEmpty());
@@ -197,7 +197,7 @@ TEST_F(RelayRequests, BothClientsReceiveWhatOneAskedFor) {
   EXPECT_THAT(Calls(2), ElementsAre(InterfaceCall{"providerDataReceived", Chunk(1)}));
 }
 
-TEST_F(RelayRequests, ClientThatSendsReachesAllClientsItselfIncludedAndNotTheMaster) {
+TEST_F(RelayRequests, ChunkOfAClientReachesAllClientsAndNotTheMaster) {
   OpenWindows(3);
   EXPECT_EQ(Ask(1, "sendProviderData", Chunk(1)), kTrue);
   EXPECT_THAT(Calls(0), IsEmpty());

@@ -61,7 +61,7 @@ TEST_F(SessionMarkerFile, SaysStartupAfterTheStartAndShutdownAfterTheEnd) {
   EXPECT_FALSE(Marker().running);
 }
 
-TEST_F(SessionMarkerFile, SaysTheCurrentTimeInMillisecondsAtStartCallAndEnd) {
+TEST_F(SessionMarkerFile, HoldsTheCurrentTimeInMilliseconds) {
   // The two clocks tick apart by less than this.
   constexpr int64_t kTickMs = 16;
   const auto expectTimeOf = [this](const char* action, const std::function<void()>& act) {
@@ -85,7 +85,7 @@ TEST_F(SessionMarkerFile, FirstStartAndStartAfterAnOrderlyEndReportNothing) {
   EXPECT_THAT(interface_.Calls(), IsEmpty());
 }
 
-TEST_F(SessionMarkerFile, OfADeadSessionGivesALongToastThenTheEvent) {
+TEST_F(SessionMarkerFile, OfACrashedSessionGivesALongToastThenTheEvent) {
   StartOver("running=1\r\nlastAction=getPosition\r\nlastActionTs=5\r\n");
   EXPECT_THAT(interface_.Calls(),
               ElementsAre(Toast("Recovered from crash (last: getPosition)", "false"), CrashEvent("getPosition")));
@@ -149,7 +149,7 @@ TEST_F(SessionMarkerFile, ReportGoesOutBeforeTheChannelListens) {
   EXPECT_FALSE(seen.listening);
 }
 
-TEST_F(SessionMarkerFile, SecondWindowOfAHealthySessionReportsTheFirstOnesLastActionToItselfAlone) {
+TEST_F(SessionMarkerFile, SecondWindowReportsTheFirstOnesActionToItselfAlone) {
   Ask("getDuration");
   FlutterEngine secondEngine;
   ASSERT_TRUE(secondEngine.Initialize(parent_.get()));
@@ -161,7 +161,7 @@ TEST_F(SessionMarkerFile, SecondWindowOfAHealthySessionReportsTheFirstOnesLastAc
   EXPECT_THAT(interface_.Calls(engineNumber_), IsEmpty());
 }
 
-TEST_F(SessionMarkerFile, WindowThatGoesEarlyEndsTheMarkerUntilTheNextCall) {
+TEST_F(SessionMarkerFile, EndOfOneWindowEndsTheMarkerUntilTheNextCall) {
   FlutterEngine secondEngine;
   ASSERT_TRUE(secondEngine.Initialize(parent_.get()));
   VLCPlayer secondPlayer;
@@ -172,7 +172,7 @@ TEST_F(SessionMarkerFile, WindowThatGoesEarlyEndsTheMarkerUntilTheNextCall) {
   EXPECT_EQ(Marker().lastAction, "isPlaying");
 }
 
-TEST_F(SessionMarkerFile, InAFolderThatCannotBeWrittenIsLostAndTheSessionWorks) {
+TEST_F(SessionMarkerFile, ThatCannotBeWrittenLeavesTheSessionWorking) {
   EndHandler();
   std::filesystem::remove(MarkerFile());
   std::filesystem::create_directory(MarkerFile());  // in the file's place: no file can be opened there

@@ -40,7 +40,7 @@ TEST(SessionMarker, TimeWithoutDigitsReadsAsZeroAndChangesNothingElse) {
   }
 }
 
-TEST(SessionMarker, TimeIsItsLeadingDigitsWithBlanksAndSignBeforeThem) {
+TEST(SessionMarker, TimeIsItsLeadingDigitsAfterBlanksAndASign) {
   const std::pair<const char*, int64_t> rows[] = {
       {"123abc", 123}, {"123.9", 123}, {" \t\v\f\r42", 42}, {"+7", 7},     {"-7", -7},
       {"  -7x", -7},   {"0x10", 0},    {"000012", 12},      {"12 13", 12}, {"1=2", 1},
@@ -50,7 +50,7 @@ TEST(SessionMarker, TimeIsItsLeadingDigitsWithBlanksAndSignBeforeThem) {
   }
 }
 
-TEST(SessionMarker, TimeOfTwentyNinesIsOutOfRangeAndReadsAsZero) {
+TEST(SessionMarker, TimeOutOfRangeReadsAsZero) {
   EXPECT_EQ(ParseNativeMarker("lastActionTs=99999999999999999999\n").lastActionTs, 0);
   EXPECT_EQ(ParseNativeMarker("lastActionTs=-99999999999999999999\n").lastActionTs, 0);
   EXPECT_EQ(ParseNativeMarker("lastActionTs=9223372036854775807\n").lastActionTs, INT64_MAX);
@@ -85,7 +85,7 @@ TEST(SessionMarker, ReadsALastLineWithoutItsNewline) {
   EXPECT_EQ(ParseNativeMarker("running=1\nlastAction=se"), (NativeMarkerState{true, "se", 0}));
 }
 
-TEST(SessionMarker, CutShortAtAnyByteKeepsTheLinesBeforeTheCut) {
+TEST(SessionMarker, CutAtAnyByteKeepsTheLinesBeforeTheCut) {
   const std::string whole = FormatNativeMarker(true, "setMedia", 1770000000123);
   const size_t firstLine = whole.find("\nlastAction=");
   for (size_t length = 0; length <= whole.size(); ++length) {

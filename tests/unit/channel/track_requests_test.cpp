@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 class TrackRequests : public PlayerChannelTest {};
 
-TEST_F(TrackRequests, TrackIsTheIndexElseTheIdElseZero) {
+TEST_F(TrackRequests, TrackIsTheIndexOrElseTheIdOrElseZero) {
   LoadMedia();
   const std::pair<const char*, const char*> rows[] = {{"setSpu", "libvlc_video_set_spu"},
                                                       {"setAudioTrack", "libvlc_audio_set_track"}};
@@ -51,7 +51,7 @@ TEST_F(TrackRequests, FontSizeAsksForTheMediaBeforeItsSize) {
   EXPECT_THAT(interface_.Calls(), ElementsAre(kNotReady));
 }
 
-TEST_F(TrackRequests, SubtitleTracksAreReadReleasedAndToldWithoutTheirNames) {
+TEST_F(TrackRequests, SubtitleTracksAreReadReleasedAndReportedWithoutNames) {
   vlc_.SetSpuTracks(MediaPlayer(), {{1, "English"}, {2, "German"}});
   for (const char* method : {"getSpuTracks", "showAvailableSubtitles"}) {
     interface_.ClearCalls();
@@ -61,13 +61,13 @@ TEST_F(TrackRequests, SubtitleTracksAreReadReleasedAndToldWithoutTheirNames) {
   EXPECT_EQ(vlc_.CountOf("libvlc_track_description_list_release"), 2);
 }
 
-TEST_F(TrackRequests, EmptyTrackListIsStillReleasedAndTold) {
+TEST_F(TrackRequests, EmptyTrackListIsStillReleasedAndReported) {
   EXPECT_EQ(Ask("getSpuTracks"), kTrue);
   EXPECT_EQ(vlc_.CountOf("libvlc_track_description_list_release"), 1);
   EXPECT_THAT(interface_.CallNames(), ElementsAre("spuTracks"));
 }
 
-TEST_F(TrackRequests, TracksInfoTellsSubtitlesThenAudio) {
+TEST_F(TrackRequests, TracksInfoReportsSubtitlesThenAudio) {
   EXPECT_EQ(Ask("getTracksInfo"), kTrue);
   EXPECT_THAT(interface_.Calls(),
               ElementsAre(InterfaceCall{"spuTracks", Value()}, InterfaceCall{"audioTracks", Value()}));

@@ -51,14 +51,14 @@ TEST_F(ViewRequests, WithoutAViewWindowOnlyTheFieldsChange) {
   EXPECT_FALSE(IsLayered());
 }
 
-TEST_F(ViewRequests, AlphaBelowOneMakesTheViewLayeredWithTheTruncatedByte) {
+TEST_F(ViewRequests, AlphaBelowOneLayersTheViewWithTheTruncatedByte) {
   SetLevel(Value(0.5));
   EXPECT_EQ(engine_->alpha_, 0.5);
   EXPECT_TRUE(IsLayered());
   EXPECT_EQ(Alpha(), 127);
 }
 
-TEST_F(ViewRequests, AlphaOnALayeredViewDoesNotSetTheStyleAgain) {
+TEST_F(ViewRequests, AlphaOfALayeredViewSetsNoStyleAgain) {
   SetLevel(Value(0.5));
   ASSERT_EQ(styleChanges_, 1);
   SetLevel(Value(0.25));

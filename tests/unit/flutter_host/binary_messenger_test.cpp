@@ -41,7 +41,7 @@ class BinaryMessengerTest : public testing::Test {
   BinaryReply kept_;
 };
 
-TEST_F(BinaryMessengerTest, SendHandsTheBytesToTheEngineWithoutAskingForAReply) {
+TEST_F(BinaryMessengerTest, SendHandsTheBytesOnWithoutAskingForAReply) {
   test::SentMessages sent;
   const Bytes bytes{1, 2, 3};
   Messenger().Send(kChannel, bytes.data(), bytes.size());
@@ -95,7 +95,7 @@ TEST_F(BinaryMessengerTest, SecondReplyIsReportedAndNotSent) {
   EXPECT_EQ(loopback_.ReplyViolations(), 0);
 }
 
-TEST_F(BinaryMessengerTest, EachPendingReplyHoldsOneReferenceUntilItsLastCopyGoes) {
+TEST_F(BinaryMessengerTest, PendingReplyHoldsOneReferenceUntilItsLastCopyGoes) {
   KeepTheReply();
   Deliver({1});
   EXPECT_EQ(loopback_.MessengerReferences(), references_ + 1);
@@ -114,7 +114,7 @@ TEST_F(BinaryMessengerTest, LateReplyIsSent) {
   EXPECT_EQ(loopback_.PendingReplies(), 0);
 }
 
-TEST_F(BinaryMessengerTest, ReplyToAnEngineThatIsGoneIsDroppedWithoutAWord) {
+TEST_F(BinaryMessengerTest, ReplyToAnEngineThatIsGoneIsDroppedInSilence) {
   KeepTheReply();
   Deliver({1});
   controller_.reset();
@@ -172,7 +172,7 @@ TEST_F(BinaryMessengerTest, HandlerMayUnregisterItselfWhileItRuns) {
   EXPECT_FALSE(loopback_.HasListener(engine_, kChannel));
 }
 
-TEST_F(BinaryMessengerTest, MethodCallIsAnsweredOverTheRealRoad) {
+TEST_F(BinaryMessengerTest, MethodCallIsAnsweredThroughTheEngine) {
   MethodChannel channel(&Messenger(), kChannel, &StandardMethodCodec::GetInstance());
   channel.SetMethodCallHandler([](const MethodCall& call, std::unique_ptr<MethodResult> result) {
     result->Success(EncodableValue(call.method_name()));

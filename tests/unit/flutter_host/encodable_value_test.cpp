@@ -121,7 +121,7 @@ TEST(EncodableMap, NumberAndTextKeysStayApart) {
   EXPECT_EQ(map->front().key, EncodableValue(int32_t{1}));
 }
 
-TEST(EncodableMap, IsInTheOrderOfItsKeysAndTheLastOfEqualOnesStaysHoweverManyThereAre) {
+TEST(EncodableMap, SortsItsKeysAndKeepsTheLastOfEqualOnes) {
   for (const int count : {0, 1, 2, 23, 24, 25, 26, 100, 1000}) {
     std::vector<EncodableEntry> entries;
     // Each key twice, in an order that is neither up nor down.
@@ -156,7 +156,7 @@ TEST(OwnedValue, OutlivesWhatItWasMadeOf) {
             "{ \"list\": [ \"a text that is longer than a string's own room\" [2 elements] null ] }");
 }
 
-TEST(OwnedValue, CopyIsEqualAndNoWriteCanTellItFromTheFirst) {
+TEST(OwnedValue, CopyIsEqualAndWrittenAsTheFirst) {
   const Value first = ListOf({Value("x")});
   const Value copy = first;
   EXPECT_EQ(copy, first);

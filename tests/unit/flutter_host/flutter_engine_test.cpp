@@ -137,7 +137,7 @@ TEST_F(FlutterEngineTest, ContentsOfTheAssetsAreListedWithKindAndSize) {
   EXPECT_EQ(log.CountContaining("a.ttf"), 0);
 }
 
-TEST_F(FlutterEngineTest, ProjectNamesTheBundleAndTheArgumentsOfTheEntryPoint) {
+TEST_F(FlutterEngineTest, ProjectNamesTheBundleAndTheArguments) {
   AddDebugBundle();
   ASSERT_TRUE(engine_.Initialize(parent_));
   const LoopbackEngineProperties properties = loopback_.NewestProperties();
@@ -160,7 +160,7 @@ TEST_F(FlutterEngineTest, FirstArgumentIsVantroWhateverTheNameOfTheExecutable) {
   EXPECT_STREQ(loopback_.NewestProperties().arguments[0], "vantro");
 }
 
-TEST_F(FlutterEngineTest, ViewBecomesAShownChildOfTheParentAtItsFirstSize) {
+TEST_F(FlutterEngineTest, ViewBecomesAVisibleChildOfTheParent) {
   ShowWindow(parent_, SW_SHOW);
   ASSERT_TRUE(engine_.Initialize(parent_));
   const HWND view = engine_.flutterWindow_;
@@ -179,7 +179,7 @@ TEST_F(FlutterEngineTest, ViewBecomesAShownChildOfTheParentAtItsFirstSize) {
   EXPECT_EQ(engine_.parentWindow_, parent_);
 }
 
-TEST_F(FlutterEngineTest, NullParentSkipsTheReparentingButStillMakesAChildStyle) {
+TEST_F(FlutterEngineTest, NullParentLeavesTheViewsParentAndSetsTheStyle) {
   const LogCapture log;
   ASSERT_TRUE(engine_.Initialize(nullptr));
   EXPECT_EQ(GetWindow(parent_, GW_CHILD), nullptr);
@@ -295,7 +295,7 @@ TEST_F(FlutterEngineTest, MissingAssetsSkipTheListingAndTheKernel) {
   EXPECT_EQ(log.CountContaining("kernel_blob.bin"), 0);
 }
 
-TEST_F(FlutterEngineTest, LibraryUnderDataAloneCountsAsMissingAndIsNamedByTheProject) {
+TEST_F(FlutterEngineTest, LibraryUnderDataAloneCountsAsMissing) {
   bundle_.AddFile("icudtl.dat", 1);
   bundle_.AddFile("app.so", 9);
   bundle_.AddFolder("flutter_assets");

@@ -100,7 +100,7 @@ TEST(TruncatedMessage, MapHoldsWhatStoodCompleteBefore) {
   EXPECT_EQ(Decode(FromHex("0d 02 07 01 61 01 07 01 62 03 01")), MapOf({{"a", Value(true)}}));
 }
 
-TEST(TruncatedMessage, CutEntryLeavesACompleteOneWithTheSameKeyAlone) {
+TEST(TruncatedMessage, CutEntryKeepsTheCompleteOneOfItsKey) {
   CapturedStderr errors;
   EXPECT_EQ(Decode(FromHex("0d 02 07 01 61 01 07 01 61 03 01")), MapOf({{"a", Value(true)}}));
 }
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(HostileBytes, ClaimedLength,
 // for all inside it, and the message is copied once.
 class ClaimsInsideClaims : public testing::TestWithParam<const char*> {};
 
-TEST_P(ClaimsInsideClaims, TakeNoMoreThanThirtyThreeBytesAByte) {
+TEST_P(ClaimsInsideClaims, TakeAtMost33BytesAByte) {
   Bytes bytes;
   for (int depth = 0; depth < 200; ++depth) bytes = Join(bytes, FromHex(GetParam()));
   bytes.resize(64 * 1024, 1);
@@ -203,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(HostileBytes, ClaimsInsideClaims,
                          testing::Values("0c ff ff ff ff ff", "0d ff ff ff ff ff", "0c fe 00 f0", "0d fe 00 70",
                                          "0c ff ff ff 00 00", "0d 02 0c fe 00 10"));
 
-TEST(ClaimedLength, BeyondTheEndKeepsWhatStandsCompleteBeforeItHoweverMuchThatClaimed) {
+TEST(ClaimedLength, BeyondTheEndKeepsWhatStandsCompleteBeforeIt) {
   CapturedStderr errors;
   // A list of four thousand million, in it a whole list, a whole map, and a list that is cut short.
   EXPECT_EQ(Decode(FromHex("0c ff ff ff ff ff 0c 02 01 02 0d 01 07 01 61 0c 01 00 0c fe 00 01 01")),

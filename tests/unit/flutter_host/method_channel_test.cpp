@@ -153,7 +153,7 @@ TEST(Answer, AllocatesNothingWhileItIsShort) {
   EXPECT_EQ(answered, 10u);
 }
 
-TEST(Answer, OfALargeByteListTakesOneBufferOfItsSize) {
+TEST(Answer, OfALargeByteListTakesOneBuffer) {
   size_t answered = 0;
   EngineMethodResult result([&answered](const uint8_t*, size_t size) { answered = size; }, &Codec());
   const Bytes bytes(1 << 20, 7);

@@ -77,7 +77,7 @@ TEST(MethodCodec, HasOneInstancePerSerializer) {
   EXPECT_NE(&StandardMethodCodec::GetInstance(&other), &StandardMethodCodec::GetInstance());
 }
 
-TEST(MethodCallOnTheWire, IsNameThenArgumentsAlignedFromTheFirstByteOfTheMessage) {
+TEST(MethodCallOnTheWire, IsNameThenArgumentsAlignedFromTheFirstByte) {
   const Bytes bytes = FromHex("07 02 61 62 06 00 00 00 00 00 00 00 00 00 f8 3f");
   EXPECT_EQ(EncodeCall("ab", Value(1.5)), bytes);
 
@@ -163,7 +163,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Envelope{"ErrorWithoutMessageAndDetails", FromHex("01 07 01 45 00 00"), "error E/", Value()}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST(Envelope, SuccessIsZeroThenTheValueAlignedFromTheEnvelopeByte) {
+TEST(Envelope, SuccessIsZeroThenTheAlignedValue) {
   EXPECT_EQ(SuccessEnvelope(EncodableValue(1.5)), FromHex("00 06 00 00 00 00 00 00 00 00 00 00 00 00 f8 3f"));
 }
 
@@ -223,7 +223,7 @@ Value LargeArguments() {
   return MapOf({{"text", Value(std::string(5000, 'x'))}, {"list", ListOf(std::vector<Value>(100, Value(1)))}});
 }
 
-TEST(LargeCall, IsDecodedIntoOneBlockBesideTheOneThatIsCounted) {
+TEST(LargeCall, IsDecodedIntoOneFurtherBlock) {
   const Bytes bytes = EncodeCall("m", LargeArguments());
   const test::AllocationMeter meter;
   MethodCall call;

@@ -106,7 +106,7 @@ class ReplyLock : public testing::Test {
   MessengerCalls calls_;
 };
 
-TEST_F(ReplyLock, IsHeldFromTheAvailabilityTestToTheEndOfTheReply) {
+TEST_F(ReplyLock, IsHeldDuringTheAvailabilityTestAndTheReply) {
   KeepTheReply();
   loopback_.Deliver(engine_, kChannel, {1});
   EXPECT_THAT(calls_.Names(), IsEmpty());

@@ -5,16 +5,11 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 // After windows.h.
-#include <bcrypt.h>
 #include <dpapi.h>
-#include <shlobj.h>
 
-#include <numeric>
 #include <string>
 
-#include "tests/support/local_app_data.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/unit/services/key_store_fixture.h"
 #include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
@@ -27,12 +22,6 @@ using testing::IsEmpty;
 constexpr wchar_t kWriterFolder[] = L"VANTRO_TEST_KEY_FOLDER";
 constexpr DWORD kMachineFlags = 4;
 
-std::vector<uint8_t> SampleKey(size_t length = 32) {
-  std::vector<uint8_t> key(length);
-  std::iota(key.begin(), key.end(), uint8_t{1});
-  return key;
-}
-
 // What the Data Protection API makes of the bytes under the store's flags.
 std::string Wrapped(std::vector<uint8_t> bytes) {
   DATA_BLOB input{static_cast<DWORD>(bytes.size()), bytes.data()};
@@ -43,14 +32,8 @@ std::string Wrapped(std::vector<uint8_t> bytes) {
   return text;
 }
 
-class DatabaseKeyStoreTest : public testing::Test {
+class DatabaseKeyStoreTest : public KeyStoreTest {
  protected:
-  std::filesystem::path Folder() const { return appData_ / "Vantro"; }
-  std::filesystem::path KeyFile() const { return Folder() / "db.key"; }
-  void LeaveFile(const std::string& bytes) {
-    std::filesystem::create_directories(Folder());
-    WriteFileBytes(KeyFile(), bytes);
-  }
   // Leaves a damaged file, and expects a new key in its place.
   void ExpectReplaced(const std::string& damaged, const char* logLine) {
     LeaveFile(damaged);
@@ -61,13 +44,9 @@ class DatabaseKeyStoreTest : public testing::Test {
     EXPECT_EQ(key.size(), 32u);
     EXPECT_EQ(DatabaseKeyStore::LoadKey(), key);
   }
-
-  ScratchFolder appData_;
-  LocalAppDataAt redirection_{appData_.path()};
-  LogCapture log_;
 };
 
-TEST_F(DatabaseKeyStoreTest, FirstStartMakesFolderAndFileAndTheSameKeyComesBackOnEveryLaterCall) {
+TEST_F(DatabaseKeyStoreTest, FirstStartSavesTheKeyThatComesBackLater) {
   ASSERT_FALSE(std::filesystem::exists(Folder()));
   const std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();
   EXPECT_EQ(key.size(), 32u);
@@ -79,13 +58,13 @@ TEST_F(DatabaseKeyStoreTest, FirstStartMakesFolderAndFileAndTheSameKeyComesBackO
                                         "INFO DatabaseKeyStore: Key loaded successfully"));
 }
 
-TEST_F(DatabaseKeyStoreTest, TwoStoresGetTwoKeys) {
+TEST_F(DatabaseKeyStoreTest, ANewFileGetsANewKey) {
   const std::vector<uint8_t> first = DatabaseKeyStore::GetOrCreateKey();
   std::filesystem::remove(KeyFile());
   EXPECT_NE(DatabaseKeyStore::GetOrCreateKey(), first);
 }
 
-TEST_F(DatabaseKeyStoreTest, FileIsTheWholeBlobWithItsDescriptionAndUnwrapsToTheKey) {
+TEST_F(DatabaseKeyStoreTest, FileIsTheWholeBlobWithItsDescription) {
   ASSERT_TRUE(DatabaseKeyStore::SaveKey(SampleKey()));
   std::string file = ReadFileBytes(KeyFile());
   DATA_BLOB input{static_cast<DWORD>(file.size()), reinterpret_cast<BYTE*>(file.data())};
@@ -98,14 +77,14 @@ TEST_F(DatabaseKeyStoreTest, FileIsTheWholeBlobWithItsDescriptionAndUnwrapsToThe
   LocalFree(output.pbData);
 }
 
-TEST_F(DatabaseKeyStoreTest, KeyNeverStandsInTheClear) {
+TEST_F(DatabaseKeyStoreTest, NeitherFileNorLogHoldsThePlainKey) {
   const std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();
   const std::string text(key.begin(), key.end());
   EXPECT_EQ(ReadFileBytes(KeyFile()).find(text), std::string::npos);
   EXPECT_EQ(ReadFileBytes("vantro_debug.log").find(text), std::string::npos);
 }
 
-TEST_F(DatabaseKeyStoreTest, AFileAbove64KiBIsNeitherReadNorUnwrappedAndIsReplaced) {
+TEST_F(DatabaseKeyStoreTest, FileAbove64KiBIsReplacedUnread) {
   LeaveFile(std::string(64 * 1024, 'x'));
   EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
   EXPECT_EQ(log_.Count("ERROR DatabaseKeyStore: CryptUnprotectData failed"), 1);
@@ -131,7 +110,7 @@ TEST_F(DatabaseKeyStoreTest, FileOfGarbageIsReplacedByANewKey) {
   ExpectReplaced(std::string(200, 'x'), "ERROR DatabaseKeyStore: CryptUnprotectData failed");
 }
 
-TEST_F(DatabaseKeyStoreTest, FileCutShortOrFlippedAtItsEndsIsReplacedByANewKey) {
+TEST_F(DatabaseKeyStoreTest, DamagedFileIsReplacedByANewKey) {
   ASSERT_TRUE(DatabaseKeyStore::SaveKey(SampleKey()));
   const std::string whole = ReadFileBytes(KeyFile());
   std::string firstFlipped = whole, lastFlipped = whole;
@@ -142,7 +121,7 @@ TEST_F(DatabaseKeyStoreTest, FileCutShortOrFlippedAtItsEndsIsReplacedByANewKey) 
   }
 }
 
-TEST_F(DatabaseKeyStoreTest, FileThatUnwrapsToAnotherSizeIsReplacedByANewKey) {
+TEST_F(DatabaseKeyStoreTest, FileWithAKeyOfAnotherSizeIsReplaced) {
   for (size_t length : {1u, 31u, 33u}) {
     ExpectReplaced(Wrapped(SampleKey(length)), "ERROR DatabaseKeyStore: Decrypted key has wrong size");
   }
@@ -166,31 +145,18 @@ TEST_F(DatabaseKeyStoreTest, WithoutALocalAppDataFolderThereIsNoKey) {
   EXPECT_THAT(log_.Lines(), ElementsAre("ERROR DatabaseKeyStore: Failed to save key"));
 }
 
-TEST_F(DatabaseKeyStoreTest, KeyOfAnotherLengthIsRefusedAndLeavesTheFileAsItIs) {
+TEST_F(DatabaseKeyStoreTest, KeyOfAnotherLengthIsNotSaved) {
   ASSERT_TRUE(DatabaseKeyStore::SaveKey(SampleKey()));
   const std::string before = ReadFileBytes(KeyFile());
   for (size_t length : {0u, 31u, 33u}) EXPECT_FALSE(DatabaseKeyStore::SaveKey(SampleKey(length))) << length;
   EXPECT_EQ(ReadFileBytes(KeyFile()), before);
 }
 
-NTSTATUS WINAPI RefuseRandom(BCRYPT_ALG_HANDLE, PUCHAR, ULONG, ULONG) { return static_cast<NTSTATUS>(0xC0000001); }
-
-TEST_F(DatabaseKeyStoreTest, WithoutRandomBytesThereIsNoKeyAndNoFile) {
-  const ImportHook hook("bcrypt.dll", "BCryptGenRandom", reinterpret_cast<void*>(RefuseRandom));
-  LogCapture log;
-
-  EXPECT_THAT(DatabaseKeyStore::GetOrCreateKey(), IsEmpty());
-
-  EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: Failed to generate random key"));
-  EXPECT_TRUE(log.Has("ERROR DatabaseKeyStore: Failed to generate key"));
-  EXPECT_FALSE(std::filesystem::exists(KeyFile()));
-}
-
 BOOL WINAPI RefuseProtection(DATA_BLOB*, LPCWSTR, DATA_BLOB*, PVOID, CRYPTPROTECT_PROMPTSTRUCT*, DWORD, DATA_BLOB*) {
   return FALSE;
 }
 
-TEST_F(DatabaseKeyStoreTest, KeyThatCannotBeWrappedIsNotHandedOutAndLeavesNoFile) {
+TEST_F(DatabaseKeyStoreTest, KeyThatCannotBeWrappedIsNotReturned) {
   const ImportHook hook("crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(RefuseProtection));
   LogCapture log;
 
@@ -201,63 +167,7 @@ TEST_F(DatabaseKeyStoreTest, KeyThatCannotBeWrappedIsNotHandedOutAndLeavesNoFile
   EXPECT_FALSE(std::filesystem::exists(KeyFile()));
 }
 
-// What the store asks of the Data Protection API beside its input and output, as one line a call.
-class ProtectionCalls {
- public:
-  ProtectionCalls() { current = this; }
-  ~ProtectionCalls() { current = nullptr; }
-  ProtectionCalls(const ProtectionCalls&) = delete;
-  ProtectionCalls& operator=(const ProtectionCalls&) = delete;
-  const std::vector<std::string>& Lines() const { return lines_; }
-
- private:
-  static BOOL WINAPI Protect(DATA_BLOB* input, LPCWSTR description, DATA_BLOB* entropy, PVOID reserved,
-                             CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
-    const std::wstring text = description ? description : L"(none)";
-    current->Note("protect '" + std::string(text.begin(), text.end()) + "'", entropy, reserved, prompt, flags);
-    return reinterpret_cast<decltype(&CryptProtectData)>(current->protect_.Original())(input, description, entropy,
-                                                                                       reserved, prompt, flags, output);
-  }
-  static BOOL WINAPI Unprotect(DATA_BLOB* input, LPWSTR* description, DATA_BLOB* entropy, PVOID reserved,
-                               CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
-    current->Note(description ? "unprotect with description" : "unprotect", entropy, reserved, prompt, flags);
-    return reinterpret_cast<decltype(&CryptUnprotectData)>(current->unprotect_.Original())(
-        input, description, entropy, reserved, prompt, flags, output);
-  }
-  void Note(std::string line, const void* entropy, const void* reserved, const void* prompt, DWORD flags) {
-    if (entropy) line += " entropy";
-    if (reserved) line += " reserved";
-    if (prompt) line += " prompt";
-    lines_.push_back(line + " flags " + std::to_string(flags));
-  }
-
-  static ProtectionCalls* current;
-  std::vector<std::string> lines_;
-  ImportHook protect_{"crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(&Protect)};
-  ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(&Unprotect)};
-};
-
-ProtectionCalls* ProtectionCalls::current = nullptr;
-
-TEST_F(DatabaseKeyStoreTest, WrapsAndUnwrapsForTheMachineWithoutEntropyOrPrompt) {
-  const ProtectionCalls calls;
-  ASSERT_TRUE(DatabaseKeyStore::SaveKey(SampleKey()));
-  EXPECT_EQ(DatabaseKeyStore::LoadKey(), SampleKey());
-  EXPECT_THAT(calls.Lines(), ElementsAre("protect 'Vantro Database Key' flags 4", "unprotect flags 4"));
-}
-
-HRESULT WINAPI RefuseAllButLocalAppData(HWND owner, int folder, HANDLE token, DWORD flags, LPWSTR path) {
-  if (owner || folder != CSIDL_LOCAL_APPDATA || token || flags != 0) return E_INVALIDARG;
-  lstrcpyW(path, L"C:\\here");
-  return S_OK;
-}
-
-TEST_F(DatabaseKeyStoreTest, AsksForTheLocalFolderAndNotTheRoamingOne) {
-  const ImportHook hook("shell32.dll", "SHGetFolderPathW", reinterpret_cast<void*>(RefuseAllButLocalAppData));
-  EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), L"C:\\here\\Vantro\\db.key");
-}
-
-TEST_F(DatabaseKeyStoreTest, PathIsTheKeyFileOfTheLocalAppDataFolder) {
+TEST_F(DatabaseKeyStoreTest, PathLiesInTheLocalAppDataFolder) {
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), appData_.path().wstring() + L"\\Vantro\\db.key");
 }
 

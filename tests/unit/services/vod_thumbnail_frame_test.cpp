@@ -7,6 +7,7 @@
 #include <chrono>
 #include <iterator>
 #include <variant>
+#include <vector>
 
 #include "tests/unit/services/thumbnail_worker.h"
 #include "tests/unit/shell/import_hook.h"
@@ -28,6 +29,7 @@ TEST_F(ThumbnailWorker, TakesAFrameByPlayingSeekingAndReadingTheSnapshot) {
   InitializeWithPicture();
   EXPECT_EQ(GetFrame(), Frame(std::string(kJpeg, sizeof kJpeg - 1)));
   const std::string snapshot = vlc_.CallsOf("libvlc_video_take_snapshot").at(0);
+  EXPECT_THAT(snapshot, StartsWith("libvlc_video_take_snapshot(player1, 0, "));
   EXPECT_NE(snapshot.find("vantro_thumb_123_42.jpg"), std::string::npos) << snapshot;
   EXPECT_THAT(snapshot, testing::EndsWith(", 320, 180)"));
   EXPECT_THAT(vlc_.Calls(),
@@ -38,7 +40,7 @@ TEST_F(ThumbnailWorker, TakesAFrameByPlayingSeekingAndReadingTheSnapshot) {
   EXPECT_THAT(FilesLeft(), IsEmpty());
 }
 
-TEST_F(ThumbnailWorker, Waits100MsAfterPlay500AfterTheSeekAnd200AfterTheSnapshot) {
+TEST_F(ThumbnailWorker, WaitsTakeTheirTimeAndNotMuchMore) {
   InitializeWithPicture();
   steady_clock::time_point played, sought, snapped;
   vlc_.OnCall("libvlc_media_player_play", [&] { played = steady_clock::now(); });
@@ -94,14 +96,14 @@ TEST_F(ThumbnailWorker, FileOfNoBytesIsAnEmptyFrame) {
   EXPECT_THAT(FilesLeft(), IsEmpty());
 }
 
-TEST_F(ThumbnailWorker, TimeOfZeroSeeksToZeroAndNamesTheFileByIt) {
+TEST_F(ThumbnailWorker, TimeOfZeroSeeksToZero) {
   InitializeWithPicture();
   GetFrame(FrameArguments("7", 0.0));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_time"), ElementsAre("libvlc_media_player_set_time(player1, 0, 0)"));
   EXPECT_NE(vlc_.CallsOf("libvlc_video_take_snapshot").at(0).find("vantro_thumb_7_0.jpg"), std::string::npos);
 }
 
-TEST_F(ThumbnailWorker, TwoFramesOfOneSecondSeekToTheMillisecondAndUseOneFileName) {
+TEST_F(ThumbnailWorker, TwoFramesOfOneSecondUseOneFileName) {
   InitializeWithPicture();
   GetFrame(FrameArguments("7", 3.25));
   GetFrame(FrameArguments("7", 3.75));
@@ -134,7 +136,7 @@ class UnreadResult : public MethodResult {
   void NotImplementedInternal() override {}
 };
 
-TEST_F(ThumbnailWorker, ValueOfAnotherTypeRaisesTheVariantsErrorOutOfTheHandler) {
+TEST_F(ThumbnailWorker, ValueOfAnotherTypeThrowsOutOfTheHandler) {
   Initialize();
   vlc_.ClearCalls();
   for (size_t odd = 0; odd < FrameEntries().size(); ++odd) {
@@ -156,7 +158,7 @@ TEST_F(ThumbnailWorker, MediaThatCannotBeMadeLeavesThePlayerAlone) {
 
 void ThrowAtMedia(libvlc_media_player_t*, libvlc_media_t*) { throw 7; }
 
-TEST_F(ThumbnailWorker, ExceptionOnTheWayToAFrameStopsThePlayerAndGoesNoFurther) {
+TEST_F(ThumbnailWorker, ExceptionDuringTheSnapshotStopsThePlayer) {
   InitializeWithPicture();
   const ImportHook hook("libvlc.dll", "libvlc_media_player_set_media", reinterpret_cast<void*>(ThrowAtMedia));
   EXPECT_EQ(GetFrame(), NoFrame("Exception during snapshot"));
@@ -165,15 +167,18 @@ TEST_F(ThumbnailWorker, ExceptionOnTheWayToAFrameStopsThePlayerAndGoesNoFurther)
   EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Exception during snapshot"));
 }
 
-TEST_F(ThumbnailWorker, SnapshotThatFailsStopsThePlayerAndLeavesWhatFileThereIs) {
+TEST_F(ThumbnailWorker, FailedSnapshotStopsThePlayerAndLeavesTheFile) {
   Initialize();
-  vlc_.SetResult("libvlc_video_take_snapshot", -1);
   WriteFileBytes(scratch_ / "vantro_thumb_123_42.jpg", "half");
-  EXPECT_EQ(GetFrame(), NoFrame("Snapshot failed"));
-  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop_async"), 1);
-  EXPECT_THAT(FilesLeft(), ElementsAre("vantro_thumb_123_42.jpg"));
-  EXPECT_EQ(vlc_.CountOf("libvlc_media_release"), 1);
-  EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Snapshot failed with result: -1"));
+  for (int result : {-1, 1}) {
+    vlc_.ClearCalls();
+    vlc_.SetResult("libvlc_video_take_snapshot", result);
+    EXPECT_EQ(GetFrame(), NoFrame("Snapshot failed")) << result;
+    EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop_async"), 1);
+    EXPECT_THAT(FilesLeft(), ElementsAre("vantro_thumb_123_42.jpg"));
+    EXPECT_EQ(vlc_.CountOf("libvlc_media_release"), 1);
+    EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Snapshot failed with result: " + std::to_string(result)));
+  }
 }
 
 TEST_F(ThumbnailWorker, SnapshotFileThatCannotBeOpenedIsDeleted) {
@@ -188,6 +193,57 @@ TEST_F(ThumbnailWorker, SnapshotFileThatCannotBeOpenedIsDeleted) {
   ASSERT_NE(file, INVALID_HANDLE_VALUE);
   CloseHandle(file);
   EXPECT_THAT(FilesLeft(), IsEmpty());
+}
+
+// Notes, while it lives, how often the player had been stopped at each deletion of a file.
+class StopsAtDeletion {
+ public:
+  explicit StopsAtDeletion(const ScriptedVlc& vlc) : vlc_(vlc) { current = this; }
+  ~StopsAtDeletion() { current = nullptr; }
+  StopsAtDeletion(const StopsAtDeletion&) = delete;
+  StopsAtDeletion& operator=(const StopsAtDeletion&) = delete;
+  const std::vector<int>& Counts() const { return counts_; }
+
+ private:
+  static BOOL WINAPI Delete(LPCSTR path) {
+    current->counts_.push_back(current->vlc_.CountOf("libvlc_media_player_stop_async"));
+    return reinterpret_cast<decltype(&DeleteFileA)>(current->hook_.Original())(path);
+  }
+
+  static StopsAtDeletion* current;
+  const ScriptedVlc& vlc_;
+  std::vector<int> counts_;
+  ImportHook hook_{"kernel32.dll", "DeleteFileA", reinterpret_cast<void*>(&Delete)};
+};
+
+StopsAtDeletion* StopsAtDeletion::current = nullptr;
+
+TEST_F(ThumbnailWorker, SnapshotThatWasReadIsDeletedBeforeTheStop) {
+  InitializeWithPicture();
+  const StopsAtDeletion stops(vlc_);
+  GetFrame();
+  EXPECT_THAT(stops.Counts(), ElementsAre(0));
+}
+
+TEST_F(ThumbnailWorker, SnapshotThatCannotBeReadIsDeletedAfterTheStop) {
+  Initialize();
+  const StopsAtDeletion stops(vlc_);
+  GetFrame();
+  EXPECT_THAT(stops.Counts(), ElementsAre(1));
+}
+
+DWORD WINAPI PathForARoomOf260(DWORD room, LPSTR folder) {
+  EXPECT_EQ(room, 260u);
+  lstrcpyA(folder, "C:\\here\\");
+  return 8;
+}
+
+TEST_F(ThumbnailWorker, TemporaryFolderMayHave260Characters) {
+  Initialize();
+  const ImportHook hook("kernel32.dll", "GetTempPathA", reinterpret_cast<void*>(PathForARoomOf260));
+  GetFrame();
+  EXPECT_THAT(vlc_.CallsOf("libvlc_video_take_snapshot"),
+              ElementsAre(testing::HasSubstr("C:\\here\\vantro_thumb_123_42.jpg")));
 }
 
 TEST_F(ThumbnailWorker, SnapshotWithoutAFileStopsThePlayer) {

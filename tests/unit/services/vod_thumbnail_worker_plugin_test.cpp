@@ -105,7 +105,16 @@ TEST_F(ThumbnailWorker, DestructionEndsTheChannelAndReleasesEverything) {
   EXPECT_TRUE(log_.Has("INFO VodThumbnailWorkerPlugin: Disposed successfully"));
 }
 
-TEST_F(ThumbnailWorker, OutlivesTheEngineWhoseMessengerItHolds) {
+TEST_F(ThumbnailWorker, DestructionEndsTheChannelBeforeItReleasesThePlayer) {
+  Initialize();
+  bool isListening = true;
+  vlc_.OnCall("libvlc_media_player_stop_async",
+              [&] { isListening = loopback_.HasListener(engineNumber_, kThumbnailChannel); });
+  plugin_.reset();
+  EXPECT_FALSE(isListening);
+}
+
+TEST_F(ThumbnailWorker, MayOutliveItsEngine) {
   auto engine = std::make_unique<FlutterEngine>();
   ASSERT_TRUE(engine->Initialize(nullptr));
   auto plugin = std::make_unique<vod_thumbnail::VodThumbnailWorkerPlugin>(engine->GetMessenger());
