@@ -70,6 +70,8 @@ void ScriptedReset() {
   TheScript().Reset();
 }
 
+void ScriptedSetStrict(int32_t strict) { scripted::SetStrict(strict != 0); }
+
 int32_t ScriptedCallCount() {
   const Lock lock(TheScript().mutex);
   return static_cast<int32_t>(TheScript().calls.size());
@@ -202,7 +204,7 @@ int32_t ScriptedAttached(const void* player, int32_t index, int32_t* type, Scrip
     known = Player(player);
   }
   if (!known) return 0;
-  const std::lock_guard<std::recursive_mutex> lock(known->events.mutex);
+  const std::lock_guard<scripted::DeliveryLock> lock(known->events.lock);
   const auto& listeners = known->events.listeners;
   if (index < 0 || static_cast<size_t>(index) >= listeners.size()) return 0;
   const auto& listener = listeners[static_cast<size_t>(index)];

@@ -51,6 +51,11 @@ class Call {
     TheScript().violations.push_back(text_ + ": not a live handle");
     return false;
   }
+  // The same for a player, whose lock it takes until the end of the call if the function does so in libvlc.
+  bool Uses(libvlc_media_player_t* player) {
+    if (IsLive(player) && TakesPlayerLock(function_, player)) LockPlayer(player);
+    return Uses<libvlc_media_player_t>(player);
+  }
 
   int64_t Result(int64_t own, int64_t failure = -1) { return TheScript().NextResult(function_, own, failure); }
   // For functions that make or hand out an object.
@@ -88,10 +93,25 @@ class Call {
     lock_.lock();
   }
 
+  void LockPlayer(libvlc_media_player_t* player) {
+    lock_.unlock();
+    CheckCallInEvent(function_, player, text_);
+    player->lock.LockFor(text_);
+    playerLock_ = std::unique_lock<DeliveryLock>(player->lock, std::adopt_lock);
+    lock_.lock();
+  }
+
   const char* function_;
   std::string text_;
+  std::unique_lock<DeliveryLock> playerLock_;
   std::unique_lock<std::mutex> lock_;
 };
+
+// Waits for a callback in progress, unless it is the caller's own.
+std::unique_lock<DeliveryLock> LockedEvents(libvlc_event_manager_t* events, const std::string& call) {
+  events->lock.LockFor(call);
+  return std::unique_lock<DeliveryLock>(events->lock, std::adopt_lock);
+}
 
 void ReleaseMedia(libvlc_media_t* media) {
   if (media) TheScript().media.Release(media);
@@ -236,6 +256,10 @@ libvlc_media_player_t* libvlc_media_player_new(libvlc_instance_t* instance) {
 void libvlc_media_player_release(libvlc_media_player_t* player) {
   Call call(__func__, static_cast<const void*>(player));
   if (!call.Uses(player) || !TheScript().players.Release(player)) return;
+  {
+    const std::lock_guard<scripted::DeliveryLock> events(player->events.lock);
+    player->events.listeners.clear();
+  }
   scripted::ReleaseMedia(player->media);
   player->media = nullptr;
   scripted::ReleaseInstance(player->instance);
@@ -371,7 +395,7 @@ int libvlc_event_attach(libvlc_event_manager_t* events, int type, libvlc_callbac
     Call call(__func__, static_cast<const void*>(events->player), scripted::EventText(type));
     if (!call.Uses(events->player) || call.Result(0) != 0) return -1;
   }
-  const std::lock_guard<std::recursive_mutex> lock(events->mutex);
+  const auto lock = scripted::LockedEvents(events, __func__);
   events->listeners.push_back({type, callback, userData});
   return 0;
 }
@@ -381,7 +405,7 @@ void libvlc_event_detach(libvlc_event_manager_t* events, int type, libvlc_callba
     Call call(__func__, static_cast<const void*>(events->player), scripted::EventText(type));
     if (!call.Uses(events->player)) return;
   }
-  const std::lock_guard<std::recursive_mutex> lock(events->mutex);
+  const auto lock = scripted::LockedEvents(events, __func__);
   std::erase(events->listeners, libvlc_event_manager_t::Listener{type, callback, userData});
 }
 

@@ -130,7 +130,9 @@ uint64_t PayloadOf(int32_t type, double value) {
 int Deliver(libvlc_media_player_t* player, int32_t type, uint64_t payload) {
   const libvlc_event_t event{type, player, {payload, 0, 0, 0}};
   auto& events = player->events;
-  const std::lock_guard<std::recursive_mutex> delivering(events.mutex);
+  const std::lock_guard<DeliveryLock> playing(player->lock);
+  const std::lock_guard<DeliveryLock> delivering(events.lock);
+  const DeliveryScope here(player);
   int called = 0;
   const auto listeners = events.listeners;  // a callback may detach itself
   for (const auto& listener : listeners) {

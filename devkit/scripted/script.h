@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "devkit/scripted/player_lock.h"
 #include "devkit/scripted/scripted_control.h"
 
 // libvlc 4's layouts, declared here once more: the product's own declarations are checked against these.
@@ -67,7 +68,7 @@ struct libvlc_event_manager_t {
   libvlc_media_player_t* player = nullptr;
   // Held during delivery, as libvlc holds its own: attaching and detaching wait for a running callback, unless they
   // come from it.
-  std::recursive_mutex mutex;
+  scripted::DeliveryLock lock;
   std::vector<Listener> listeners;
 };
 
@@ -83,6 +84,9 @@ struct libvlc_media_player_t {
   std::map<std::string, int64_t> values;
   std::map<std::string, std::vector<Track>> tracks;
   libvlc_event_manager_t events;
+  // Held during delivery, before the event manager's, and by the calls of kLockedFunctions. Taken before the script's
+  // mutex, never after it.
+  scripted::DeliveryLock lock;
 };
 
 namespace scripted {
@@ -177,8 +181,8 @@ struct Script {
 
 Script& TheScript();
 
-// Delivers the event to the listeners of its type on the calling thread. Returns how many were called. Called without
-// the script's mutex.
+// Delivers the event to the listeners of its type on the calling thread, under the player's lock. Returns how many were
+// called. Called without the script's mutex.
 int Deliver(libvlc_media_player_t* player, int32_t type, uint64_t payload);
 // The first eight bytes of the union of an event of this type that carries the value.
 uint64_t PayloadOf(int32_t type, double value);

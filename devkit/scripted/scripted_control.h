@@ -9,6 +9,7 @@
 //   VANTRO_SCRIPTED_FAIL=FN:N,...         the first N calls of FN fail
 //   VANTRO_SCRIPTED_RESULTS=FN=V,V;...    what FN returns, call by call; the last value goes on
 //   VANTRO_SCRIPTED_EVENTS=FN=T,T:V;...   events (number, value) raised in order after each call of FN on a player
+//   VANTRO_SCRIPTED_STRICT=1              strict mode from the start
 #pragma once
 
 #include <cstddef>
@@ -18,6 +19,10 @@ extern "C" {
 
 // As at process start: no calls, no results, no objects. Ends a storm. Handles from before are dead.
 void ScriptedReset(void);
+
+// A thread that delivers an event holds the player's lock, as libvlc's do. A call that can never get a lock hangs. In
+// strict mode the process aborts, with the call and the reason on standard error. A reset leaves the mode as it is.
+void ScriptedSetStrict(int32_t strict);
 
 // Calls, in order, as text: libvlc_media_player_set_time(player1, 5000, 0). Strings stand in quotes, objects by name,
 // a null as null, other pointers (windows) as %p, event types as 0x104. A copying function writes at most size bytes

@@ -44,7 +44,10 @@ void* ObjectNamed(const char* kind, int number) {
 
 }  // namespace
 
-ScriptedVlc::ScriptedVlc() { Reset(); }
+ScriptedVlc::ScriptedVlc() {
+  CONTROL(ScriptedSetStrict)(1);
+  Reset();
+}
 
 ScriptedVlc::~ScriptedVlc() {
   for (const std::string& violation : Violations()) ADD_FAILURE() << violation;

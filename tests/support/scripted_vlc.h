@@ -1,8 +1,8 @@
 // The scripted libvlc.dll of this process, as tests use it. See devkit/scripted/scripted_control.h for what it records
 // and how calls read; a handle here is any pointer that the library gave out.
 //
-// Making one resets the library, and fails the current test if it left something alive or was called with a dead
-// handle: a fixture holds it as a member that is made before, and goes after, what it tests.
+// Making one resets the library and puts it into strict mode. It fails the current test if that left something alive or
+// made a call with a dead handle: a fixture holds it as a member that is made before, and goes after, what it tests.
 #pragma once
 
 #include <cstdint>
