@@ -184,6 +184,18 @@ TEST_F(TileEventsTest, PlayingRescalesTheTilesOnLibvlcsThreadAndStartsTheWatchdo
   EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
+TEST_F(TileEventsTest, PlayingRescalesBeforeTheWatchdogStarts) {
+  StartGrid(2);
+  player_.StopStallWatchdog();
+  vlc_.SetSize(TilePlayer(1), 640, 360);
+  std::atomic<int> activeAtScale{-1};
+  vlc_.OnCall("libvlc_video_set_scale", [&] { activeAtScale = state_.stallWatchdogActive_ ? 1 : 0; });
+  vlc_.Raise(TilePlayer(1), kPlaying);
+  vlc_.OnCall("libvlc_video_set_scale", nullptr);
+  EXPECT_EQ(activeAtScale, 0);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+}
+
 TEST_F(TileEventsTest, MediaChangedRescalesTheTilesAndLeavesTheWatchdog) {
   StartGrid(2);
   player_.StopStallWatchdog();

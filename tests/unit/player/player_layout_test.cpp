@@ -10,6 +10,7 @@
 #include "player/tile_layout.h"
 #include "player/video_scale.h"
 #include "tests/unit/player/grid_fixture.h"
+#include "tests/unit/player/window_calls.h"
 #include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
@@ -214,7 +215,7 @@ TEST_F(LayoutTest, ATilesWindowIsSentTheFourMessagesOfAResizeInOrder) {
   EXPECT_EQ(position.y, cell.top);
   EXPECT_EQ(position.cx, cell.Width());
   EXPECT_EQ(position.cy, cell.Height());
-  EXPECT_EQ(position.flags, 0x14u);
+  EXPECT_EQ(PlacementFlags(position.flags), "SWP_NOZORDER|SWP_NOACTIVATE");
 }
 
 TEST_F(LayoutTest, ATilesWindowIsRepaintedAtOnce) {
@@ -223,6 +224,14 @@ TEST_F(LayoutTest, ATilesWindowIsRepaintedAtOnce) {
   const MessageRecorder recorder(Tile(1).window);
   player_.UpdateGridLayout();
   EXPECT_TRUE(recorder.Painted());
+}
+
+TEST_F(LayoutTest, ATileIsPlacedOnTopAndShownThenItsWholeWindowIsErased) {
+  StartGrid(2);
+  const WindowCalls calls({{Tile(1).window, "tile"}});
+  player_.UpdateGridLayout();
+  EXPECT_THAT(calls.Lines(), ElementsAre("SetWindowPos tile HWND_TOP 405,0 395x600 SWP_SHOWWINDOW",
+                                         "InvalidateRect tile whole erase", "UpdateWindow tile"));
 }
 
 // Handles, scales and viewports.
@@ -446,14 +455,6 @@ TEST_F(AudioTest, ATileWithoutAPlayerIsPassedOver) {
   player_.UpdateActiveAudio();
   EXPECT_TRUE(log_.Has("WARNING [UpdateActiveAudio] Player 0 has no VLC player handle!"));
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_audio_set_mute(player2, 1)", "libvlc_audio_set_volume(player2, 0)"));
-}
-
-TEST_F(AudioTest, WithoutTheAudioFunctionsNothingIsSet) {
-  StartGrid(1);
-  LibVlcFunctionTable().libvlc_audio_set_mute = nullptr;
-  player_.UpdateActiveAudio();
-  EXPECT_TRUE(log_.Has("ERROR [UpdateActiveAudio] ERROR: Could not get VLC audio function pointers"));
-  EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
 TEST_F(AudioTest, OutsideTheGridNothingIsSet) {

@@ -62,6 +62,19 @@ TEST_F(MultiViewEndTest, LeavingWithoutAVideoSizeSetsTheScaleToAutomatic) {
   EXPECT_TRUE(log_.Has("DEBUG [DisableMultiView] Reset VLC scale to auto (0.0)"));
 }
 
+TEST_F(MultiViewEndTest, LeavingMovesTheOriginalWindowAlsoWhereItIsTheParent) {
+  StartWithEvents();
+  DestroyWindow(state_.vlcWindow_);
+  state_.vlcWindow_ = parent_.get();
+  player_.EnableMultiView();
+  SetWindowPos(parent_.get(), nullptr, 50, 60, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  player_.DisableMultiView();
+  RECT place{};
+  GetWindowRect(parent_.get(), &place);
+  EXPECT_EQ(place.left, 0);
+  EXPECT_EQ(place.top, 0);
+}
+
 TEST_F(MultiViewEndTest, LeavingOutsideTheGridChangesNothing) {
   StartWithEvents();
   player_.SetVolume(40);
@@ -155,15 +168,14 @@ TEST_F(MultiViewEndTest, PromotingAfterASwapMovedTheOriginalTileLeavesNoPlayer) 
   EXPECT_FALSE(state_.mediaPlayer_);
 }
 
-TEST_F(MultiViewEndTest, PromotingWithoutAFunctionItNeedsChangesNothing) {
-  StartGrid(2);
+TEST_F(MultiViewEndTest, PromotingRefusesAnEmptyUrlBeforeItAsksForTheOriginalTile) {
+  StartGrid(3);
+  ASSERT_TRUE(player_.MvSwapTiles(0, 2));
   player_.SetActiveIndexSafe(1);
-  LibVlcFunctionTable().libvlc_media_player_stop = nullptr;
-  vlc_.ClearCalls();
+  Tile(1).url.clear();
   EXPECT_FALSE(player_.MvPromoteActiveAndExit());
-  EXPECT_TRUE(log_.Has("ERROR [MvPromoteActiveAndExit] Missing VLC functions (stop=0, set_media=1)"));
-  EXPECT_THAT(vlc_.Calls(), IsEmpty());
-  EXPECT_EQ(Tile(0).url, "http://host/0");
+  EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::MvPromoteActiveAndExit] ERROR: URL is empty."));
+  EXPECT_TRUE(state_.isMultiViewMode_);
 }
 
 TEST_F(MultiViewEndTest, PromotingIsRefusedOutsideTheGridAndForAWrongIndex) {

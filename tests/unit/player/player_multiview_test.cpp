@@ -18,7 +18,19 @@ using testing::IsEmpty;
 
 static_assert(!std::is_copy_constructible_v<MultiViewPlayer> && !std::is_copy_assignable_v<MultiViewPlayer>);
 
-using MultiViewTest = GridTest;
+class MultiViewTest : public GridTest {
+ protected:
+  // Each layout sets every tile's window handle.
+  void ExpectLayoutBeforeAudio() {
+    std::vector<std::string> steps;
+    for (const std::string& call : vlc_.Calls()) {
+      if (call.find("set_hwnd(") != std::string::npos) steps.push_back("layout");
+      if (call.find("set_mute(") != std::string::npos) steps.push_back("audio");
+    }
+    steps.erase(std::unique(steps.begin(), steps.end()), steps.end());
+    EXPECT_THAT(steps, ElementsAre("layout", "audio"));
+  }
+};
 
 TEST(MultiViewPlayerTest, MovingOntoARecordReleasesItsPlayer) {
   ScriptedVlc vlc;
@@ -217,16 +229,6 @@ TEST_F(MultiViewTest, AnAddWhosePlayerCannotBeMadeLeavesNoWindow) {
   EXPECT_EQ(parent_.ChildCount(), 1);
 }
 
-TEST_F(MultiViewTest, AnAddWithoutAFunctionItNeedsLeavesNoWindow) {
-  StartGrid(1);
-  LibVlcFunctionTable().libvlc_media_player_set_media = nullptr;
-  EXPECT_FALSE(Add(1));
-  EXPECT_TRUE(log_.Has(
-      "ERROR [MvAddStream] Missing required libvlc function pointers (new=1, set_hwnd=1, set_media=0, play=1)"));
-  EXPECT_EQ(parent_.ChildCount(), 1);
-  EXPECT_THAT(vlc_.Calls(), IsEmpty());
-}
-
 TEST_F(MultiViewTest, AnAddWhoseMediaCannotBeMadeIsNoFailure) {
   StartGrid(1);
   vlc_.SetResult("libvlc_media_new_uri", 0);
@@ -293,15 +295,6 @@ TEST_F(MultiViewTest, AReplaceIsRefusedWithoutUrlGridOrValidIndex) {
   EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
 }
 
-TEST_F(MultiViewTest, AReplaceWithoutAFunctionItNeedsChangesNothing) {
-  StartGrid(1);
-  LibVlcFunctionTable().libvlc_media_player_stop = nullptr;
-  EXPECT_FALSE(player_.MvReplaceActive("http://host/new", "New"));
-  EXPECT_TRUE(log_.Has("ERROR [MvReplaceActive] Missing libvlc functions (stop=0, set_media=1, play=1)"));
-  EXPECT_EQ(Tile(0).url, "http://host/0");
-  EXPECT_THAT(vlc_.Calls(), IsEmpty());
-}
-
 // Removing.
 
 TEST_F(MultiViewTest, ARemovedTileIsStoppedItsWindowDestroyedAndItsPlayerReleased) {
@@ -328,6 +321,25 @@ TEST_F(MultiViewTest, RemovingTheSecondTileMakesTheFirstActiveAndClosesTheGap) {
   EXPECT_THAT(Urls(), ElementsAre("http://host/0", "http://host/2"));
   EXPECT_EQ(vlc_.Mute(TilePlayer(0)), 0);
   EXPECT_EQ(vlc_.Mute(TilePlayer(1)), 1);
+}
+
+TEST_F(MultiViewTest, ARemovedTileIsStoppedBeforeItsWindowGoes) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  const HWND window = Tile(1).window;
+  bool isThere = false;
+  vlc_.OnCall("libvlc_media_player_stop", [&] { isThere = IsWindow(window) != FALSE; });
+  EXPECT_TRUE(player_.MvRemoveActive());
+  vlc_.OnCall("libvlc_media_player_stop", nullptr);
+  EXPECT_TRUE(isThere);
+}
+
+TEST_F(MultiViewTest, ARemovalLaysOutBeforeItSetsTheAudio) {
+  StartGrid(3);
+  player_.SetActiveIndexSafe(1);
+  vlc_.ClearCalls();
+  ASSERT_TRUE(player_.MvRemoveActive());
+  ExpectLayoutBeforeAudio();
 }
 
 TEST_F(MultiViewTest, TheFirstTileCannotBeRemoved) {
@@ -407,6 +419,12 @@ INSTANTIATE_TEST_SUITE_P(Rows, SwapTest,
 TEST_F(MultiViewTest, ASwapOutsideTheGridIsRefused) {
   StartWithEvents();
   EXPECT_FALSE(player_.MvSwapTiles(0, 1));
+}
+
+TEST_F(MultiViewTest, ASwapLaysOutBeforeItSetsTheAudio) {
+  StartGrid(2);
+  ASSERT_TRUE(player_.MvSwapTiles(0, 1));
+  ExpectLayoutBeforeAudio();
 }
 
 TEST_F(MultiViewTest, ASwapOfWrongIndicesChangesNothing) {

@@ -75,12 +75,25 @@ TEST_F(RecoveryTest, APendingResumeSurvivesAStop) {
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
 }
 
-TEST_F(RecoveryTest, ANudgeNeedsPauseAndPlay) {
+TEST_F(RecoveryTest, WithoutAParentWindowANudgePausesAndArmsNoResume) {
   StartSingle();
-  LibVlcFunctionTable().libvlc_media_player_play = nullptr;
+  state_.parentWindow_ = nullptr;
+  vlc_.ClearCalls();
   state_.NudgePlayer(vlc_.Player());
+  state_.parentWindow_ = parent_.get();
+  EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_pause(player1)"));
+  EXPECT_TRUE(state_.nudgeTimers_.empty());
+}
+
+TEST_F(RecoveryTest, WithoutThePlayFunctionAResumeOnlyEndsItsTimer) {
+  StartSingle();
+  state_.NudgePlayer(vlc_.Player());
+  LibVlcFunctionTable().libvlc_media_player_play = nullptr;
+  vlc_.ClearCalls();
+  EXPECT_TRUE(player_.HandleStallNudgeTimer(ResumeTimerId(vlc_.Player())));
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
   EXPECT_TRUE(state_.nudgeTimers_.empty());
+  EXPECT_FALSE(HasTimer(ResumeTimerId(vlc_.Player())));
 }
 
 TEST_F(RecoveryTest, AResumeOfATileThatIsGoneTouchesNothing) {
@@ -158,6 +171,15 @@ TEST_F(RecoveryTest, ReloadsThatNeverStopThePlayerRunOutOfBudget) {
   EXPECT_TRUE(log_.Has("WARNING [StallDetector] primary restart budget exceeded – disabling stall watchdog"));
   EXPECT_THAT(events_.Take(), ElementsAre(kGaveUp));
   EXPECT_FALSE(state_.stallWatchdogActive_);
+}
+
+TEST_F(RecoveryTest, TheWatchdogIsOffWhenItsErrorGoesOut) {
+  StartSingle();
+  LibVlcFunctionTable().libvlc_media_player_get_time = nullptr;
+  int activeWhenTold = -1;
+  state_.eventCallback_ = [&](const char*, const char*) { activeWhenTold = state_.stallWatchdogActive_ ? 1 : 0; };
+  WedgedPasses(18);
+  EXPECT_EQ(activeWhenTold, 0);
 }
 
 TEST_F(RecoveryTest, WithoutACallbackTheWatchdogGivesUpInSilence) {
@@ -273,16 +295,6 @@ TEST_F(TileRecoveryTest, ARestartWhoseMediaCannotBeMadePlaysTheOldOne) {
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
 }
 
-TEST_F(TileRecoveryTest, WithoutStopARestartLeavesOnlyItsEntry) {
-  LibVlcFunctionTable().libvlc_media_player_stop = nullptr;
-  WedgedPasses(3);
-  vlc_.ClearCalls();
-  WedgedPasses(3);
-  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_media"), 0);
-  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 0);
-  EXPECT_THAT(Tile(1).stall.restartTicksMs, ElementsAre(fakeNow));
-}
-
 TEST_F(TileRecoveryTest, ATileWithoutAUrlIsNotRestarted) {
   Tile(1).url.clear();
   WedgedPasses(6);
@@ -302,6 +314,19 @@ TEST_F(TileRecoveryTest, TheOriginalTileGoesBackToItsTimeAfterThePlay) {
   ASSERT_NE(play, calls.end());
   EXPECT_EQ(*(play + 1), "libvlc_media_player_set_time(player1, 42000, 0)");
   EXPECT_TRUE(log_.Has("INFO [StallDetector] mv_primary wedge persisted after cheap nudge – restarting media"));
+}
+
+TEST_F(TileRecoveryTest, ARestartReadsTheTimeBeforeTheStop) {
+  vlc_.SetPlaying(TilePlayer(1), false);
+  Watchable(TilePlayer(0));
+  WedgedPasses(5);
+  vlc_.ClearCalls();
+  WedgedPass();
+  std::vector<std::string> calls = vlc_.Calls();
+  std::erase_if(calls, [](const std::string& call) {
+    return call.find("get_time(") == std::string::npos && call.find("stop(") == std::string::npos;
+  });
+  EXPECT_THAT(calls, ElementsAre("libvlc_media_player_get_time(player1)", "libvlc_media_player_stop(player1)"));
 }
 
 TEST_F(TileRecoveryTest, WhenOneTileGivesUpThePassGoesOnAndNoneFollows) {

@@ -363,6 +363,28 @@ TEST_F(PlayerStartup, CleanupDestroysTheChildWindowAndForgetsTheWindows) {
   EXPECT_EQ(state_.eventManager_, nullptr);
 }
 
+TEST_F(PlayerStartup, CleanupDestroysTheChildWindowAfterTheReleases) {
+  Start();
+  const HWND child = state_.vlcWindow_;
+  bool isThere = false;
+  vlc_.OnCall("libvlc_release", [&] { isThere = IsWindow(child) != FALSE; });
+  player_.Cleanup();
+  vlc_.OnCall("libvlc_release", nullptr);
+  EXPECT_TRUE(isThere);
+}
+
+TEST_F(PlayerStartup, CleanupDestroysTheCallbackLast) {
+  Start();
+  const HWND child = state_.vlcWindow_;
+  bool wasLast = false;
+  std::shared_ptr<void> callbacksOwn(&wasLast, [&](void*) {
+    wasLast = !IsWindow(child) && !state_.vlcWindow_ && !state_.parentWindow_.load() && !state_.eventManager_;
+  });
+  state_.eventCallback_ = [own = std::move(callbacksOwn)](const char*, const char*) {};
+  player_.Cleanup();
+  EXPECT_TRUE(wasLast);
+}
+
 TEST_F(PlayerStartup, CleanupKeepsTheVolumeAndTheStringsAndEmptiesTheCallback) {
   Start();
   SetMedia("http://host/a");

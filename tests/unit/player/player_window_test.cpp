@@ -1,5 +1,6 @@
 // Size and stacking of the video's window.
 #include "tests/unit/player/player_fixture.h"
+#include "tests/unit/player/window_calls.h"
 
 namespace vantro::test {
 namespace {
@@ -19,6 +20,14 @@ TEST_F(StartedPlayerTest, ResizeMovesTheChildWindow) {
                                  "INFO EnsureZOrder: parent=" + PointerText(parent_.get()) +
                                      " vlc=" + PointerText(state_.vlcWindow_) + " overlay=" + PointerText(nullptr),
                                  "INFO [Resize] Resized VLC window to 640x360"));
+}
+
+TEST_F(StartedPlayerTest, ResizeRepaintsTheChildWindowAndThenStacksIt) {
+  const WindowCalls calls({{state_.vlcWindow_, "video"}});
+  player_.Resize(5, 30, 640, 360);
+  EXPECT_THAT(calls.Lines(),
+              ElementsAre("MoveWindow video 5,30 640x360 repaint",
+                          "SetWindowPos video HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE"));
 }
 
 TEST_F(StartedPlayerTest, ResizeInMultiViewModeIgnoresItsArguments) {
@@ -46,76 +55,64 @@ TEST_F(StartedPlayerTest, ResizeOfAPlayerInTheParentLeavesTheParentAlone) {
   EXPECT_EQ(log_.CountContaining("EnsureZOrder"), 0);
 }
 
-// What EnsureZOrder asks of the system, seen by the windows that it asks it for.
+// What EnsureZOrder asks of the system.
 class Stacking : public StartedPlayerTest {
  protected:
-  struct Placement {
-    HWND window;
-    HWND insertAfter;
-    UINT flags;
-    bool operator==(const Placement&) const = default;
-  };
-  static constexpr UINT kFlagsA = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
-  static constexpr UINT kFlagsB = kFlagsA | SWP_SHOWWINDOW;
-
-  void SetUp() override {
-    StartedPlayerTest::SetUp();
-    placements_.clear();
-  }
   HWND MakeChild() {
     return CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 10, 10, parent_.get(), nullptr, nullptr, nullptr);
   }
-  // Records the placements of the window from now on.
-  static HWND Watch(HWND window) {
-    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Record));
-    return window;
+  std::vector<std::string> StackingCalls() {
+    const WindowCalls calls({{state_.vlcWindow_, "video"}, {state_.overlayWindow_, "overlay"}});
+    player_.EnsureZOrder();
+    return calls.Lines();
   }
-  static LRESULT CALLBACK Record(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_WINDOWPOSCHANGING) {
-      const auto* const position = reinterpret_cast<const WINDOWPOS*>(lParam);
-      placements_.push_back({window, position->hwndInsertAfter, position->flags & kFlagsB});
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
-  }
-
-  static inline std::vector<Placement> placements_;
 };
 
+constexpr char kVideoOutOfTopmost[] = "SetWindowPos video HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE";
+constexpr char kOverlayBehindVideo[] =
+    "SetWindowPos overlay video 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE|SWP_SHOWWINDOW";
+
 TEST_F(Stacking, WithoutAnOverlayTakesTheVideoOutOfTheTopmostLayer) {
-  const HWND video = Watch(state_.vlcWindow_);
-  player_.EnsureZOrder();
-  EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_NOTOPMOST, kFlagsA}));
+  EXPECT_THAT(StackingCalls(), ElementsAre(kVideoOutOfTopmost));
 }
 
 TEST_F(Stacking, TakesAnOverlayThatIsGoneForNone) {
   ParentWindow overlay(50, 50);
   state_.overlayWindow_ = overlay.get();
   overlay.Destroy();
-  const HWND video = Watch(state_.vlcWindow_);
-  player_.EnsureZOrder();
-  EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_NOTOPMOST, kFlagsA}));
+  EXPECT_THAT(StackingCalls(), ElementsAre(kVideoOutOfTopmost));
 }
 
 TEST_F(Stacking, OfAChildOverlayPutsItOnTopAndTheVideoAtTheBottom) {
-  const HWND video = Watch(state_.vlcWindow_);
-  const HWND overlay = Watch(MakeChild());
-  state_.overlayWindow_ = overlay;
-  player_.EnsureZOrder();
-  EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_BOTTOM, kFlagsA}, Placement{overlay, video, kFlagsB},
-                                       Placement{overlay, HWND_TOP, kFlagsB}));
-  EXPECT_EQ(GetWindow(parent_.get(), GW_CHILD), overlay);
+  state_.overlayWindow_ = MakeChild();
+  EXPECT_THAT(
+      StackingCalls(),
+      ElementsAre("SetWindowPos video HWND_BOTTOM 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE", kOverlayBehindVideo,
+                  "SetWindowPos overlay HWND_TOP 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE|SWP_SHOWWINDOW"));
+  EXPECT_EQ(GetWindow(parent_.get(), GW_CHILD), state_.overlayWindow_);
 }
 
 TEST_F(Stacking, OfATopLevelOverlayPlacesItBehindTheVideoAndShowsIt) {
   // The system takes only a sibling as the window to insert after, so the video is a top-level window here.
   DestroyWindow(state_.vlcWindow_);
-  const ParentWindow videoWindow(60, 60);
-  const ParentWindow overlayWindow(50, 50);
-  const HWND video = state_.vlcWindow_ = Watch(videoWindow.get());
-  const HWND overlay = state_.overlayWindow_ = Watch(overlayWindow.get());
-  player_.EnsureZOrder();
-  EXPECT_THAT(placements_, ElementsAre(Placement{video, HWND_NOTOPMOST, kFlagsA}, Placement{overlay, video, kFlagsB}));
-  EXPECT_TRUE(IsWindowVisible(overlay));
+  const ParentWindow video(60, 60);
+  const ParentWindow overlay(50, 50);
+  state_.vlcWindow_ = video.get();
+  state_.overlayWindow_ = overlay.get();
+  EXPECT_THAT(StackingCalls(), ElementsAre(kVideoOutOfTopmost, kOverlayBehindVideo));
+  EXPECT_TRUE(IsWindowVisible(overlay.get()));
+}
+
+TEST_F(Stacking, OfATopLevelOverlayLeavesAVideoAloneThatIsGone) {
+  const ParentWindow overlay(50, 50);
+  DestroyWindow(state_.vlcWindow_);
+  state_.overlayWindow_ = overlay.get();
+  EXPECT_THAT(StackingCalls(), ElementsAre(kOverlayBehindVideo));
+}
+
+TEST_F(Stacking, WithoutAnOverlayLeavesAVideoAloneThatIsGone) {
+  DestroyWindow(state_.vlcWindow_);
+  EXPECT_THAT(StackingCalls(), ElementsAre());
 }
 
 TEST_F(Stacking, OfAPlayerInTheParentIsLeftAlone) {
