@@ -1,0 +1,1 @@
+"""Changes one thing at a time in the product and says which changes no test notices."""

@@ -1,0 +1,111 @@
+"""What becomes of one change: the programs that reach it are built and run until one notices."""
+
+import dataclasses
+import time
+
+from . import reach as reaches
+from .workspace import NATIVE_PRESET, WINDOWS_PRESET, failed_tests
+
+KILLED, SURVIVED, EQUIVALENT, NOT_COMPILED = "killed", "survived", "equivalent", "not compiled"
+SLACK_SECONDS = 20  # beside thrice the time that the unchanged program takes
+INTEGRATION_SECONDS = 900
+BATCH = 4  # programs that are linked in one go, once the likeliest has noticed nothing
+
+
+@dataclasses.dataclass
+class Verdict:
+    """by names the program or test file that noticed. unconfirmed names failures that did not come again."""
+
+    verdict: str
+    by: str = ""
+    tests: list = dataclasses.field(default_factory=list)
+    ran: list = dataclasses.field(default_factory=list)
+    hung: bool = False
+    unconfirmed: list = dataclasses.field(default_factory=list)
+    seconds: float = 0.0
+
+
+class CompileError(Exception):
+    pass
+
+
+def batches(programs):
+    """The first program alone, the others in groups, never both presets in one."""
+    native = [program for program in programs if program.preset == NATIVE_PRESET]
+    windows = [program for program in programs if program.preset == WINDOWS_PRESET]
+    found = [native] if native else []
+    found += [windows[:1]] if windows else []
+    found += [windows[begin:begin + BATCH] for begin in range(1, len(windows), BATCH)]
+    return found
+
+
+class Trial:
+    """judge may be called for one mutant at a time."""
+
+    def __init__(self, workspace, reach, integration=True):
+        self.workspace = workspace
+        self.reach = reach
+        self.integration = integration
+
+    def judge(self, mutant):
+        began = time.monotonic()
+        verdict = Verdict(SURVIVED)
+        with self.workspace.changed(mutant):
+            try:
+                self._run_unit_programs(mutant, verdict)
+                if verdict.verdict == SURVIVED and self.integration:
+                    self._run_integration(mutant, verdict)
+            except CompileError:
+                verdict = Verdict(NOT_COMPILED)
+        verdict.seconds = time.monotonic() - began
+        return verdict
+
+    def _build(self, preset, targets):
+        if not self.workspace.build(preset, targets).passed:
+            raise CompileError
+
+    def _run_unit_programs(self, mutant, verdict):
+        for batch in batches(self.reach.programs_for(mutant)):
+            self._build(batch[0].preset, [program.name for program in batch])
+            for program in batch:
+                verdict.ran.append(str(program))
+                if self._notices(program, verdict):
+                    self.reach.note_kill(mutant, program)
+                    verdict.verdict, verdict.by = KILLED, str(program)
+                    return
+
+    def _limit(self, program):
+        return 3 * self.reach.seconds.get((program.preset, program.name), 10) + SLACK_SECONDS
+
+    def _notices(self, program, verdict):
+        """Whether the program fails, and again when what failed is run once more."""
+        run = self.workspace.run_program(program, self._limit(program))
+        if run.passed:
+            return False
+        verdict.tests, verdict.hung = failed_tests(run.output)[:5], run.hung
+        only = verdict.tests[0] if verdict.tests else None
+        for filter_ in dict.fromkeys((only, None)):
+            again = self.workspace.run_program(program, self._limit(program), only=filter_)
+            if not again.passed:
+                verdict.hung = verdict.hung and again.hung
+                return True
+        verdict.unconfirmed.append(f"{program}: {', '.join(verdict.tests) or 'no test named'}")
+        verdict.tests, verdict.hung = [], False
+        return False
+
+    def _run_integration(self, mutant, verdict):
+        files = reaches.integration_files(mutant.file)
+        if not files:
+            return
+        self._build(WINDOWS_PRESET, ["vantro"])
+        verdict.ran += files
+        run = self.workspace.run_integration(files, INTEGRATION_SECONDS)
+        if run.passed:
+            return
+        tests = failed_tests(run.output)[:5]
+        if tests:  # with -x there is one
+            again = self.workspace.run_integration(tests, INTEGRATION_SECONDS)
+            if again.passed:
+                verdict.unconfirmed += tests
+                return
+        verdict.verdict, verdict.by, verdict.tests, verdict.hung = KILLED, "integration", tests, run.timed_out

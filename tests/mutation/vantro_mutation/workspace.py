@@ -1,0 +1,243 @@
+"""A copy of the tree with builds, Wine and programs of its own, in which one change at a time is tried."""
+
+import contextlib
+import dataclasses
+import json
+import os
+import pathlib
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import time
+
+# The Windows build counts its lines: once, to know which programs visit which lines.
+WINDOWS_PRESET, NATIVE_PRESET = "mingw-coverage", "native-mutate"
+WINESERVER = "/usr/lib/wine/wineserver64"
+WINE = "/usr/lib/wine/wine64"
+# A changed loop may allocate or write for ever.
+MEMORY_LIMIT = 4 << 30
+FILE_LIMIT = 256 << 20
+HUNG = 97  # the exit code of the unit tests' own watchdog
+TEST_LIMIT_SECONDS = 20
+
+
+@dataclasses.dataclass(frozen=True)
+class Program:
+    """A test program of ctest. folder is its folder under tests/unit."""
+
+    name: str
+    preset: str
+    folder: str
+    command: tuple
+    working_directory: str
+
+    def __str__(self):
+        return f"{self.name} ({'native' if self.preset == NATIVE_PRESET else 'Wine'})"
+
+
+@dataclasses.dataclass(frozen=True)
+class Run:
+    code: int
+    seconds: float
+    timed_out: bool
+    output: str
+
+    @property
+    def passed(self):
+        return self.code == 0 and not self.timed_out
+
+    @property
+    def hung(self):
+        return self.timed_out or self.code == HUNG
+
+
+def tree_files(root):
+    """The files that git knows or would add."""
+    listed = subprocess.run(["git", "ls-files", "-z", "-co", "--exclude-standard"], cwd=root, check=True,
+                            stdout=subprocess.PIPE).stdout.decode().split("\0")
+    return sorted(name for name in set(listed) if name and (root / name).is_file())
+
+
+def copy_tree(root, tree):
+    """Makes the tree equal to the root but for its folder out. Files that are equal keep their times."""
+    names = tree_files(root)
+    for name in names:
+        source, target = root / name, tree / name
+        data = source.read_bytes()
+        if target.is_file() and target.read_bytes() == data:
+            continue
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.write_bytes(data)
+        shutil.copymode(source, target)
+    wanted = set(names)
+    for path in tree.rglob("*"):
+        relative = path.relative_to(tree).as_posix()
+        if path.is_file() and not relative.startswith("out/") and relative not in wanted:
+            path.unlink()
+
+
+def limit_resources():
+    resource.setrlimit(resource.RLIMIT_DATA, (MEMORY_LIMIT, MEMORY_LIMIT))
+    resource.setrlimit(resource.RLIMIT_FSIZE, (FILE_LIMIT, FILE_LIMIT))
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+
+
+class Workspace:
+    def __init__(self, root, folder, jobs=1):
+        self.root = pathlib.Path(root)
+        self.folder = pathlib.Path(folder)
+        self.tree = self.folder / "tree"
+        self.jobs = jobs
+        self._keeper = None
+        self._running = None
+        self.environment = {
+            **os.environ, "CCACHE_DIR": str(self.root / "out/mutate/ccache"), "CCACHE_MAXSIZE": "4G",
+            "CMAKE_C_COMPILER_LAUNCHER": "ccache", "CMAKE_CXX_COMPILER_LAUNCHER": "ccache",
+            "PYTHONPATH": str(self.tree / "devkit/interface"), "PYTHONDONTWRITEBYTECODE": "1",
+            "VANTRO_WINEPREFIX": str(self.tree / "out/wine/unit"), "VANTRO_BUILD": str(self.build_folder(WINDOWS_PRESET)),
+            "VANTRO_TEST_LIMIT": str(TEST_LIMIT_SECONDS), "WINEDEBUG": "-all", "GTEST_FAIL_FAST": "1",
+            # No counters are written but where they are asked for.
+            "GCOV_PREFIX": "Z:/dev/null", "GCOV_ERROR_FILE": "NUL"}
+
+    def build_folder(self, preset):
+        return self.tree / "out/build" / preset
+
+    def update(self):
+        self.tree.mkdir(parents=True, exist_ok=True)
+        copy_tree(self.root, self.tree)
+
+    def command(self, *command, seconds=None, environment=None, cwd=None, limited=False):
+        """Runs a command with everything it starts in a process group of its own, which ends with it."""
+        began = time.monotonic()
+        output = self.folder / "output.txt"
+        with open(output, "wb") as file:
+            process = subprocess.Popen(list(map(str, command)), cwd=cwd or self.tree, env=environment or self.environment,
+                                       stdin=subprocess.DEVNULL, stdout=file, stderr=subprocess.STDOUT, start_new_session=True,
+                                       preexec_fn=limit_resources if limited else None)
+        self._running = process
+        timed_out = False
+        try:
+            process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            timed_out = True
+        finally:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+            self._running = None
+        with open(output, "rb") as file:
+            file.seek(max(0, output.stat().st_size - (1 << 20)))
+            text = file.read().decode(errors="replace")
+        return Run(process.returncode, time.monotonic() - began, timed_out, text)
+
+    # Building.
+
+    def configure(self, preset):
+        run = self.command("cmake", "--preset", preset)
+        if not run.passed:
+            raise RuntimeError(f"{preset} can't be configured:\n{run.output[-2000:]}")
+
+    def build(self, preset, targets):
+        return self.command("cmake", "--build", self.build_folder(preset), "-j", self.jobs, "--target", *targets)
+
+    def programs(self, preset):
+        """The test programs of a configured build."""
+        build = self.build_folder(preset)
+        listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], check=True, stdout=subprocess.PIPE,
+                                env=self.environment).stdout
+        folders = {path.stem: path.parts[-3] for path in build.glob("tests/unit/*/CMakeFiles/*.dir")}
+        found = []
+        for test in json.loads(listed)["tests"]:
+            values = {entry["name"]: entry["value"] for entry in test["properties"]}
+            found.append(Program(test["name"], preset, folders.get(test["name"], ""), tuple(test["command"]),
+                                 values["WORKING_DIRECTORY"]))
+        return found
+
+    def objects_by_source(self, preset):
+        """{file of the tree: objects that its text goes into}, headers too, after a build."""
+        build = self.build_folder(preset)
+        text = subprocess.run(["ninja", "-C", build, "-t", "deps"], check=True, stdout=subprocess.PIPE, text=True).stdout
+        table = {}
+        current = ""
+        for line in text.splitlines():
+            if line.startswith("    "):
+                path = os.path.normpath(build / line.strip())
+                if path.startswith(f"{self.tree}/") and not path.startswith(f"{self.tree}/out/"):
+                    table.setdefault(os.path.relpath(path, self.tree), set()).add(current)
+            elif ": #deps" in line:
+                current = line.split(":")[0]
+        return table
+
+    # Wine.
+
+    def start_wine(self):
+        """Without a process that stays, each program would wait for Wine's services to start again."""
+        self.stop_wine()
+        prefix = self.environment["VANTRO_WINEPREFIX"]
+        if not pathlib.Path(prefix).is_dir():
+            subprocess.run([self.tree / "devkit/wine/prefix", prefix, "null"], check=True, env=self.environment,
+                           stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        launcher = self.build_folder(WINDOWS_PRESET) / "devkit/interface/host_launcher.exe"
+        self._keeper = subprocess.Popen([WINE, launcher, "--keep"], env={**self.environment, "WINEPREFIX": prefix},
+                                        stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                        start_new_session=True)
+
+    def stop_wine(self):
+        prefix = pathlib.Path(self.environment["VANTRO_WINEPREFIX"])
+        if prefix.is_dir():
+            subprocess.run([WINESERVER, "-k"], env={**self.environment, "WINEPREFIX": str(prefix)}, check=False,
+                           stderr=subprocess.DEVNULL)
+        if self._keeper:
+            self._keeper.stdin.close()
+            self._keeper.wait()
+            self._keeper = None
+
+    def close(self):
+        if process := self._running:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGKILL)
+        self.stop_wine()
+        for prefix in self.tree.glob("out/wine/*-*"):  # those of integration tests that were ended
+            if (prefix / "system.reg").is_file():
+                subprocess.run([WINESERVER, "-k"], env={**self.environment, "WINEPREFIX": str(prefix)}, check=False,
+                               stderr=subprocess.DEVNULL)
+
+    # Running.
+
+    def run_program(self, program, seconds, only=None, environment=None):
+        arguments = [f"--gtest_filter={only}"] if only else []
+        run = self.command(*program.command, *arguments, seconds=seconds, cwd=program.working_directory, limited=True,
+                           environment={**self.environment, **(environment or {})})
+        if run.timed_out and program.preset != NATIVE_PRESET:
+            self.start_wine()
+        return run
+
+    def run_integration(self, files, seconds):
+        launcher = os.environ.get("VANTRO_MUTATE_LAUNCHER", "").split()
+        return self.command(*launcher, "/usr/bin/python3", "-m", "pytest", "-x", "-q", "-p", "no:cacheprovider", *files,
+                            seconds=seconds)
+
+    # Changing.
+
+    @contextlib.contextmanager
+    def changed(self, mutant):
+        path = self.tree / mutant.file
+        original = path.read_bytes()
+        path.write_bytes(mutant.apply(original.decode()).encode())
+        try:
+            yield
+        finally:
+            path.write_bytes(original)
+
+
+def failed_tests(output):
+    """What GoogleTest or pytest names as failed, or what was running when the program ended."""
+    failed = re.findall(r"^\[  FAILED  \] ([\w/.]+)", output, re.MULTILINE) or \
+        re.findall(r"^FAILED (\S+)", output, re.MULTILINE) or re.findall(r"^HUNG: (\S+)", output, re.MULTILINE)
+    if not failed:
+        begun = re.findall(r"^\[ RUN      \] (\S+)", output, re.MULTILINE)
+        ended = set(re.findall(r"^\[       OK \] (\S+)", output, re.MULTILINE))
+        failed = [name for name in begun if name not in ended]
+    return list(dict.fromkeys(failed))
