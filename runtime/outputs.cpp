@@ -1,7 +1,11 @@
 #include "runtime/outputs.h"
 
-#include <cstring>
+#include <algorithm>
+#include <mutex>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "runtime/log.h"
@@ -16,41 +20,77 @@ constexpr char kWaveoutOption[] = "--aout=waveout";
 
 bool NamesOutput(const char* argument) { return argument && std::string_view(argument).starts_with(kOption); }
 
-bool HasOutput(const AudioOutput* outputs, std::string_view name) {
-  for (; outputs; outputs = outputs->next) {
-    if (outputs->name && name == outputs->name) return true;
+using Names = std::vector<std::string>;
+
+// The outputs of the library, once an instance has reported them. They come from its plugins, which a process loads once.
+class KnownOutputs {
+ public:
+  std::optional<Names> Get() const {
+    const std::lock_guard guard(lock_);
+    return names_;
   }
-  return false;
+
+  // An instance that reports none is not kept: the next instance is asked again.
+  void AskFor(Instance* instance) {
+    AudioOutput* const outputs = Real().functions.libvlc_audio_output_list_get(instance);
+    if (!outputs) return;
+    Names names;
+    for (const AudioOutput* output = outputs; output; output = output->next) {
+      if (output->name) names.emplace_back(output->name);
+    }
+    Real().functions.libvlc_audio_output_list_release(outputs);
+    const std::lock_guard guard(lock_);
+    names_ = std::move(names);
+  }
+
+ private:
+  mutable std::mutex lock_;
+  std::optional<Names> names_;
+};
+
+KnownOutputs& Known() {
+  static auto* const known = new KnownOutputs;  // never destroyed: libvlc's threads may outlive the statics
+  return *known;
+}
+
+bool Has(const Names& outputs, std::string_view name) {
+  return std::find(outputs.begin(), outputs.end(), name) != outputs.end();
 }
 
 // True when an output that the arguments name is missing and waveout can replace it.
-bool NeedsWaveout(Instance* instance, const std::vector<const char*>& arguments) {
-  AudioOutput* const outputs = Real().functions.libvlc_audio_output_list_get(instance);
-  bool missing = false;
-  for (const char* argument : arguments) {
-    missing |= NamesOutput(argument) && !HasOutput(outputs, argument + kOption.size());
-  }
-  const bool needed = missing && HasOutput(outputs, kWaveout);
-  if (outputs) Real().functions.libvlc_audio_output_list_release(outputs);
-  return needed;
+bool NeedsWaveout(const Names& outputs, const std::vector<const char*>& arguments) {
+  const bool missing = std::any_of(arguments.begin(), arguments.end(), [&outputs](const char* argument) {
+    return NamesOutput(argument) && !Has(outputs, argument + kOption.size());
+  });
+  return missing && Has(outputs, kWaveout);
+}
+
+Instance* New(const std::vector<const char*>& arguments) {
+  return Real().functions.libvlc_new(static_cast<int>(arguments.size()), arguments.data());
 }
 
 }  // namespace
 
 Instance* NewInstance(int count, const char* const* arguments) {
-  const RealFunctions& functions = Real().functions;
-  Instance* const asked = functions.libvlc_new(count, arguments);
-  if (!asked || count <= 0) return asked;
-  std::vector<const char*> replaced(arguments, arguments + count);
-  if (!NeedsWaveout(asked, replaced)) return asked;
-  for (const char*& argument : replaced) {
-    if (NamesOutput(argument)) argument = kWaveoutOption;
+  if (count <= 0) return Real().functions.libvlc_new(count, arguments);
+  const std::vector<const char*> wanted(arguments, arguments + count);
+  if (std::none_of(wanted.begin(), wanted.end(), NamesOutput)) return New(wanted);
+  Instance* asked = nullptr;
+  if (!Known().Get()) {
+    asked = New(wanted);
+    if (!asked) return nullptr;
+    Known().AskFor(asked);
   }
-  Instance* const instance = functions.libvlc_new(count, replaced.data());
-  if (!instance) return asked;
-  functions.libvlc_release(asked);
-  RUNTIME_LOG("the sound output is %s: the one that was asked for is not in this library", kWaveout);
-  return instance;
+  if (NeedsWaveout(Known().Get().value_or(Names{}), wanted)) {
+    std::vector<const char*> replaced = wanted;
+    std::replace_if(replaced.begin(), replaced.end(), NamesOutput, kWaveoutOption);
+    if (Instance* const instance = New(replaced)) {
+      if (asked) Real().functions.libvlc_release(asked);
+      RUNTIME_LOG("the sound output is %s: the one that was asked for is not in this library", kWaveout);
+      return instance;
+    }
+  }
+  return asked ? asked : New(wanted);
 }
 
 }  // namespace vantro::runtime

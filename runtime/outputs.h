@@ -9,8 +9,9 @@
 
 namespace vantro::runtime {
 
-// libvlc_new, with waveout for an output that the library doesn't have, if it has waveout. The real library must be
-// usable. Any thread.
+// libvlc_new, with waveout for an output that the library doesn't have, if it has waveout. Only an instance can tell the
+// library's outputs: the first one of the process that names an output is asked, and made again if it needs waveout; the
+// later ones are made right at once. The real library must be usable. Any thread.
 Instance* NewInstance(int count, const char* const* arguments);
 
 }  // namespace vantro::runtime

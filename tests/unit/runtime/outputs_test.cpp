@@ -8,15 +8,24 @@ using testing::ElementsAre;
 
 class OutputsTest : public AdapterTest {
  protected:
-  // The arguments of the instances that the library made for one of the host.
+  // What the library was called with for one instance of the host.
   std::vector<std::string> Made(const std::vector<const char*>& arguments) {
     published::ClearCalls();
-    libvlc_instance_t* const instance = vlc().libvlc_new(static_cast<int>(arguments.size()), arguments.data());
+    libvlc_instance_t* const instance = New(arguments);
     EXPECT_NE(instance, nullptr);
     EXPECT_EQ(published::Live().instances, 2);  // the fixture's and this one
-    vlc().libvlc_release(instance);
+    vlc_.libvlc_release(instance);
     return published::CallsOf("libvlc_new");
   }
+
+  libvlc_instance_t* New(const std::vector<const char*>& arguments) const {
+    return vlc_.libvlc_new(static_cast<int>(arguments.size()), arguments.data());
+  }
+
+ private:
+  // A copy of the adapter that knows no outputs yet, as in a process that has just started.
+  FreshAdapter fresh_{ReadFileBytes(RealLibraryFile(GetParam())), L"outputs"};
+  const Adapter& vlc_ = fresh_.functions();
 };
 OVER_BOTH_GUISES(OutputsTest);
 
@@ -34,8 +43,6 @@ TEST_P(OutputsTest, OneThatIsThereIsKept) {
 
 TEST_P(OutputsTest, AMissingOneIsKeptWhereThereIsNoWaveout) {
   published::SetOutputs({"mmdevice"});
-  EXPECT_THAT(Made({"--aout=directsound"}), ElementsAre("libvlc_new(\"--aout=directsound\")"));
-  published::SetOutputs({});
   EXPECT_THAT(Made({"--aout=directsound"}), ElementsAre("libvlc_new(\"--aout=directsound\")"));
 }
 
@@ -56,8 +63,36 @@ TEST_P(OutputsTest, WhenTheSecondInstanceFailsTheFirstIsUsed) {
 
 TEST_P(OutputsTest, WhenTheFirstInstanceFailsThereIsNone) {
   published::SetResult("libvlc_new", 0);
-  const char* const arguments[] = {"--aout=directsound"};
-  EXPECT_EQ(vlc().libvlc_new(1, arguments), nullptr);
+  EXPECT_EQ(New({"--aout=directsound"}), nullptr);
+}
+
+TEST_P(OutputsTest, TheSecondInstanceIsMadeOnce) {
+  published::SetOutputs({"waveout"});
+  Made({"--aout=directsound"});
+  EXPECT_THAT(Made({"--aout=directsound"}), ElementsAre("libvlc_new(\"--aout=waveout\")"));
+  EXPECT_THAT(published::CallsOf("libvlc_audio_output_list_get"), testing::IsEmpty());
+}
+
+TEST_P(OutputsTest, TheSecondInstanceIsMadeAsAskedForWhenItFailsWithWaveout) {
+  published::SetOutputs({"waveout"});
+  Made({"--aout=directsound"});
+  published::ClearCalls();
+  published::SetResult("libvlc_new", 0);
+  EXPECT_EQ(New({"--aout=directsound"}), nullptr);
+  EXPECT_THAT(published::CallsOf("libvlc_new"),
+              ElementsAre("libvlc_new(\"--aout=waveout\")", "libvlc_new(\"--aout=directsound\")"));
+}
+
+TEST_P(OutputsTest, AnInstanceThatTellsOfNoneDoesNotDecideForTheNext) {
+  published::SetOutputs({});
+  EXPECT_THAT(Made({"--aout=directsound"}), ElementsAre("libvlc_new(\"--aout=directsound\")"));
+  published::SetOutputs({"waveout"});
+  EXPECT_THAT(Made({"--aout=directsound"}), testing::SizeIs(2));
+}
+
+TEST_P(OutputsTest, AnInstanceThatNamesNoneIsNotAskedForOutputs) {
+  Made({"--no-audio"});
+  EXPECT_THAT(published::CallsOf("libvlc_audio_output_list_get"), testing::IsEmpty());
 }
 
 }  // namespace
