@@ -22,7 +22,7 @@ bool NamesOutput(const char* argument) { return argument && std::string_view(arg
 
 using Names = std::vector<std::string>;
 
-// The outputs of the library, once an instance has reported them. They come from its plugins, which a process loads once.
+// The outputs of the library, once an instance has reported them. They come from plugins, which a process loads once.
 class KnownOutputs {
  public:
   std::optional<Names> Get() const {
