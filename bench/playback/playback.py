@@ -405,25 +405,6 @@ def measure_windows(prefix, folder, windows=6):
     return {name: slope(values) for name, values in points.items()}
 
 
-def measure_start(prefix, folder, rounds):
-    host = Host(prefix, folder / "start-host", libraries=player_libraries(), log=False)  # makes the folder; nothing is started
-    make_bare_folder(folder / "start-bare")
-    programs = [("VantroWindowClass", host.executable), ("BarePlayer", folder / "start-bare/bare_player.exe")]
-    arguments = [part for name, path in programs for part in (name, windows_path(path))]
-    os.environ["VANTRO_LOOPBACK_PORT"] = "0"
-    prefix.environment["VANTRO_LOOPBACK_PORT"] = "0"
-    output = prefix.run(BUILD / "bench/playback/start_time.exe", rounds + 1, *arguments, timeout=240)
-    taken = {"VantroWindowClass": [], "BarePlayer": []}
-    for line in output.splitlines():
-        name, _, milliseconds = line.partition(" ")
-        if name in taken:
-            taken[name].append(float(milliseconds))
-    if any(len(values) != rounds + 1 for values in taken.values()):
-        raise RuntimeError(f"a start failed:\n{output}")
-    # The first start of each reads its files.
-    return {"host": summary(taken["VantroWindowClass"][1:]), "bare": summary(taken["BarePlayer"][1:])}
-
-
 def print_table_head(*names):
     print("\n| " + " | ".join(names) + " |\n|---|" + "---:|" * (len(names) - 1), flush=True)
 
@@ -453,7 +434,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--rounds", type=int, default=25)
     parser.add_argument("--tile-rounds", type=int, default=2)
-    parser.add_argument("--only", choices=["pictures", "start", "tiles", "windows"])
+    parser.add_argument("--only", choices=["pictures", "tiles", "windows"])
     options = parser.parse_args()
     folder = ROOT / "out/bench/playback"
     folder.mkdir(parents=True, exist_ok=True)
@@ -472,10 +453,6 @@ def main():
                     print_comparison(f"{words}: {span}", pictures[kind]["host"][moment], pictures[kind]["bare"][moment],
                                      "" if moment == "play" else "1.02")
             print_comparison("stop: request to answer; bare: call to Stopped", stops["host"], stops["bare"], "+20 ms")
-        if wanted("start"):
-            print_comparison_head()
-            start = measure_start(prefix, folder, options.rounds)
-            print_comparison("start of the process to the shown window", start["host"], start["bare"], "1.15")
         if wanted("tiles"):
             print_table_head("Tiles", "Host", "Bare", "Pictures/s, host", "Pictures/s, bare", "Ratio a picture", "Aim",
                              "Host, MiB", "Bare, MiB")

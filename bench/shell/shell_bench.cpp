@@ -1,16 +1,17 @@
 // How long the window's chrome takes, and whether it holds on to handles. Prints Markdown tables.
 //
-//   bench_shell [SECONDS]   at most so many for each line, 60 if not told
+//   bench_shell [SECONDS]          at most so many for each line, 60 if not told
+//   bench_shell chrome SECONDS     only the medians in microseconds that start_floor prints, too, as "host repaint 1.0"
 //
 // The speaker's share stands beside the whole repaint: it looks for picture files in four places on every paint.
 #include <windows.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
+#include "bench/shell/timing.h"
 #include "shell/shell_ids.h"
 #include "shell/vantro_window.h"
 #include "tests/support/process_resources.h"
@@ -18,7 +19,6 @@
 namespace {
 
 using vantro::VantroWindow;
-using Clock = std::chrono::steady_clock;
 
 // A menu's modal loop runs timers: this one closes the menu as soon as it stands.
 void CALLBACK CloseMenu(HWND, UINT, UINT_PTR, DWORD) {
@@ -44,14 +44,8 @@ struct Result {
 template <typename Action>
 Result Measure(const char* name, size_t rounds, double seconds, Action action) {
   Result result{.name = name, .microseconds = {}, .before = {}, .after = {}};
-  const auto limit = Clock::now() + std::chrono::duration<double>(seconds);
-  do {
-    const auto began = Clock::now();
-    action();
-    result.microseconds.push_back(std::chrono::duration<double, std::micro>(Clock::now() - began).count());
-  } while (result.microseconds.size() < rounds && Clock::now() < limit);
+  result.microseconds = vantro::bench::SortedMicroseconds(rounds, seconds, action);
   result.after = {};
-  std::sort(result.microseconds.begin(), result.microseconds.end());
   return result;
 }
 
@@ -79,7 +73,8 @@ void PrintResources(const std::vector<Result>& results) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const double seconds = argc > 1 ? std::atof(argv[1]) : 60;
+  const bool isBrief = argc > 2 && std::strcmp(argv[1], "chrome") == 0;
+  const double seconds = argc > 1 ? std::atof(argv[argc - 1]) : 60;
   VantroWindow window(GetModuleHandleW(nullptr));
   if (!window.Initialize()) return std::fprintf(stderr, "the window did not come up\n"), 1;
   ShowWindow(window.hwnd_, SW_SHOWNORMAL);
@@ -99,6 +94,15 @@ int main(int argc, char** argv) {
   window.ToggleFullscreen();
   openMenu();
 
+  const auto changeFullscreen = [&] { window.ToggleFullscreen(); };
+  if (isBrief) {
+    const auto repaintAll = [&] { repaint(window.hwnd_); };
+    std::printf("host repaint %.1f\n", Measure("", 10000, seconds, repaintAll).At(0.5));
+    std::printf("host fullscreen %.1f\n", Measure("", 10000, seconds, changeFullscreen).At(0.5));
+    DestroyWindow(window.hwnd_);
+    return 0;
+  }
+
   std::vector<Result> results;
   results.push_back(
       Measure("repaint of the bar with all its controls", 10000, seconds, [&] { repaint(window.hwnd_); }));
@@ -108,8 +112,7 @@ int main(int argc, char** argv) {
                             [&] { repaint(GetDlgItem(window.hwnd_, vantro::kVolumeControlId)); }));
   results.push_back(Measure("of it, the close button", 1000, seconds,
                             [&] { repaint(GetDlgItem(window.hwnd_, vantro::kCloseButtonId)); }));
-  results.push_back(
-      Measure("fullscreen or back until the overlay stands", 1000, seconds, [&] { window.ToggleFullscreen(); }));
+  results.push_back(Measure("fullscreen or back until the overlay stands", 1000, seconds, changeFullscreen));
   results.push_back(Measure("File menu opened, and closed by a timer of 10 ms", 50, seconds, openMenu));
   PrintTimes(results);
   PrintResources(results);

@@ -8,15 +8,6 @@ void Place(HWND window, int fromRight, int y, int width, int height, int clientW
   SetWindowPos(window, nullptr, clientWidth - fromRight, y, width, height, SWP_NOZORDER);
 }
 
-void SyncOverlay() {
-  Window& window = TheWindow();
-  if (window.isSyncing || !IsWindow(window.overlay)) return;
-  window.isSyncing = true;
-  PlaceOverlay(kTitleBarHeight, SWP_SHOWWINDOW);
-  if (IsWindow(window.viewWindow)) SetFocus(window.viewWindow);
-  window.isSyncing = false;
-}
-
 void OnSize() {
   const Window& window = TheWindow();
   RECT client{};
@@ -34,16 +25,19 @@ void OnPaint() {
   const Window& window = TheWindow();
   PAINTSTRUCT paint;
   const HDC dc = BeginPaint(window.main, &paint);
-  RECT bar{};
-  GetClientRect(window.main, &bar);
-  bar.top = -2;
-  bar.bottom = kTitleBarHeight;
-  FillRect(dc, &bar, window.titleBarBrush);
+  if (window.showsBar && window.draws) {
+    RECT bar{};
+    GetClientRect(window.main, &bar);
+    bar.top = -2;
+    bar.bottom = kTitleBarHeight;
+    FillRect(dc, &bar, window.titleBarBrush);
+  }
   EndPaint(window.main, &paint);
 }
 
 void OnNcPaint() {
   const Window& window = TheWindow();
+  if (!window.draws) return;
   const HDC dc = GetWindowDC(window.main);
   RECT strip{};
   GetWindowRect(window.main, &strip);
@@ -88,6 +82,15 @@ void LayoutControls() {
   Place(controls.volume, 385, 5, 80, 20, client.right);
 }
 
+void SyncOverlay() {
+  Window& window = TheWindow();
+  if (window.isSyncing || !IsWindow(window.overlay)) return;
+  window.isSyncing = true;
+  PlaceOverlay(window.isFullscreen ? 0 : kTitleBarHeight, SWP_SHOWWINDOW);
+  if (IsWindow(window.viewWindow)) SetFocus(window.viewWindow);
+  window.isSyncing = false;
+}
+
 void PlaceOverlay(int topOffset, UINT flags) {
   const Window& window = TheWindow();
   RECT client{};
@@ -117,7 +120,7 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
       OnNcPaint();
       return 0;
     case WM_DRAWITEM:
-      DrawControl(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), TheWindow().titleBarBrush);
+      if (TheWindow().draws) DrawControl(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), TheWindow().titleBarBrush);
       return TRUE;
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORBTN:

@@ -24,6 +24,9 @@ struct Window {
   HWND viewWindow = nullptr;
   bool listens = false;  // the channel stands: from here on a change of size places the video
   bool isSyncing = false;
+  bool isFullscreen = false;
+  bool showsBar = true;
+  bool draws = true;  // false: what is painted stays empty
   HHOOK hook = nullptr;
   HBRUSH titleBarBrush = nullptr;
   HBRUSH backgroundBrush = nullptr;
@@ -37,6 +40,8 @@ LRESULT CALLBACK FollowMainWindow(int code, WPARAM wParam, LPARAM lParam);
 
 // Places what keeps its distance from the right edge.
 void LayoutControls();
+// Places the overlay below the bar, or in fullscreen over everything, and gives its view the focus.
+void SyncOverlay();
 // Places the overlay and its view over the client area, below so many pixels.
 void PlaceOverlay(int topOffset, UINT flags);
 

@@ -1,6 +1,9 @@
 // The floor of a start: makes the system calls that the host's first window needs, in the host's order, and nothing
 // else. Windows, title bar, player, overlay, engine with its view and channels, hook and settings; then the window is
-// shown. No log, no checks beyond those that a call's result is needed for, no class of its own.
+// shown. No log, and no checks beyond those that a call's result is needed for.
+//
+//   start_floor                    goes on until it is ended
+//   start_floor chrome SECONDS     prints how long its chrome takes (floor_chrome.h), and ends
 #include <windows.h>
 // After windows.h, whose types they use.
 #include <commctrl.h>
@@ -17,6 +20,7 @@
 #include <iterator>
 #include <string>
 
+#include "bench/start/floor_chrome.h"
 #include "bench/start/floor_windows.h"
 #include "player/libvlc_api.h"
 
@@ -311,7 +315,7 @@ void ReadSettings() {
 
 LONG WINAPI Pass(EXCEPTION_POINTERS*) { return EXCEPTION_CONTINUE_SEARCH; }
 
-int Run(HINSTANCE instance, int showCommand) {
+int Run(HINSTANCE instance, const char* arguments, int showCommand) {
   SetUnhandledExceptionFilter(Pass);
   CreateMutexW(nullptr, FALSE, L"Vantro_StartFloor_Mutex");
   CoInitializeEx(nullptr, COINIT_MULTITHREADED);
@@ -331,6 +335,11 @@ int Run(HINSTANCE instance, int showCommand) {
   ReadSettings();
   ShowWindow(window.main, showCommand);
   UpdateWindow(window.main);
+  double seconds;
+  if (std::sscanf(arguments, "chrome %lf", &seconds) == 1) {
+    PrintChromeTimes(seconds);
+    std::_Exit(0);
+  }
   MSG message;
   while (GetMessageA(&message, nullptr, 0, 0) > 0) {
     TranslateMessage(&message);
@@ -344,6 +353,6 @@ int Run(HINSTANCE instance, int showCommand) {
 
 }  // namespace floor_program
 
-int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand) {
-  return floor_program::Run(instance, showCommand);
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR arguments, int showCommand) {
+  return floor_program::Run(instance, arguments, showCommand);
 }
