@@ -46,8 +46,9 @@ class VLCPlayer {
   void Cleanup();
   HWND ParentWindow() const { return parentWindow_.load(std::memory_order_relaxed); }
 
-  // Media and transport of the single view (vlc_player_transport.cpp). Each does nothing without a player, and logs an
-  // error when the library can't be used; a function that the library lacks makes its step a silent no-op.
+  // Media and transport of the single view (vlc_player_transport.cpp) and its window (vlc_player_window.cpp). Each does
+  // nothing without a player, and logs an error when the library can't be used; a function that the library lacks makes
+  // its step a silent no-op.
   //
   // Stops the stream, unseen by the interface, and plays the requested one in its place. False, with the reason in the
   // log, when the media can't be played: a media that could not be made leaves the player stopped and without any.
@@ -57,8 +58,7 @@ class VLCPlayer {
   libvlc_media_t* CreateMedia(const std::string& url) { return instance_.CreateMedia(url); }
   // Plays the media that is set. A player that libvlc left muted or at volume 0 comes back at 100, whatever was asked.
   void Play();
-  // Pauses, or resumes what is paused.
-  void Pause();
+  void Pause();  // or resumes what is paused
   bool IsPlaying();
   // Stops the stream and the watchdog; with suppress the interface is not told. The media stays set. A library without
   // a synchronous stop stops only the watchdog: its stream ends with the next media.
@@ -79,8 +79,7 @@ class VLCPlayer {
   // Choose a track by libvlc's id; what libvlc answers is not read.
   void SetSpuTrack(int id);
   void SetAudioTrack(int id);
-  // Kept and read by nothing.
-  void SetUserAgent(std::string userAgent) { userAgent_ = std::move(userAgent); }
+  void SetUserAgent(std::string userAgent) { userAgent_ = std::move(userAgent); }  // read by nothing
 
   // Where the events go. Returns when the callable from before is out of use; not to be called by it.
   void SetEventCallback(EventCallback callback) { eventCallback_ = std::move(callback); }
