@@ -14,32 +14,22 @@ using HandlerEntry = std::shared_ptr<const BinaryMessageHandler>;
 class PendingResponse {
  public:
   PendingResponse(FlutterDesktopMessengerRef messenger, const FlutterDesktopMessageResponseHandle* handle)
-      : messenger_(FlutterDesktopMessengerAddRef(messenger)), handle_(handle) {}
-  ~PendingResponse() { FlutterDesktopMessengerRelease(messenger_); }
-  PendingResponse(const PendingResponse&) = delete;
-  PendingResponse& operator=(const PendingResponse&) = delete;
+      : messenger_(FlutterDesktopMessengerAddRef(messenger), FlutterDesktopMessengerRelease), handle_(handle) {}
 
   void Send(const uint8_t* reply, size_t size) {
-    FlutterDesktopMessengerLock(messenger_);
-    if (FlutterDesktopMessengerIsAvailable(messenger_)) SendToEngine(reply, size);
-    FlutterDesktopMessengerUnlock(messenger_);
+    FlutterDesktopMessengerLock(messenger_.get());
+    const bool isAvailable = FlutterDesktopMessengerIsAvailable(messenger_.get());
+    if (isAvailable && std::exchange(isAnswered_, true)) {
+      ReportLine("Error: Response can be set only once. Ignoring duplicate response.");
+    } else if (isAvailable && handle_) {
+      FlutterDesktopMessengerSendResponse(messenger_.get(), handle_, reply, size);
+    }
+    FlutterDesktopMessengerUnlock(messenger_.get());
   }
 
  private:
-  void SendToEngine(const uint8_t* reply, size_t size) {
-    if (isAnswered_) {
-      ReportLine("Error: Response can be set only once. Ignoring duplicate response.");
-      return;
-    }
-    isAnswered_ = true;
-    // A message that wants no answer comes without a handle.
-    if (const auto* handle = std::exchange(handle_, nullptr)) {
-      FlutterDesktopMessengerSendResponse(messenger_, handle, reply, size);
-    }
-  }
-
-  FlutterDesktopMessengerRef messenger_;
-  const FlutterDesktopMessageResponseHandle* handle_;
+  MessengerReference messenger_;
+  const FlutterDesktopMessageResponseHandle* handle_;  // null: the message wants no answer
   bool isAnswered_ = false;
 };
 
@@ -60,17 +50,16 @@ void ForwardReply(const uint8_t* data, size_t size, void* userData) {
 }  // namespace
 
 BinaryMessengerImpl::BinaryMessengerImpl(FlutterDesktopMessengerRef messenger)
-    : messenger_(FlutterDesktopMessengerAddRef(messenger)) {}
-
-BinaryMessengerImpl::~BinaryMessengerImpl() { FlutterDesktopMessengerRelease(messenger_); }
+    : messenger_(FlutterDesktopMessengerAddRef(messenger), FlutterDesktopMessengerRelease) {}
 
 void BinaryMessengerImpl::Send(const std::string& channel, const uint8_t* message, size_t size, BinaryReply reply) {
   if (!reply) {
-    FlutterDesktopMessengerSend(messenger_, channel.c_str(), message, size);
+    FlutterDesktopMessengerSend(messenger_.get(), channel.c_str(), message, size);
     return;
   }
   auto pending = std::make_unique<BinaryReply>(std::move(reply));
-  if (FlutterDesktopMessengerSendWithReply(messenger_, channel.c_str(), message, size, ForwardReply, pending.get())) {
+  if (FlutterDesktopMessengerSendWithReply(messenger_.get(), channel.c_str(), message, size, ForwardReply,
+                                           pending.get())) {
     static_cast<void>(pending.release());  // ForwardReply owns it now
   }
 }
@@ -78,12 +67,12 @@ void BinaryMessengerImpl::Send(const std::string& channel, const uint8_t* messag
 void BinaryMessengerImpl::SetMessageHandler(const std::string& channel, BinaryMessageHandler handler) {
   if (!handler) {
     handlers_.erase(channel);
-    FlutterDesktopMessengerSetCallback(messenger_, channel.c_str(), nullptr, nullptr);
+    FlutterDesktopMessengerSetCallback(messenger_.get(), channel.c_str(), nullptr, nullptr);
     return;
   }
   HandlerEntry& entry = handlers_[channel];
   entry = std::make_shared<const BinaryMessageHandler>(std::move(handler));
-  FlutterDesktopMessengerSetCallback(messenger_, channel.c_str(), ForwardToHandler, &entry);
+  FlutterDesktopMessengerSetCallback(messenger_.get(), channel.c_str(), ForwardToHandler, &entry);
 }
 
 }  // namespace vantro

@@ -10,6 +10,9 @@
 
 namespace vantro {
 
+// A reference on the embedding's messenger, dropped with its owner.
+using MessengerReference = std::unique_ptr<FlutterDesktopMessenger, decltype(&FlutterDesktopMessengerRelease)>;
+
 // Keeps a reference on the embedding's messenger for its own life. Owned by a shared pointer, so that the channels
 // notice when it goes. Destroyed after its engine: until then the embedding holds the addresses of the handlers.
 //
@@ -19,17 +22,13 @@ namespace vantro {
 class BinaryMessengerImpl : public BinaryMessenger {
  public:
   explicit BinaryMessengerImpl(FlutterDesktopMessengerRef messenger);
-  ~BinaryMessengerImpl() override;
-  BinaryMessengerImpl(const BinaryMessengerImpl&) = delete;
-  BinaryMessengerImpl& operator=(const BinaryMessengerImpl&) = delete;
-
   // The reply runs on the main thread. A message that could not be sent destroys it uncalled.
   void Send(const std::string& channel, const uint8_t* message, size_t size, BinaryReply reply = nullptr) override;
   // A handler may replace or clear itself while it runs.
   void SetMessageHandler(const std::string& channel, BinaryMessageHandler handler) override;
 
  private:
-  FlutterDesktopMessengerRef messenger_;
+  MessengerReference messenger_;
   // The embedding's user data is the address of a channel's entry, which an ordered map keeps in place until the entry
   // is erased. Shared, so that a handler outlives its own call.
   std::map<std::string, std::shared_ptr<const BinaryMessageHandler>> handlers_;

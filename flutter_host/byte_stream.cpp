@@ -14,11 +14,6 @@ ByteBufferStreamReader::ByteBufferStreamReader(const uint8_t* message, size_t si
   end_ = begin_ + size;
 }
 
-void ByteBufferStreamReader::ReadBytes(uint8_t* buffer, size_t length) {
-  const uint8_t* const bytes = Take(length);
-  if (bytes && length != 0) std::memcpy(buffer, bytes, length);
-}
-
 // Out of line and cold: the fast path of a read stays a comparison.
 const uint8_t* ByteBufferStreamReader::ReportInvalidRead() {
   ReportLine("Invalid read in StandardCodecByteStreamReader");
@@ -35,11 +30,17 @@ bool ByteBufferStreamReader::Enter() {
   return false;
 }
 
-size_t ByteBufferStreamReader::ClaimRoom(size_t claimed, size_t fewestBytes) {
-  if (nesting_ <= 1) return std::min(claimed, Left() / fewestBytes);
-  if (claimed > claimable_ / fewestBytes) return ReportInvalidRead(), 0;
-  claimable_ -= claimed * fewestBytes;
-  return claimed;
+EncodableValue* ByteBufferStreamReader::MakeRoom(size_t claimed) {
+  size_t room = claimed;
+  if (nesting_ <= 1) {
+    room = std::min(claimed, Left());
+  } else if (claimed <= claimable_) {
+    claimable_ -= claimed;
+  } else {
+    ReportInvalidRead();
+    return nullptr;
+  }
+  return reinterpret_cast<EncodableValue*>(arena_->Take(room * sizeof(EncodableValue)));
 }
 
 void ByteVector::Grow(size_t length) {

@@ -42,7 +42,10 @@ class ByteBufferStreamReader final : public ByteStreamReader {
     const uint8_t* byte = Take(1);
     return byte ? *byte : 0;
   }
-  void ReadBytes(uint8_t* buffer, size_t length) override;
+  void ReadBytes(uint8_t* buffer, size_t length) override {
+    const uint8_t* const bytes = Take(length);
+    if (bytes && length != 0) std::memcpy(buffer, bytes, length);
+  }
   void ReadAlignment(uint8_t alignment) override { Align(alignment); }
 
   // The next bytes, which lie in the arena, or null when fewer are left.
@@ -64,23 +67,14 @@ class ByteBufferStreamReader final : public ByteStreamReader {
   // False, failed and refused when one more list or map would nest too deeply. Each success is paired with Leave.
   bool Enter();
   void Leave() { --nesting_; }
-  // Room for the elements that the list or map just entered claims to have: for all of them, or for as many as there
-  // are bytes left for. Fails, with null, when an enclosing one must come to be cut short.
-  //
-  // An element takes a byte at least, and an entry two, so that all lists and maps of a whole message together never
-  // claim more than its size. That bounds the room by 32 bytes a byte: 16 for the outermost, and 16 for all inside it.
-  // Where more is claimed inside, one of the lists and maps around the place cannot be whole, and what is cut short is
-  // dropped from the one that encloses it.
-  template <class Element>
-  Element* MakeRoom(size_t claimed) {
-    constexpr size_t kFewestBytes = sizeof(Element) / sizeof(EncodableValue);
-    const size_t room = ClaimRoom(claimed, kFewestBytes);
-    return failed_ ? nullptr : reinterpret_cast<Element*>(arena_->Take(room * sizeof(Element)));
-  }
+  // Room for the values that the list or map just entered claims to have: for all of them or, in the outermost, for as
+  // many as there are bytes left. Fails, with null, when an enclosing one must come to be cut short and drops this one.
+  // That is known once all inside the outermost one have claimed more values than the message has bytes, since a value
+  // takes a byte at least. So the room takes at most 32 bytes a byte: 16 for the outermost, and 16 for all inside it.
+  EncodableValue* MakeRoom(size_t claimed);
 
  private:
   size_t Left() const { return static_cast<size_t>(end_ - at_); }
-  size_t ClaimRoom(size_t claimed, size_t fewestBytes);
   const uint8_t* ReportInvalidRead();
 
   const uint8_t* begin_;

@@ -1,5 +1,6 @@
 #include "flutter_host/encodable_value.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace vantro {
@@ -9,10 +10,7 @@ namespace {
 constexpr size_t kFewEntries = 24;
 
 int CompareEach(const EncodableValue& left, const EncodableValue& right) { return Compare(left, right); }
-int CompareEach(const EncodableEntry& left, const EncodableEntry& right) {
-  const int keys = Compare(left.key, right.key);
-  return keys != 0 ? keys : Compare(left.value, right.value);
-}
+int CompareEach(std::string_view left, std::string_view right) { return left.compare(right); }
 template <class T>
 requires std::is_scalar_v<T>
 int CompareEach(T left, T right) {
@@ -21,39 +19,31 @@ int CompareEach(T left, T right) {
   }
   return (left > right) - (left < right);
 }
-
-using Comparison = int(const EncodableValue& left, const EncodableValue& right);
-
-int CompareNulls(const EncodableValue&, const EncodableValue&) { return 0; }
-template <class T>
-int CompareScalars(const EncodableValue& left, const EncodableValue& right) {
-  return CompareEach(*left.Get<T>(), *right.Get<T>());
-}
 template <class Element>
-int CompareElements(const EncodableValue& left, const EncodableValue& right) {
-  const auto* const leftAt = static_cast<const Element*>(left.elements());
-  const auto* const rightAt = static_cast<const Element*>(right.elements());
+int CompareEach(std::span<const Element> left, std::span<const Element> right) {
   for (size_t at = 0; at < left.size() && at < right.size(); ++at) {
-    if (const int elements = CompareEach(leftAt[at], rightAt[at])) return elements;
+    if (const int elements = CompareEach(left[at], right[at])) return elements;
   }
   return CompareEach(left.size(), right.size());
 }
 
-// Of two values of one alternative, in the order of the alternatives.
-constexpr Comparison* kComparisons[] = {CompareNulls,
-                                        CompareScalars<bool>,
-                                        CompareScalars<int32_t>,
-                                        CompareScalars<int64_t>,
-                                        CompareScalars<double>,
-                                        CompareElements<uint8_t>,
-                                        CompareElements<uint8_t>,
-                                        CompareElements<int32_t>,
-                                        CompareElements<int64_t>,
-                                        CompareElements<double>,
-                                        CompareElements<EncodableValue>,
-                                        CompareElements<EncodableEntry>,
-                                        CompareScalars<const CustomEncodableValue*>,
-                                        CompareElements<float>};
+template <class T>
+int CompareAs(const EncodableValue& left, const EncodableValue& right) {
+  if constexpr (std::is_same_v<T, std::monostate>) {
+    return 0;
+  } else if constexpr (std::is_same_v<T, EncodableMap>) {
+    return CompareEach(left.contents(), right.contents());
+  } else {
+    return CompareEach(*left.Get<T>(), *right.Get<T>());
+  }
+}
+
+// Two values of one of these alternatives.
+template <class... Types>
+int CompareAlike(EncodableTypes<Types...>, const EncodableValue& left, const EncodableValue& right) {
+  static constexpr int (*kComparisons[])(const EncodableValue&, const EncodableValue&) = {CompareAs<Types>...};
+  return kComparisons[static_cast<size_t>(left.kind())](left, right);
+}
 
 // Nearly every key is a string, and most differ in their first character.
 bool IsKeyLess(const EncodableEntry& left, const EncodableEntry& right) {
@@ -66,11 +56,8 @@ bool IsKeyLess(const EncodableEntry& left, const EncodableEntry& right) {
 
 // Faster than a merge for the few entries that most maps have, and without memory of its own.
 void InsertionSort(EncodableEntry* entries, size_t count) {
-  for (size_t at = 1; at < count; ++at) {
-    const EncodableEntry entry = entries[at];
-    size_t place = at;
-    for (; place > 0 && IsKeyLess(entry, entries[place - 1]); --place) entries[place] = entries[place - 1];
-    entries[place] = entry;
+  for (EncodableEntry* entry = entries; entry != entries + count; ++entry) {
+    std::rotate(std::upper_bound(entries, entry, *entry, IsKeyLess), entry, entry + 1);
   }
 }
 
@@ -80,7 +67,7 @@ void InsertionSort(EncodableEntry* entries, size_t count) {
 // maps, and a message of some hundred bytes could hold up its reader for hours.
 int Compare(const EncodableValue& left, const EncodableValue& right) {
   if (left.kind() != right.kind()) return left.kind() < right.kind() ? -1 : 1;
-  return kComparisons[static_cast<size_t>(left.kind())](left, right);
+  return CompareAlike(EncodableAlternatives(), left, right);
 }
 
 size_t SortEntries(EncodableEntry* entries, size_t count) {

@@ -2,7 +2,7 @@
 // Standard library only. A value never changes, so that any thread may read it.
 #pragma once
 
-#include <algorithm>
+#include <array>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +17,6 @@ namespace vantro {
 class CustomEncodableValue;  // of a codec extension
 class EncodableMap;
 class EncodableValue;
-struct EncodableEntry;
 using EncodableList = std::span<const EncodableValue>;
 
 template <class... Types>
@@ -84,6 +83,8 @@ class EncodableValue {
   // Elements of text, a list or a map, and the first of them.
   uint32_t size() const { return size_; }
   const void* elements() const { return elements_; }
+  // The values of a list, or the keys and values of a map by turns, as they lie in memory. Empty for any other.
+  EncodableList contents() const;
 
  private:
   EncodableKind kind_ = EncodableKind::kNull;
@@ -106,16 +107,16 @@ struct EncodableEntry {
   EncodableValue key;
   EncodableValue value;
 };
+static_assert(sizeof(EncodableEntry) == 2 * sizeof(EncodableValue), "an entry lies in memory as two values");
 
 // Sorts by key and leaves, of entries with equal keys, the first one's key with the last one's value. Returns how many
 // are left, at the front.
 size_t SortEntries(EncodableEntry* entries, size_t count);
 
 // Bytes of an element of text, a list or a map.
-constexpr size_t ElementSize(EncodableKind kind) {
-  constexpr uint8_t kSizes[] = {0, 0, 0, 0, 0, 1, 1, 4, 8, 8, sizeof(EncodableValue), sizeof(EncodableEntry), 0, 4};
-  return kSizes[static_cast<size_t>(kind)];
-}
+inline constexpr uint8_t kElementSizes[] = {
+    0, 0, 0, 0, 0, 1, 1, 4, 8, 8, sizeof(EncodableValue), sizeof(EncodableEntry), 0, 4};
+constexpr size_t ElementSize(EncodableKind kind) { return kElementSizes[static_cast<size_t>(kind)]; }
 
 // A view of entries in the order of their keys, no two of which are equal.
 class EncodableMap : public std::span<const EncodableEntry> {
@@ -131,17 +132,20 @@ inline EncodableValue::EncodableValue(EncodableMap map) : EncodableValue(Encodab
 template <size_t N>
 class LocalMap {
  public:
-  explicit LocalMap(const EncodableEntry (&entries)[N]) {
-    std::copy(entries, entries + N, entries_);
-    size_ = SortEntries(entries_, N);
-  }
+  explicit LocalMap(const EncodableEntry (&entries)[N])
+      : entries_(std::to_array(entries)), size_(SortEntries(entries_.data(), N)) {}
   // Borrows the map.
-  EncodableValue value() const { return EncodableValue(EncodableMap(entries_, size_)); }
+  EncodableValue value() const { return EncodableValue(EncodableMap(entries_.data(), size_)); }
 
  private:
-  EncodableEntry entries_[N];
+  std::array<EncodableEntry, N> entries_;
   size_t size_;
 };
+
+inline EncodableList EncodableValue::contents() const {
+  if (kind_ != EncodableKind::kList && kind_ != EncodableKind::kMap) return {};
+  return {static_cast<const EncodableValue*>(elements_), size_ * ElementSize(kind_) / sizeof(EncodableValue)};
+}
 
 template <EncodableAlternative T>
 std::optional<T> EncodableValue::Get() const {

@@ -2,10 +2,19 @@
 #pragma once
 
 #include <filesystem>
-
-#include "flutter_host/dart_project.h"
+#include <string>
+#include <vector>
 
 namespace vantro {
+
+// What an engine runs.
+struct DartProject {
+  std::wstring assetsPath;
+  std::wstring icuDataPath;
+  std::wstring aotLibraryPath;  // used only by an engine built for ahead-of-time code
+  // Handed to main, the entry point; no switches of the engine.
+  std::vector<std::string> dartEntrypointArguments;
+};
 
 // Logs what of the bundle is there. Nothing that is missing stops a start: what comes of it is the embedding's to tell.
 // A file system query that fails throws std::filesystem::filesystem_error with the name of the query.

@@ -18,8 +18,6 @@ class FlutterEngine {
  public:
   FlutterEngine();
   ~FlutterEngine();
-  FlutterEngine(const FlutterEngine&) = delete;
-  FlutterEngine& operator=(const FlutterEngine&) = delete;
 
   // Checks and logs the bundle, makes the view controller and puts the view's window into the parent as a child. Called
   // once. False when the embedding gives no controller. A failing file system query throws std::filesystem errors.

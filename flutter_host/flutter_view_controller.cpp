@@ -32,13 +32,12 @@ std::unique_ptr<FlutterViewController> FlutterViewController::Create(int width, 
   return std::unique_ptr<FlutterViewController>(new FlutterViewController(controller));
 }
 
-FlutterViewController::FlutterViewController(FlutterDesktopViewControllerRef controller) : controller_(controller) {
+FlutterViewController::FlutterViewController(FlutterDesktopViewControllerRef controller)
+    : controller_(controller, FlutterDesktopViewControllerDestroy) {
   const FlutterDesktopEngineRef engine = FlutterDesktopViewControllerGetEngine(controller);
   const FlutterDesktopMessengerRef messenger = engine ? FlutterDesktopEngineGetMessenger(engine) : nullptr;
   if (messenger) messenger_ = std::make_shared<BinaryMessengerImpl>(messenger);
 }
-
-FlutterViewController::~FlutterViewController() = default;
 
 HWND FlutterViewController::ViewWindow() const {
   const FlutterDesktopViewRef view = FlutterDesktopViewControllerGetView(controller_.get());

@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "flutter_host/binary_messenger.h"
-#include "flutter_host/dart_project.h"
 #include "flutter_host/embedding_api.h"
+#include "flutter_host/flutter_bundle.h"
 
 namespace vantro {
 
@@ -17,12 +17,6 @@ class FlutterViewController {
  public:
   // Makes an engine for the project and runs it in a view of the given size in pixels. Null when the embedding refuses.
   static std::unique_ptr<FlutterViewController> Create(int width, int height, const DartProject& project);
-  // Shuts the engine down and destroys the view's window; the messenger goes after them, since the embedding calls its
-  // handlers until then.
-  ~FlutterViewController();
-  FlutterViewController(const FlutterViewController&) = delete;
-  FlutterViewController& operator=(const FlutterViewController&) = delete;
-
   // The engine's messenger, null without an engine. Channels over it fall silent when the controller goes.
   BinaryMessenger* messenger() const { return messenger_.get(); }
   // The view's window, null without a view or without a window.
@@ -33,14 +27,10 @@ class FlutterViewController {
  private:
   explicit FlutterViewController(FlutterDesktopViewControllerRef controller);
 
-  // Members are destroyed from the last to the first: the controller before the messenger.
+  // Destroyed from the last to the first: the controller, by which the engine shuts down and the view's window goes,
+  // before the messenger, whose handlers the embedding calls until then.
   std::shared_ptr<BinaryMessenger> messenger_;
-  struct DestroyController {
-    void operator()(FlutterDesktopViewControllerRef controller) const {
-      FlutterDesktopViewControllerDestroy(controller);
-    }
-  };
-  std::unique_ptr<FlutterDesktopViewController, DestroyController> controller_;
+  std::unique_ptr<FlutterDesktopViewController, decltype(&FlutterDesktopViewControllerDestroy)> controller_;
 };
 
 }  // namespace vantro

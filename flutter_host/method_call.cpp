@@ -35,9 +35,4 @@ ValueArena& MethodCall::MemoryFor(size_t messageSize) {
   return *memory;
 }
 
-void MethodCall::Set(std::string_view name, const EncodableValue& arguments) {
-  name_ = name;
-  arguments_ = arguments;
-}
-
 }  // namespace vantro

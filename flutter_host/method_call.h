@@ -19,8 +19,6 @@ class MethodCall {
   // Copies the name. Of the arguments the call gets a copy that shares their memory, which is immutable.
   MethodCall(std::string_view name, const OwnedValue& arguments);
   virtual ~MethodCall() = default;
-  MethodCall(const MethodCall&) = delete;
-  MethodCall& operator=(const MethodCall&) = delete;
 
   std::string_view method_name() const { return name_; }
   // Null when the call has none. Valid while the call lives.
@@ -30,7 +28,10 @@ class MethodCall {
 
   // For the codec: where what is decoded from a message of this size is to lie, then what has been decoded.
   ValueArena& MemoryFor(size_t messageSize);
-  void Set(std::string_view name, const EncodableValue& arguments);
+  void Set(std::string_view name, const EncodableValue& arguments) {
+    name_ = name;
+    arguments_ = arguments;
+  }
 
  private:
   LocalArena local_;

@@ -23,8 +23,6 @@ using MethodCallHandler = std::function<void(const MethodCall& call, std::unique
 class MethodChannel {
  public:
   MethodChannel(BinaryMessenger* messenger, std::string name, const MethodCodec* codec);
-  MethodChannel(const MethodChannel&) = delete;
-  MethodChannel& operator=(const MethodChannel&) = delete;
 
   // Calls a method of the interface. Without a result no reply is asked for: the only form that the host uses. Any
   // thread that the messenger accepts. A result is answered on the main thread, or destroyed unanswered when the call

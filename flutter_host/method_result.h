@@ -10,10 +10,7 @@ namespace vantro {
 // Values are borrowed for the call. Null stands for a value or details that are absent.
 class MethodResult {
  public:
-  MethodResult() = default;
   virtual ~MethodResult() = default;
-  MethodResult(const MethodResult&) = delete;
-  MethodResult& operator=(const MethodResult&) = delete;
 
   void Success(const EncodableValue& value = EncodableValue()) { SuccessInternal(value); }
   void Error(std::string_view code, std::string_view message = "", const EncodableValue& details = EncodableValue()) {

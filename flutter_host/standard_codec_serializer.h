@@ -27,8 +27,6 @@ class StandardCodecSerializer {
   static const StandardCodecSerializer& GetInstance();
 
   virtual ~StandardCodecSerializer() = default;
-  StandardCodecSerializer(const StandardCodecSerializer&) = delete;
-  StandardCodecSerializer& operator=(const StandardCodecSerializer&) = delete;
 
   // A custom value is reported on the standard error stream and leaves no byte.
   virtual void WriteValue(const EncodableValue& value, ByteBufferStreamWriter* stream) const;
@@ -36,9 +34,6 @@ class StandardCodecSerializer {
   virtual EncodableValue ReadValueOfType(uint8_t type, ByteBufferStreamReader* stream) const;
 
   EncodableValue ReadValue(ByteBufferStreamReader* stream) const { return ReadValueOfType(stream->ReadByte(), stream); }
-
- protected:
-  StandardCodecSerializer() = default;
 };
 
 }  // namespace vantro

@@ -1,5 +1,6 @@
 #include "flutter_host/value_arena.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -28,17 +29,11 @@ void ValueArena::AddBlock(size_t size) {
 }
 
 EncodableValue ValueArena::Copy(const EncodableValue& value) {
-  if (const auto list = value.Get<EncodableList>()) {
-    auto* const copy = reinterpret_cast<EncodableValue*>(Take(list->size_bytes()));
-    std::transform(list->begin(), list->end(), copy, [this](const EncodableValue& element) { return Copy(element); });
-    return EncodableValue(EncodableList(copy, list->size()));
-  }
-  if (const auto map = value.Get<EncodableMap>()) {
-    auto* const copy = reinterpret_cast<EncodableEntry*>(Take(map->size() * sizeof(EncodableEntry)));
-    std::transform(map->begin(), map->end(), copy, [this](const EncodableEntry& entry) {
-      return EncodableEntry{Copy(entry.key), Copy(entry.value)};
-    });
-    return EncodableValue(EncodableMap(copy, map->size()));
+  const EncodableList contents = value.contents();
+  if (!contents.empty()) {
+    auto* const copy = reinterpret_cast<EncodableValue*>(Take(contents.size_bytes()));
+    std::transform(contents.begin(), contents.end(), copy, [this](const EncodableValue& each) { return Copy(each); });
+    return {value.kind(), copy, value.size()};
   }
   if (value.size() == 0) return value;
   const size_t length = value.size() * ElementSize(value.kind());
