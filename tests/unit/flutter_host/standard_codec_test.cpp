@@ -1,6 +1,7 @@
 // The wire format: bytes known from the published format, in both directions.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <string>
 
@@ -127,6 +128,15 @@ TEST(Codec, TypedListsAreAlignedWhereverTheMessageLies) {
     EXPECT_EQ(reinterpret_cast<uintptr_t>(list->data()) % alignof(double), 0u) << offset;
     EXPECT_EQ(list->back(), 2.0) << offset;
   }
+}
+
+TEST(Codec, DecodedValuesDoNotPointIntoTheMessage) {
+  const Value sent = ListOf({Value("text"), Value(Bytes{1, 2, 3}), Value(std::vector<int32_t>{4, 5}),
+                             Value(std::vector<double>{0.5}), MapOf({{"key", Value("value")}})});
+  Bytes message = Encode(sent);
+  const Value decoded = Decode(message);
+  std::fill(message.begin(), message.end(), uint8_t{0xEE});
+  EXPECT_EQ(decoded, sent);
 }
 
 TEST(Codec, LastOfTwoEqualKeysWins) {
