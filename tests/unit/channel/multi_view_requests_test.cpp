@@ -98,6 +98,15 @@ TEST_F(MultiViewRequests, SetActiveIndexMakesTheTileActive) {
   EXPECT_TRUE(log_.Has("DEBUG [MvSetActiveIndex] Request to set active index to 1"));
 }
 
+TEST_F(MultiViewRequests, SetActiveIndexMakesOnlyTheActiveTileHeard) {
+  MakeGrid(2);
+  for (size_t active : {0u, 1u}) {
+    Ask("mvSetActiveIndex", MapOf({{"index", Value(static_cast<int32_t>(active))}}));
+    EXPECT_EQ(vlc_.Mute(state_.players_[active].mediaPlayer.get()), 0) << active;
+    EXPECT_EQ(vlc_.Mute(state_.players_[1 - active].mediaPlayer.get()), 1) << active;
+  }
+}
+
 TEST_F(MultiViewRequests, SetActiveIndexBeyondTheLastTileOnlyRepliesTrue) {
   MakeGrid(2);
   Ask("mvSetActiveIndex", MapOf({{"index", Value(1)}}));
@@ -132,6 +141,7 @@ TEST_F(MultiViewRequests, SwapTilesSwapsAndRepliesThePlayersVerdict) {
   state_.players_[1].name = "second";
   EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(1)}})), kTrue);
   EXPECT_EQ(state_.players_[0].name, "second");
+  EXPECT_EQ(log_.CountContaining("[MvSwapTiles] Swapped 0 <-> 1"), 1);
   EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(7)}})), kFalse);
 }
 

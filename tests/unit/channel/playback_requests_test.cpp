@@ -55,6 +55,14 @@ TEST_F(PlaybackRequests, SetMediaReadsAndLogsEveryKeyBeforeItAnswers) {
                           "DEBUG SetMedia: Final URL after parsing: ''", "DEBUG SetMedia: Using networkCacheMs: 5000"));
 }
 
+TEST_F(PlaybackRequests, SetMediaLogsNoPositionNoProfileAndNoProxyUnlessGiven) {
+  const LogCapture log;
+  Ask("setMedia", MapOf({{"initialSeekPositionMs", Value(0)}, {"playerProfile", ""}}));
+  EXPECT_THAT(log.Lines(),
+              ElementsAre("DEBUG [SetMedia] URL= isLive=1 supportsTimeshift=0 inTimeshiftMode=0",
+                          "DEBUG SetMedia: Final URL after parsing: ''", "DEBUG SetMedia: Using networkCacheMs: 5000"));
+}
+
 TEST_F(PlaybackRequests, SetMediaIsLiveUnlessABooleanSaysOtherwise) {
   Ask("setMedia", MapOf({{"URL", kUrl}, {"isLiveStream", Value(0)}}));
   EXPECT_TRUE(state_.current_.isLive);
@@ -163,6 +171,14 @@ TEST_F(PlaybackRequests, PlayWithAMediaRepliesTrueWhateverLibvlcReturns) {
   vlc_.SetResult("libvlc_media_player_play", -1);
   EXPECT_EQ(Ask("play"), kTrue);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+}
+
+TEST_F(PlaybackRequests, PausePausesWithAndWithoutAMedia) {
+  EXPECT_EQ(Ask("pause"), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 1);
+  LoadMedia();
+  EXPECT_EQ(Ask("pause"), kTrue);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 1);
 }
 
 TEST_F(PlaybackRequests, PlayPausePausesWhatPlays) {

@@ -175,7 +175,8 @@ TEST_F(RelayRequests, NestedChunkArrivesEqualAtEightClients) {
   for (size_t client = 1; client < 9; ++client) {
     EXPECT_THAT(Calls(client), ElementsAre(InterfaceCall{"providerDataReceived", NestedChunk()})) << client;
   }
-  EXPECT_TRUE(log_.Has("INFO SendProviderDataDirect: Broadcasting channels chunk directly"));
+  EXPECT_EQ(log_.Count("INFO SendProviderDataDirect: Master window sending raw data to clients"), 1);
+  EXPECT_EQ(log_.Count("INFO SendProviderDataDirect: Broadcasting channels chunk directly"), 1);
 }
 
 TEST_F(RelayRequests, ChunksArriveInTheOrderInWhichTheyWereSent) {

@@ -115,6 +115,11 @@ TEST_F(SessionMarkerFile, KeepsTheEqualsSignsOfItsLastAction) {
   EXPECT_THAT(interface_.Calls(), testing::Contains(CrashEvent("a=b")));
 }
 
+TEST_F(SessionMarkerFile, IsReadToItsEnd) {
+  StartOver("other=" + std::string(5000, 'x') + "\nrunning=1\nlastAction=seek\n");
+  EXPECT_THAT(interface_.Calls(), testing::Contains(CrashEvent("seek")));
+}
+
 TEST_F(SessionMarkerFile, CrashIsReportedOnceUnlessTheSessionCrashesAgain) {
   StartOver("running=1\nlastAction=seek\n");
   EXPECT_EQ(Marker().lastAction, "startup");
@@ -182,27 +187,6 @@ TEST_F(SessionMarkerFile, ThatCannotBeWrittenLeavesTheSessionWorking) {
   EXPECT_EQ(Ask("play"), Success(Value(true)));
   EndHandler();
   EXPECT_TRUE(std::filesystem::is_directory(MarkerFile()));
-}
-
-TEST(SessionMarkerPath, IsTheFileInTheTemporaryFolder) {
-  const ScratchFolder folder;
-  const TemporaryFolderAt temporary(folder.path());
-  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(),
-            (folder / "vantro_windows_fullscreen_native_marker.txt").string());
-}
-
-TEST(SessionMarkerPath, IsTheBareNameWithoutATemporaryFolder) {
-  const TemporaryFolderAt temporary(L"C:\\no\\such\\folder");
-  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), "vantro_windows_fullscreen_native_marker.txt");
-}
-
-TEST(SessionMarkerPath, IsTheBareNameWhenTheFolderCannotBeExpressed) {
-  if (GetACP() == CP_UTF8) GTEST_SKIP() << "every name can be expressed in this code page";
-  const ScratchFolder folder;
-  const std::filesystem::path odd = folder / L"\x65E5\x672C";
-  std::filesystem::create_directory(odd);
-  const TemporaryFolderAt temporary(odd);
-  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), "vantro_windows_fullscreen_native_marker.txt");
 }
 
 TEST_F(SessionMarkerFile, ToastCarriesItsFlagAsAWord) {

@@ -1,11 +1,18 @@
 // The Flutter view and the video's window.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 #include "shell/vantro_window.h"
 #include "tests/unit/channel/player_channel.h"
+#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {
+
+using testing::ElementsAre;
 
 class ViewRequests : public PlayerChannelTest {
  protected:
@@ -38,6 +45,57 @@ TEST_F(ViewRequests, HideAndShowSwitchTheViewInsideTheOverlay) {
   EXPECT_EQ(Ask("showFlutterView"), kTrue);
   EXPECT_TRUE(engine_->visible_);
   EXPECT_TRUE(GetWindowLongA(View(), GWL_STYLE) & WS_VISIBLE);
+}
+
+// What the requests ask of the view's window, as one line a call. Each call goes on to the system.
+class ViewCalls {
+ public:
+  ViewCalls() { current = this; }
+  ~ViewCalls() { current = nullptr; }
+  ViewCalls(const ViewCalls&) = delete;
+  ViewCalls& operator=(const ViewCalls&) = delete;
+  const std::vector<std::string>& Lines() const { return lines_; }
+
+ private:
+  static BOOL WINAPI Show(HWND window, int command) {
+    current->lines_.push_back("show " + std::to_string(command));
+    return reinterpret_cast<decltype(&ShowWindow)>(current->show_.Original())(window, command);
+  }
+  static BOOL WINAPI SetLayered(HWND window, COLORREF key, BYTE alpha, DWORD flags) {
+    current->lines_.push_back("key " + std::to_string(key) + " alpha " + std::to_string(alpha) + " flags " +
+                              std::to_string(flags));
+    return reinterpret_cast<decltype(&SetLayeredWindowAttributes)>(current->setLayered_.Original())(window, key, alpha,
+                                                                                                    flags);
+  }
+
+  static ViewCalls* current;
+  std::vector<std::string> lines_;
+  ImportHook show_{"user32.dll", "ShowWindow", reinterpret_cast<void*>(&Show)};
+  ImportHook setLayered_{"user32.dll", "SetLayeredWindowAttributes", reinterpret_cast<void*>(&SetLayered)};
+};
+
+ViewCalls* ViewCalls::current = nullptr;
+
+TEST_F(ViewRequests, HideAndShowUseTheirOwnCommandsOfShowWindow) {
+  const ViewCalls calls;
+  Ask("hideFlutterView");
+  Ask("showFlutterView");
+  EXPECT_THAT(calls.Lines(), ElementsAre("show 0", "show 5"));
+}
+
+TEST_F(ViewRequests, AlphaIsSetWithoutAColourKeyAndOnlyBelowOne) {
+  const ViewCalls calls;
+  SetLevel(Value(0.5));
+  SetLevel(Value(1.0));
+  EXPECT_THAT(calls.Lines(), ElementsAre("key 0 alpha 127 flags 2"));
+}
+
+TEST_F(ViewRequests, AlphaKeepsTheOtherExtendedStyles) {
+  SetWindowLongA(View(), GWL_EXSTYLE, WS_EX_NOPARENTNOTIFY);
+  SetLevel(Value(0.5));
+  EXPECT_EQ(GetWindowLongA(View(), GWL_EXSTYLE), WS_EX_NOPARENTNOTIFY | WS_EX_LAYERED);
+  SetLevel(Value(1.0));
+  EXPECT_EQ(GetWindowLongA(View(), GWL_EXSTYLE), WS_EX_NOPARENTNOTIFY);
 }
 
 TEST_F(ViewRequests, WithoutAViewWindowOnlyTheFieldsChange) {
