@@ -42,6 +42,8 @@ DWORD WINAPI FolderWithoutASeparator(DWORD, LPWSTR folder) {
   return 10;
 }
 
+DWORD WINAPI FileInPlaceOfAFolder(DWORD room, LPWSTR folder) { return GetModuleFileNameW(nullptr, folder, room); }
+
 // More than there is room for; what the room holds is a folder nevertheless.
 DWORD WINAPI FolderThatIsTooLong(DWORD room, LPWSTR folder) {
   lstrcpyW(folder, L"C:\\windows\\");
@@ -69,9 +71,7 @@ TEST(SessionMarkerPath, IsTheBareNameWhenTheFolderCannotBeExpressed) {
 }
 
 TEST(SessionMarkerPath, IsTheBareNameWhenTheFolderIsAFile) {
-  const ScratchFolder folder;
-  WriteFileBytes(folder / "file", "");
-  const TemporaryFolderAt temporary(folder / "file");
+  const NewerTempPath newer(&FileInPlaceOfAFolder);
   EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), kName);
 }
 
