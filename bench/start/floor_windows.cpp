@@ -5,6 +5,7 @@ namespace floor_program {
 namespace {
 
 void Place(HWND window, int fromRight, int y, int width, int height, int clientWidth) {
+  if (!window) return;  // not made yet
   SetWindowPos(window, nullptr, clientWidth - fromRight, y, width, height, SWP_NOZORDER);
 }
 
@@ -45,6 +46,12 @@ void OnNcPaint() {
   strip.bottom = 3;
   FillRect(dc, &strip, window.titleBarBrush);
   ReleaseDC(window.main, dc);
+}
+
+// A control that reports hands the focus on to the view.
+void OnCommand() {
+  const Window& window = TheWindow();
+  if (GetFocus() != window.controls.search && IsWindow(window.viewWindow)) SetFocus(window.viewWindow);
 }
 
 LRESULT ControlColor(HDC dc) {
@@ -130,6 +137,7 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
       reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {640, 360};
       return 0;
     case WM_COMMAND:
+      OnCommand();
       return 0;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:

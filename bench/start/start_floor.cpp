@@ -134,6 +134,7 @@ void MakeTitleBar(HINSTANCE instance) {
   EnableWindow(controls.search, TRUE);
   const HWND focus = GetFocus();
   SetFocus(controls.search);
+  GetFocus();
   if (focus && IsWindow(focus)) SetFocus(focus);
   LayoutControls();
 }
