@@ -115,6 +115,7 @@ def print_table(taken):
                       for what in ("shown", "processor")]
         print(f"| {name} | {statistics.median(row['shown']):.1f} ms | {min(row['shown']):.1f} ms | {ratios[0]} "
               f"| {AIMS.get(name, '')} | {statistics.median(row['processor']):.1f} ms | {ratios[1]} | {len(row['shown'])} |")
+    print(f"\nLoad average of the last minute at the end of these runs: {os.getloadavg()[0]:.1f}")
 
 
 def main():
