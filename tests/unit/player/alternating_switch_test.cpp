@@ -67,7 +67,7 @@ TEST(AlternatingSwitch, TurnsWithoutEndDoNotHoldTheThreadThatCarriesThemOut) {
   EXPECT_EQ(light.TurnTo(false), Turn::kOwn);
 }
 
-TEST(AlternatingSwitch, TheTurnsOfManyThreadsAreCarriedOutOneByOneAndInTurn) {
+TEST(AlternatingSwitch, TurnsOfManyThreadsAreCarriedOutOneByOne) {
   AlternatingSwitch light;
   std::string written;  // by the thread that carries turns out, and by no other at that time
   const auto turn = [&](bool on) {

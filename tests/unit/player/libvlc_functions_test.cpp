@@ -90,7 +90,7 @@ TEST(LibVlcTable, EachSlotPointsToTheExportOfItsName) {
   }
 }
 
-TEST(LibVlcTable, AModuleWithoutTheFunctionsLeavesTheSlotsEmptyAndCountsAsLoaded) {
+TEST(LibVlcTable, AModuleWithoutTheFunctionsCountsAsLoadedWithEmptySlots) {
   LibVlcFunctions functions{};
   ResolveLibVlcFunctions(GetModuleHandleA("kernel32.dll"), functions);
   for (const LibVlcSlot& slot : LibVlcSlots()) EXPECT_EQ(SlotPointer(functions, slot), nullptr) << slot.name;

@@ -32,7 +32,7 @@ struct EventRow {
 
 class EventRowTest : public PlayerEventsTest, public testing::WithParamInterface<EventRow> {};
 
-TEST_P(EventRowTest, TellsTheInterfaceAndLeavesTheWatchdogAsTold) {
+TEST_P(EventRowTest, TellsTheInterfaceAndStopsTheWatchdogWhereItShould) {
   player_.StartStallWatchdog();
   EXPECT_EQ(Raise(GetParam().type, GetParam().value), 1);
   EXPECT_THAT(events_.Take(), ElementsAre(GetParam().told));
@@ -85,7 +85,7 @@ TEST_F(PlayerEventsTest, AnErrorCarriesItsFixedTextAndNeverLibvlcs) {
   EXPECT_EQ(vlc_.CountOf("libvlc_errmsg"), 0);
 }
 
-TEST_F(PlayerEventsTest, WithoutACallbackPausedStillStopsTheWatchdogAndPlayingStartsIt) {
+TEST_F(PlayerEventsTest, EventsSwitchTheWatchdogWithoutACallback) {
   state_.eventCallback_ = nullptr;
   Raise(kPlaying);
   EXPECT_TRUE(state_.stallWatchdogActive_);

@@ -102,7 +102,7 @@ TEST_F(LayoutTest, EachTileStandsInItsCell) {
   }
 }
 
-TEST_F(LayoutTest, OfFiveAndMoreTilesTheLastLiesOnTopOfTheFourthCell) {
+TEST_F(LayoutTest, TheLastOfMoreThanFourTilesCoversTheFourthCell) {
   StartGrid(6);
   EXPECT_EQ(PlaceOf(3), PlaceOf(5));
   EXPECT_EQ(GetTopWindow(parent_.get()), Tile(5).window);
@@ -155,7 +155,7 @@ TEST_F(LayoutTest, ATileInTheParentItselfIsPassedOver) {
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_hwnd"), 1);
 }
 
-TEST_F(LayoutTest, AWindowThatCannotBePlacedIsLoggedAndTheOthersGoOn) {
+TEST_F(LayoutTest, ATileThatCannotBePlacedLeavesTheOthersAlone) {
   StartGrid(2);
   DestroyWindow(Tile(0).window);
   Layout();
@@ -170,7 +170,7 @@ BOOL WINAPI RefuseToMeasure(HWND window, RECT* rect) {
   return window == unmeasured ? FALSE : realGetClientRect(window, rect);
 }
 
-TEST_F(LayoutTest, AWindowThatCannotBeMeasuredIsLoggedAndTheOthersGoOn) {
+TEST_F(LayoutTest, ATileThatCannotBeMeasuredLeavesTheOthersAlone) {
   StartGrid(2);
   const ImportHook hook("user32.dll", "GetClientRect", reinterpret_cast<void*>(RefuseToMeasure));
   realGetClientRect = reinterpret_cast<decltype(realGetClientRect)>(hook.Original());
@@ -191,7 +191,7 @@ TEST_F(LayoutTest, ATileWithoutAPlayerIsPlacedAndNoMore) {
 
 // Messages.
 
-TEST_F(LayoutTest, ATilesWindowIsSentTheFourMessagesOfAResizeInOrder) {
+TEST_F(LayoutTest, ATilesWindowIsSentFourResizeMessagesInOrder) {
   StartGrid(2);
   ResizeParent(1000, 700);
   const Rect cell = GetTileRect(1000, 700, 2, 1);
@@ -226,7 +226,7 @@ TEST_F(LayoutTest, ATilesWindowIsRepaintedAtOnce) {
   EXPECT_TRUE(recorder.Painted());
 }
 
-TEST_F(LayoutTest, ATileIsPlacedOnTopAndShownThenItsWholeWindowIsErased) {
+TEST_F(LayoutTest, ATileIsPlacedOnTopShownAndErasedWhole) {
   StartGrid(2);
   const WindowCalls calls({{Tile(1).window, "tile"}});
   player_.UpdateGridLayout();
@@ -261,7 +261,7 @@ TEST_F(LayoutTest, TheOriginalTileIsLaidOutLikeAllOthers) {
                           "libvlc_media_player_set_hwnd(player2, " + PointerText(Tile(1).window) + ")"));
 }
 
-TEST_F(LayoutTest, AVideoWithoutASizeIsPlacedAndScaledByALaterEvent) {
+TEST_F(LayoutTest, AVideoWithoutASizeIsScaledByALaterEvent) {
   StartGrid(2);
   Layout();
   EXPECT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 0);
@@ -291,7 +291,7 @@ TEST_F(LayoutTest, WithoutTheHandleFunctionTheScaleIsStillSet) {
   EXPECT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 1);
 }
 
-TEST_F(LayoutTest, InAParentNarrowerThanTheGapTheCellsAreNegativeAndNothingIsScaled) {
+TEST_F(LayoutTest, AParentNarrowerThanTheGapMakesNegativeCellsAndNoScale) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(0), 640, 360);
   ResizeParent(8, 600);
@@ -387,7 +387,7 @@ TEST_F(LayoutTest, AScaleNeedsAPlayerASizeAndTheFunctions) {
 
 class AudioTest : public LayoutTest {};
 
-TEST_F(AudioTest, TheActiveTileIsHeardAndAllOthersAreSilencedTwiceMuteFirst) {
+TEST_F(AudioTest, OnlyTheActiveTileIsHeardMuteBeforeVolume) {
   StartGrid(3);
   player_.SetActiveIndexSafe(1);
   player_.UpdateActiveAudio();
@@ -403,7 +403,7 @@ TEST_F(AudioTest, TheActiveTileGetsFullVolumeWhateverTheVolumeControlSays) {
   EXPECT_EQ(vlc_.Volume(TilePlayer(0)), 100);
 }
 
-TEST_F(AudioTest, AnActiveIndexOutOfRangeComesBackAsZeroAndTheFirstTileIsHeard) {
+TEST_F(AudioTest, AnActiveIndexOutOfRangeBecomesZero) {
   StartGrid(2);
   for (const int index : {-1, 2}) {
     state_.activeIndex_ = index;

@@ -30,7 +30,7 @@ TEST_F(PlayerOnLibVlc4, ReplacesTheStreamBySettingTheNextMedia) {
                           "libvlc_audio_get_volume(player1)", "libvlc_audio_get_mute(player1)"));
 }
 
-TEST_F(PlayerOnLibVlc4, SuppressesNoStoppedEventBecauseNothingIsStopped) { EXPECT_FALSE(state_.suppressStoppedEvent_); }
+TEST_F(PlayerOnLibVlc4, SuppressesNoStoppedEvent) { EXPECT_FALSE(state_.suppressStoppedEvent_); }
 
 TEST_F(PlayerOnLibVlc4, StopsOnlyTheWatchdog) {
   vlc_.ClearCalls();

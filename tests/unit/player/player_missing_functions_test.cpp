@@ -212,6 +212,22 @@ INSTANTIATE_TEST_SUITE_P(Table, AudioWatchWithout,
                                 Missing{"libvlc_track_description_list_release", nullptr}),
                          FunctionName);
 
+class SetMediaWithout : public MissingFunctionTest {};
+TEST_P(SetMediaWithout, ChangesNothing) {
+  StartSingle();
+  LoseTheFunction();
+  EXPECT_FALSE(SetMedia("http://host/new"));
+  ExpectNoCallAndTheLine();
+  EXPECT_EQ(state_.current_.url, "http://host/0");
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+}
+#define LINE "ERROR Failed to get one or more VLC function pointers for SetMedia "
+INSTANTIATE_TEST_SUITE_P(Table, SetMediaWithout,
+                         Values(Missing{"libvlc_media_add_option", LINE "(set_media=1, add_option=0)"},
+                                Missing{"libvlc_media_player_set_media", LINE "(set_media=0, add_option=1)"}),
+                         FunctionName);
+#undef LINE
+
 class RepairWithout : public MissingFunctionTest {};
 TEST_P(RepairWithout, LeavesASilentPlayerAlone) {
   StartSingle();

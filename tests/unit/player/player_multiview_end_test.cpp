@@ -24,6 +24,7 @@ TEST_F(MultiViewEndTest, LeavingKeepsTheOriginalStreamAndEndsAllOthers) {
   const HWND second = Tile(1).window;
   const HWND third = Tile(2).window;
   vlc_.SetVolume(TilePlayer(0), 30);
+  player_.SetVolume(40);
   EXPECT_TRUE(player_.DisableMultiView());
   EXPECT_FALSE(state_.isMultiViewMode_);
   EXPECT_TRUE(state_.players_.empty());
@@ -168,7 +169,7 @@ TEST_F(MultiViewEndTest, PromotingAfterASwapMovedTheOriginalTileLeavesNoPlayer) 
   EXPECT_FALSE(state_.mediaPlayer_);
 }
 
-TEST_F(MultiViewEndTest, PromotingRefusesAnEmptyUrlBeforeItAsksForTheOriginalTile) {
+TEST_F(MultiViewEndTest, AnEmptyUrlIsRefusedBeforeTheOriginalTileIsLookedFor) {
   StartGrid(3);
   ASSERT_TRUE(player_.MvSwapTiles(0, 2));
   player_.SetActiveIndexSafe(1);
@@ -186,7 +187,7 @@ TEST_F(MultiViewEndTest, PromotingIsRefusedOutsideTheGridAndForAWrongIndex) {
   EXPECT_FALSE(player_.MvPromoteActiveAndExit());
 }
 
-TEST_F(MultiViewEndTest, AGridWhoseFirstTileHasNoPlayerIsReplacedAndPromotedByNameOnly) {
+TEST_F(MultiViewEndTest, AFirstTileWithoutAPlayerTakesOnlyTheNameAndUrl) {
   StartGrid(2);
   Tile(0).mediaPlayer.reset();
   vlc_.ClearCalls();

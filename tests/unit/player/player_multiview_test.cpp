@@ -111,7 +111,7 @@ TEST_F(MultiViewTest, EnteringNeitherStopsNorStartsTheWatchdog) {
 
 // Adding.
 
-TEST_F(MultiViewTest, AnAddedStreamGetsASilentPlayerThatPlaysInAWindowOfItsOwn) {
+TEST_F(MultiViewTest, AnAddedStreamPlaysSilentlyInItsOwnWindow) {
   StartGrid(1);
   ASSERT_TRUE(Add(1));
   const std::string window = PointerText(Tile(1).window);
@@ -182,7 +182,7 @@ TEST_F(MultiViewTest, AnAddLaysOutThenSetsTheAudioThenRescales) {
   EXPECT_LT(at("[UpdateActiveAudio] *** CALLED ***"), at("[UpdateMultiViewScaling] ***"));
 }
 
-TEST_F(MultiViewTest, AnAddOutsideTheGridLeavesASilentWindowWhereItWasBorn) {
+TEST_F(MultiViewTest, AnAddOutsideTheGridLeavesItsWindowUnplacedAndSilent) {
   StartWithEvents();
   ASSERT_TRUE(Add(1));
   ASSERT_EQ(state_.players_.size(), 1u);
@@ -271,7 +271,7 @@ TEST_F(MultiViewTest, AReplacedStreamKeepsItsTile) {
   EXPECT_EQ(Tile(1).stall.lastAudio, 7);
 }
 
-TEST_F(MultiViewTest, AReplaceWhoseMediaCannotBeMadeTakesTheNamesAllTheSame) {
+TEST_F(MultiViewTest, AReplaceWithoutAMediaStillTakesNameAndUrl) {
   StartGrid(1);
   vlc_.SetResult("libvlc_media_new_uri", 0);
   vlc_.SetResult("libvlc_media_new_location", 0);
@@ -334,6 +334,15 @@ TEST_F(MultiViewTest, ARemovedTileIsStoppedBeforeItsWindowGoes) {
   EXPECT_TRUE(isThere);
 }
 
+TEST_F(MultiViewTest, WithoutTheStopFunctionARemovedTileStillGoes) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  LibVlcFunctionTable().libvlc_media_player_stop = nullptr;
+  EXPECT_TRUE(player_.MvRemoveActive());
+  EXPECT_EQ(parent_.ChildCount(), 1);
+  EXPECT_EQ(vlc_.LivePlayers(), 1);
+}
+
 TEST_F(MultiViewTest, ARemovalLaysOutBeforeItSetsTheAudio) {
   StartGrid(3);
   player_.SetActiveIndexSafe(1);
@@ -349,7 +358,7 @@ TEST_F(MultiViewTest, TheFirstTileCannotBeRemoved) {
   EXPECT_TRUE(log_.Has("WARNING [MvRemoveActive] Cannot remove - conditions not met"));
 }
 
-TEST_F(MultiViewTest, ARemovalIsRefusedOutsideTheGridWithOneTileOrAWrongIndex) {
+TEST_F(MultiViewTest, ARemovalNeedsTheGridTwoTilesAndAValidIndex) {
   StartWithEvents();
   EXPECT_FALSE(player_.MvRemoveActive());
   player_.EnableMultiView();
@@ -363,7 +372,7 @@ TEST_F(MultiViewTest, ARemovalIsRefusedOutsideTheGridWithOneTileOrAWrongIndex) {
   EXPECT_EQ(state_.players_.size(), 2u);
 }
 
-TEST_F(MultiViewTest, RemovingTheOriginalTileAfterASwapStopsNothingKeepsItsWindowAndReleasesItsPlayer) {
+TEST_F(MultiViewTest, RemovingASwappedOriginalTileReleasesItsPlayerAndKeepsItsWindow) {
   StartGrid(2);
   ASSERT_TRUE(player_.MvSwapTiles(0, 1));
   ASSERT_EQ(state_.activeIndex_, 1);

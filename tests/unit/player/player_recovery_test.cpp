@@ -52,7 +52,7 @@ TEST_F(RecoveryTest, TheResumeTimerFiresAfterThreeHundredMilliseconds) {
   EXPECT_GE(GetTickCount64() - began, 280u);
 }
 
-TEST_F(RecoveryTest, AForeignTimerIsNoResume) {
+TEST_F(RecoveryTest, ATimerOfAnotherIdIsNoResume) {
   StartSingle();
   EXPECT_FALSE(player_.HandleStallNudgeTimer(1003));
 }
@@ -96,7 +96,7 @@ TEST_F(RecoveryTest, WithoutThePlayFunctionAResumeOnlyEndsItsTimer) {
   EXPECT_FALSE(HasTimer(ResumeTimerId(vlc_.Player())));
 }
 
-TEST_F(RecoveryTest, AResumeOfATileThatIsGoneTouchesNothing) {
+TEST_F(RecoveryTest, RemovingATileForgetsItsResume) {
   StartGrid(2);
   libvlc_media_player_t* const tile = TilePlayer(1);
   state_.NudgePlayer(tile);
@@ -108,7 +108,7 @@ TEST_F(RecoveryTest, AResumeOfATileThatIsGoneTouchesNothing) {
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
-TEST_F(RecoveryTest, AResumePendingAtTheEndOfTheGridGoesWithItsTile) {
+TEST_F(RecoveryTest, LeavingForgetsTheResumesOfTilesThatGo) {
   StartGrid(2);
   libvlc_media_player_t* const original = TilePlayer(0);
   libvlc_media_player_t* const tile = TilePlayer(1);
@@ -144,7 +144,7 @@ TEST_F(RecoveryTest, ANudgeAnsweredWithPausedBeginsTheLadderAnew) {
 
 // The reload of the single view.
 
-TEST_F(RecoveryTest, ADetectionAfterANudgeReloadsTheStreamAndStartsWithACleanRecord) {
+TEST_F(RecoveryTest, ADetectionAfterANudgeReloadsTheStreamWithACleanRecord) {
   StartSingle();
   WedgedPasses(3);
   vlc_.ClearCalls();
@@ -157,7 +157,7 @@ TEST_F(RecoveryTest, ADetectionAfterANudgeReloadsTheStreamAndStartsWithACleanRec
   EXPECT_EQ(state_.current_.title, "Title");
 }
 
-TEST_F(RecoveryTest, ASingleStreamThatWedgesOnAndOnIsNudgedAndReloadedWithoutEnd) {
+TEST_F(RecoveryTest, ASingleStreamIsReloadedWithoutEnd) {
   StartSingle();
   WedgedPasses(60);
   EXPECT_EQ(log_.CountContaining("restart budget exceeded"), 0);
@@ -329,7 +329,7 @@ TEST_F(TileRecoveryTest, ARestartReadsTheTimeBeforeTheStop) {
   EXPECT_THAT(calls, ElementsAre("libvlc_media_player_get_time(player1)", "libvlc_media_player_stop(player1)"));
 }
 
-TEST_F(TileRecoveryTest, WhenOneTileGivesUpThePassGoesOnAndNoneFollows) {
+TEST_F(TileRecoveryTest, WhenATileGivesUpThePassGoesOnAndIsTheLast) {
   ASSERT_TRUE(Add(2));
   Watchable(TilePlayer(2));
   HealthyPass();

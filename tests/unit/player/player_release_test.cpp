@@ -45,7 +45,7 @@ class ReleaseTest : public GridTest {
   std::atomic<bool> left_{false};
 };
 
-TEST_F(ReleaseTest, ARemovedTileIsReleasedThoughAnotherTilesTimeIsBeingTold) {
+TEST_F(ReleaseTest, ARemovedTileIsReleasedWhileAnotherTilesEventRuns) {
   StartGrid(3);
   player_.SetActiveIndexSafe(1);
   BeginEvent(TilePlayer(0), kTimeChanged);
@@ -54,7 +54,7 @@ TEST_F(ReleaseTest, ARemovedTileIsReleasedThoughAnotherTilesTimeIsBeingTold) {
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
 }
 
-TEST_F(ReleaseTest, TheTilesOfAGridThatEndsAreReleasedThoughAnotherTilesTimeIsBeingTold) {
+TEST_F(ReleaseTest, LeavingReleasesTilesWhileAnotherTilesEventRuns) {
   StartGrid(3);
   BeginEvent(TilePlayer(0), kTimeChanged);
   ASSERT_TRUE(player_.DisableMultiView());
@@ -80,13 +80,17 @@ TEST_F(ReleaseTest, TilesLeftFromOutsideTheGridAreReleasedWhenAGridBegins) {
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
 }
 
-TEST_F(ReleaseTest, CleanupReleasesPlayerMediaAndInstanceInThisOrderThoughAnEventIsBeingTold) {
+TEST_F(ReleaseTest, CleanupReleasesPlayerMediaAndInstanceInOrderWhileAnEventRuns) {
   StartWithEvents();
   ASSERT_TRUE(SetMedia("http://host/0"));
   ASSERT_TRUE(Add(1));
   BeginEvent(vlc_.Player(2), kPlaying);
   vlc_.ClearCalls();
+  bool hadEnded = false;
+  vlc_.OnCall("libvlc_media_player_release", [&] { hadEnded = left_; });
   player_.Cleanup();
+  vlc_.OnCall("libvlc_media_player_release", nullptr);
+  EXPECT_TRUE(hadEnded);
   std::vector<std::string> releases = vlc_.Calls();
   std::erase_if(releases, [](const std::string& call) { return call.find("_release(") == std::string::npos; });
   EXPECT_THAT(releases, ElementsAre("libvlc_media_player_release(player1)", "libvlc_media_release(media1)",
@@ -94,7 +98,7 @@ TEST_F(ReleaseTest, CleanupReleasesPlayerMediaAndInstanceInThisOrderThoughAnEven
 }
 
 // A video output of libvlc sends messages to the window that it draws into.
-TEST_F(ReleaseTest, AThreadOfLibvlcThatSendsAMessageToTheWindowIsAnsweredWhileItsEventIsWaitedFor) {
+TEST_F(ReleaseTest, SentMessagesAreAnsweredWhileAnEventIsWaitedFor) {
   StartGrid(3);
   player_.SetActiveIndexSafe(1);
   std::atomic<LRESULT> answered{0};
@@ -108,7 +112,7 @@ TEST_F(ReleaseTest, AThreadOfLibvlcThatSendsAMessageToTheWindowIsAnsweredWhileIt
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_release"), 1);
 }
 
-TEST_F(ReleaseTest, PostedMessagesAndTimersStayInTheQueueWhileAnEventIsWaitedFor) {
+TEST_F(ReleaseTest, PostedMessagesAndTimersStayQueuedWhileAnEventIsWaitedFor) {
   StartGrid(2);
   player_.SetActiveIndexSafe(1);
   PostMessageA(parent_.get(), WM_APP, 0, 0);

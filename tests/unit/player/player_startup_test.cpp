@@ -8,6 +8,7 @@
 #include "player/player_events.h"
 #include "player/vlc_runtime.h"
 #include "tests/unit/player/player_fixture.h"
+#include "tests/unit/player/window_calls.h"
 
 namespace vantro::test {
 namespace {
@@ -102,7 +103,7 @@ TEST_F(PlayerStartup, WritesTheLogLinesInOrder) {
           "INFO VLC initial volume set to 100%", "INFO VLCPlayer::Initialize completed successfully"));
 }
 
-TEST_F(PlayerStartup, WithoutAPluginPathLooksForAnInstalledVlcAndGoesOnWithoutOne) {
+TEST_F(PlayerStartup, WithoutAPluginPathLooksForAnInstalledVlc) {
   ASSERT_TRUE(Initialize());
   EXPECT_TRUE(log_.Has("INFO VLC_PLUGIN_PATH not set"));
   EXPECT_TRUE(log_.Has("WARNING Could not find VLC installation or set up environment"));
@@ -161,6 +162,12 @@ TEST_F(PlayerStartup, TheChildWindowFillsTheParentAtTheBottom) {
   EXPECT_EQ(place.bottom, 600);
 }
 
+TEST_F(PlayerStartup, TheChildWindowIsPutAtTheBottomWithoutActivation) {
+  const WindowCalls calls;
+  ASSERT_TRUE(Initialize());
+  EXPECT_THAT(calls.Lines(), ElementsAre("SetWindowPos window HWND_BOTTOM 0,0 800x600 SWP_NOACTIVATE"));
+}
+
 TEST_F(PlayerStartup, TheChildWindowHasItsClassStyleAndNoTitle) {
   ASSERT_TRUE(Initialize());
   wchar_t name[64] = L"";
@@ -171,7 +178,7 @@ TEST_F(PlayerStartup, TheChildWindowHasItsClassStyleAndNoTitle) {
   EXPECT_EQ(GetWindowTextLengthW(state_.vlcWindow_), 0);
 }
 
-TEST_F(PlayerStartup, AnEmptyClientAreaOfTheParentStillMakesAChildOf1By1) {
+TEST_F(PlayerStartup, AnEmptyParentStillMakesAChildOf1By1) {
   const ParentWindow empty(0, 0);
   ASSERT_TRUE(player_.Initialize(empty.get()));
   const RECT place = PlaceInParent(state_.vlcWindow_);
@@ -340,6 +347,7 @@ INSTANTIATE_TEST_SUITE_P(Table, OptionalSlot, testing::ValuesIn(OptionalSlots())
 TEST_F(PlayerStartup, CleanupDetachesStopsAndReleasesInOrder) {
   Start();
   ASSERT_TRUE(SetMedia("http://host/a"));
+  state_.suppressStoppedEvent_ = false;
   vlc_.ClearCalls();
   player_.Cleanup();
   std::vector<std::string> expected = EventCalls("libvlc_event_detach");
@@ -354,6 +362,7 @@ TEST_F(PlayerStartup, CleanupDetachesStopsAndReleasesInOrder) {
 TEST_F(PlayerStartup, CleanupDestroysTheChildWindowAndForgetsTheWindows) {
   Start();
   const HWND child = state_.vlcWindow_;
+  state_.overlayWindow_ = parent_.get();
   player_.Cleanup();
   EXPECT_FALSE(IsWindow(child));
   EXPECT_TRUE(IsWindow(parent_.get()));

@@ -181,7 +181,7 @@ class MeetingTest : public StormTest {
   }
 };
 
-TEST_F(MeetingTest, AStartAndAStopThatMeetLeaveTheWatchdogOnWithATimerOrOffWithoutOne) {
+TEST_F(MeetingTest, WhenAStartMeetsAStopTheTimerRunsOnlyIfTheWatchdogIsOn) {
   Start();
   Rounds meeting({[this] { player_.StartStallWatchdog(); }, [this] { player_.StopStallWatchdog(); }});
   int leftOn = 0;
@@ -195,7 +195,7 @@ TEST_F(MeetingTest, AStartAndAStopThatMeetLeaveTheWatchdogOnWithATimerOrOffWitho
   EXPECT_LT(leftOn, 2000);
 }
 
-TEST_F(MeetingTest, ManyStartsAndStopsThatMeetAreEachCarriedOutInTurn) {
+TEST_F(MeetingTest, ManyMeetingStartsAndStopsAreCarriedOutInTurn) {
   Start();
   const auto startAndStop = [this] {
     for (int i = 0; i < 20; ++i) {

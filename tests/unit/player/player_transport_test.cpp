@@ -33,7 +33,7 @@ class PlayerPlay : public StartedPlayerTest {
   }
 };
 
-TEST_F(PlayerPlay, CallsLibvlcOnceMoreOnARunningStream) {
+TEST_F(PlayerPlay, CallsLibvlcAgainOnARunningStream) {
   player_.Play();
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_play(player1)", "libvlc_audio_get_volume(player1)",
                                         "libvlc_audio_get_mute(player1)"));
@@ -249,6 +249,48 @@ TEST_F(StartedPlayerTest, SeekToPassesTheTimeOnWhateverLibvlcAnswers) {
 TEST_F(StartedPlayerTest, SeekToWithoutTheSlotIsFalse) {
   LibVlcFunctionTable().libvlc_media_player_set_time = nullptr;
   EXPECT_FALSE(player_.SeekTo(5));
+}
+
+TEST_F(StartedPlayerTest, PositionAndDurationAreWhatLibvlcSays) {
+  vlc_.SetTime(Player(), 73000);
+  vlc_.SetLength(Player(), -1);
+  EXPECT_EQ(player_.GetPosition(), 73000);
+  EXPECT_EQ(player_.GetDuration(), -1);
+}
+
+TEST_F(StartedPlayerTest, PositionAndDurationAreZeroWithoutTheirFunctions) {
+  LibVlcFunctionTable().libvlc_media_player_get_time = nullptr;
+  LibVlcFunctionTable().libvlc_media_player_get_length = nullptr;
+  EXPECT_EQ(player_.GetPosition(), 0);
+  EXPECT_EQ(player_.GetDuration(), 0);
+}
+
+TEST_F(PlayerTest, PositionAndDurationBeforeInitializeAreZero) {
+  EXPECT_EQ(player_.GetPosition(), 0);
+  EXPECT_EQ(player_.GetDuration(), 0);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+// Choosing a track.
+
+TEST_F(StartedPlayerTest, ATrackIsChosenByItsId) {
+  player_.SetSpuTrack(3);
+  player_.SetAudioTrack(-1);
+  EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_video_set_spu(player1, 3)", "libvlc_audio_set_track(player1, -1)"));
+}
+
+TEST_F(StartedPlayerTest, NoTrackIsChosenWithoutTheFunctions) {
+  LibVlcFunctionTable().libvlc_video_set_spu = nullptr;
+  LibVlcFunctionTable().libvlc_audio_set_track = nullptr;
+  player_.SetSpuTrack(3);
+  player_.SetAudioTrack(3);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+TEST_F(PlayerTest, NoTrackIsChosenBeforeInitialize) {
+  player_.SetSpuTrack(3);
+  player_.SetAudioTrack(3);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
 // Track lists.

@@ -82,7 +82,7 @@ TEST_F(WatchdogTest, StartAndStopClearTheRecordsOfTheTiles) {
   EXPECT_THAT(Tile(1).stall.restartTicksMs, IsEmpty());
 }
 
-TEST_F(WatchdogTest, AStopOnLibvlcsThreadClearsTheRecordBeforeItIsUsedAgain) {
+TEST_F(WatchdogTest, AStopOnLibvlcsThreadClearsTheRecordBeforeItsNextUse) {
   StartSingle();
   WedgedPasses(2);
   vlc_.Raise(vlc_.Player(), kPaused);
@@ -136,7 +136,7 @@ TEST_F(WatchdogTest, TheWindowGetsACheckEachSecond) {
 
 // A pass.
 
-TEST_F(WatchdogTest, AUsersPauseLeavesTheWatchdogOffAndThePlayerIsNotJudged) {
+TEST_F(WatchdogTest, AfterAUsersPauseThePlayerIsNotJudged) {
   StartSingle();
   player_.Pause();
   vlc_.Raise(vlc_.Player(), kPaused);
@@ -145,7 +145,7 @@ TEST_F(WatchdogTest, AUsersPauseLeavesTheWatchdogOffAndThePlayerIsNotJudged) {
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
-TEST_F(WatchdogTest, AUsersStopLeavesTheWatchdogOff) {
+TEST_F(WatchdogTest, AfterAUsersStopTheWatchdogIsOff) {
   StartSingle();
   player_.StopInternal(false);
   vlc_.Raise(vlc_.Player(), kStopped);
@@ -167,7 +167,7 @@ TEST_F(WatchdogTest, ASinglePassReadsTheCountersOfTheMediaThatIsSet) {
                                         testing::StartsWith("libvlc_track_description_list_release(")));
 }
 
-TEST_F(WatchdogTest, WithoutAMediaOfItsOwnAPassAsksThePlayerForItAndReleasesIt) {
+TEST_F(WatchdogTest, APassReleasesTheMediaThatItAsksThePlayerFor) {
   StartSingle();
   state_.media_.reset();
   vlc_.ClearCalls();
@@ -185,7 +185,7 @@ TEST_F(WatchdogTest, APlayerWithoutAnyMediaIsNotJudged) {
   EXPECT_EQ(vlc_.CountOf("libvlc_media_get_stats"), 0);
 }
 
-TEST_F(WatchdogTest, APlayerThatDoesNotPlayOnOneCheckLosesItsCountAndKeepsItsCounters) {
+TEST_F(WatchdogTest, APlayerThatDoesNotPlayLosesOnlyItsStalledTicks) {
   StartSingle();
   HealthyPass();
   WedgedPasses(2);
@@ -213,7 +213,7 @@ TEST_F(WatchdogTest, CountersAreTheirLowHalvesWithASign) {
   EXPECT_EQ(state_.primaryStall_.lastAudio, -1);
 }
 
-TEST_F(WatchdogTest, WhileTheGridIsOnWithoutTilesThePassTakesTheSinglePath) {
+TEST_F(WatchdogTest, AGridWithoutTilesIsWatchedAsASingleView) {
   StartSingle();
   state_.isMultiViewMode_ = true;
   player_.OnStallWatchdogTick();
@@ -266,7 +266,7 @@ TEST_F(WatchdogTest, AnAudioOnlyStreamIsLeftAlone) {
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_pause"), 0);
 }
 
-TEST_F(WatchdogTest, ATrackListOfOnlyDisableIsNoAudio) {
+TEST_F(WatchdogTest, AListWithOnlyTheEntryDisableIsNoAudio) {
   StartSingle();
   vlc_.SetAudioTracks(vlc_.Player(), {{-1, "Disable"}});
   for (int i = 0; i < 5; ++i) {

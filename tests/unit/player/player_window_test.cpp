@@ -83,7 +83,7 @@ TEST_F(Stacking, TakesAnOverlayThatIsGoneForNone) {
   EXPECT_THAT(StackingCalls(), ElementsAre(kVideoOutOfTopmost));
 }
 
-TEST_F(Stacking, OfAChildOverlayPutsItOnTopAndTheVideoAtTheBottom) {
+TEST_F(Stacking, PutsAChildOverlayOnTopAndTheVideoAtTheBottom) {
   state_.overlayWindow_ = MakeChild();
   EXPECT_THAT(
       StackingCalls(),
@@ -92,7 +92,7 @@ TEST_F(Stacking, OfAChildOverlayPutsItOnTopAndTheVideoAtTheBottom) {
   EXPECT_EQ(GetWindow(parent_.get(), GW_CHILD), state_.overlayWindow_);
 }
 
-TEST_F(Stacking, OfATopLevelOverlayPlacesItBehindTheVideoAndShowsIt) {
+TEST_F(Stacking, PlacesATopLevelOverlayBehindTheVideoAndShowsIt) {
   // The system takes only a sibling as the window to insert after, so the video is a top-level window here.
   DestroyWindow(state_.vlcWindow_);
   const ParentWindow video(60, 60);
@@ -103,7 +103,7 @@ TEST_F(Stacking, OfATopLevelOverlayPlacesItBehindTheVideoAndShowsIt) {
   EXPECT_TRUE(IsWindowVisible(overlay.get()));
 }
 
-TEST_F(Stacking, OfATopLevelOverlayLeavesAVideoAloneThatIsGone) {
+TEST_F(Stacking, PlacesATopLevelOverlayButNoVideoThatIsGone) {
   const ParentWindow overlay(50, 50);
   DestroyWindow(state_.vlcWindow_);
   state_.overlayWindow_ = overlay.get();
@@ -115,7 +115,7 @@ TEST_F(Stacking, WithoutAnOverlayLeavesAVideoAloneThatIsGone) {
   EXPECT_THAT(StackingCalls(), ElementsAre());
 }
 
-TEST_F(Stacking, OfAPlayerInTheParentIsLeftAlone) {
+TEST_F(Stacking, LeavesAPlayerInTheParentAlone) {
   DestroyWindow(state_.vlcWindow_);
   state_.vlcWindow_ = parent_.get();
   player_.EnsureZOrder();

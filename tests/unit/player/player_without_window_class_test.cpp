@@ -18,6 +18,7 @@ class PlayerWithoutWindowClass : public PlayerTest {
 TEST_F(PlayerWithoutWindowClass, TheRegistrationGives0) { EXPECT_EQ(RegisterVlcHostWindowClass(), 0); }
 
 TEST_F(PlayerWithoutWindowClass, StartsWithoutAChildWindow) {
+  state_.vlcWindow_ = parent_.get();
   EXPECT_TRUE(player_.Initialize(parent_.get()));
   EXPECT_EQ(state_.vlcWindow_, nullptr);
   EXPECT_EQ(GetWindow(parent_.get(), GW_CHILD), nullptr);

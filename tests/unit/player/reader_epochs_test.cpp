@@ -84,7 +84,7 @@ TEST(ReaderEpochs, ANestedReaderThatLeavesKeepsTheOuterOneInside) {
 
 std::atomic<int> idled{0};
 
-TEST(ReaderEpochs, AWaitForAReaderThatTakesItsTimeIdlesBetweenItsLooks) {
+TEST(ReaderEpochs, ALongWaitForAReaderIdlesBetweenItsLooks) {
   idled = 0;
   ReaderEpochs epochs([] { ++idled; });
   std::optional<ReaderEpochs::Reader> reader(std::in_place, epochs);

@@ -229,7 +229,7 @@ TEST_F(DeadlockTest, ACallOnAPlayerInsideAnEventOfAnotherAborts) {
   ExpectAbort("libvlc_media_player_play(player2) takes the player's lock inside an event of another player");
 }
 
-TEST_F(DeadlockTest, ACallThatWaitsForACallbackThatWaitsForItsThreadAborts) {
+TEST_F(DeadlockTest, ACallThatWaitsForAWaitingCallbackAborts) {
   if (!IsChild()) return ExpectAbort("libvlc_media_player_play(player1) waits for a callback that doesn't return");
   std::atomic<bool> inside{false};
   std::atomic<bool> played{false};
@@ -245,7 +245,7 @@ TEST_F(DeadlockTest, ACallThatWaitsForACallbackThatWaitsForItsThreadAborts) {
   event.join();
 }
 
-TEST_F(DeadlockTest, ADetachThatWaitsForACallbackThatWaitsForItsThreadAborts) {
+TEST_F(DeadlockTest, ADetachThatWaitsForAWaitingCallbackAborts) {
   if (!IsChild()) return ExpectAbort("libvlc_event_detach waits for a callback that doesn't return");
   std::atomic<bool> inside{false};
   std::atomic<bool> detached{false};

@@ -78,7 +78,7 @@ TEST(StallCheck, AnAudioOnlyStreamIsNeverWedged) {
   }
 }
 
-TEST(StallCheck, AStreamWithoutAnAudioTrackCannotWedgeWhileItsAudioCounterStands) {
+TEST(StallCheck, AStillAudioCounterIsNoWedgeWithoutAnAudioTrack) {
   StallState state;
   for (int second = 1; second <= 10; ++second) EXPECT_FALSE(Check(state, {25 * second, 0, true, false}));
   for (int second = 1; second <= 10; ++second) EXPECT_FALSE(Check(state, {250, 0, true, false}));

@@ -69,7 +69,7 @@ class RuntimeFolders : public testing::Test {
 
 // GetVlcPath.
 
-TEST_F(RuntimeFolders, AFolderVlcBesideTheExecutableWinsEvenIfItHoldsNoLibrary) {
+TEST_F(RuntimeFolders, AFolderVlcBesideTheExecutableWinsEvenWithoutALibrary) {
   Install();
   fs::create_directories(local_ / "vlc");
   fs::create_directories(local_ / "lib" / "vlc");
@@ -175,7 +175,7 @@ TEST_F(RuntimeFolders, WithoutAnInstalledVlcNothingIsChanged) {
   EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
-TEST_F(RuntimeFolders, AnInstalledVlcWithoutAPluginsFolderCountsAsNotFoundAndNoLibraryIsCopied) {
+TEST_F(RuntimeFolders, WithoutAPluginsFolderAnInstalledVlcIsNotFoundAndNotCopied) {
   Install();
   fs::remove(installed_ / "plugins");
   EXPECT_FALSE(SetUpEnvironment());
@@ -184,7 +184,7 @@ TEST_F(RuntimeFolders, AnInstalledVlcWithoutAPluginsFolderCountsAsNotFoundAndNoL
   EXPECT_THAT(log_.Lines(), ElementsAre("DEBUG Found VLC installation at: " + installed_.string()));
 }
 
-TEST_F(RuntimeFolders, ALibvlcBesideTheExecutableIsNeverOverwrittenAndTheCoreIsJudgedByItself) {
+TEST_F(RuntimeFolders, ALibvlcBesideTheExecutableStaysWhileAMissingCoreIsCopied) {
   Install();
   Write(local_ / "libvlc.dll", "old vlc");
   EXPECT_TRUE(SetUpEnvironment());
@@ -192,7 +192,7 @@ TEST_F(RuntimeFolders, ALibvlcBesideTheExecutableIsNeverOverwrittenAndTheCoreIsJ
   EXPECT_EQ(Read(local_ / "libvlccore.dll"), "installed core");
 }
 
-TEST_F(RuntimeFolders, ACoreBesideTheExecutableIsNeverOverwrittenAndTheLibraryIsJudgedByItself) {
+TEST_F(RuntimeFolders, ACoreBesideTheExecutableStaysWhileAMissingLibraryIsCopied) {
   Install();
   Write(local_ / "libvlccore.dll", "old core");
   EXPECT_TRUE(SetUpEnvironment());
@@ -254,7 +254,7 @@ TEST_F(ProgramFilesFolder, WithoutAVlcIsLoggedAsAWarning) {
   EXPECT_THAT(log_.Lines(), ElementsAre("WARNING Could not find VLC installation or set up environment"));
 }
 
-TEST_F(ProgramFilesFolder, Of32BitsIsNotLookedAtBySetupVlcEnvironmentThoughGetVlcPathNamesIt) {
+TEST_F(ProgramFilesFolder, Of32BitsIsNamedByGetVlcPathButNotSetUp) {
   const fs::path installed32 = programs32_ / "VideoLAN" / "VLC";
   fs::create_directories(installed32 / "plugins");
   EXPECT_FALSE(SetupVlcEnvironment());

@@ -19,7 +19,8 @@ class WindowCalls {
   // How windows read in the lines, as target and as the window to insert after.
   using Names = std::vector<std::pair<HWND, std::string>>;
 
-  explicit WindowCalls(Names names) : names_(std::move(names)) { recorder_ = this; }
+  // Without names every window reads "window".
+  explicit WindowCalls(Names names = {}) : names_(std::move(names)) { recorder_ = this; }
   ~WindowCalls() { recorder_ = nullptr; }
   WindowCalls(const WindowCalls&) = delete;
   WindowCalls& operator=(const WindowCalls&) = delete;
@@ -65,7 +66,7 @@ class WindowCalls {
     return "";
   }
   void Add(const std::string& function, HWND window, const std::string& arguments) {
-    const std::string name = NameOf(window);
+    const std::string name = names_.empty() ? "window" : NameOf(window);
     if (!name.empty()) lines_.push_back(function + " " + name + (arguments.empty() ? "" : " " + arguments));
   }
 
