@@ -147,6 +147,7 @@ TEST_F(PlayerEventsTest, OutsideTheGridPlayingRescalesNothing) {
   Raise(kPlaying);
   Raise(kMediaChanged);
   EXPECT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 0);
+  EXPECT_EQ(log_.CountContaining("calling UpdateMultiViewScaling"), 0);
 }
 
 TEST_F(PlayerEventsTest, AfterCleanupNoEventArrives) {
@@ -194,6 +195,13 @@ TEST_F(TileEventsTest, PlayingRescalesBeforeTheWatchdogStarts) {
   vlc_.OnCall("libvlc_video_set_scale", nullptr);
   EXPECT_EQ(activeAtScale, 0);
   EXPECT_TRUE(state_.stallWatchdogActive_);
+}
+
+TEST_F(TileEventsTest, PlayingRescalesATileThatIsAlone) {
+  StartGrid(1);
+  vlc_.SetSize(TilePlayer(0), 400, 300);
+  vlc_.Raise(TilePlayer(0), kPlaying);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_video_set_scale"), ElementsAre("libvlc_video_set_scale(player1, 2)"));
 }
 
 TEST_F(TileEventsTest, MediaChangedRescalesTheTilesAndLeavesTheWatchdog) {

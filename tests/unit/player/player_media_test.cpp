@@ -140,6 +140,15 @@ TEST_F(StartedPlayerTest, SetMediaStartsTheWatchdogAndIsUnseenByTheInterface) {
   EXPECT_TRUE(state_.suppressStoppedEvent_);
 }
 
+TEST_F(StartedPlayerTest, SetMediaPlaysBeforeItStartsTheWatchdog) {
+  bool wasOn = true;
+  vlc_.OnCall("libvlc_media_player_play", [&] { wasOn = state_.stallWatchdogActive_.IsOn(); });
+  ASSERT_TRUE(SetMedia("http://host/a"));
+  vlc_.OnCall("libvlc_media_player_play", nullptr);
+  EXPECT_FALSE(wasOn);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+}
+
 TEST_F(StartedPlayerTest, SetMediaKeepsOneReferenceAndThePlayerTheOther) {
   ASSERT_TRUE(SetMedia("http://host/a"));
   EXPECT_EQ(state_.media_.get(), vlc_.Media(1));

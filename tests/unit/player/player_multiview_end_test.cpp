@@ -8,6 +8,7 @@
 
 #include "common/log.h"
 #include "tests/unit/player/grid_fixture.h"
+#include "tests/unit/player/window_calls.h"
 
 namespace vantro::test {
 namespace {
@@ -25,8 +26,10 @@ TEST_F(MultiViewEndTest, LeavingKeepsTheOriginalStreamAndEndsAllOthers) {
   const HWND third = Tile(2).window;
   vlc_.SetVolume(TilePlayer(0), 30);
   player_.SetVolume(40);
+  player_.SetActiveIndexSafe(2);
   EXPECT_TRUE(player_.DisableMultiView());
   EXPECT_FALSE(state_.isMultiViewMode_);
+  EXPECT_EQ(state_.activeIndex_, 0);
   EXPECT_TRUE(state_.players_.empty());
   EXPECT_EQ(state_.mediaPlayer_.get(), vlc_.Player(1));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_stop"),
@@ -54,6 +57,13 @@ TEST_F(MultiViewEndTest, LeavingGivesTheOriginalWindowTheWholeClientArea) {
   EXPECT_TRUE(
       log_.Has("DEBUG [DisableMultiView] Keeping original player in child window: " + PointerText(state_.vlcWindow_)));
   EXPECT_TRUE(log_.Has("DEBUG [DisableMultiView] Reset VLC scale to 1.500000 for full window 800x600 (video 400x400)"));
+}
+
+TEST_F(MultiViewEndTest, LeavingRepaintsTheOriginalWindow) {
+  StartGrid(2);
+  const WindowCalls calls({{state_.vlcWindow_, "video"}});
+  player_.DisableMultiView();
+  EXPECT_THAT(calls.Lines(), ElementsAre("MoveWindow video 0,0 800x600 repaint"));
 }
 
 TEST_F(MultiViewEndTest, LeavingWithoutAVideoSizeSetsTheScaleToAutomatic) {
@@ -148,6 +158,15 @@ TEST_F(MultiViewEndTest, PromotingTheFirstTileJustLeaves) {
   EXPECT_TRUE(player_.MvPromoteActiveAndExit());
   EXPECT_FALSE(state_.isMultiViewMode_);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_new_uri"), 0);
+}
+
+TEST_F(MultiViewEndTest, PromotingDoesNotNeedThePlayFunction) {
+  StartGrid(2);
+  player_.SetActiveIndexSafe(1);
+  LibVlcFunctionTable().libvlc_media_player_play = nullptr;
+  EXPECT_TRUE(player_.MvPromoteActiveAndExit());
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_media"), 1);
+  EXPECT_FALSE(state_.isMultiViewMode_);
 }
 
 TEST_F(MultiViewEndTest, PromotingATileWithoutAUrlChangesNothing) {

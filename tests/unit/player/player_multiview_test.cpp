@@ -239,6 +239,13 @@ TEST_F(MultiViewTest, AnAddWhoseMediaCannotBeMadeIsNoFailure) {
   EXPECT_EQ(Tile(1).url, "http://host/1");
 }
 
+TEST_F(MultiViewTest, AnAddDoesNotNeedTheVolumeFunction) {
+  StartGrid(1);
+  LibVlcFunctionTable().libvlc_audio_set_volume = nullptr;
+  EXPECT_TRUE(Add(1));
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+}
+
 TEST_F(MultiViewTest, AttachingNeedsAPlayerAndTheFunctions) {
   StartGrid(1);
   state_.AttachEventsToPlayer(nullptr);

@@ -102,6 +102,18 @@ TEST_F(WatchdogTest, AStopOnLibvlcsThreadLeavesTheRecordToTheMainThread) {
   EXPECT_THAT(state_.primaryStall_.restartTicksMs, ElementsAre(4u));
 }
 
+TEST_F(WatchdogTest, AStopDuringAPassClearsTheRecordBeforeItsCheck) {
+  StartSingle();
+  WedgedPasses(2);
+  vlc_.OnCall("libvlc_media_player_is_playing", [this] {
+    vlc_.Raise(vlc_.Player(), kPaused);
+    vlc_.Raise(vlc_.Player(), kPlaying);
+  });
+  WedgedPass();
+  vlc_.OnCall("libvlc_media_player_is_playing", nullptr);
+  EXPECT_EQ(log_.CountContaining("wedge detected"), 0);
+}
+
 TEST_F(WatchdogTest, WithoutAParentWindowAStartSetsTheFlagAndNoTimer) {
   Start();
   state_.parentWindow_ = nullptr;
