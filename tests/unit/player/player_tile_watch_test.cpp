@@ -1,9 +1,10 @@
-// The watchdog's pass over the tiles of the grid.
+// The watchdog's pass over the tiles of the grid, and the periods of its timers.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include "tests/unit/player/watchdog_fixture.h"
+#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {
@@ -54,6 +55,23 @@ TEST_F(TileWatchTest, ATileWithoutAPlayerIsSkipped) {
   Pass();
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_get_stats"), ElementsAre("libvlc_media_get_stats(media3)"));
   EXPECT_EQ(Tile(1).stall.stalledTicks, 2);
+}
+
+UINT lastPeriod = 0;
+decltype(&SetTimer) realSetTimer = nullptr;
+UINT_PTR WINAPI RecordPeriod(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
+  lastPeriod = period;
+  return realSetTimer(window, id, period, procedure);
+}
+
+TEST_F(TileWatchTest, ChecksComeEverySecondAndAResumeAfter300Milliseconds) {
+  Start();
+  const ImportHook hook("user32.dll", "SetTimer", reinterpret_cast<void*>(RecordPeriod));
+  realSetTimer = reinterpret_cast<decltype(realSetTimer)>(hook.Original());
+  player_.StartStallWatchdog();
+  EXPECT_EQ(lastPeriod, 1000u);
+  state_.NudgePlayer(vlc_.Player());
+  EXPECT_EQ(lastPeriod, 300u);
 }
 
 }  // namespace
