@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <chrono>
-#include <iterator>
 #include <variant>
 #include <vector>
 
@@ -15,15 +13,11 @@
 namespace vantro::test {
 namespace {
 
-using std::chrono::duration_cast;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-// After play, after the seek and after the snapshot.
-constexpr milliseconds kWaits[] = {milliseconds(100), milliseconds(500), milliseconds(200)};
 
 TEST_F(ThumbnailWorker, TakesAFrameByPlayingSeekingAndReadingTheSnapshot) {
   InitializeWithPicture();
@@ -40,29 +34,48 @@ TEST_F(ThumbnailWorker, TakesAFrameByPlayingSeekingAndReadingTheSnapshot) {
   EXPECT_THAT(FilesLeft(), IsEmpty());
 }
 
-TEST_F(ThumbnailWorker, WaitsTakeTheirTimeAndNotMuchMore) {
+TEST_F(ThumbnailWorker, WaitsAfterPlayAfterTheSeekAndAfterTheSnapshot) {
   InitializeWithPicture();
   steady_clock::time_point played, sought, snapped;
   vlc_.OnCall("libvlc_media_player_play", [&] { played = steady_clock::now(); });
   vlc_.OnCall("libvlc_media_player_set_time", [&] { sought = steady_clock::now(); });
   vlc_.OnCall("libvlc_video_take_snapshot", [&] { snapped = steady_clock::now(); });
-  // The clock behind a sleep may tick a little ahead of the one that measures.
+  GetFrame();
+  const auto end = steady_clock::now();
+  // The clock of a sleep may be a little ahead of the one that measures.
   constexpr milliseconds kTick{16};
-  // A busy machine may prolong a wait: the shortest of a few frames counts.
-  constexpr milliseconds kLate{30};
-  milliseconds shortest[] = {milliseconds::max(), milliseconds::max(), milliseconds::max()};
-  for (int frame = 0; frame < 5; ++frame) {
-    GetFrame();
-    const milliseconds waits[] = {duration_cast<milliseconds>(sought - played),
-                                  duration_cast<milliseconds>(snapped - sought),
-                                  duration_cast<milliseconds>(steady_clock::now() - snapped)};
-    for (size_t wait = 0; wait < std::size(waits); ++wait) shortest[wait] = std::min(shortest[wait], waits[wait]);
-    if (shortest[0] <= kWaits[0] + kLate && shortest[1] <= kWaits[1] + kLate && shortest[2] <= kWaits[2] + kLate) break;
-  }
-  for (size_t wait = 0; wait < std::size(kWaits); ++wait) {
-    EXPECT_GE(shortest[wait], kWaits[wait] - kTick) << "wait " << wait;
-    EXPECT_LE(shortest[wait], kWaits[wait] + kLate) << "wait " << wait;
-  }
+  EXPECT_GE(sought - played, milliseconds(100) - kTick);
+  EXPECT_GE(snapped - sought, milliseconds(500) - kTick);
+  EXPECT_GE(end - snapped, milliseconds(200) - kTick);
+}
+
+// The waits of one thread, whichever function of the system the standard library uses.
+std::vector<DWORD> waits;
+DWORD waitingThread = 0;
+void NoteWait(DWORD time) {
+  if (time >= 50 && time != INFINITE && GetCurrentThreadId() == waitingThread) waits.push_back(time);
+}
+decltype(&Sleep) realSleep = nullptr;
+decltype(&WaitForSingleObject) realWait = nullptr;
+void WINAPI OnSleep(DWORD time) {
+  NoteWait(time);
+  realSleep(time);
+}
+DWORD WINAPI OnWait(HANDLE handle, DWORD time) {
+  NoteWait(time);
+  return realWait(handle, time);
+}
+
+TEST_F(ThumbnailWorker, WaitsNoLongerThanItHasTo) {
+  InitializeWithPicture();
+  const ImportHook sleep("kernel32.dll", "Sleep", reinterpret_cast<void*>(OnSleep));
+  const ImportHook wait("kernel32.dll", "WaitForSingleObject", reinterpret_cast<void*>(OnWait));
+  realSleep = reinterpret_cast<decltype(realSleep)>(sleep.Original());
+  realWait = reinterpret_cast<decltype(realWait)>(wait.Original());
+  waits.clear();
+  waitingThread = GetCurrentThreadId();
+  GetFrame();
+  EXPECT_THAT(waits, ElementsAre(100u, 500u, 200u));
 }
 
 TEST_F(ThumbnailWorker, LogsEachStepOfAFrame) {

@@ -8,6 +8,7 @@
 
 #include "shell/shell_ids.h"
 #include "tests/support/player_inspector.h"
+#include "tests/support/process_resources.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/picture.h"
 #include "tests/unit/shell/shell_fixture.h"
@@ -320,16 +321,39 @@ TEST_F(VolumeDrawing, SpeakerPictureStaysSquareAndCentredInAWiderControl) {
   EXPECT_EQ(canvas.Pixel(39, 10), kTitleBarColor);
 }
 
+std::wstring drawnText;
+UINT drawnFlags = 0;
+int WINAPI OnDrawText(HDC, const wchar_t* text, int, RECT*, UINT flags) {
+  drawnText = text;
+  drawnFlags = flags;
+  return 0;
+}
+
+TEST_F(VolumeDrawing, PercentageIsCentredOnOneLine) {
+  const test::ImportHook hook("user32.dll", "DrawTextW", reinterpret_cast<void*>(OnDrawText));
+  const Canvas canvas(80, 20);
+  Inside(window_).volume_ = 37;
+  Inside(window_).showVolumePercent_ = true;
+  Draw(canvas, kVolumeControlId);
+  EXPECT_EQ(drawnText, L"37%");
+  EXPECT_EQ(drawnFlags, UINT{DT_CENTER | DT_VCENTER | DT_SINGLELINE});
+}
+
 TEST_F(VolumeDrawing, PaintingLeavesNoGdiObjectBehind) {
   const Canvas canvas(80, 20);
-  Draw(canvas, kVolumeControlId);
-  Draw(canvas, kSpeakerIconId);
-  const DWORD before = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-  for (int i = 0; i < 200; ++i) {
-    Draw(canvas, kVolumeControlId);
-    Draw(canvas, kSpeakerIconId);
-  }
-  EXPECT_EQ(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), before);
+  Inside(window_).showVolumePercent_ = true;
+  const auto expectNoneLeft = [&](UINT id, const char* what) {
+    Draw(canvas, id);
+    const size_t before = test::GdiObjectCount();
+    for (int i = 0; i < 5; ++i) Draw(canvas, id);
+    EXPECT_EQ(test::GdiObjectCount(), before) << what;
+  };
+  expectNoneLeft(kVolumeControlId, "the slider");
+  expectNoneLeft(kSpeakerIconId, "the speaker by hand");
+  CopyPicture("speaker_file.ico", folder_ / "speaker.ico");
+  expectNoneLeft(kSpeakerIconId, "the speaker from an icon file");
+  CopyPicture("speaker_file.png", folder_ / "speaker.png");
+  expectNoneLeft(kSpeakerIconId, "the speaker from a picture file");
 }
 
 }  // namespace

@@ -52,6 +52,12 @@ TEST(VolumeFill, EndsOnTheSlopeAtHalfVolume) {
   EXPECT_EQ(VolumeFill(kSlider, 50), expected);
 }
 
+TEST(VolumeFill, RoundsTheSlopeTowardsZero) {
+  // 69 * 16 / 76 is 14.5, and 54 * 16 / 76 is 11.4.
+  EXPECT_EQ(VolumeFill(kSlider, 10)[2], (VolumePoint{9, 16}));
+  EXPECT_EQ(VolumeFill(kSlider, 30)[2], (VolumePoint{24, 13}));
+}
+
 TEST(VolumeFill, FollowsTheControlsPlace) {
   const std::array<Point, 3> expected{{{12, 23}, {50, 23}, {50, 15}}};
   EXPECT_EQ(VolumeFill({10, 5, 90, 25}, 50), expected);
