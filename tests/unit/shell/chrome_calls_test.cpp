@@ -56,7 +56,7 @@ class TitleBarCalls : public test::ShellTest {
   void CreateControls() { Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr)); }
 };
 
-TEST_F(TitleBarCalls, SearchBoxIsEnabledAndHasItsHintWhileItIsNotFocused) {
+TEST_F(TitleBarCalls, SearchBoxIsEnabledAndHasAHintUntilItIsFocused) {
   const ImportHook hook("user32.dll", "SendMessageW", reinterpret_cast<void*>(OnSendMessageW));
   const CallLog calls(Window());
   hints.clear();

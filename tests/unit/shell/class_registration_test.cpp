@@ -28,7 +28,7 @@ class ClassRegistration : public test::WindowTest {
   test::ImportHook hook_;
 };
 
-TEST_F(ClassRegistration, RefusedClassFailsTheStartAndIsTriedAgainByTheNextWindow) {
+TEST_F(ClassRegistration, RefusedClassFailsTheStartAndTheNextWindowTriesAgain) {
   refusedClass = L"VantroWindowClass";
   refusalError = ERROR_NOT_ENOUGH_MEMORY;
   auto first = Make();

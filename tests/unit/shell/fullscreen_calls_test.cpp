@@ -95,7 +95,7 @@ TEST_F(FullscreenCalls, ShowingTheBarFillsItWithoutWaitingForAPaintMessage) {
 
 BOOL WINAPI NoClientRect(HWND, RECT*) { return FALSE; }
 
-TEST_F(FullscreenCalls, BarWithoutAClientAreaIsRedrawnInTheWidthThatTheWindowKeeps) {
+TEST_F(FullscreenCalls, BarWithoutAClientAreaIsRedrawnInTheKeptWidth) {
   Inside(Window()).width_ = 777;
   const ImportHook hook("user32.dll", "GetClientRect", reinterpret_cast<void*>(NoClientRect));
   CallLog calls(Window());

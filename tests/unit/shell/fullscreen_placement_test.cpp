@@ -19,7 +19,7 @@ TEST(PlacementAfterFullscreen, KeepsAPlaceOnAMonitorToTheLeft) {
   EXPECT_EQ(PlacementAfterFullscreen({-1900, -50, -1000, 550}), (FullscreenPlacement{{-1900, -50, -1000, 550}, false}));
 }
 
-TEST(PlacementAfterFullscreen, TakesTheDefaultsForARectangleThatIsTooNarrowOrTooLow) {
+TEST(PlacementAfterFullscreen, TakesTheDefaultsForATooNarrowOrTooLowRectangle) {
   EXPECT_EQ(PlacementAfterFullscreen({30, 40, 30 + 639, 40 + 360}), kDefaults);
   EXPECT_EQ(PlacementAfterFullscreen({30, 40, 30 + 640, 40 + 359}), kDefaults);
 }

@@ -192,7 +192,7 @@ TEST_F(Fullscreen, LeavingTakesItsEffectsInOrder) {
   EXPECT_EQ(log.Lines().back(), "INFO Exited fullscreen mode - title bar controls restored");
 }
 
-TEST_F(Fullscreen, TooSmallSavedRectangleYields1280By720At100With100AndAWarning) {
+TEST_F(Fullscreen, TooSmallSavedRectangleYieldsTheDefaultPlaceAndAWarning) {
   Window().ToggleFullscreen();
   Inside(Window()).savedWindowRect_ = {10, 20, 10 + 639, 20 + 400};
   LogCapture log;
@@ -394,7 +394,7 @@ INSTANTIATE_TEST_SUITE_P(
         CallerLines{TopAreaCaller::kOverlay, "INFO OverlayWindowProc: Mouse entered top area - SHOWING TITLE BAR",
                     "INFO OverlayWindowProc: Mouse left top area - starting auto-hide timer"}));
 
-TEST_F(Fullscreen, TogglingTwiceInQuickSuccessionLeavesBarShownNoTimersAndPointerOutside) {
+TEST_F(Fullscreen, TogglingTwiceQuicklyLeavesTheBarShownAndNoTimer) {
   Window().ToggleFullscreen();
   Window().ToggleFullscreen();
   EXPECT_EQ(State(), kNormal);
@@ -403,14 +403,14 @@ TEST_F(Fullscreen, TogglingTwiceInQuickSuccessionLeavesBarShownNoTimersAndPointe
   EXPECT_TRUE(IsWindowVisible(Inside(Window()).searchBox_));
 }
 
-TEST_F(Fullscreen, PointerAtTheTopWhileEnteringBringsTheBarBackAtTheNextTick) {
+TEST_F(Fullscreen, PointerAtTheTopBringsTheBarBackAtTheNextTick) {
   SetCursorPos(500, 5);
   Window().ToggleFullscreen();
   ASSERT_EQ(State(), kBarHidden);
   EXPECT_TRUE(PumpUntil([this] { return State() == kPointerAtTop; }));
 }
 
-TEST_F(Fullscreen, RealPointerBringsTheBarAndItGoesThreeSecondsAfterThePointer) {
+TEST_F(Fullscreen, BarComesWithTheRealPointerAndGoesThreeSecondsLater) {
   Window().ToggleFullscreen();
   SetCursorPos(500, 5);
   ASSERT_TRUE(PumpUntil([this] { return State() == kPointerAtTop; }));

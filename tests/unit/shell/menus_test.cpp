@@ -153,7 +153,7 @@ TEST_F(Menus, OpeningIsLogged) {
   EXPECT_TRUE(log.Has("DEBUG ShowHelpMenu: Showing Help popup menu"));
 }
 
-TEST_F(Menus, ThisWindowItemIsThereOnlyWhileMoreThanOneWindowIsActive) {
+TEST_F(Menus, ThisWindowItemNeedsMoreThanOneActiveWindow) {
   const std::string item = "Always on Top - &This Window (40006)";
   EXPECT_FALSE(FileMenuHas(item));
   VantroWindow& second = AddWindow();

@@ -50,7 +50,7 @@ class HookChain : public test::WindowTest {
   static inline HHOOK handedOn_ = nullptr;
 };
 
-TEST_F(HookChain, PassesOnWithTheHookOfTheWindowThatIsNewestAfterTheSync) {
+TEST_F(HookChain, PassesOnWithTheNewestWindowsHookAfterTheSync) {
   VantroWindow& other = OpenWindow();
   VantroWindow& newest = OpenWindow();
   next_ = &other;

@@ -264,7 +264,7 @@ TEST_F(OverlayInput, KeyOnAnOlderOverlayReachesTheNewestView) {
   EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{FlutterChild(newest.flutterEngine_), WM_KEYDOWN, kKey}}));
 }
 
-TEST_F(OverlayInput, AfterAFailedNewWindowAKeyOnAnyOverlayTakesTheDefaultRoad) {
+TEST_F(OverlayInput, KeyAfterAFailedNewWindowTakesTheDefaultRoad) {
   Open();
   LoopbackFaults faults{};
   faults.fail_engine_create = 1;

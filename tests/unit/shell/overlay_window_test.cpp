@@ -98,7 +98,7 @@ HWND WINAPI RecordCreateWindow(DWORD exStyle, const wchar_t* className, const wc
   return realCreateWindow(exStyle, className, title, style, x, y, width, height, parent, menu, instance, data);
 }
 
-TEST_F(BareOverlay, IsAnOwnedClickThroughPopupOverTheClientAreaBelowTheTitleBar) {
+TEST_F(BareOverlay, IsAnOwnedClickThroughPopupBelowTheTitleBar) {
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RecordCreateWindow));
   realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
   ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
@@ -192,7 +192,7 @@ TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   EXPECT_EQ(GetFocus(), child);
 }
 
-TEST_F(Overlay, SyncPlacesItAndItsViewAndHandsTheFocusToTheView) {
+TEST_F(Overlay, SyncPlacesItWithItsViewAndFocusesTheView) {
   VantroWindow& window = OpenWindow();
   SetFocus(Inside(window).searchBox_);
   const HWND overlay = Inside(window).flutterHostWindow_;
@@ -270,7 +270,7 @@ TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
   EXPECT_EQ(SyncsLogged(log_) - before, 2);
 }
 
-TEST_F(Overlay, MovingTheNewestOfSeveralWindowsSyncsTwiceTooThoughEachHasAHook) {
+TEST_F(Overlay, MovingTheNewestOfSeveralWindowsSyncsTwiceToo) {
   OpenWindow();
   OpenWindow();
   VantroWindow& newest = OpenWindow();

@@ -87,7 +87,7 @@ TEST_F(Search, TextIsCutAt1023Characters) {
   EXPECT_EQ(CallsToInterface(), (Lines{"search_query_changed(" + std::string(1023, 'x') + ")"}));
 }
 
-TEST_F(Search, MovingTheWindowWhileTypingTakesTheFocusAndKeepsTextAndTimer) {
+TEST_F(Search, MovingTheWindowWhileTypingKeepsTextAndTimerNotFocus) {
   SetFocus(Inside(Window()).searchBox_);
   Type('a');
   SetWindowPos(Window().hwnd_, nullptr, 30, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);

@@ -242,7 +242,7 @@ TEST_F(Settings, TextWithoutATerminatorEndsWithItsData) {
   EXPECT_EQ(Inside(window_).vlcHwAccel_, "none");
 }
 
-TEST_F(Settings, TextOf512BytesIsReadAndALongerOneCountsAsAbsent) {
+TEST_F(Settings, TextOf512BytesIsReadAndALongerOneIsAbsent) {
   Store(L"VLCHwAccel", Text(std::wstring(254, L'a')));
   Store(L"VLCAudioOutput", Text(std::wstring(255, L'b')));
   Inside(window_).commands_.LoadSettings();
@@ -259,14 +259,14 @@ TEST_F(Settings, TextThatFillsTheBufferWithoutATerminatorIsReadWhole) {
   EXPECT_EQ(Inside(window_).vlcHwAccel_, std::string(256, 'c'));
 }
 
-TEST_F(Settings, AlwaysOnTopStoredAsALongTextFailsToReadAndDefaultsToOff) {
+TEST_F(Settings, AlwaysOnTopStoredAsALongTextReadsAsOff) {
   Store(L"AlwaysOnTop", Text(L"yes"));
   Inside(window_).alwaysOnTop_ = true;
   Inside(window_).commands_.LoadSettings();
   EXPECT_FALSE(Inside(window_).alwaysOnTop_);
 }
 
-TEST_F(Settings, AlwaysOnTopStoredAsAShortTextReadsAsOnWhateverItsType) {
+TEST_F(Settings, AlwaysOnTopStoredAsAShortTextReadsAsOn) {
   StoredValue value = Text(L"0");
   value.data.resize(4);  // the character and one zero
   Store(L"AlwaysOnTop", value);

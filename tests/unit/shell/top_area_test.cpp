@@ -56,7 +56,7 @@ TEST(TopAreaStep, RestingInsideStopsTheAutoHide) {
   }
 }
 
-TEST(TopAreaStep, RestingInsideWithAHiddenBarIsLeftAloneByTheTimerOnly) {
+TEST(TopAreaStep, TimerAloneIgnoresAPointerRestingUnderAHiddenBar) {
   EXPECT_EQ(DecideTopAreaStep(10, true, false, TopAreaCaller::kTrackingTimer),
             (TopAreaStep{true, TopAreaAction::kNone}));
   EXPECT_EQ(DecideTopAreaStep(10, true, false, TopAreaCaller::kMainWindow),

@@ -222,7 +222,7 @@ TEST_F(VolumeDrawing, AnotherStaticIsAnsweredAndNotDrawn) {
   EXPECT_EQ(canvas.Count(Canvas::kUntouched), 400);
 }
 
-TEST_F(VolumeDrawing, SpeakerWithoutAFileIsDrawnByHandWithOneSetOfLinesAPaint) {
+TEST_F(VolumeDrawing, SpeakerWithoutAFileIsDrawnByHandAtEachPaint) {
   const Canvas canvas(20, 20);
   LogCapture log;
   Draw(canvas, kSpeakerIconId);

@@ -41,7 +41,7 @@ TEST(VolumeFill, RoundsItsWidthTowardsZero) {
   EXPECT_EQ(VolumeFillWidth(80, 99), 75);
 }
 
-TEST(VolumeFill, AtFullVolumeIs76WideAndReachesTwoPixelsBelowTheTop) {
+TEST(VolumeFill, AtFullVolumeIs76WideAndReachesTheTop) {
   EXPECT_EQ(VolumeFillWidth(80, 100), 76);
   const std::array<Point, 3> expected{{{2, 18}, {78, 18}, {78, 2}}};
   EXPECT_EQ(VolumeFill(kSlider, 100), expected);

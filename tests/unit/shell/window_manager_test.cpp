@@ -133,7 +133,7 @@ TEST_F(Windows, NewWindowGoesToTheRightOfTheReferenceWhereThatFits) {
                        "px gap"));
 }
 
-TEST_F(Windows, NewWindowGoesToTheLeftOfAReferenceAtTheRightEdge) {
+TEST_F(Windows, NewWindowGoesLeftOfAReferenceAtTheRightEdge) {
   VantroWindow& reference = OpenWindow();
   RECT work;
   SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
