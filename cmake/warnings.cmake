@@ -41,7 +41,16 @@ if(WIN32)
     endif()
   endforeach()
 endif()
-option(VANTRO_LINK_MAPS "Write NAME.map beside each program: which object of which library it holds" OFF)
-if(VANTRO_LINK_MAPS)
-  target_link_options(vantro_flags INTERFACE "LINKER:-Map=${CMAKE_BINARY_DIR}/$<TARGET_PROPERTY:NAME>.map")
+option(VANTRO_PDB "Write NAME.pdb into the build folder: the symbols that Windows debuggers read (clang and lld only)" OFF)
+if(VANTRO_PDB)
+  # The system's own thread-local variables: clang's CodeView names a symbol that an emulated one does not have.
+  target_compile_options(vantro_flags INTERFACE -g -gcodeview -ffile-compilation-dir=. -fno-emulated-tls)
+  # A program names its PDB without a folder. The PDB has the same bytes in every build folder, and so has its id, which is
+  # made of them and stands in the program.
+  target_link_options(vantro_flags INTERFACE
+    "LINKER:--pdb=$<TARGET_PROPERTY:NAME>.pdb"
+    "LINKER:-Xlink=-pdbaltpath:$<TARGET_PROPERTY:NAME>.pdb"
+    "LINKER:-Xlink=-pdbsourcepath:C:/vantro"
+    # Without functions that nothing calls: lld keeps them otherwise, a fifth of the program.
+    "LINKER:--gc-sections")
 endif()

@@ -1,4 +1,4 @@
-"""What of others is in the programs: read from the linker's maps, and matched with packaging/components.json."""
+"""What of others is in the programs: read from their PDBs, and matched with packaging/components.json."""
 
 import json
 import re
@@ -13,13 +13,18 @@ class Unknown(Exception):
     """A linked library without a notice, as one sentence."""
 
 
-def linked_files(map_text):
-    """The names of the libraries and objects outside the build folder that a program holds code of."""
-    members, _, rest = map_text.partition("\nDiscarded input sections")
-    archives = re.findall(r"^(\S.*?\.(?:a|lib))\(", members, re.MULTILINE)
-    objects = re.findall(r"^LOAD (.+\.o(?:bj)?)$", map_text, re.MULTILINE)
-    # The build's own files have relative paths.
-    return {re.split(r"[/\\]", path)[-1] for path in archives + objects if re.match(r"/|[A-Za-z]:", path)}
+def linked_files(modules):
+    """The names of the libraries and objects outside the build folder that a program holds code of. The text is what
+    llvm-pdbutil tells of the modules in its PDB."""
+    paths = re.findall(r"^ *Obj: `(.+)`", modules, re.MULTILINE)
+    # The linker puts the build's own files, which it gets as relative paths, into a folder of this name.
+    foreign = [path for path in paths if not re.match(r"C:[/\\]vantro[/\\]", path)]
+    return {re.split(r"[/\\]", path)[-1] for path in foreign if re.search(r"\.(a|lib|o|obj)$", path)}
+
+
+def modules_of(pdb):
+    """What llvm-pdbutil tells of the modules in a PDB."""
+    return subprocess.run(["llvm-pdbutil", "dump", "-modules", pdb], check=True, capture_output=True, text=True).stdout
 
 
 def components_of(names):

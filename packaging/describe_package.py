@@ -1,6 +1,6 @@
-"""describe_package.py STAGE VERSION COMPILER IMAGE=MAP ...: writes NOTICES.txt and vantro.spdx.json into a package's folder.
+"""describe_package.py STAGE VERSION COMPILER IMAGE=PDB ...: writes NOTICES.txt and vantro.spdx.json into a package's folder.
 
-Each map is the linker's, of the program IMAGE in STAGE. The same content gives the same bytes: the time in the bill of
+Each PDB is that of the program IMAGE in STAGE. The same content gives the same bytes: the time in the bill of
 materials is SOURCE_DATE_EPOCH, or else that of the last commit.
 """
 
@@ -55,7 +55,7 @@ def package_entry(identifier, name, license_, copyright_, version=None, source="
 
 def file_entry(stage, path, number):
     data = path.read_bytes()
-    own = path.name in {"vantro.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt"} or path == stage / "libvlc.dll"
+    own = path.name in {"vantro.exe", "vantro-log.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt"} or path == stage / "libvlc.dll"
     return {"SPDXID": f"SPDXRef-File-{number}", "fileName": f"./{path.relative_to(stage).as_posix()}",
             "checksums": [{"algorithm": "SHA1", "checksumValue": hashlib.sha1(data).hexdigest()},
                           {"algorithm": "SHA256", "checksumValue": hashlib.sha256(data).hexdigest()}],
@@ -102,11 +102,11 @@ def bill(stage, version, linked, numbers):
             "hasExtractedLicensingInfos": own_texts}
 
 
-def main(stage, version, compiler, *maps):
+def main(stage, version, compiler, *pdbs):
     stage = Path(stage)
     try:
-        linked = {image: components.components_of(components.linked_files(Path(path).read_text(errors="replace")))
-                  for image, path in (pair.split("=", 1) for pair in maps)}
+        linked = {image: components.components_of(components.linked_files(components.modules_of(path)))
+                  for image, path in (pair.split("=", 1) for pair in pdbs)}
     except components.Unknown as reason:
         print(f"make-package: {reason}", file=sys.stderr)
         return 1

@@ -14,7 +14,8 @@
 
 namespace vantro::runtime {
 
-struct PictureSize {
+// Aligned as a whole, so that every compiler loads and stores the two in one instruction.
+struct alignas(8) PictureSize {
   unsigned width = 0;  // pixels
   unsigned height = 0;
 };

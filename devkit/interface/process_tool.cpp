@@ -1,5 +1,5 @@
-// process_tool fault PID: starts a thread in the process whose first instruction is not there, so that it faults on a
-// thread that is not the main one.
+// process_tool fault PID [ADDRESS]: starts a thread in the process whose first instruction is not there, or is at this
+// address, with a null argument, so that it faults on a thread that is not the main one.
 // process_tool answer TITLE: waits for a message box of this title and presses its OK.
 // process_tool handles PID: prints how many handles of the kernel the process holds.
 // process_tool windows PID: says "watching", and then prints the class of each visible top-level window of the process once,
@@ -22,10 +22,10 @@ constexpr ULONGLONG kAnswerLimitMs = 20000;
 constexpr DWORD kLookMs = 20;
 constexpr uintptr_t kNoCode = 0x10;  // in the first page, which is never mapped
 
-int Fault(DWORD processId) {
+int Fault(DWORD processId, uintptr_t code) {
   const HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, processId);
   if (!process) return 3;
-  const auto start = reinterpret_cast<LPTHREAD_START_ROUTINE>(kNoCode);
+  const auto start = reinterpret_cast<LPTHREAD_START_ROUTINE>(code);
   return CreateRemoteThread(process, nullptr, 0, start, nullptr, 0, nullptr) ? 0 : 4;
 }
 
@@ -113,8 +113,10 @@ int Hold(const wchar_t* name) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  const std::wstring verb = argc == 3 ? argv[1] : L"";
-  if (verb == L"fault") return Fault(std::wcstoul(argv[2], nullptr, 10));
+  const std::wstring verb = argc >= 3 ? argv[1] : L"";
+  if (verb == L"fault") {
+    return Fault(std::wcstoul(argv[2], nullptr, 10), argc == 4 ? std::wcstoull(argv[3], nullptr, 0) : kNoCode);
+  }
   if (verb == L"answer") return Answer(argv[2]);
   if (verb == L"handles") return Handles(std::wcstoul(argv[2], nullptr, 10));
   if (verb == L"windows") return Windows(std::wcstoul(argv[2], nullptr, 10));

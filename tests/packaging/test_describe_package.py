@@ -11,28 +11,28 @@ from tests.packaging.runtimes import ROOT, check_runtime  # noqa: F401  (puts pa
 import components
 import licences
 
-MAP = """Archive member included to satisfy reference by file (symbol)
-
-/usr/lib/gcc/x86_64-w64-mingw32/12-posix/libstdc++.a(string-inst.o)
-                              libvantro_core.a(channel.cpp.obj) (std::string)
-{more}libvantro_core.a(channel.cpp.obj)
-                              main.cpp.obj (Channel)
-
-Discarded input sections
-
-LOAD /usr/x86_64-w64-mingw32/lib/crt2.o
-LOAD shell/CMakeFiles/vantro.dir/main.cpp.obj
-LOAD /usr/x86_64-w64-mingw32/lib/libuser32.a
+MODULES = """
+Mod 0000 | `/usr/x86_64-w64-mingw32/lib/crt2.o`:
+Obj: `/usr/x86_64-w64-mingw32/lib/crt2.o`:
+Mod 0001 | `C:\\vantro\\shell\\CMakeFiles\\vantro.dir\\main.cpp.obj`:
+Obj: `C:\\vantro\\shell\\CMakeFiles\\vantro.dir\\main.cpp.obj`:
+Mod 0002 | `string-inst.o`:
+Obj: `/usr/lib/gcc/x86_64-w64-mingw32/12-posix/libstdc++.a`:
+Mod 0003 | `channel.cpp.obj`:
+Obj: `C:\\vantro\\libvantro_core.a`:
+{more}Mod 0009 | `* Linker *`:
+Obj: ``:
 """
+FOREIGN = "Mod 0005 | `inflate.o`:\nObj: `{path}`:\n"
 
 
-def test_linked_is_what_a_member_was_taken_from_and_each_object_outside_the_build():
-    assert components.linked_files(MAP.format(more="")) == {"libstdc++.a", "crt2.o"}
+def test_linked_is_what_comes_from_outside_the_build():
+    assert components.linked_files(MODULES.format(more="")) == {"libstdc++.a", "crt2.o"}
 
 
 @pytest.mark.parametrize("path", ["/usr/x86_64-w64-mingw32/lib/libz.a", "C:/msys64/mingw64/lib/libz.a"])
 def test_library_without_a_notice_is_named(path):
-    names = components.linked_files(MAP.format(more=f"{path}(inflate.o)\n"))
+    names = components.linked_files(MODULES.format(more=FOREIGN.format(path=path)))
     with pytest.raises(components.Unknown, match="libz.a"):
         components.components_of(names)
 
@@ -43,11 +43,16 @@ def test_each_component_has_its_notice():
     assert {path.name for path in (ROOT / "packaging/notices").iterdir()} == {part["notice"] for part in components.COMPONENTS}
 
 
-def describe(stage, tmp_path, more=""):
-    (tmp_path / "map").write_text(MAP.format(more=more))
+def describe(stage, folder, source="void start(void) {}", *libraries):
+    """Describes a program that is linked by the compiler that ships, from this source and the libraries."""
+    (folder / "program.c").write_text(source)
+    subprocess.run(["clang", "--target=x86_64-w64-windows-gnu", "-c", "program.c"], cwd=folder, check=True)
+    subprocess.run(["clang", "--target=x86_64-w64-windows-gnu", "-fuse-ld=lld", "-nostdlib", "-Wl,-e,start",
+                    "-Wl,--pdb=program.pdb", "-Wl,-Xlink=-pdbsourcepath:C:/vantro", "program.o", *libraries, "-o",
+                    "program.exe"], cwd=folder, check=True)
     return subprocess.run([sys.executable, ROOT / "packaging/describe_package.py", stage, "1.2.3",
-                           "x86_64-w64-mingw32-g++-posix", f"vantro.exe={tmp_path / 'map'}"], capture_output=True, text=True,
-                          env=dict(os.environ, SOURCE_DATE_EPOCH="1700000000"))
+                           "x86_64-w64-mingw32-g++-posix", f"vantro.exe={folder / 'program.pdb'}"], capture_output=True,
+                          text=True, env=dict(os.environ, SOURCE_DATE_EPOCH="1700000000"))
 
 
 @pytest.fixture
@@ -67,7 +72,12 @@ def test_description_of_the_same_files_is_the_same_bytes(stage, tmp_path):
 
 
 def test_package_with_a_library_without_a_notice_is_not_described(stage, tmp_path):
-    result = describe(stage, tmp_path, more="/usr/x86_64-w64-mingw32/lib/libz.a(inflate.o)\n")
+    library = tmp_path / "elsewhere"
+    library.mkdir()
+    (library / "z.c").write_text("int inflate(void) { return 0; }")
+    subprocess.run(["clang", "--target=x86_64-w64-windows-gnu", "-c", "z.c"], cwd=library, check=True)
+    subprocess.run(["x86_64-w64-mingw32-ar", "rcs", "libz.a", "z.o"], cwd=library, check=True)
+    result = describe(stage, tmp_path, "int inflate(void); void start(void) { inflate(); }", library / "libz.a")
     assert result.returncode == 1
     assert result.stderr.startswith("make-package: no notice covers what is linked in from libz.a")
     assert not (stage / "NOTICES.txt").exists()
