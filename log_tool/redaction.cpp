@@ -10,6 +10,7 @@ namespace {
 constexpr std::string_view kHidden = "***";
 constexpr std::string_view kSchemeEnd = "://";
 constexpr std::string_view kSearchText = "Search debounce complete, query: '";
+constexpr std::string_view kKeyCode = "key=";
 constexpr std::string_view kTime = " 0000-00-00 00:00:00.000 ";  // a 0 stands for any digit
 
 // What the host's own lines go on with after an address.
@@ -43,6 +44,15 @@ std::string WithoutSearchText(std::string_view line) {
   return std::string(line.substr(0, found + kSearchText.size())).append(kHidden).append("'");
 }
 
+std::string WithoutKeyCodes(std::string line) {
+  for (size_t at = line.find(kKeyCode); at != line.npos; at = line.find(kKeyCode, at)) {
+    at += kKeyCode.size();
+    const size_t end = std::min(line.find_first_not_of("0123456789", at), line.size());
+    if (end != at) line.replace(at, end - at, kHidden);
+  }
+  return line;
+}
+
 }  // namespace
 
 bool BeginsLogLine(std::string_view text) {
@@ -57,7 +67,7 @@ bool BeginsLogLine(std::string_view text) {
 }
 
 std::string RedactedLine(std::string_view line) {
-  const std::string known = WithoutSearchText(line);
+  const std::string known = WithoutKeyCodes(WithoutSearchText(line));
   std::string_view rest = known;
   std::string result;
   while (true) {

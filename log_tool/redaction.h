@@ -12,9 +12,9 @@ bool BeginsLogLine(std::string_view text);
 // One line of the log, without its line end, as it may be passed on:
 //  - the user info of each address becomes "***", and so does an authority that could be a cut user info;
 //  - a query or a fragment becomes "?***" or "#***", up to the next field that the host writes after an address, or to
-//  the
-//    end of the line, since an address may hold blanks;
-//  - the text of the search box becomes "***".
+//    the end of the line, because an address may contain blanks;
+//  - the text of the search box becomes "***";
+//  - the number of each "key=NUMBER" becomes "***", since the keys of a password are logged too.
 // Names and passwords in the path of an address stay.
 std::string RedactedLine(std::string_view line);
 
