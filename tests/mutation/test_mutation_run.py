@@ -70,6 +70,12 @@ def test_the_file_is_as_before_when_a_change_was_judged(judge, toy):
     assert (toy.tree / PRODUCT_FILE).read_text() == PRODUCT
 
 
+def test_a_workspace_that_was_closed_runs_nothing_more(toy):
+    toy.close()
+    with pytest.raises(RuntimeError, match="ended"):
+        toy.build(NATIVE_PRESET, [])
+
+
 def test_a_change_that_does_not_compile_is_no_mutant(toy):
     program = Program("limit_test", NATIVE_PRESET, "player", ("./test",), str(toy.tree))
     (toy.tree / "test.cpp").write_text("not C++")
@@ -180,7 +186,7 @@ def test_a_run_goes_on_where_one_that_was_killed_stopped(tmp_path):
     mutant = mutants(PRODUCT_FILE, PRODUCT)[0]
     entry = results.record(mutant, trial.Verdict(trial.KILLED))
     journal = tmp_path / "results.jsonl"
-    journal.write_text('{"mark": "m"}\n' + results.json.dumps(entry) + '\n{"file": "pla')
+    journal.write_text('{"mark": "m"}\n' + results.json.dumps(entry) + '\n{"file": "pla\n')
     name = results.identity(mutant.file, mutant.begin, mutant.replacement, mutant.before)
     assert results.read_judged(journal, "m") == {name: entry}
     assert results.read_judged(journal, "of other sources") == {}

@@ -8,7 +8,7 @@ import pathlib
 import subprocess
 import tomllib
 
-from .workspace import NATIVE_PRESET, WINDOWS_PRESET, tree_files
+from .workspace import NATIVE_PRESET, WINDOWS_PRESET, failed_tests, tree_files
 
 PRODUCT = ("shell", "flutter_host", "channel", "player", "services", "common", "runtime")
 GCOV = "x86_64-w64-mingw32-gcov-posix"
@@ -104,22 +104,16 @@ class Reach:
         self.kills[mutant.file, (program.preset, program.name)] += 1
 
 
-def measure(workspace, programs, say):
-    """Runs each program once with counters. Returns visited and counted, as lists for a file of JSON."""
+def measure(workspace, program):
+    """Runs a program once with counters. Returns {file: [the lines it visits, the lines that have a counter]} and the time
+    of the run."""
     build = workspace.build_folder(WINDOWS_PRESET)
     read_counters(build, workspace.tree)
-    visited, counted = {}, collections.defaultdict(set)
-    for program in programs:
-        run = workspace.run_program(program, 300, environment={"GCOV_PREFIX": "Z:", "GCOV_ERROR_FILE": ""})
-        if not run.passed:
-            raise RuntimeError(f"{program} fails on the unchanged tree:\n{run.output[-3000:]}")
-        lines = read_counters(build, workspace.tree)
-        visited[program.name] = {file: sorted(line for line, count in counts.items() if count)
-                                 for file, counts in lines.items()}
-        for file, counts in lines.items():
-            counted[file] |= set(counts)
-        say(f"{program.name} visits {sum(map(len, visited[program.name].values()))} lines")
-    return {"visited": visited, "counted": {file: sorted(lines) for file, lines in counted.items()}}
+    run = workspace.run_program(program, 300, environment={"GCOV_PREFIX": "Z:"})
+    if not run.passed:
+        raise RuntimeError(f"{program} fails on the unchanged tree: {failed_tests(run.output)}\n{run.output[-3000:]}")
+    return {file: [sorted(line for line, count in counts.items() if count), sorted(counts)]
+            for file, counts in read_counters(build, workspace.tree).items()}, run.seconds
 
 
 def includers_of(objects_by_source):
@@ -134,17 +128,25 @@ def includers_of(objects_by_source):
             for file, objects in objects_by_source.items()}
 
 
-def load(workspace, programs, root, out, say):
-    """The reach of the tree, measured unless it is known from an earlier run on the same sources."""
+def load(workspace, programs, mark, out, say):
+    """The reach of the programs. What an earlier run measured is kept while the mark of the sources is the same."""
     known = out / "reach.json"
-    mark = fingerprint(root)
     data = json.loads(known.read_text()) if known.is_file() else {}
-    windows = [program for program in programs if program.preset == WINDOWS_PRESET]
     if data.get("mark") != mark:
-        say("measuring which test programs visit which lines")
-        data = {"mark": mark, **measure(workspace, windows, say)}
-        known.write_text(json.dumps(data))
-    visited = {name: {file: set(lines) for file, lines in files.items()} for name, files in data["visited"].items()}
-    counted = {file: set(lines) for file, lines in data["counted"].items()}
-    portable = set(workspace.objects_by_source(NATIVE_PRESET))
-    return Reach(programs, visited, counted, portable, includers_of(workspace.objects_by_source(WINDOWS_PRESET)))
+        data = {"mark": mark, "programs": {}}
+    visited, counted, seconds = {}, collections.defaultdict(set), {}
+    for program in programs:
+        if program.preset != WINDOWS_PRESET:
+            continue
+        if program.name not in data["programs"]:
+            data["programs"][program.name], seconds[program.preset, program.name] = measure(workspace, program)
+            known.write_text(json.dumps(data))
+            say(f"{program.name} visits {sum(len(lines[0]) for lines in data['programs'][program.name].values())} lines")
+        files = data["programs"][program.name]
+        visited[program.name] = {file: set(lines[0]) for file, lines in files.items()}
+        for file, lines in files.items():
+            counted[file] |= set(lines[1])
+    table = Reach(programs, visited, counted, set(workspace.objects_by_source(NATIVE_PRESET)),
+                  includers_of(workspace.objects_by_source(WINDOWS_PRESET)))
+    table.seconds = seconds  # of those that were just run
+    return table

@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import random
+import resource
 import signal
 import sys
 import threading
@@ -14,7 +15,7 @@ import time
 from . import operators, reach, results
 from .reach import PRODUCT
 from .trial import EQUIVALENT, NOT_COMPILED, SURVIVED, Trial, Verdict
-from .workspace import NATIVE_PRESET, WINDOWS_PRESET, Workspace
+from .workspace import NATIVE_PRESET, WINDOWS_PRESET, Workspace, failed_tests
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 # Beside the unit programs: what integration tests start.
@@ -77,16 +78,21 @@ class Queue:
             return len(self.records)
 
 
-def build_unchanged(workspace):
-    """Copies and builds the tree. Returns its test programs."""
+def build_unchanged(workspace, options):
+    """Copies and builds the tree. Returns the test programs that are asked."""
     workspace.update()
     for preset in (NATIVE_PRESET, WINDOWS_PRESET):
         workspace.configure(preset)
-    programs = workspace.programs(NATIVE_PRESET) + workspace.programs(WINDOWS_PRESET)
-    for preset, extra in ((NATIVE_PRESET, []), (WINDOWS_PRESET, INTEGRATION_TARGETS)):
-        built = workspace.build(preset, [program.name for program in programs if program.preset == preset] + extra)
-        if not built.passed:
-            raise RuntimeError(f"the unchanged tree does not build:\n{built.output[-3000:]}")
+    chosen = options.programs.split(",") if options.programs else None
+    extra = {NATIVE_PRESET: [], WINDOWS_PRESET: ["host_launcher"] if options.no_integration else INTEGRATION_TARGETS}
+    programs = []
+    for preset in (NATIVE_PRESET, WINDOWS_PRESET):
+        names = [name for name in workspace.program_names(preset) if not chosen or name in chosen]
+        if names or extra[preset]:
+            built = workspace.build(preset, names + extra[preset])
+            if not built.passed:
+                raise RuntimeError(f"the unchanged tree does not build:\n{built.output[-3000:]}")
+        programs += workspace.programs(preset, names)
     workspace.start_wine()
     return programs
 
@@ -99,7 +105,7 @@ def try_unchanged(workspace, programs):
         if not run.passed:
             run = workspace.run_program(program, 300)
         if not run.passed:
-            raise RuntimeError(f"{program} fails on the unchanged tree:\n{run.output[-3000:]}")
+            raise RuntimeError(f"{program} fails on the unchanged tree: {failed_tests(run.output)}\n{run.output[-3000:]}")
         seconds[program.preset, program.name] = run.seconds
     return seconds
 
@@ -118,6 +124,7 @@ def arguments():
     parser.add_argument("--seed", type=int, default=None, help="which changes are drawn (random unless given)")
     parser.add_argument("--count", type=int, default=None, help="how many changes are judged (all unless given)")
     parser.add_argument("--workers", type=int, default=min(2, os.cpu_count() or 1), help="copies that work side by side")
+    parser.add_argument("--programs", metavar="NAME,...", help="ask only these unit test programs")
     parser.add_argument("--no-integration", action="store_true", help="leave the integration tests out")
     parser.add_argument("--resume", action="store_true", help="keep what an earlier run on the same sources has judged")
     parser.add_argument("--list", action="store_true", help="print the changes that would be drawn, and do nothing")
@@ -135,7 +142,8 @@ def main():
         return 0
     out = ROOT / "out/mutate"
     out.mkdir(parents=True, exist_ok=True)
-    workspaces = [Workspace(ROOT, out / f"worker-{number + 1}") for number in range(options.workers)]
+    jobs = max(1, (os.cpu_count() or 1) // options.workers)
+    workspaces = [Workspace(ROOT, out / f"worker-{number + 1}", jobs) for number in range(options.workers)]
     # An end by a signal runs the clean-up, too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     try:
@@ -147,6 +155,12 @@ def main():
         for workspace in workspaces:
             with contextlib.suppress(OSError):
                 workspace.close()
+
+
+def processor_seconds():
+    """What the ended children used, without Wine's services, which outlive them."""
+    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return usage.ru_utime + usage.ru_stime
 
 
 def in_threads(functions):
@@ -171,39 +185,47 @@ def in_threads(functions):
 
 def run(options, files, mutants, seed, out, workspaces):
     began = time.monotonic()
+    mark = reach.fingerprint(ROOT)
     say("building the unchanged tree" + (" in each copy" if len(workspaces) > 1 else "") + " and trying it")
     programs = {}
-    in_threads([lambda workspace=workspace: programs.update({workspace: build_unchanged(workspace)})
+    in_threads([lambda workspace=workspace: programs.update({workspace: build_unchanged(workspace, options)})
                 for workspace in workspaces])
     first = workspaces[0]
-    known = reach.load(first, programs[first], ROOT, out, say)
-    tables = {workspace: known.with_programs(programs[workspace]) for workspace in workspaces}
+    known = reach.load(first, programs[first], mark, out, say)
+    tables = {workspace: known if workspace is first else known.with_programs(programs[workspace])
+              for workspace in workspaces}
 
     def try_programs(workspace):
-        reaching = {program for mutant in mutants for program in tables[workspace].programs_for(mutant)}
-        tables[workspace].seconds = try_unchanged(workspace, sorted(reaching, key=str))
+        table = tables[workspace]
+        reaching = {program for mutant in mutants for program in table.programs_for(mutant)
+                    if (program.preset, program.name) not in table.seconds}
+        table.seconds.update(try_unchanged(workspace, sorted(reaching, key=str)))
 
     in_threads([lambda workspace=workspace: try_programs(workspace) for workspace in workspaces])
     if not options.no_integration:
         check_integration(first, files)
     say(f"the unchanged tree passes ({time.monotonic() - began:.0f} s)")
 
-    mark = reach.fingerprint(ROOT)
     journal = out / "results.jsonl"
     judged = results.read_judged(journal, mark) if options.resume else {}
     equivalents = results.read_equivalents()
     queue = Queue(mutants, options.count)
     began = time.monotonic()
+    used_before = processor_seconds()
 
     def write_report():
         heading = (f"Seed {seed}; {time.monotonic() - began:.0f} s with {len(workspaces)} workers, "
+                   f"{processor_seconds() - used_before:.0f} s of processor time, "
                    f"integration tests {'left out' if options.no_integration else 'included'}.")
         text = results.report(queue.records, heading)
         (out / "report.md").write_text(text)
         return text
 
-    with open(journal, "w") as lines:
-        lines.write(json.dumps({"mark": mark}) + "\n")
+    with open(journal, "a" if judged else "w") as lines:
+        if judged:
+            lines.write("\n")  # behind a line that may be cut off
+        else:
+            lines.write(json.dumps({"mark": mark}) + "\n")
 
         def work(workspace):
             trial = Trial(workspace, tables[workspace], not options.no_integration)
@@ -216,8 +238,9 @@ def run(options, files, mutants, seed, out, workspaces):
                 else:
                     entry = results.record(mutant, trial.judge(mutant))
                 number = queue.put(entry)
-                lines.write(json.dumps(entry) + "\n")
-                lines.flush()
+                if name not in judged:
+                    lines.write(json.dumps(entry) + "\n")
+                    lines.flush()
                 print(f"{number:5} {entry['verdict']:12} {entry['seconds']:6.1f} s  {mutant}"[:200]
                       + (f"  [{entry['by']}]" if entry["by"] else ""), flush=True)
                 if number % 20 == 0:

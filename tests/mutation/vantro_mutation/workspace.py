@@ -20,7 +20,6 @@ WINE = "/usr/lib/wine/wine64"
 MEMORY_LIMIT = 4 << 30
 FILE_LIMIT = 256 << 20
 HUNG = 97  # the exit code of the unit tests' own watchdog
-TEST_LIMIT_SECONDS = 20
 
 
 @dataclasses.dataclass(frozen=True)
@@ -92,14 +91,15 @@ class Workspace:
         self.jobs = jobs
         self._keeper = None
         self._running = None
+        self._closed = False
         self.environment = {
             **os.environ, "CCACHE_DIR": str(self.root / "out/mutate/ccache"), "CCACHE_MAXSIZE": "4G",
             "CMAKE_C_COMPILER_LAUNCHER": "ccache", "CMAKE_CXX_COMPILER_LAUNCHER": "ccache",
             "PYTHONPATH": str(self.tree / "devkit/interface"), "PYTHONDONTWRITEBYTECODE": "1",
             "VANTRO_WINEPREFIX": str(self.tree / "out/wine/unit"), "VANTRO_BUILD": str(self.build_folder(WINDOWS_PRESET)),
-            "VANTRO_TEST_LIMIT": str(TEST_LIMIT_SECONDS), "WINEDEBUG": "-all", "GTEST_FAIL_FAST": "1",
-            # No counters are written but where they are asked for.
-            "GCOV_PREFIX": "Z:/dev/null", "GCOV_ERROR_FILE": "NUL"}
+            "WINEDEBUG": "-all", "GTEST_FAIL_FAST": "1",
+            # Where counters go that nobody asked for.
+            "GCOV_PREFIX": f"Z:{self.folder}/counters"}
 
     def build_folder(self, preset):
         return self.tree / "out/build" / preset
@@ -110,6 +110,8 @@ class Workspace:
 
     def command(self, *command, seconds=None, environment=None, cwd=None, limited=False):
         """Runs a command with everything it starts in a process group of its own, which ends with it."""
+        if self._closed:
+            raise RuntimeError("the run was ended")
         began = time.monotonic()
         output = self.folder / "output.txt"
         with open(output, "wb") as file:
@@ -142,17 +144,24 @@ class Workspace:
     def build(self, preset, targets):
         return self.command("cmake", "--build", self.build_folder(preset), "-j", self.jobs, "--target", *targets)
 
-    def programs(self, preset):
-        """The test programs of a configured build."""
-        build = self.build_folder(preset)
-        listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], check=True, stdout=subprocess.PIPE,
-                                env=self.environment).stdout
-        folders = {path.stem: path.parts[-3] for path in build.glob("tests/unit/*/CMakeFiles/*.dir")}
+    def _tests(self, preset):
+        listed = subprocess.run(["ctest", "--test-dir", self.build_folder(preset), "--show-only=json-v1"], check=True,
+                                stdout=subprocess.PIPE, env=self.environment).stdout
+        return json.loads(listed)["tests"]
+
+    def program_names(self, preset):
+        """The names of the test programs of a configured build."""
+        return [test["name"] for test in self._tests(preset)]
+
+    def programs(self, preset, names):
+        """The programs of these names. They are built: ctest knows no command of one that is not there."""
+        folders = {path.stem: path.parts[-3] for path in self.build_folder(preset).glob("tests/unit/*/CMakeFiles/*.dir")}
         found = []
-        for test in json.loads(listed)["tests"]:
-            values = {entry["name"]: entry["value"] for entry in test["properties"]}
-            found.append(Program(test["name"], preset, folders.get(test["name"], ""), tuple(test["command"]),
-                                 values["WORKING_DIRECTORY"]))
+        for test in self._tests(preset):
+            if test["name"] in names:
+                values = {entry["name"]: entry["value"] for entry in test["properties"]}
+                found.append(Program(test["name"], preset, folders.get(test["name"], ""), tuple(test["command"]),
+                                     values["WORKING_DIRECTORY"]))
         return found
 
     def objects_by_source(self, preset):
@@ -195,6 +204,8 @@ class Workspace:
             self._keeper = None
 
     def close(self):
+        """Ends what runs. A worker that goes on finds that it may not."""
+        self._closed = True
         if process := self._running:
             with contextlib.suppress(ProcessLookupError):
                 os.killpg(process.pid, signal.SIGKILL)
@@ -208,8 +219,12 @@ class Workspace:
 
     def run_program(self, program, seconds, only=None, environment=None):
         arguments = [f"--gtest_filter={only}"] if only else []
+        # Counters of another change of the same file would be told as not fitting.
+        shutil.rmtree(self.folder / "counters", ignore_errors=True)
+        # The program's own watchdog names the test, if it comes first.
+        environment = {**self.environment, "VANTRO_TEST_LIMIT": str(max(1, int(seconds) - 5)), **(environment or {})}
         run = self.command(*program.command, *arguments, seconds=seconds, cwd=program.working_directory, limited=True,
-                           environment={**self.environment, **(environment or {})})
+                           environment=environment)
         if run.timed_out and program.preset != NATIVE_PRESET:
             self.start_wine()
         return run

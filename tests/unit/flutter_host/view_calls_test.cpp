@@ -1,0 +1,147 @@
+// The calls by which the host of the view takes its window: what they are given, and which lines of the log stand
+// before them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "flutter_host/flutter_engine.h"
+#include "tests/support/log_capture.h"
+#include "tests/support/loopback.h"
+#include "tests/unit/shell/import_hook.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr char kFirstLine[] = "INFO FlutterViewController created successfully";
+
+// The host's calls and lines in their order, from the line on that tells of the view.
+class Steps {
+ public:
+  Steps() { current = this; }
+  ~Steps() { current = nullptr; }
+  Steps(const Steps&) = delete;
+  Steps& operator=(const Steps&) = delete;
+
+  std::vector<std::string> Take() {
+    TakeLines();
+    return steps_;
+  }
+
+ private:
+  static HWND WINAPI Reparent(HWND window, HWND parent) {
+    const HWND former = Call<decltype(&SetParent)>(current->parent_)(window, parent);
+    current->Note("SetParent %p %p", window, parent);
+    return former;
+  }
+  static LONG_PTR WINAPI ChangeLong(HWND window, int index, LONG_PTR value) {
+    const LONG_PTR former = Call<decltype(&SetWindowLongPtrA)>(current->long_)(window, index, value);
+    current->Note("SetWindowLongPtrA %p %d adds %#llx, removes %#llx", window, index, value & ~former, former & ~value);
+    return former;
+  }
+  static BOOL WINAPI Place(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+    current->Note("SetWindowPos %p after %p %d,%d %dx%d flags %u", window, after, x, y, width, height, flags);
+    return Call<decltype(&SetWindowPos)>(current->position_)(window, after, x, y, width, height, flags);
+  }
+  static BOOL WINAPI Show(HWND window, int command) {
+    current->Note("ShowWindow %p %d", window, command);
+    return Call<decltype(&ShowWindow)>(current->show_)(window, command);
+  }
+
+  template <class Function>
+  static Function Call(const ImportHook& hook) {
+    return reinterpret_cast<Function>(hook.Original());
+  }
+  template <class... Values>
+  void Note(const char* format, Values... values) {
+    TakeLines();
+    char text[160];
+    std::snprintf(text, sizeof text, format, values...);
+    steps_.push_back(text);
+  }
+  void TakeLines() {
+    const std::vector<std::string> lines = log_.Lines();
+    for (; linesTaken_ < lines.size(); ++linesTaken_) {
+      if (lines[linesTaken_] == kFirstLine) steps_.clear();
+      steps_.push_back(lines[linesTaken_]);
+    }
+  }
+
+  static Steps* current;
+  LogCapture log_;
+  size_t linesTaken_ = 0;
+  std::vector<std::string> steps_;
+  ImportHook parent_{"user32.dll", "SetParent", reinterpret_cast<void*>(&Reparent)};
+  ImportHook long_{"user32.dll", "SetWindowLongPtrA", reinterpret_cast<void*>(&ChangeLong)};
+  ImportHook position_{"user32.dll", "SetWindowPos", reinterpret_cast<void*>(&Place)};
+  ImportHook show_{"user32.dll", "ShowWindow", reinterpret_cast<void*>(&Show)};
+};
+
+Steps* Steps::current = nullptr;
+
+class ViewCalls : public testing::Test {
+ protected:
+  ~ViewCalls() override { DestroyWindow(parent_); }
+  // With the text's %p for the view and then for the parent.
+  std::string With(const char* format) const {
+    char text[160];
+    std::snprintf(text, sizeof text, format, static_cast<void*>(engine_.flutterWindow_), static_cast<void*>(parent_));
+    return text;
+  }
+
+  Loopback loopback_;
+  HWND parent_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 640, 480, nullptr, nullptr, nullptr, nullptr);
+  FlutterEngine engine_;
+};
+
+TEST_F(ViewCalls, ViewIsReparentedStyledPlacedAndShownInThisOrder) {
+  Steps steps;
+  ASSERT_TRUE(engine_.Initialize(parent_));
+  EXPECT_THAT(steps.Take(), ElementsAre(kFirstLine, With("INFO Successfully got Flutter window handle: %p"),
+                                        With("SetParent %p %p"), With("SetWindowLongPtrA %p -16 adds 0, removes 0"),
+                                        "INFO Flutter child window configured for DWM composition",
+                                        With("SetWindowPos %p after 0000000000000000 0,0 800x600 flags 64"),
+                                        "INFO Flutter window positioned and styled as child window",
+                                        With("ShowWindow %p 5"), "INFO Flutter view set to visible",
+                                        "INFO ==== Flutter Engine Initialization Completed Successfully ===="));
+}
+
+TEST_F(ViewCalls, WithoutAParentTheViewIsNotReparented) {
+  Steps steps;
+  ASSERT_TRUE(engine_.Initialize(nullptr));
+  for (const std::string& step : steps.Take()) EXPECT_FALSE(step.starts_with("SetParent")) << step;
+}
+
+TEST_F(ViewCalls, ViewWithoutAWindowIsNotTouched) {
+  LoopbackFaults faults{};
+  faults.no_view_window = 1;
+  loopback_.SetFaults(faults);
+  Steps steps;
+  ASSERT_TRUE(engine_.Initialize(parent_));
+  EXPECT_THAT(steps.Take(), ElementsAre(kFirstLine, "WARNING WARNING: Could not get Flutter window handle",
+                                        "INFO Flutter view set to visible",
+                                        "INFO ==== Flutter Engine Initialization Completed Successfully ===="));
+}
+
+// A view window that comes without the style of a child.
+HWND WINAPI PopupInsteadOfView(void*) {
+  static const HWND window =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_BORDER, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  return window;
+}
+
+TEST_F(ViewCalls, ChildStyleIsAddedToTheStylesThatThereAre) {
+  const ImportHook hook("flutter_windows.dll", "FlutterDesktopViewGetHWND",
+                        reinterpret_cast<void*>(PopupInsteadOfView));
+  ASSERT_TRUE(engine_.Initialize(nullptr));
+  const LONG_PTR style = GetWindowLongPtrA(engine_.flutterWindow_, GWL_STYLE);
+  EXPECT_EQ(style & (WS_CHILD | WS_BORDER), WS_CHILD | WS_BORDER);
+}
+
+}  // namespace
+}  // namespace vantro::test

@@ -1,0 +1,158 @@
+// The calls that the key store makes at the system: what they are given, and that memory goes back.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+// After windows.h.
+#include <bcrypt.h>
+#include <dpapi.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "services/database_key_store.h"
+#include "tests/support/local_app_data.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/unit/shell/import_hook.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::IsEmpty;
+
+constexpr ULONG kSystemGenerator = 2;
+
+// The memory that the Data Protection API gave out, and what was freed.
+std::vector<void*> blobs, freed;
+void *originalProtect, *originalUnprotect, *originalFree;
+int unwrappings;
+
+BOOL WINAPI Protect(DATA_BLOB* input, LPCWSTR description, DATA_BLOB* entropy, PVOID reserved,
+                    CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
+  const BOOL done = reinterpret_cast<decltype(&Protect)>(originalProtect)(input, description, entropy, reserved, prompt,
+                                                                          flags, output);
+  blobs.push_back(output->pbData);
+  return done;
+}
+
+BOOL WINAPI Unprotect(DATA_BLOB* input, LPWSTR* description, DATA_BLOB* entropy, PVOID reserved,
+                      CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
+  ++unwrappings;
+  const BOOL done = reinterpret_cast<decltype(&Unprotect)>(originalUnprotect)(input, description, entropy, reserved,
+                                                                              prompt, flags, output);
+  if (done) blobs.push_back(output->pbData);
+  return done;
+}
+
+HLOCAL WINAPI Free(HLOCAL memory) {
+  freed.push_back(memory);
+  return reinterpret_cast<decltype(&Free)>(originalFree)(memory);
+}
+
+struct RandomCall {
+  BCRYPT_ALG_HANDLE algorithm;
+  ULONG size, flags;
+};
+std::vector<RandomCall> randomCalls;
+
+// Fills what it is given with 1, 2, 3 and so on.
+NTSTATUS WINAPI CountUp(BCRYPT_ALG_HANDLE algorithm, PUCHAR bytes, ULONG size, ULONG flags) {
+  randomCalls.push_back({algorithm, size, flags});
+  for (ULONG at = 0; at < size; ++at) bytes[at] = static_cast<UCHAR>(at + 1);
+  return 0;
+}
+
+std::vector<std::pair<std::wstring, SECURITY_ATTRIBUTES*>> foldersMade;
+
+BOOL WINAPI MakeNoFolder(LPCWSTR path, SECURITY_ATTRIBUTES* attributes) {
+  foldersMade.emplace_back(path, attributes);
+  return FALSE;
+}
+
+class DatabaseKeyCalls : public testing::Test {
+ protected:
+  DatabaseKeyCalls() {
+    blobs.clear();
+    freed.clear();
+    randomCalls.clear();
+    foldersMade.clear();
+    unwrappings = 0;
+    originalProtect = protect_.Original();
+    originalUnprotect = unprotect_.Original();
+    originalFree = free_.Original();
+  }
+
+  static int TimesFreed(const void* memory) { return static_cast<int>(std::count(freed.begin(), freed.end(), memory)); }
+
+  std::filesystem::path Folder() const { return appData_ / "Vantro"; }
+
+  ScratchFolder appData_;
+  LocalAppDataAt redirection_{appData_.path()};
+  const std::vector<uint8_t> key_ = std::vector<uint8_t>(32, 7);
+  ImportHook protect_{"crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(Protect)};
+  ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(Unprotect)};
+  ImportHook free_{"kernel32.dll", "LocalFree", reinterpret_cast<void*>(Free)};
+};
+
+TEST_F(DatabaseKeyCalls, EachBlobOfTheApiIsFreedOnce) {
+  ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
+  ASSERT_EQ(DatabaseKeyStore::LoadKey(), key_);
+  ASSERT_EQ(blobs.size(), 2u);
+  EXPECT_EQ(TimesFreed(blobs[0]), 1);
+  EXPECT_EQ(TimesFreed(blobs[1]), 1);
+}
+
+TEST_F(DatabaseKeyCalls, BlobIsFreedAlsoWhenTheFileCannotBeWritten) {
+  std::filesystem::create_directories(Folder() / "db.key");
+  EXPECT_FALSE(DatabaseKeyStore::SaveKey(key_));
+  ASSERT_EQ(blobs.size(), 1u);
+  EXPECT_EQ(TimesFreed(blobs[0]), 1);
+}
+
+TEST_F(DatabaseKeyCalls, NothingIsFreedWhenNothingWasUnwrapped) {
+  std::filesystem::create_directories(Folder());
+  WriteFileBytes(Folder() / "db.key", "garbage");
+  EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
+  EXPECT_EQ(TimesFreed(nullptr), 0);
+}
+
+TEST_F(DatabaseKeyCalls, KeyIsThirtyTwoBytesOfTheSystemsPreferredGenerator) {
+  const ImportHook random("bcrypt.dll", "BCryptGenRandom", reinterpret_cast<void*>(CountUp));
+  const std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();
+  ASSERT_EQ(key.size(), 32u);
+  for (size_t at = 0; at < key.size(); ++at) EXPECT_EQ(key[at], at + 1);
+  ASSERT_EQ(randomCalls.size(), 1u);
+  EXPECT_EQ(randomCalls[0].algorithm, nullptr);
+  EXPECT_EQ(randomCalls[0].size, 32u);
+  EXPECT_EQ(randomCalls[0].flags, kSystemGenerator);
+}
+
+TEST_F(DatabaseKeyCalls, FolderThatIsAbsentIsMadeWithoutAttributes) {
+  const ImportHook make("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(MakeNoFolder));
+  DatabaseKeyStore::GetKeyFilePath();
+  ASSERT_EQ(foldersMade.size(), 1u);
+  EXPECT_EQ(foldersMade[0].first, appData_.path().wstring() + L"\\Vantro");
+  EXPECT_EQ(foldersMade[0].second, nullptr);
+}
+
+TEST_F(DatabaseKeyCalls, FolderThatIsThereIsNotMadeAgain) {
+  std::filesystem::create_directory(Folder());
+  const ImportHook make("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(MakeNoFolder));
+  DatabaseKeyStore::GetKeyFilePath();
+  EXPECT_THAT(foldersMade, IsEmpty());
+}
+
+TEST_F(DatabaseKeyCalls, FolderThatCannotBeMadeStillHasItsPath) {
+  const ImportHook make("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(MakeNoFolder));
+  EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), appData_.path().wstring() + L"\\Vantro\\db.key");
+}
+
+TEST_F(DatabaseKeyCalls, FolderWithTheFilesNameIsNotUnwrapped) {
+  std::filesystem::create_directories(Folder() / "db.key");
+  EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
+  EXPECT_EQ(unwrappings, 0);
+}
+
+}  // namespace
+}  // namespace vantro::test

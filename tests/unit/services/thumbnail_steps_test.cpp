@@ -1,0 +1,134 @@
+// The steps of the thumbnail worker: which line of the log stands before and after which call.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "flutter_host/flutter_engine.h"
+#include "services/vod_thumbnail_worker_plugin.h"
+#include "tests/support/interface_end.h"
+#include "tests/support/log_capture.h"
+#include "tests/support/loopback.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/scripted_vlc.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr char kPrefix[] = "VodThumbnailWorkerPlugin: ";
+
+class ThumbnailSteps : public testing::Test {
+ protected:
+  ThumbnailSteps() {
+    EXPECT_TRUE(engine_.Initialize(nullptr));
+    engineNumber_ = loopback_.NewestEngine();
+    plugin_ = std::make_unique<vod_thumbnail::VodThumbnailWorkerPlugin>(engine_.GetMessenger());
+  }
+
+  Answer Ask(const std::string& method, const Value& arguments = Value()) {
+    return interface_.Ask(engineNumber_, kThumbnailChannel, method, arguments);
+  }
+  Answer GetFrame() {
+    return Ask("getFrame", MapOf({{"mediaId", "123"},
+                                  {"proxyUrl", "http://host/film.mp4"},
+                                  {"timeSeconds", Value(42.7)},
+                                  {"width", Value(320)},
+                                  {"height", Value(180)}}));
+  }
+  // Adds each call of the function to the steps, behind the lines of the log that stand before it.
+  void Note(const std::string& function) {
+    vlc_.OnCall(function, [this, function] {
+      CollectLines();
+      steps_.push_back(function);
+    });
+  }
+  void CollectLines() {
+    const std::vector<std::string> lines = log_.Lines();
+    for (; linesTaken_ < lines.size(); ++linesTaken_) {
+      const size_t at = lines[linesTaken_].find(kPrefix);
+      if (at != std::string::npos) steps_.push_back(lines[linesTaken_].substr(at + sizeof kPrefix - 1));
+    }
+  }
+  // The steps of a request, without those before it.
+  std::vector<std::string> StepsOf(const std::function<void()>& request) {
+    CollectLines();
+    steps_.clear();
+    request();
+    CollectLines();
+    return steps_;
+  }
+
+  // Before the plugin, whose end still makes calls.
+  std::vector<std::string> steps_;
+  size_t linesTaken_ = 0;
+  ScratchFolder scratch_;
+  TemporaryFolderAt temporaryFolder_{scratch_.path()};
+  LogCapture log_;
+  ScriptedVlc vlc_;
+  Loopback loopback_;
+  InterfaceEnd interface_{loopback_};
+  FlutterEngine engine_;
+  int engineNumber_ = 0;
+  std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> plugin_;
+};
+
+TEST_F(ThumbnailSteps, InitializingLogsEachStepBeforeOrAfterItsCall) {
+  Note("libvlc_new");
+  Note("libvlc_media_player_new");
+  EXPECT_THAT(StepsOf([&] { Ask("initialize"); }),
+              ElementsAre("initialize called", "Initializing libvlc instance", "libvlc_new", "libvlc instance created",
+                          "libvlc_media_player_new", "Thumbnail player created successfully"));
+}
+
+TEST_F(ThumbnailSteps, DisposingLogsItsBeginAndItsEnd) {
+  Ask("initialize");
+  Note("libvlc_media_player_stop_async");
+  Note("libvlc_release");
+  EXPECT_THAT(StepsOf([&] { Ask("dispose"); }),
+              ElementsAre("dispose called", "Disposing resources", "libvlc_media_player_stop_async", "libvlc_release",
+                          "Disposed successfully"));
+}
+
+TEST_F(ThumbnailSteps, DestructionIsLoggedBeforeItDisposes) {
+  Ask("initialize");
+  Note("libvlc_release");
+  EXPECT_THAT(StepsOf([&] { plugin_.reset(); }),
+              ElementsAre("Destructor called", "Disposing resources", "libvlc_release", "Disposed successfully"));
+}
+
+TEST_F(ThumbnailSteps, FrameLogsEachCallBeforeItIsMade) {
+  Ask("initialize");
+  vlc_.SetSnapshot("picture");
+  for (const char* function :
+       {"libvlc_media_new_location", "libvlc_media_player_set_media", "libvlc_media_player_play",
+        "libvlc_media_player_set_time", "libvlc_video_take_snapshot", "libvlc_media_player_stop_async"}) {
+    Note(function);
+  }
+  const std::vector<std::string> steps = StepsOf([&] { GetFrame(); });
+  ASSERT_EQ(steps.size(), 15u);
+  EXPECT_EQ(steps[0], "getFrame called");
+  EXPECT_THAT(std::vector<std::string>(steps.begin() + 2, steps.begin() + 8),
+              ElementsAre("Creating media from URL: http://host/film.mp4", "libvlc_media_new_location",
+                          "libvlc_media_player_set_media", "Starting playback", "libvlc_media_player_play",
+                          "Seeking to time: 42.70 seconds"));
+  EXPECT_EQ(steps[8], "libvlc_media_player_set_time");
+  EXPECT_THAT(steps[9], testing::StartsWith("Taking snapshot to: "));
+  EXPECT_THAT(std::vector<std::string>(steps.begin() + 10, steps.end()),
+              ElementsAre("libvlc_video_take_snapshot", "Reading snapshot file", "Snapshot file size: 7 bytes",
+                          "libvlc_media_player_stop_async", "Snapshot captured successfully"));
+}
+
+TEST_F(ThumbnailSteps, SnapshotIsOfTheFirstVideo) {
+  Ask("initialize");
+  GetFrame();
+  EXPECT_THAT(vlc_.CallsOf("libvlc_video_take_snapshot"),
+              ElementsAre(testing::StartsWith("libvlc_video_take_snapshot(player1, 0, ")));
+}
+
+}  // namespace
+}  // namespace vantro::test
