@@ -1,9 +1,10 @@
-// A switch that any thread turns on and off, whose turns are carried out one by one and in order.
+// A switch that any thread may turn on and off. Its turns are carried out in order, one at a time.
 //
-// The thread whose turn finds none under way carries it out, and after it those that other threads have made meanwhile.
-// A thread that finds a turn under way leaves its own to that thread: nobody ever waits. Turns alternate, so the number
-// of those that are open tells what they are. A thread that has carried out many in one go lets pairs of open turns
-// cancel each other: threads that turn the switch without a pause would hold it for ever.
+// A thread that finds no turn in progress carries out its own turn, and then the turns that other threads made in the
+// meantime. A thread that finds a turn in progress leaves its own turn to that thread. No thread waits. Turns
+// alternate, so the number of open turns is enough to know which they are. After many turns in one go, a thread drops
+// the open turns in pairs of on and off. Otherwise threads that turn the switch without a pause would keep it busy for
+// ever.
 #pragma once
 
 #include <atomic>
@@ -18,9 +19,9 @@ class AlternatingSwitch {
   AlternatingSwitch& operator=(const AlternatingSwitch&) = delete;
 
   enum class Turn {
-    kNone,      // the switch stands so already
-    kOwn,       // the caller has to go on with CarryOutTurns
-    kByAnother  // another thread carries it out
+    kNone,      // the switch is already on that side
+    kOwn,       // the caller must call CarryOutTurns
+    kByAnother  // another thread carries the turn out
   };
 
   // Any thread.
@@ -37,8 +38,8 @@ class AlternatingSwitch {
     return before < kOneOpen ? Turn::kOwn : Turn::kByAnother;
   }
 
-  // Carries out the caller's own turn to the given side and those that follow it: calls carryOut(on) for each, one
-  // after the other on all threads together. What was written for one turn is seen where the next is carried out.
+  // Carries out the caller's own turn to the given side, and the turns after it. Calls carryOut(on) for each; no two of
+  // these calls overlap, on any thread. Each call sees what the call before it wrote.
   template <typename CarryOut>
   void CarryOutTurns(bool on, const CarryOut& carryOut) {
     int count = 0;
@@ -52,7 +53,7 @@ class AlternatingSwitch {
   static constexpr int kTurnsInOneGo = 16;
 
  private:
-  // Returns whether a turn is left, which is the opposite of the last one.
+  // Returns whether another turn is open. It is the opposite of the last one.
   bool FinishTurn(bool cancelPairs) {
     uint32_t before = state_.load(std::memory_order_relaxed);
     uint32_t after = 0;
@@ -66,7 +67,7 @@ class AlternatingSwitch {
   static constexpr uint32_t kOn = 1;
   static constexpr uint32_t kOneOpen = 2;
 
-  std::atomic<uint32_t> state_{0};  // kOn, and kOneOpen for each turn that is not carried out yet
+  std::atomic<uint32_t> state_{0};  // kOn, plus kOneOpen for each turn that is not carried out yet
 };
 
 }  // namespace vantro

@@ -1,4 +1,4 @@
-// The one callable through which a player's events leave it.
+// The callable that receives a player's events.
 #pragma once
 
 #include <functional>
@@ -7,12 +7,12 @@
 
 namespace vantro {
 
-// Takes the event's method name and its argument as text; an empty text means that there is no argument.
+// Takes the event's method name and its argument as text. An empty text means no argument.
 using EventCallback = std::function<void(const char* name, const char* argument)>;
 
-// Holds the callable. Any number of threads call it, none of them ever waits; the main thread replaces it. A
-// replacement returns when the old callable is out of use, so that what it refers to may die after that. It must not be
-// made by the callable itself.
+// Holds the callable. Any number of threads may call it at once, and none of them waits. Only the main thread replaces
+// it. A replacement returns when no thread uses the old callable any more, so what it refers to may be destroyed after
+// that. The callable must not replace itself.
 class EventCallbackSlot {
  public:
   explicit EventCallbackSlot(ReaderEpochs& epochs) : epochs_(epochs), callback_(epochs) {}
@@ -21,7 +21,7 @@ class EventCallbackSlot {
     swap(callback);
     return *this;
   }
-  // Installs the callable and hands back the one before it. Main thread.
+  // Installs the callable and returns the previous one in its place. Main thread.
   void swap(EventCallback& callback);
 
   explicit operator bool() const { return callback_.Load() != nullptr; }

@@ -1,6 +1,6 @@
-// The host's own declarations of what it calls in libvlc: the opaque handles, the twelve functions of libvlc.dll that
-// the executable imports directly, and the layouts of libvlc 4 (published headers of the VLC project) that it reads.
-// All other functions are reached through LibVlcFunctions (player/libvlc_functions.h).
+// The host's own declarations of the libvlc items it uses: the opaque handles, the twelve functions of libvlc.dll that
+// the executable imports directly, and the libvlc 4 layouts that it reads (from the VLC project's published headers).
+// All other functions are called through LibVlcFunctions (player/libvlc_functions.h).
 #pragma once
 
 #include <cstddef>
@@ -17,15 +17,15 @@ struct libvlc_event_manager_t;
 // A signed count of milliseconds.
 using libvlc_time_t = int64_t;
 
-// libvlc_event_t of libvlc 4: type, sender, and a union of which the host reads one member by type.
+// libvlc_event_t of libvlc 4: type, sender, and a union. The type selects the member that the host reads.
 struct libvlc_event_t {
   int32_t type;
   void* p_obj;
   union {
-    float cache;         // 0x103 Buffering, percent
-    int32_t seekable;    // 0x10D SeekableChanged, a Boolean
-    int64_t time;        // 0x10B TimeChanged, milliseconds
-    double position;     // 0x10C PositionChanged, 0 to 1
+    float cache;       // 0x103 Buffering, percent
+    int32_t seekable;  // 0x10D SeekableChanged, a Boolean
+    int64_t time;      // 0x10B TimeChanged, milliseconds
+    double position;   // 0x10C PositionChanged, 0 to 1
   } u;
 };
 static_assert(offsetof(libvlc_event_t, p_obj) == 8 && offsetof(libvlc_event_t, u) == 16);
@@ -39,7 +39,7 @@ struct libvlc_track_description_t {
   libvlc_track_description_t* next;
 };
 
-// libvlc_media_stats_t of libvlc 4, whose counters are 64 bits wide.
+// libvlc_media_stats_t of libvlc 4. Its counters are 64 bits wide.
 struct libvlc_media_stats_t {
   uint64_t i_read_bytes;
   float f_input_bitrate;
@@ -58,8 +58,8 @@ struct libvlc_media_stats_t {
 static_assert(sizeof(libvlc_media_stats_t) == 104 && offsetof(libvlc_media_stats_t, i_displayed_pictures) == 64 &&
               offsetof(libvlc_media_stats_t, i_played_abuffers) == 88);
 
-// The direct imports. The loader of the operating system binds them before the process's first instruction runs: a
-// libvlc.dll that lacks one keeps the process from starting.
+// The direct imports. The operating system's loader binds them before the process runs its first instruction. If
+// libvlc.dll lacks one of them, the process does not start.
 void libvlc_release(libvlc_instance_t* instance);
 void libvlc_media_player_release(libvlc_media_player_t* player);
 void libvlc_media_release(libvlc_media_t* media);

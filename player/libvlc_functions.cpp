@@ -15,7 +15,7 @@ namespace vantro {
 namespace {
 
 constexpr unsigned kMajorVersionShift = 24;
-// The first major version whose media creators take the string alone.
+// The first major version whose media creators take only the string.
 constexpr int kFirstMajorWithoutInstance = 4;
 
 #define SLOT(name) \
@@ -70,7 +70,7 @@ void FillSlot(HMODULE module, const LibVlcSlot& slot, LibVlcFunctions& functions
   std::memcpy(reinterpret_cast<char*>(&functions) + slot.offset, &address, sizeof address);
 }
 
-// The major version that a text such as "4.0.0-dev" begins with; 0 if it does not begin with a decimal digit.
+// Returns the major version at the start of a text such as "4.0.0-dev"; 0 if the text does not start with a digit.
 int MajorOfVersionText(const char* text) {
   if (!text || *text < '0' || *text > '9') return 0;
   return static_cast<int>(std::strtol(text, nullptr, 10));
@@ -86,7 +86,8 @@ SearchResult Search(const char* fileName, const char* bundledPath) {
   return {module, module ? ERROR_SUCCESS : GetLastError()};
 }
 
-// The guard of a once-only initialisation may change the last error; the one of the search is what callers log.
+// The guard of a static's initialisation may change the last error. Callers log the error of the search, so it is set
+// again.
 HMODULE Report(const SearchResult& result) {
   if (!result.module) SetLastError(result.error);
   return result.module;
@@ -99,7 +100,7 @@ std::span<const LibVlcSlot> LibVlcSlots() { return kSlots; }
 HMODULE FindVlcLibrary(const char* fileName, const char* bundledPath) {
   if (const HMODULE loaded = GetModuleHandleA(fileName)) return loaded;
   std::string path = NarrowExecutablePath();
-  path.resize(MAX_PATH);  // the room that the two calls need
+  path.resize(MAX_PATH);  // the two calls below need this much room
   PathRemoveFileSpecA(path.data());
   PathAppendA(path.data(), bundledPath);
   if (const HMODULE bundled = LoadLibraryA(path.c_str())) return bundled;

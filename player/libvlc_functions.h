@@ -1,4 +1,4 @@
-// The table of libvlc entry points that are resolved at run time.
+// The table of libvlc functions that are resolved at run time.
 #pragma once
 
 #include <windows.h>
@@ -11,8 +11,8 @@
 
 namespace vantro {
 
-// One slot a function, null if the library in use does not export it. An empty slot makes the step that needs it do
-// nothing, except for the five that VLCPlayer::Initialize requires.
+// One slot per function; null if the library in use does not export it. With an empty slot, the step that needs the
+// function does nothing. The five functions that VLCPlayer::Initialize requires are the exception.
 struct LibVlcFunctions {
   libvlc_instance_t* (*libvlc_new)(int argc, const char* const* argv);
   void (*libvlc_release)(libvlc_instance_t*);
@@ -33,8 +33,8 @@ struct LibVlcFunctions {
   libvlc_media_t* (*libvlc_media_player_get_media)(libvlc_media_player_t*);
   void (*libvlc_set_fullscreen)(libvlc_media_player_t*, int);
   int (*libvlc_get_fullscreen)(libvlc_media_player_t*);
-  // The three media creators take the string alone, or the instance before it where legacyMediaCreation says so:
-  // untyped here, called through the one helper that knows both forms.
+  // The three media creators take only the string or, if legacyMediaCreation is set, the instance and the string. They
+  // are untyped here. One helper calls them in the right form.
   void* libvlc_media_new_path;
   void* libvlc_media_new_location;
   void* libvlc_media_new_uri;
@@ -57,45 +57,45 @@ struct LibVlcFunctions {
   void (*libvlc_event_detach)(libvlc_event_manager_t*, int type, libvlc_callback_t, void* userData);
   void (*libvlc_track_description_list_release)(libvlc_track_description_t*);
 
-  uint32_t abiVersion;       // as libvlc_abi_version returned it, else 0
+  uint32_t abiVersion;       // the result of libvlc_abi_version, or 0 without that function
   bool legacyMediaCreation;  // media creators take the instance as their first argument
-  bool loaded;               // the slots have been filled; never false again
+  bool loaded;               // the slots are filled; stays true once set
 };
 
-// One slot of the table: the exported function's name, and where its pointer stands in LibVlcFunctions.
+// One slot of the table: the name of the exported function, and the offset of its pointer in LibVlcFunctions.
 struct LibVlcSlot {
   const char* name;
   size_t offset;
 };
 
-// The forty slots in the order of resolution, which is the order of their fields.
+// The forty slots, in the order of resolution and of their fields.
 std::span<const LibVlcSlot> LibVlcSlots();
 
-// Fills the table from the module: the slots, the version that tells the form of the media creators, loaded.
+// Fills the table from the module: the slots, the version, the form of the media creators, and loaded.
 void ResolveLibVlcFunctions(HMODULE module, LibVlcFunctions& functions);
 
-// A copy of the process-wide table. Resolves it first while it is not loaded and the module is there. The first call
-// that resolves belongs to the main thread; once loaded the table does not change and any thread may read it.
+// Returns a copy of the process-wide table. If the table is not loaded yet and the module is there, resolves it first.
+// The call that resolves must be on the main thread. A loaded table does not change, and any thread may read it.
 LibVlcFunctions GetLibVlcFunctions();
 
-// The process-wide table itself, unresolved as it stands: for the resolver, and for tests that empty a slot.
+// Returns the process-wide table itself, without resolving it. For the resolver, and for tests that empty a slot.
 LibVlcFunctions& LibVlcFunctionTable();
 
-// The handles of libvlc.dll and libvlccore.dll, or null. Searched for once per process, a failure included; where null
-// is returned, GetLastError gives the search's error. Any thread.
+// Return the handle of libvlc.dll and of libvlccore.dll, or null. Each is searched for once per process, also if the
+// search fails. With a null result, GetLastError returns the error of the search. Any thread.
 HMODULE GetLibVlcModule();
 HMODULE GetLibVlcCoreModule();
 
-// The search behind both: the loaded module of this name, then the path relative to the executable's directory, then
-// the loader's search path. Null with the last error of the loader if none has it.
+// The search that both use: the loaded module of this name, then the path relative to the executable's directory, then
+// the loader's search path. If all three fail, returns null and leaves the loader's last error set.
 HMODULE FindVlcLibrary(const char* fileName, const char* bundledPath);
 
-// The text of libvlc's last error; a fixed one when there is none or the library can't tell. Valid until the next call
-// of libvlc on this thread.
+// Returns the text of libvlc's last error, or a fixed text if libvlc has none or lacks the function. Valid until this
+// thread calls libvlc again.
 const char* LibVlcErrorText(const LibVlcFunctions& functions);
 
-// The class of the child windows that libvlc draws into. Registered once per process: the class's atom, 0 on failure.
-// Any thread.
+// The class of the child windows that libvlc draws into. Registered once per process. Returns the atom of the class, or
+// 0 on failure. Any thread.
 inline constexpr wchar_t kVlcHostWindowClass[] = L"VantroVlcHostWindow";
 ATOM RegisterVlcHostWindowClass();
 

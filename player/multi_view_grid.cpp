@@ -1,4 +1,4 @@
-// The tiles: how the single view becomes one of several and back, and which of them is the active one.
+// Turning the single view into the grid and back, the list of tiles, and the active tile.
 #include "player/multi_view_grid.h"
 
 #include <windows.h>
@@ -30,7 +30,8 @@ void MultiViewGrid::Enable(WatchedPlayerHandle& single, HWND window, const std::
   original.name = title;
   original.url = url;
   original.isOriginal = true;
-  // Published before the single view gives the handle up: an event between the two still finds a player to watch.
+  // The list is published before the single view gives up the handle, so that an event between the two still finds a
+  // player.
   PublishTiles();
   single.release();
   activeIndex_ = 0;
@@ -43,7 +44,7 @@ bool MultiViewGrid::Disable(WatchedPlayerHandle& single) {
     LOG_WARNING("[DisableMultiView] Already disabled, returning");
     return false;
   }
-  // The first tile stays out of this, the original one or not.
+  // The first tile keeps its window, whether it is the original one or not.
   for (size_t index = 1; index < players_.size(); ++index) TileMaker::DestroyPlayerWindow(players_[index]);
   if (!players_.empty() && players_[0].isOriginal) RestoreOriginalTile(players_[0], single);
   ReleaseTiles();

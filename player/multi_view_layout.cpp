@@ -1,4 +1,4 @@
-// Where the tiles lie, how large their pictures are, and which of them is heard.
+// The places of the tiles, the sizes of their pictures, and their audio.
 #include <windows.h>
 
 #include "common/log.h"
@@ -12,7 +12,8 @@ namespace vantro {
 
 namespace {
 
-// The messages of a drag of the window's border: libvlc's video output follows a resize only with all of them.
+// Sends the messages of a drag of the window's border. libvlc's video output follows a resize only if it gets all of
+// them.
 void SendResizeMessages(HWND window, const Rect& cell) {
   WINDOWPOS position{};
   position.hwnd = window;
@@ -81,7 +82,7 @@ void MultiViewGrid::RefitTile(size_t index, const Rect& cell) {
   if (vlc.loaded) {
     const VideoSize before = ReadVideoSize(vlc, player);
     LOG_DEBUG("[UpdateGridLayout] VLC thinks video size is: %ux%u", before.width, before.height);
-    // After the window has moved and before the scale: libvlc measures the window when it is given the handle.
+    // After the window has moved and before the scale, because libvlc measures the window in this call.
     if (vlc.libvlc_media_player_set_hwnd) {
       vlc.libvlc_media_player_set_hwnd(player, window);
       LOG_DEBUG("[UpdateGridLayout] Re-set VLC window handle for player %zu", index);

@@ -10,13 +10,13 @@
 
 namespace vantro {
 
-// Moved, never copied. Destroying a record, or moving onto it, releases its player and leaves its window alone: windows
-// go through TileMaker::DestroyPlayerWindow only.
+// Movable, not copyable. Destroying a record, or moving another one into it, releases its player but does not destroy
+// its window. Only TileMaker::DestroyPlayerWindow destroys windows.
 struct MultiViewPlayer {
   HWND window = nullptr;
   VlcMediaPlayerPtr mediaPlayer;
   std::string name;         // shown in the log
-  std::string url;          // what the stall watchdog reloads
+  std::string url;          // the stall watchdog reloads it
   bool isOriginal = false;  // the tile took over the single view's player and window
   StallState stall;
 };

@@ -37,7 +37,7 @@ bool PendingResumes::Resume(UINT_PTR timerId) {
 void PendingResumes::Forget(libvlc_media_player_t* mediaPlayer) {
   const UINT_PTR timerId = ResumeTimerId(mediaPlayer);
   if (nudgeTimers_.erase(timerId) == 0) return;
-  // A timer of this window is periodic: without its entry nobody would ever end it.
+  // The timer is periodic. Without its entry in the map nothing else would end it.
   if (const HWND window = parentWindow_.load(std::memory_order_relaxed)) KillTimer(window, timerId);
 }
 

@@ -1,4 +1,4 @@
-// The players that a nudge has paused, and the timers that play them again.
+// The players that a nudge has paused, and the timers that resume them.
 #pragma once
 
 #include <windows.h>
@@ -14,18 +14,18 @@ struct PlayerInspector;
 
 namespace vantro {
 
-// The timers run on the player's parent window; without one nothing is armed. Main thread.
+// The timers run on the player's parent window. Without a parent window no timer is set. Main thread.
 class PendingResumes {
  public:
   explicit PendingResumes(const std::atomic<HWND>& parentWindow) : parentWindow_(parentWindow) {}
   PendingResumes(const PendingResumes&) = delete;
   PendingResumes& operator=(const PendingResumes&) = delete;
 
-  // Arms the timer of the player's resume; an armed one starts over.
+  // Starts the timer that resumes the player. If the timer is running, it starts again.
   void Arm(libvlc_media_player_t* mediaPlayer);
-  // Plays the player of this timer and ends the timer. False when the id is no pending resume.
+  // Resumes the player of this timer and ends the timer. Returns false if no pending resume has this id.
   bool Resume(UINT_PTR timerId);
-  // Ends the resume of a player that is about to be released, if one is pending.
+  // Cancels the pending resume, if any, of a player that is about to be released.
   void Forget(libvlc_media_player_t* mediaPlayer);
 
  private:

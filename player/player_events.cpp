@@ -23,7 +23,7 @@ EventArgumentText::EventArgumentText(EventArgument argument, const libvlc_event_
       std::snprintf(text_, sizeof text_, "%s", "Media player encountered an error");
       break;
     case EventArgument::kPosition:
-      // The interface has always seen the position in single precision.
+      // The interface expects the position in single precision.
       std::snprintf(text_, sizeof text_, "%f", static_cast<double>(static_cast<float>(event.u.position)));
       break;
     case EventArgument::kTime:

@@ -1,4 +1,4 @@
-// The events of a media player that the host listens to, and what becomes of each.
+// The events of a media player that the host handles, and the handling of each.
 #pragma once
 
 #include <array>
@@ -19,24 +19,24 @@ constexpr int32_t kEncounteredError = 0x10A;
 constexpr int32_t kTimeChanged = 0x10B;
 constexpr int32_t kPositionChanged = 0x10C;
 constexpr int32_t kSeekableChanged = 0x10D;
-// The end of the media. The number lies outside the range of the media player's events.
+// The end of the media. This number is outside the range of the media player's events.
 constexpr int32_t kEndReached = 5;
 }  // namespace player_event
 
-// Which member of the event's union becomes the argument, and in which form.
+// Selects the member of the event's union that becomes the argument, and its text form.
 enum class EventArgument { kNone, kCacheLevel, kErrorText, kPosition, kTime, kSeekable };
 
-// What the player does after the interface has been told.
+// What the player does after it has sent the event to the interface.
 enum class EventEffect { kNone, kPlaying, kMediaChanged, kStopWatchdog };
 
 struct PlayerEvent {
   int32_t type;
-  const char* method;  // of the interface
+  const char* method;  // the interface's method
   EventArgument argument;
   EventEffect effect;
 };
 
-// In the order of attachment and of detachment.
+// Events are attached and detached in this order.
 inline constexpr std::array<PlayerEvent, 11> kPlayerEvents = {{
     {player_event::kOpening, "onOpening", EventArgument::kNone, EventEffect::kNone},
     {player_event::kBuffering, "onBuffering", EventArgument::kCacheLevel, EventEffect::kNone},
@@ -51,17 +51,17 @@ inline constexpr std::array<PlayerEvent, 11> kPlayerEvents = {{
     {player_event::kSeekableChanged, "onSeekableChanged", EventArgument::kSeekable, EventEffect::kNone},
 }};
 
-// The row of a type, or null for a type that the host doesn't know.
+// Returns the row of an event type, or null if the host does not handle the type.
 const PlayerEvent* FindPlayerEvent(int32_t type);
 
-// The text of an event's argument: empty for kNone, six decimals for the two fractions.
+// The text of an event's argument. Empty for kNone; six decimals for the cache level and the position.
 class EventArgumentText {
  public:
   EventArgumentText(EventArgument argument, const libvlc_event_t& event);
   const char* c_str() const { return text_; }
 
  private:
-  // The longest is a 32-bit float: a sign, 39 digits, the point and six decimals.
+  // The longest text is a 32-bit float: a sign, 39 digits, the point and six decimals.
   char text_[64] = "";
 };
 

@@ -8,8 +8,8 @@
 
 namespace vantro {
 
-// Like VlcMediaPlayerPtr, but another thread may ask whether it is empty while the main thread sets it. The handle is
-// empty before its player is released.
+// Like VlcMediaPlayerPtr, but another thread may read it while the main thread sets it. The handle becomes empty before
+// its player is released.
 class WatchedPlayerHandle {
  public:
   WatchedPlayerHandle() = default;

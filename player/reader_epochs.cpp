@@ -6,7 +6,7 @@ namespace vantro {
 
 namespace {
 
-// Most readers leave within microseconds: that many looks come before the first idling.
+// Most readers leave within microseconds, so the wait yields this many times before it first idles.
 constexpr int kLooksBeforeIdling = 200;
 
 }  // namespace

@@ -7,7 +7,8 @@ namespace vantro {
 void ServeSentMessages() {
   constexpr DWORD kLongestWaitMs = 1;
   MsgWaitForMultipleObjectsEx(0, nullptr, kLongestWaitMs, QS_SENDMESSAGE, MWMO_INPUTAVAILABLE);
-  // The look calls the window procedures; the filter keeps everything else where it is.
+  // PeekMessage calls the window procedures for sent messages. With this filter it leaves all other messages in the
+  // queue.
   MSG message;
   PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
 }

@@ -11,7 +11,7 @@ namespace vantro {
 
 namespace {
 
-// The counters are 64 bits wide; the records compare their low halves as signed numbers.
+// The counters are 64 bits wide. The checks compare their low halves as signed numbers.
 int32_t LowHalf(uint64_t counter) { return static_cast<int32_t>(static_cast<uint32_t>(counter)); }
 
 bool HasVideo(const LibVlcFunctions& vlc, libvlc_media_player_t* mediaPlayer) {
@@ -19,7 +19,7 @@ bool HasVideo(const LibVlcFunctions& vlc, libvlc_media_player_t* mediaPlayer) {
          vlc.libvlc_video_get_height(mediaPlayer) != 0;
 }
 
-// Id -1 is the entry "disable", which every player has.
+// Every player has an entry "disable" with id -1, which is not an audio track.
 bool HasAudio(const LibVlcFunctions& vlc, libvlc_media_player_t* mediaPlayer) {
   if (!vlc.libvlc_audio_get_track_description || !vlc.libvlc_track_description_list_release) return false;
   libvlc_track_description_t* const tracks = vlc.libvlc_audio_get_track_description(mediaPlayer);

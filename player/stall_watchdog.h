@@ -1,16 +1,16 @@
-// Notices players whose picture or sound has frozen while they report that they play, and cures them.
+// Detects players whose picture or sound has frozen although they report that they play, and restarts them.
 //
-// Watches the single view's player, or the tiles while the grid is on. The decisions are in player/stall_decisions.h.
+// Watches the single view's player or, while the grid is on, the tiles. The decisions are in player/stall_decisions.h.
 //
 //          Start, with a player to watch
 //   Off  --------------------------------->  On: the check timer runs
 //        <---------------------------------
 //          Stop, or a cure that gave up
 //
-// Start and Stop run on any thread and never wait. When they meet, the thread that came first carries them out in turn
-// (player/alternating_switch.h), so that the watchdog ends on with its timer or off without. Everything else runs on
-// the main thread. So do the stall records: a start or stop on another thread asks for their clearing, which the main
-// thread does before it uses a record again.
+// Start and Stop run on any thread and never wait. If they overlap, the thread that came first carries out all of them
+// in order (player/alternating_switch.h). So the watchdog always ends up either on with its timer or off without one.
+// Everything else runs on the main thread, the stall records included. A Start or Stop on another thread only requests
+// that they are cleared. The main thread clears them before it uses one again.
 #pragma once
 
 #include <windows.h>
@@ -30,10 +30,10 @@ namespace vantro {
 
 class StallWatchdog {
  public:
-  // The clock of a pass, in milliseconds.
+  // The clock of a pass. Returns milliseconds.
   using TickSource = ULONGLONG(WINAPI*)();
 
-  // What the watchdog works on: borrowed, and outlives it.
+  // The objects that the watchdog uses. They are borrowed and outlive it.
   struct Ground {
     UINT_PTR timerId;  // of the check timer, on the parent window
     const std::atomic<HWND>& parentWindow;
@@ -44,18 +44,19 @@ class StallWatchdog {
     std::function<void()> restartMedia;  // reloads the single view's stream
   };
 
-  // Made on the main thread.
+  // Must be constructed on the main thread.
   explicit StallWatchdog(Ground ground) : ground_(std::move(ground)) {}
   StallWatchdog(const StallWatchdog&) = delete;
   StallWatchdog& operator=(const StallWatchdog&) = delete;
 
-  // Turns the watchdog on, with clean records, if there is a player to watch. While it is on a start changes nothing,
-  // while it is off a stop changes nothing. Without a parent window it is on but never checks. Resumes that are pending
-  // survive a stop. Any thread.
+  // Start turns the watchdog on and clears its records, if there is a player to watch. Start does nothing while the
+  // watchdog is on; Stop does nothing while it is off. Without a parent window the watchdog is on but never checks. A
+  // stop does not cancel pending resumes. Any thread.
   void Start();
   void Stop();
 
-  // One pass over the watched players, for the check timer. Never waits. The media is the single view's, or null.
+  // One pass over the watched players, for the check timer. Never waits. The media is the single view's; with null, the
+  // pass gets it from libvlc. Main thread.
   void RunPass(libvlc_media_t* media, TickSource clock);
 
  private:
@@ -68,16 +69,17 @@ class StallWatchdog {
   void ApplyStallClear();
 
   void CheckTileStall(const LibVlcFunctions& vlc, size_t index, TickSource clock);
-  // Judges one player by its counters and takes the rung of the ladder that is due. The URL is what a tile reloads.
+  // Checks one player by its counters and takes the next rung of the ladder if it is wedged. The URL is the one that a
+  // tile reloads.
   void CheckPlayerStall(libvlc_media_player_t* mediaPlayer, libvlc_media_t* media, StallState& state,
                         const std::string& label, const std::string& url, bool restorePosition, bool isPrimary,
                         TickSource clock);
-  // Pauses the player and arms the timer of its resume.
+  // Pauses the player and starts the timer that resumes it.
   void NudgePlayer(libvlc_media_player_t* mediaPlayer);
 
   const Ground ground_;
   AlternatingSwitch stallWatchdogActive_;
-  std::atomic<UINT_PTR> stallTimerId_{0};  // 0 while no timer runs; written by the thread that carries out a turn
+  std::atomic<UINT_PTR> stallTimerId_{0};  // 0 while no timer runs; only the thread that carries out a turn writes it
   StallState primaryStall_;
   const DWORD mainThreadId_ = GetCurrentThreadId();
   std::atomic<uint32_t> stallClearsAsked_{0};

@@ -1,4 +1,4 @@
-// Where the tiles of the grid lie, and how large their pictures are.
+// The cells of the grid, and the scale of the pictures in them.
 #pragma once
 
 #include <cstdint>
@@ -7,12 +7,12 @@
 
 namespace vantro {
 
-// The cell of a tile in a parent's client area of the given size, in its client pixels. Two tiles stand side by side,
-// three are one wide tile over two, four are a square; a fifth tile and later ones lie on the fourth cell. A client
-// area under the gap's width makes cells of negative size.
+// Returns the cell of a tile in a parent's client area of the given size, in client pixels. Two tiles are side by side.
+// Three are one wide tile above two. Four are a square. The fifth tile and all later ones cover the fourth cell. If the
+// client area is smaller than the gap, cells have a negative size.
 Rect GetTileRect(int32_t width, int32_t height, int32_t tileCount, int32_t index);
 
-// The factor by which the whole picture just fits the cell; 0 while a size is not known, or not positive.
+// Returns the largest factor at which the whole picture fits into the cell; 0 if a size is unknown or not positive.
 float FitScale(uint32_t videoWidth, uint32_t videoHeight, int32_t width, int32_t height);
 
 }  // namespace vantro

@@ -8,7 +8,7 @@ namespace vantro {
 namespace {
 
 constexpr DWORD kTileWindowStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
-// Where a tile lies until the grid is laid out.
+// The place of a tile until the grid is laid out, in pixels.
 constexpr int kNewTilePosition = 100;
 constexpr int kNewTileSize = 100;
 
@@ -42,7 +42,7 @@ VlcMediaPlayerPtr TileMaker::CreateTilePlayer(HWND window, const std::string& ur
   LOG_DEBUG("[MvAddStream] Created VLC player: %p", static_cast<void*>(player.get()));
   vlc.libvlc_media_player_set_hwnd(player.get(), window);
   OpenOnTile(vlc, player.get(), url);
-  // Silent until UpdateActiveAudio has judged it.
+  // Silent until UpdateActiveAudio sets the volume.
   if (vlc.libvlc_audio_set_volume) vlc.libvlc_audio_set_volume(player.get(), 0);
   vlc.libvlc_media_player_play(player.get());
   return player;
@@ -66,7 +66,7 @@ void TileMaker::AttachEventsToPlayer(libvlc_media_player_t* player) const {
 
 void TileMaker::ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& tile, const std::string& url,
                                   const std::string& name) const {
-  // A tile that came from a single view without a player has none either: it just takes the names.
+  // A tile that was a single view without a player has no player either. Only its name and URL change.
   libvlc_media_player_t* const player = tile.mediaPlayer.get();
   if (player) {
     vlc.libvlc_media_player_stop(player);

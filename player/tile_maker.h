@@ -1,5 +1,5 @@
-// One tile of the grid: makes its window and its player, opens streams on it, ends it. Which tiles there are, and which
-// of them is active, is the grid's business.
+// The operations on one tile of the grid: makes its window and its player, opens streams in it, and ends it.
+// MultiViewGrid keeps the list of tiles and the active tile.
 //
 // Main thread.
 #pragma once
@@ -16,7 +16,7 @@
 
 namespace vantro {
 
-// Who hears the events of a player.
+// The callback that receives the events of a player, and its user data.
 struct EventListener {
   libvlc_callback_t callback;
   void* userData;
@@ -24,30 +24,32 @@ struct EventListener {
 
 class TileMaker {
  public:
-  // Both are borrowed and outlive this. The parent window holds the tiles.
+  // Instance and parent window are borrowed and outlive this object. The parent window is the parent of the tiles.
   TileMaker(const VlcInstance& instance, const std::atomic<HWND>& parentWindow, EventListener listener)
       : instance_(instance), parentWindow_(parentWindow), listener_(listener) {}
   TileMaker(const TileMaker&) = delete;
   TileMaker& operator=(const TileMaker&) = delete;
 
-  // A window for a tile, at a place of no meaning. Null when the system cannot serve.
+  // Makes a window for a tile, at a temporary place. Returns null if the system cannot make it.
   HWND CreateTileWindow() const;
-  // A silent player that plays the URL in the window. Null, with the reason in the log, when none can be made; a media
-  // that can't be made is no failure.
+  // Makes a silent player that plays the URL in the window. Returns null and logs the reason if no player can be made.
+  // A media that cannot be made is not a failure.
   VlcMediaPlayerPtr CreateTilePlayer(HWND window, const std::string& url) const;
-  // Listens to a tile's Playing and MediaChanged, and to nothing else of it. Nothing detaches them.
+  // Attaches the listener to a player's Playing and MediaChanged events, and to no others. They are never detached.
   void AttachEventsToPlayer(libvlc_media_player_t* player) const;
-  // Plays another stream in the tile and gives it the stream's names. The library must have the functions for it.
+  // Plays another stream in the tile and stores its URL and name. The caller has checked that the library has the
+  // functions that this needs.
   void ReplaceTileStream(const LibVlcFunctions& vlc, MultiViewPlayer& tile, const std::string& url,
                          const std::string& name) const;
-  // Opens the URL anew on a tile's wedged player. Does nothing when the library lacks a function for it.
+  // Opens the URL again on a tile's wedged player. Does nothing if the library lacks a function that this needs.
   void RestartTile(libvlc_media_player_t* mediaPlayer, const std::string& url, bool restorePosition) const;
-  // Stops a tile's player and destroys its window, unless it is the original tile. The player is released with the
-  // record.
+  // Stops the player of a tile and destroys its window, unless it is the original tile. The record still owns the
+  // player.
   static void DestroyPlayerWindow(MultiViewPlayer& record);
 
  private:
-  // Opens the URL on a tile's player, without stopping or playing it. A media that can't be made leaves the old one.
+  // Sets the media for the URL on a tile's player. Neither stops nor plays it. If the media cannot be made, the player
+  // keeps the old one.
   void OpenOnTile(const LibVlcFunctions& vlc, libvlc_media_player_t* player, const std::string& url) const;
 
   const VlcInstance& instance_;

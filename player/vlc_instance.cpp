@@ -19,7 +19,7 @@ libvlc_instance_t* NewInstance(const LibVlcFunctions& vlc) {
   return vlc.libvlc_new(static_cast<int>(std::size(kInstanceArguments)), kInstanceArguments);
 }
 
-// An instance that can't be made is nearly always one that finds no plugins: says what lies in their folder.
+// When libvlc_new fails, it has nearly always found no plugins. So this logs the contents of their folder.
 void LogPluginsFolder() {
   const std::string folder = GetExeDirectory() + "plugins";
   WIN32_FIND_DATAA found;
@@ -44,7 +44,7 @@ bool IsNetworkUrl(std::string_view url) {
   return url.starts_with("http://") || url.starts_with("https://") || url.starts_with("rtsp://");
 }
 
-// Calls a media creator in the form that the library in use has. Null without a creator.
+// Calls a media creator in the form of the library in use. Returns null if the creator is null.
 libvlc_media_t* CallMediaCreator(void* creator, const LibVlcFunctions& vlc, libvlc_instance_t* instance,
                                  const std::string& text) {
   if (!creator) return nullptr;
@@ -62,7 +62,7 @@ bool VlcInstance::Create(const LibVlcFunctions& vlc) {
   LOG_INFO("Attempting to create VLC instance with global arguments");
   vlcInstance_.reset(NewInstance(vlc));
   if (!vlcInstance_) {
-    // The same call once more: a library that succeeds now is taken as if it had at first.
+    // The same call again. If it succeeds now, start-up goes on as if the first had succeeded.
     LOG_WARNING("Failed with global args, trying with plugin-path added");
     vlcInstance_.reset(NewInstance(vlc));
   }

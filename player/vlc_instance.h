@@ -1,4 +1,4 @@
-// The libvlc instance of one player, and what is made with it alone.
+// The libvlc instance of one player, and the media made with it.
 #pragma once
 
 #include <string>
@@ -15,15 +15,14 @@ namespace vantro {
 // Main thread.
 class VlcInstance {
  public:
-  // Makes the instance, in up to three attempts. False, with what is known of the reason in the log, when none can be
-  // made.
+  // Makes the instance, in up to three attempts. If all fail, returns false and logs what is known of the reason.
   bool Create(const LibVlcFunctions& vlc);
   void Release() { vlcInstance_.reset(); }
   libvlc_instance_t* get() const { return vlcInstance_.get(); }
   explicit operator bool() const { return vlcInstance_ != nullptr; }
 
-  // A media for an http, https or rtsp URL, or for anything else as a path. The caller owns it; null on failure, with
-  // the reason in the log.
+  // Makes a media for an http, https or rtsp URL; any other text is a path. The caller owns the result. On failure
+  // returns null and logs the reason.
   libvlc_media_t* CreateMedia(const std::string& url) const;
 
  private:

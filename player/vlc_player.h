@@ -1,10 +1,10 @@
-// The player of one top-level window, and the front of its rooms: single view, grid and stall watchdog.
+// The player of one top-level window. It contains the single view, the grid and the stall watchdog.
 //
-// Main thread, but for VlcEventCallback and what it brings about: libvlc calls it on threads of its own, without a lock
-// and without waiting for the main thread. What these threads share with the main thread are relaxed atomics, whole but
-// not in step with one another; the watchdog's switch; and data that the main thread publishes and releases only when
-// the events that are being handled have ended (player/reader_epochs.h). An event that libvlc is about to deliver while
-// the player is destroyed is libvlc's to stop: releasing a player ends its events.
+// Main thread, except VlcEventCallback and everything that it calls. libvlc calls it on its own threads, without a
+// lock, and these threads never wait for the main thread. They share three things with the main thread: relaxed
+// atomics, each consistent by itself but not with the others; the watchdog's switch; and data that the main thread
+// publishes, and releases only when the events in progress have ended (player/reader_epochs.h). Releasing a player ends
+// its events. libvlc itself must therefore stop an event that it is about to deliver while the player is destroyed.
 #pragma once
 
 #include <windows.h>
@@ -36,76 +36,83 @@ class VLCPlayer {
   VLCPlayer(const VLCPlayer&) = delete;
   VLCPlayer& operator=(const VLCPlayer&) = delete;
 
-  // Makes the video's child window in the given one, the libvlc instance and the player, and attaches the events, which
-  // may fire from then on. The window is borrowed and must outlive the player's timers. False, with the reason in the
-  // log, when libvlc can't be used; the operations below then find no player and do nothing. Without a child window the
-  // video goes into the given one, which is no failure.
+  // Makes the video's child window in the given window, the libvlc instance and the player, and attaches the events.
+  // Events may arrive from then on. The window is borrowed and must outlive the player's timers. If libvlc cannot be
+  // used, returns false and logs the reason; the operations below then find no player and do nothing. If the child
+  // window cannot be made, the video goes into the given window, which is not a failure. If the window class cannot be
+  // registered, libvlc gets no window.
   bool Initialize(HWND parentWindow);
-  // Ends what Initialize began; safe to call twice. Waits for the events that are being handled, so it must not be
-  // called from one. The volume and the last request stay.
+  // Undoes Initialize. May be called twice. Waits for the events in progress, so an event must not call it. The volume
+  // and the last request are kept.
   void Cleanup();
   HWND ParentWindow() const { return parentWindow_.load(std::memory_order_relaxed); }
 
-  // Media and transport of the single view (vlc_player_transport.cpp) and its window (vlc_player_window.cpp). Each does
-  // nothing without a player, and logs an error when the library can't be used; a function that the library lacks makes
-  // its step a silent no-op.
+  // Media and transport of the single view (vlc_player_transport.cpp) and its window (vlc_player_window.cpp). Each
+  // operation does nothing without a player, and logs an error if the library cannot be used. If the library lacks a
+  // function, the step that needs it is silently skipped.
   //
-  // Stops the stream, unseen by the interface, and plays the requested one in its place. False, with the reason in the
-  // log, when the media can't be played: a media that could not be made leaves the player stopped and without any.
+  // Stops the stream without telling the interface, and plays the requested one. If the media cannot be played, returns
+  // false and logs the reason. If the media cannot be made, the stream is stopped and no media is set.
   bool SetMedia(MediaRequest request);
-  // Whether a media is set: from the first SetMedia that made one.
+  // Whether a media is set. A SetMedia that cannot make its media leaves none set.
   bool HasMedia() const { return media_ != nullptr; }
   libvlc_media_t* CreateMedia(const std::string& url) { return instance_.CreateMedia(url); }
-  // Plays the media that is set. A player that libvlc left muted or at volume 0 comes back at 100, whatever was asked.
+  // Plays the media that is set. If libvlc then reports the player as muted or at volume 0, it is unmuted and set to
+  // 100, whatever volume was requested.
   void Play();
-  void Pause();  // or resumes what is paused
+  void Pause();  // or resumes a paused player
   bool IsPlaying();
-  // Stops the stream and the watchdog; with suppress the interface is not told. The media stays set. A library without
-  // a synchronous stop stops only the watchdog: its stream ends with the next media.
+  // Stops the stream and the watchdog. With suppress, the interface gets no stopped event. The media stays set. If the
+  // library has no synchronous stop, only the watchdog stops; the stream ends with the next media.
   void StopInternal(bool suppress);
-  // Percent, passed on as it comes; remembered whatever libvlc says, and without a player too.
+  // Percent, passed to libvlc unchanged. It is remembered even if libvlc refuses it or there is no player.
   void SetVolume(int volume);
-  // False when there is nothing to seek with; what libvlc answers is not read.
+  // Returns false without a player or without the library's function. The result of libvlc is ignored.
   bool SeekTo(int64_t milliseconds);
-  // Milliseconds, as libvlc tells them; 0 when it can't be asked.
+  // Milliseconds as libvlc reports them; 0 without a player or without the function.
   int64_t GetPosition();
   int64_t GetDuration();
-  // Places the video's window, in client pixels of the parent. The grid lays itself out over the whole parent instead.
+  // Moves the video's window; client pixels of the parent. While the grid is on, the grid is laid out over the whole
+  // parent instead.
   void Resize(int x, int y, int width, int height);
   void EnsureZOrder();
-  // Read the track lists and tell the interface that they were read; the elements are not told.
+  // Read the track list and send the interface an event without the entries.
   void RefreshSpuTracks();
   void RefreshAudioTracks();
-  // Choose a track by libvlc's id; what libvlc answers is not read.
+  // Choose a track by libvlc's id. The result of libvlc is ignored.
   void SetSpuTrack(int id);
   void SetAudioTrack(int id);
-  void SetUserAgent(std::string userAgent) { userAgent_ = std::move(userAgent); }  // read by nothing
+  void SetUserAgent(std::string userAgent) { userAgent_ = std::move(userAgent); }  // nothing reads it
 
-  // Where the events go. Returns when the callable from before is out of use; not to be called by it.
+  // Sets the callable that receives the events. Returns when no thread uses the previous callable any more. The
+  // callable must not call this.
   void SetEventCallback(EventCallback callback) { eventCallback_ = std::move(callback); }
-  // Events (vlc_player_events.cpp). On libvlc's threads; may not wait for the main thread, and may call of libvlc only
-  // what libvlc allows in a callback. The user data is the VLCPlayer; null is ignored.
+  // Events (vlc_player_events.cpp). On libvlc's threads. Must not wait for the main thread, and may call only those
+  // libvlc functions that libvlc allows in a callback. The user data is the VLCPlayer; null is ignored.
   static void VlcEventCallback(const libvlc_event_t* event, void* userData);
-  // Tells the interface, then does what the event asks for (player/player_events.h). Doesn't ask which player sent it.
+  // Sends the event to the interface, then performs its effect (player/player_events.h). Does not check which player
+  // sent it.
   void ProcessVLCEvent(const libvlc_event_t* event);
 
-  // Stall watchdog (player/stall_watchdog.h). The tick belongs to the timer whose id is the address of this object.
+  // Stall watchdog (player/stall_watchdog.h). OnStallWatchdogTick is for the timer whose id is the address of this
+  // object.
   void StartStallWatchdog() { watchdog_.Start(); }
   void StopStallWatchdog() { watchdog_.Stop(); }
   void OnStallWatchdogTick() { watchdog_.RunPass(media_.get(), GetTickCount64); }
   bool HandleStallNudgeTimer(UINT_PTR timerId) { return resumes_.Resume(timerId); }
-  // Reloads the stream of the single view, at its time where that makes sense.
+  // Reloads the single view's stream, and seeks to its last time if ShouldRestorePosition returns true.
   void RestartMediaPreservingTime();
 
-  // Grid (player/multi_view_grid.h). The first two and the promotion are always true where the grid allows them.
+  // Grid (player/multi_view_grid.h). EnableMultiView and DisableMultiView always return true.
   bool EnableMultiView();
-  // Volume 100 after it.
+  // Sets the volume to 100 if the grid was on.
   bool DisableMultiView();
   bool MvAddStream(const std::string& url, const std::string& name) { return grid_.AddStream(url, name); }
   bool MvReplaceActive(const std::string& url, const std::string& name) { return grid_.ReplaceActive(url, name); }
   bool MvRemoveActive() { return grid_.RemoveActive(); }
   bool MvSwapTiles(int from, int to) { return grid_.SwapTiles(from, to); }
-  // Leaves with the active tile's URL opened anew in the single view. A restart keeps naming the stream from before.
+  // Opens the active tile's URL in the single view and turns the grid off. A later restart still uses the URL of the
+  // last SetMedia. Returns false if the grid does not allow it.
   bool MvPromoteActiveAndExit() { return grid_.OpenActiveInOriginal() && DisableMultiView(); }
   void SetActiveIndexSafe(int index) { grid_.SetActiveIndexSafe(index); }
   void UpdateGridLayout() { grid_.UpdateGridLayout(); }
@@ -123,24 +130,24 @@ class VLCPlayer {
   void Perform(EventEffect effect);
   const std::string& RestartUrl() const { return current_.url.empty() ? fallbackUrl_ : current_.url; }
 
-  ReaderEpochs eventReaders_{ServeSentMessages};  // the events that are being handled
+  ReaderEpochs eventReaders_{ServeSentMessages};  // the events in progress
   EventCallbackSlot eventCallback_{eventReaders_};
 
   // The single view.
   VlcInstance instance_;
-  WatchedPlayerHandle mediaPlayer_;  // empty while the grid is on: its tile holds the handle
-  VlcMediaPtr media_;                // set last; null until the first SetMedia
+  WatchedPlayerHandle mediaPlayer_;  // empty while the grid is on, whose tile then owns the player
+  VlcMediaPtr media_;                // the last one set, or null
   libvlc_event_manager_t* eventManager_ = nullptr;
   std::atomic<HWND> parentWindow_{nullptr};
   HWND vlcWindow_ = nullptr;
   HWND overlayWindow_ = nullptr;  // read by EnsureZOrder; nothing assigns it
-  int volume_ = kFullVolume;      // asked for last
-  MediaRequest current_;          // set last
-  std::string fallbackUrl_;       // read where current_ has no URL; nothing assigns it
+  int volume_ = kFullVolume;      // the last one requested
+  MediaRequest current_;          // the last one set
+  std::string fallbackUrl_;       // used if current_ has no URL; nothing assigns it
   std::string userAgent_;
-  std::atomic<bool> suppressStoppedEvent_{false};  // swallows the next stopped event
+  std::atomic<bool> suppressStoppedEvent_{false};  // drops the next stopped event
 
-  // The other rooms. What a later one borrows comes first.
+  // Each of these may use those declared before it.
   PendingResumes resumes_{parentWindow_};
   MultiViewGrid grid_{instance_, parentWindow_, eventReaders_, resumes_, {VlcEventCallback, this}};
   StallWatchdog watchdog_{{reinterpret_cast<UINT_PTR>(this), parentWindow_, mediaPlayer_, grid_, resumes_,

@@ -1,4 +1,4 @@
-// What libvlc's events bring about. Everything here runs on libvlc's threads.
+// Handling of libvlc's events. Everything here runs on libvlc's threads.
 #include "common/log.h"
 #include "player/player_events.h"
 #include "player/vlc_player.h"

@@ -1,4 +1,4 @@
-// Start-up and end of the player.
+// Start-up and clean-up of the player.
 #include <windows.h>
 
 #include <cstdlib>
@@ -53,7 +53,8 @@ bool HasRequiredSymbols(const LibVlcFunctions& vlc) {
 
 VLCPlayer::~VLCPlayer() {
   Cleanup();
-  // Tiles that are left are still attached. Releasing them ends their events; those that are being handled end here.
+  // Events of the remaining tiles are still attached. Releasing the players ends them. The wait covers the events in
+  // progress.
   grid_.ReleaseTiles();
   eventReaders_.WaitForReaders();
 }

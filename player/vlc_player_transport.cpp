@@ -13,18 +13,19 @@ namespace {
 
 constexpr int kAudioError = -1;  // what the audio getters return without an audio output
 constexpr int kMuted = 1;
-// The third argument of set_time: seek to the exact time, not to the nearest key frame.
+// The third argument of set_time. False seeks to the exact time, not to the nearest key frame.
 constexpr bool kExactSeek = false;
 
-// Reads a track list to its end and gives it back. Nothing of the entries leaves: the interface learns only that the
-// list was read.
+// Walks a track list to its end and releases it. The entries are not used; the interface only learns that the list was
+// read.
 void ReadTrackList(const LibVlcFunctions& vlc, libvlc_track_description_t* list) {
   const libvlc_track_description_t* entry = list;
   while (entry) entry = entry->next;
   vlc.libvlc_track_description_list_release(list);
 }
 
-// What the player is found with after a play: libvlc starts some outputs muted or silent, and a machine may have none.
+// Logs and repairs the player's audio after a play. libvlc starts some audio outputs muted or at volume 0, and a
+// machine may have no output.
 void RepairAudio(const LibVlcFunctions& vlc, libvlc_media_player_t* player) {
   if (!vlc.libvlc_audio_get_volume || !vlc.libvlc_audio_get_mute) return;
   const int volume = vlc.libvlc_audio_get_volume(player);

@@ -1,4 +1,4 @@
-// The video's window of the single view: made in the parent, resized with it, stacked below the overlay.
+// The single view's video window: its creation, its size, and its order below the overlay.
 #include <windows.h>
 
 #include <algorithm>

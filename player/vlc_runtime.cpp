@@ -19,8 +19,8 @@ bool MeansAbsent(DWORD error) {
          error == ERROR_BAD_NETPATH || error == ERROR_DIRECTORY;
 }
 
-// The file system's test for existence. Asked of Windows, because the C library below std::filesystem::exists takes
-// every failure for absence.
+// Tests whether a path exists, and throws if the system cannot tell. Calls Windows directly, because
+// std::filesystem::exists with this C library takes every failure for absence.
 bool Exists(const std::string& path) {
   if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
   const DWORD error = GetLastError();

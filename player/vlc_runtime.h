@@ -1,7 +1,7 @@
-// Where a VLC runtime lies: libvlc.dll, libvlccore.dll and libvlc's plugins. Main thread.
+// The search for a VLC runtime: libvlc.dll, libvlccore.dll and libvlc's plugins. Main thread.
 //
-// The loader of the operating system has bound libvlc.dll before any of this runs. What is found here names a folder
-// for the log, and readies the plugins, and the libraries beside the executable, for the next start.
+// The operating system's loader has bound libvlc.dll before any of this runs. So the folder found here is only logged,
+// and the setup prepares the plugins and the libraries beside the executable for the next start.
 #pragma once
 
 #include <string>
@@ -9,23 +9,24 @@
 
 namespace vantro {
 
-// The directory of the executable, with its trailing backslash.
+// Returns the directory of the executable, with a trailing backslash.
 std::string GetExeDirectory();
 
-// The directory that the log names as VLC's: the folder "vlc" or "lib\vlc" beside the executable, the executable's own
-// directory where libvlc.dll lies in it, an installed VLC (64-bit, then 32-bit), else the executable's own directory.
-// Throws std::filesystem::filesystem_error when it can't be told whether one of them exists.
+// Returns the directory that is logged as VLC's. The first of these that exists: the folder "vlc" or "lib\vlc" beside
+// the executable, the executable's own directory if it contains libvlc.dll, an installed VLC (64-bit, then 32-bit). If
+// none exists, the executable's own directory. Throws std::filesystem::filesystem_error if the system cannot tell
+// whether one of them exists.
 std::string GetVlcPath();
 
-// Readies an installed VLC for use: sets VLC_PLUGIN_PATH to its plugins, makes a folder "plugins" beside the
-// executable, and copies each of the two libraries that is missing there. The variable is set in the process's own
-// environment, which getenv does not see. False, with a logged warning and nothing changed, when no installed VLC with
-// plugins is found.
+// Prepares an installed VLC for use. Sets VLC_PLUGIN_PATH to its plugins, makes a folder "plugins" beside the
+// executable, and copies each of the two libraries if it is missing there. The variable is set in the environment of
+// the process, which getenv does not read. If no installed VLC with plugins is found, returns false, logs a warning and
+// changes nothing.
 bool SetupVlcEnvironment();
 
-// The same over given folders. The first takes the executable's directory with its trailing backslash, and the folders
-// of an installed VLC in the order of preference; the second takes the folder that programs are installed in, and the
-// executable's directory without a trailing backslash.
+// The same with given folders. FindVlcPath takes the executable's directory with its trailing backslash, and the
+// folders of an installed VLC in order of preference. SetupVlcEnvironmentIn takes the folder that programs are
+// installed in, and the executable's directory without a trailing backslash.
 std::string FindVlcPath(const std::string& exeDirectory, const std::vector<std::string>& installDirectories);
 bool SetupVlcEnvironmentIn(const std::string& programFiles, const std::string& localDirectory);
 
