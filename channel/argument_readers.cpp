@@ -6,7 +6,7 @@ namespace vantro {
 
 namespace {
 
-// Null when there is none.
+// Returns the null value if there is no such argument.
 EncodableValue FindArgument(const MethodCall& call, std::string_view key) {
   const auto map = call.arguments().Get<EncodableMap>();
   const EncodableValue* const value = map ? map->Find(key) : nullptr;

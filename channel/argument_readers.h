@@ -1,6 +1,6 @@
-// Readers of a request's arguments. All have one shape: the arguments have to be a map, the key has to be a string in
-// it, and the value has to be of a type that the reader takes; otherwise the fallback is the result. A wrong type is
-// the same as an absent key, and no reader raises an error. Standard library only; any thread.
+// Readers of a request's arguments. All follow one rule: the arguments must be a map, the key must be a string in it,
+// and the value must be of a type that the reader accepts. Otherwise the reader returns the fallback. A wrong type
+// counts as a missing key, and no reader reports an error. Standard library only; any thread.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +11,14 @@
 
 namespace vantro {
 
-// A 32-bit integer as it is, a 64-bit integer cut to its low 32 bits, a double truncated toward zero (to the nearest
-// end of the range beyond it, 0 for a NaN).
+// Accepts a 32-bit integer as it is, a 64-bit integer cut to its low 32 bits, and a double truncated toward zero. A
+// double out of range becomes the nearest end of the range; a NaN becomes 0.
 int32_t ReadIntArgument(const MethodCall& call, std::string_view key, int32_t fallback);
-// A Boolean only: no integer is taken for one.
+// Accepts only a Boolean, no integer.
 bool ReadBoolArgument(const MethodCall& call, std::string_view key, bool fallback);
-// A string only; empty otherwise.
+// Accepts only a string. The fallback is empty.
 std::string ReadStringArgument(const MethodCall& call, std::string_view key);
-// A double as it is, or an integer of either size as a double.
+// Accepts a double as it is, and an integer of either size converted to a double.
 double ReadNumberArgument(const MethodCall& call, std::string_view key, double fallback);
 
 }  // namespace vantro

@@ -1,4 +1,4 @@
-// A file of its own: it is the only object whose bytes change from build to build.
+// In its own file, because its object is the only one whose bytes change from build to build.
 #include "channel/build_time.h"
 
 namespace vantro {

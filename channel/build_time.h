@@ -1,9 +1,9 @@
-// When this program was built.
+// The time at which this program was built.
 #pragma once
 
 namespace vantro {
 
-// The compiler's date and time of the build, such as "Feb  8 2026 04:25:13".
+// Returns the date and time of the build from the compiler, such as "Feb  8 2026 04:25:13".
 const char* BuildTime();
 
 }  // namespace vantro

@@ -1,5 +1,5 @@
-// What the channel asks of the process's windows. The shell provides these functions; nothing here includes it. Main
-// thread.
+// The functions that the channel calls on the process's windows. The shell implements them; the channel includes
+// nothing of the shell. Main thread.
 #pragma once
 
 #include <string>
@@ -11,15 +11,15 @@ namespace vantro {
 class MethodChannelHandler;
 class VantroWindow;
 
-// Enters fullscreen with the window, or leaves it.
+// Toggles the fullscreen mode of the window.
 void ToggleWindowFullscreen(VantroWindow& window);
 
-// The handler of the first window, which stays the master also after the user has closed it. Null without a window, or
-// when it has no handler. Borrowed; lives until the process ends.
+// Returns the handler of the first window, which stays the master even after the user has closed it. Null if there is
+// no window or it has no handler. Borrowed; valid until the process ends.
 MethodChannelHandler* MasterHandler();
 
 // Invokes the method, with a copy of the value, on every window from position 1 on that has a handler. The copies share
-// the value's memory, which never changes.
+// the memory of the value, which is immutable.
 void BroadcastEncodableToClientWindows(const std::string& methodName, const OwnedValue& value);
 
 }  // namespace vantro

@@ -28,7 +28,7 @@ MethodChannelHandler::MethodChannelHandler(FlutterEngine* engine, VLCPlayer* pla
   }
   methodChannel_ = std::make_unique<MethodChannel>(messenger, channelName_, &StandardMethodCodec::GetInstance());
   markerPath_ = ResolveNativeMarkerPath();
-  // Before the channel can receive anything: the first call overwrites what the last session left.
+  // Before the channel can receive a call, because the first call overwrites the marker of the last session.
   HandleStartupMarker();
   methodChannel_->SetMethodCallHandler([this](const MethodCall& call, std::unique_ptr<MethodResult> result) {
     HandleMethodCall(call, std::move(result));
@@ -44,7 +44,7 @@ MethodChannelHandler::~MethodChannelHandler() {
 }
 
 void MethodChannelHandler::HandleMethodCall(const MethodCall& call, std::unique_ptr<MethodResult> result) {
-  // First of all, so that a crash in a handler leaves that method's name behind, known or not.
+  // Written first, so that a crash in a handler leaves the name of that method in the marker, known or not.
   if (!markerPath_.empty()) WriteNativeMarker(true, call.method_name(), CurrentUnixTimeMs());
   const ChannelMethod* const method = FindChannelMethod(call.method_name());
   if (!method || !method->handler(*this, call, *result)) result->NotImplemented();
@@ -57,7 +57,7 @@ void MethodChannelHandler::SendChannelEvent(std::string_view method, std::string
 
 void MethodChannelHandler::ShowToast(const std::string& message, bool isShort) {
   if (!methodChannel_) return;
-  // The flag travels as a word: the interface compares text.
+  // The flag is sent as text, because the interface compares text.
   const LocalMap toast({
       {EncodableValue("message"), EncodableValue(message)},
       {EncodableValue("short"), EncodableValue(isShort ? "true" : "false")},

@@ -1,4 +1,4 @@
-// The methods of the player channel, as data.
+// The table of the player channel's methods.
 #pragma once
 
 #include <span>
@@ -13,11 +13,10 @@ struct ChannelMethod {
   requests::Handler* handler;
 };
 
-// In the order in which a name is compared. interface/channel.json lists them in the same order; a test compares the
-// two.
+// Names are compared in this order. interface/channel.json lists the methods in the same order, which a test checks.
 std::span<const ChannelMethod> ChannelMethods();
 
-// The first method whose name equals the given one byte for byte, or null.
+// Returns the first method whose name equals the given one byte for byte, or null.
 const ChannelMethod* FindChannelMethod(std::string_view name);
 
 }  // namespace vantro

@@ -1,5 +1,5 @@
-// The grid. All the work is the player's: the requests read, guard, answer, and tell the interface to show or hide its
-// overlay.
+// The requests of the grid. The player does the work. The requests read and check the arguments, answer, and tell the
+// interface to show or hide its overlay.
 #include "channel/argument_readers.h"
 #include "channel/request_handlers.h"
 #include "common/log.h"
@@ -32,7 +32,7 @@ bool LoadStream(StreamOperation operation, MethodChannelHandler& handler, const 
 bool EnableMultiView(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   if (!handler.vlcPlayer_) return RefuseWithoutPlayer(result);
   const bool enabled = handler.vlcPlayer_->EnableMultiView();
-  Reply(result, enabled);  // before the event: the interface learns of its overlay after its request is settled
+  Reply(result, enabled);  // before the event, so that the interface gets its answer first
   if (enabled) handler.SendChannelEvent("showMultiViewOverlay", "");
   return true;
 }
@@ -45,7 +45,7 @@ bool DisableMultiView(MethodChannelHandler& handler, const MethodCall&, MethodRe
   return true;
 }
 
-// Differs from disableMultiView in that the interface is not told to hide its overlay.
+// Like disableMultiView, but the interface is not told to hide its overlay.
 bool MvExitFullscreen(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   if (!handler.vlcPlayer_) return RefuseWithoutPlayer(result);
   return Reply(result, handler.vlcPlayer_->DisableMultiView());

@@ -1,5 +1,5 @@
-// Loading, transport and the position. The requests do no playback themselves: they settle how a request is read and
-// how a failure is answered.
+// Loading, transport and the position. The player does the work. The requests read the arguments and answer, also on
+// failure.
 #include <utility>
 
 #include "channel/argument_readers.h"
@@ -19,7 +19,7 @@ std::string ReadEither(const MethodCall& call, const char* key, const char* othe
   return text.empty() ? ReadStringArgument(call, otherKey) : text;
 }
 
-// There is one profile, and no behaviour hangs on it.
+// There is only one profile, and nothing depends on it.
 void LogPlayerProfile(const std::string& profile) {
   if (profile.empty()) return;
   if (profile == kPlayerProfile) {
@@ -29,8 +29,8 @@ void LogPlayerProfile(const std::string& profile) {
   }
 }
 
-// Reads every key before anything is tested, so that the log of a bad request is complete. What is absent keeps the
-// request's default.
+// Reads every key before any is checked, so that the log of a bad request is complete. A missing key keeps the default
+// of the request.
 MediaRequest ReadMediaRequest(const MethodCall& call) {
   MediaRequest request;
   request.url = ReadEither(call, "URL", "url");
@@ -46,15 +46,15 @@ MediaRequest ReadMediaRequest(const MethodCall& call) {
   LOG_DEBUG("[SetMedia] URL=%s isLive=%d supportsTimeshift=%d inTimeshiftMode=%d", request.url.c_str(), request.isLive,
             request.supportsTimeshift, request.inTimeshiftMode);
   LogPlayerProfile(ReadStringArgument(call, "playerProfile"));
-  // A local proxy, if there is one, is already in the address; "originalUrl" tells what it stands for and is not
-  // needed here.
+  // The URL already contains the local proxy, if there is one. "originalUrl" holds the URL without the proxy, which is
+  // not needed here.
   if (ReadBoolArgument(call, "localVodProxyEnabled", false)) LOG_DEBUG("[SetMedia] Local proxy enabled flag set");
   LOG_DEBUG("SetMedia: Final URL after parsing: '%s'", request.url.c_str());
   LOG_DEBUG("SetMedia: Using networkCacheMs: %d", request.networkCacheMs);
   return request;
 }
 
-// What the two kinds of seek log.
+// The log texts of the two kinds of seek.
 struct SeekTexts {
   const char* failed;
   const char* ignored;

@@ -1,5 +1,5 @@
-// The relay of provider data from the first window, which holds it, to all others. The host keeps nothing of it: a
-// chunk is handed on before the request returns.
+// Relays provider data from the first window, which holds it, to all other windows. The host stores none of it: a chunk
+// is sent on before the request returns.
 #include "channel/argument_readers.h"
 #include "channel/host_windows.h"
 #include "channel/request_handlers.h"
@@ -9,7 +9,7 @@ namespace vantro::requests {
 
 bool GetWindowInfo(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   LOG_DEBUG("GetWindowInfo: Returning window information");
-  // An address is unique among the windows of this process, and means nothing beyond it.
+  // The address is unique among the windows of this process. It has no other meaning.
   const auto windowId = static_cast<int64_t>(reinterpret_cast<intptr_t>(&handler));
   const LocalMap info({
       {EncodableValue("isMasterWindow"), EncodableValue(handler.isMasterWindow_)},

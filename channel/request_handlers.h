@@ -1,7 +1,7 @@
-// The requests of the player channel, one function each. docs/channel.md tells their arguments and answers.
+// The requests of the player channel, one function each. docs/channel.md lists their arguments and answers.
 //
-// A handler answers through the result before it returns and says true. False makes the dispatcher answer
-// NotImplemented as well: after an error that is a second answer, which the messaging layer drops and reports on the
+// A handler answers through the result before it returns, and returns true. If it returns false, the dispatcher also
+// answers NotImplemented. After an error this is a second answer, which the messaging layer drops and reports on the
 // standard error stream. Main thread.
 #pragma once
 
@@ -13,7 +13,7 @@
 
 namespace vantro::requests {
 
-// What the table of methods points to.
+// The type of the functions in the method table.
 using Handler = bool(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
 // playback_requests.cpp
@@ -70,13 +70,13 @@ bool MvSwapTiles(MethodChannelHandler& handler, const MethodCall& call, MethodRe
 bool MvPromoteActiveAndExit(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 bool MvExitFullscreen(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result);
 
-// Answers a Boolean and says that the request is answered.
+// Answers with a Boolean and returns true.
 inline bool Reply(MethodResult& result, bool value) {
   result.Success(EncodableValue(value));
   return true;
 }
 
-// The rule of the requests that need a media: a toast, and false.
+// The answer to a request that needs a media when there is none: shows a toast and answers false.
 inline bool ReplyNotReady(MethodChannelHandler& handler, MethodResult& result) {
   handler.ShowToast("Video not ready yet", true);
   return Reply(result, false);

@@ -6,13 +6,13 @@ namespace vantro {
 
 namespace {
 
-// As the C library's conversions have it: leading blanks and one sign are accepted, what follows the digits is not
-// looked at.
+// Follows the conversions of the C library: leading blanks and one sign are accepted, and everything after the digits
+// is ignored.
 int64_t ParseTimestamp(std::string_view text) {
   const size_t begin = text.find_first_not_of(" \t\n\v\f\r");
   if (begin == std::string_view::npos) return 0;
   text.remove_prefix(begin);
-  // std::from_chars takes a minus sign alone; one that follows the plus would be a second sign.
+  // std::from_chars accepts only a minus sign. A minus after the plus would be a second sign.
   if (text.front() == '+') {
     text.remove_prefix(1);
     if (text.starts_with('-')) return 0;
@@ -42,7 +42,7 @@ std::string FormatNativeMarker(bool running, std::string_view lastAction, int64_
   char time[24];
   const char* const timeEnd = std::to_chars(time, time + sizeof time, lastActionTs).ptr;
   std::string text;
-  text.reserve(lastAction.size() + 64);  // one allocation: the marker is written at every call
+  text.reserve(lastAction.size() + 64);  // one allocation, because the marker is written at every call
   text.append("running=").append(running ? "1" : "0").append("\n");
   text.append("lastAction=").append(lastAction).append("\n");
   text.append("lastActionTs=").append(time, static_cast<size_t>(timeEnd - time)).append("\n");

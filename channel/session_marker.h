@@ -1,5 +1,6 @@
-// The text of the session marker: whether the native session runs, and what it did last. A process that dies leaves
-// "running=1" behind, which the next start takes for a crash. Standard library only; any thread.
+// The text of the session marker: whether the native session is running, and its last action. A process that crashes or
+// is killed leaves "running=1" in the file, and the next start takes this for a crash. Standard library only; any
+// thread.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +9,10 @@
 
 namespace vantro {
 
-// In the temporary folder; in the current one when there is none.
+// In the temporary folder, or in the current folder if there is no temporary one.
 constexpr char kNativeMarkerFileName[] = "vantro_windows_fullscreen_native_marker.txt";
 
-// What the session marker file says.
+// The contents of the session marker file.
 struct NativeMarkerState {
   bool running = false;
   std::string lastAction;
@@ -20,12 +21,12 @@ struct NativeMarkerState {
   bool operator==(const NativeMarkerState&) const = default;
 };
 
-// Three lines of a key, an equals sign and a value, each ended by a line feed. The action is written as it is.
+// Returns three lines of a key, an equals sign and a value, each ended by a line feed. The action is not escaped.
 std::string FormatNativeMarker(bool running, std::string_view lastAction, int64_t lastActionTs);
 
-// More lenient than the writer: keys in any order, the later of two wins, others and lines without an equals sign are
-// skipped, "true" counts for "1", and a time without digits or out of range reads as 0. Neither side of the first
-// equals sign is trimmed. Any bytes give a state.
+// More lenient than FormatNativeMarker. Keys may come in any order, and the last of two equal keys wins. Other keys and
+// lines without an equals sign are skipped. "true" counts as "1". A time without digits or out of range is 0. Spaces
+// around the first equals sign are not trimmed. Every input gives a valid state.
 NativeMarkerState ParseNativeMarker(std::string_view text);
 
 }  // namespace vantro

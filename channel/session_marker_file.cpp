@@ -1,5 +1,5 @@
-// The file side of the session marker, and the report of a crash. Every failure here is silent: a session must not
-// suffer from its own black box.
+// The file of the session marker, and the report of a crash. No failure here is reported: the marker must never disturb
+// a session.
 #include <windows.h>
 
 #include <chrono>
@@ -16,8 +16,8 @@ namespace {
 
 using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-// The temporary folder, or empty when there is none. GetTempPath2W gives a process of the system account a folder that
-// other accounts cannot write; older systems lack it.
+// Returns the temporary folder, or an empty text if there is none. GetTempPath2W gives a process of the system account
+// a folder that other accounts cannot write to. Older systems lack this function.
 std::wstring TemporaryFolder() {
   using TemporaryPath = DWORD(WINAPI*)(DWORD, LPWSTR);
   const auto newer =
@@ -26,19 +26,19 @@ std::wstring TemporaryFolder() {
   const DWORD length = (newer ? newer : &GetTempPathW)(static_cast<DWORD>(std::size(buffer)), buffer);
   if (length == 0 || length >= std::size(buffer)) return {};
   const DWORD attributes = GetFileAttributesW(buffer);
-  // Both functions hand out what the environment says, whether it exists or not.
+  // Both functions return the folder of the environment, even if it does not exist.
   if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) return {};
   return std::wstring(buffer, length);
 }
 
-// In the code page that fopen's paths are read in. Empty when a character has no place there: the nearest one would
-// name another file.
+// Converts a path to the code page that fopen uses. Returns an empty text if the code page lacks a character of the
+// path, because a similar character would name another file.
 std::string NarrowForFileFunctions(const std::wstring& wide) {
   const UINT codePage = AreFileApisANSI() ? GetACP() : GetOEMCP();
   const bool everythingFits = codePage == CP_UTF8;
   const DWORD flags = everythingFits ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS;
   BOOL replaced = FALSE;
-  BOOL* const replacedOut = everythingFits ? nullptr : &replaced;  // not allowed with UTF-8
+  BOOL* const replacedOut = everythingFits ? nullptr : &replaced;  // must be null with UTF-8
   const int wideLength = static_cast<int>(wide.size());
   const int length = WideCharToMultiByte(codePage, flags, wide.data(), wideLength, nullptr, 0, nullptr, replacedOut);
   if (length <= 0 || replaced) return {};
@@ -72,8 +72,8 @@ NativeMarkerState MethodChannelHandler::ReadNativeMarker() const {
   return ParseNativeMarker(text);
 }
 
-// Opened, written and closed at each call, and never batched: the method that kills the process must be in the file
-// before it runs.
+// The file is opened, written and closed at each call, without buffering across calls: if a method crashes the process,
+// its name must already be in the file.
 void MethodChannelHandler::WriteNativeMarker(bool running, std::string_view lastAction, int64_t lastActionTs) const {
   const File file(std::fopen(markerPath_.c_str(), "w"), &std::fclose);
   if (!file) return;

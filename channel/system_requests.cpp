@@ -1,4 +1,4 @@
-// The wakelock, the database key, and what else concerns the window or the program as a whole.
+// The wakelock, the database key, and other requests that concern the window or the whole program.
 #include <windows.h>
 
 #include "channel/argument_readers.h"
@@ -14,8 +14,8 @@ bool GetBuildTime(MethodChannelHandler&, const MethodCall&, MethodResult& result
   return true;
 }
 
-// The state belongs to the thread, which all windows share; the flag belongs to the window. So a window can answer
-// false while another holds the wakelock, and one window's release releases it for all.
+// The execution state belongs to the thread, which all windows share, but the flag belongs to the window. So a window
+// can answer false while another holds the wakelock, and a release by one window releases it for all.
 bool EnableNativeWakelock(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED);
   handler.wakelockEnabled_ = true;
@@ -32,7 +32,7 @@ bool IsNativeWakelockEnabled(MethodChannelHandler& handler, const MethodCall&, M
   return Reply(result, handler.wakelockEnabled_);
 }
 
-// Accepted for interfaces that send it; there is nothing to switch.
+// Accepted because interfaces send it. It switches nothing.
 bool DebugInputLatency(MethodChannelHandler&, const MethodCall& call, MethodResult& result) {
   static_cast<void>(ReadBoolArgument(call, "enable", false));
   return Reply(result, true);

@@ -1,4 +1,4 @@
-// Choosing subtitle and audio tracks.
+// The requests for subtitle and audio tracks.
 #include "channel/argument_readers.h"
 #include "channel/request_handlers.h"
 #include "player/vlc_player.h"
@@ -11,7 +11,7 @@ constexpr int kDefaultFontSize = 16;
 
 using TrackChoice = void (VLCPlayer::*)(int id);
 
-// A library that can't choose tracks still counts as done.
+// Answers true even if the library cannot choose tracks.
 bool ChooseTrack(TrackChoice choice, MethodChannelHandler& handler, const MethodCall& call, MethodResult& result) {
   if (!handler.vlcPlayer_->HasMedia()) return ReplyNotReady(handler, result);
   const int id = ReadIntArgument(call, "id", 0);
@@ -40,7 +40,7 @@ bool SetAudioTrack(MethodChannelHandler& handler, const MethodCall& call, Method
   return ChooseTrack(&VLCPlayer::SetAudioTrack, handler, call, result);
 }
 
-// A check and no more: the size is neither stored nor handed to libvlc.
+// Only checks the size. It is neither stored nor passed to libvlc.
 bool SetFontSize(MethodChannelHandler& handler, const MethodCall& call, MethodResult& result) {
   if (!handler.vlcPlayer_->HasMedia()) return ReplyNotReady(handler, result);
   const bool valid = ReadIntArgument(call, "size", kDefaultFontSize) > 0;

@@ -1,4 +1,4 @@
-// The Flutter view and the video's window.
+// The requests for the Flutter view and for the video's window.
 #include <windows.h>
 
 #include "channel/argument_readers.h"
@@ -28,7 +28,7 @@ bool SetFlutterViewVisible(MethodChannelHandler& handler, MethodResult& result, 
   return Reply(result, true);
 }
 
-// Not clamped: a level below 0 wraps in the byte.
+// The level is not clamped: a value below 0 wraps around in the byte.
 BYTE AlphaByte(double level) { return static_cast<BYTE>(SaturatedCast<int64_t>(level * 255.0)); }
 
 void ApplyAlpha(HWND view, double level) {
@@ -53,7 +53,7 @@ bool SetAlphaFlutterView(MethodChannelHandler& handler, const MethodCall& call, 
   return Reply(result, true);
 }
 
-// The overlay that carries the view is not touched.
+// The overlay window that contains the view does not change.
 bool ShowFlutterView(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   return SetFlutterViewVisible(handler, result, true);
 }
@@ -74,7 +74,7 @@ bool ResizeVlcFull(MethodChannelHandler& handler, const MethodCall&, MethodResul
   return Reply(result, true);
 }
 
-// Front and back are one request: the stacking of video and view is fixed, and can only be restored.
+// Front and back do the same: the order of video and view is fixed, and can only be restored.
 bool RestoreStacking(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   handler.vlcPlayer_->EnsureZOrder();
   return Reply(result, true);
