@@ -1,5 +1,5 @@
-# GTest::gtest and GTest::gmock: an installed GoogleTest for the compiler in use, or else one built from source. Debian has
-# none for mingw-w64, and its sources in /usr/src.
+# Provides GTest::gtest and GTest::gmock: an installed GoogleTest for the compiler in use, or else one built from
+# source. Debian has no build for mingw-w64; its package installs the sources in /usr/src.
 set(VANTRO_GOOGLETEST_SOURCE "/usr/src/googletest" CACHE PATH "GoogleTest's sources, used when no package is found")
 find_package(GTest CONFIG QUIET GLOBAL)
 if(NOT GTest_FOUND)

@@ -5,8 +5,8 @@ function(vantro_import_library name def)
   add_custom_command(
     OUTPUT "${archive}"
     COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_BINARY_DIR}/imports"
-    # Without a prefix of its own dlltool names the archive's members after its process id, and these names end up among
-    # the symbols.
+    # Without --temp-prefix, dlltool names the archive's members after its process id, and these names appear among the
+    # symbols.
     COMMAND ${CMAKE_DLLTOOL} --temp-prefix ${name}_ -m i386:x86-64 -d "${def}" -l "${archive}"
     DEPENDS "${def}" VERBATIM)
   add_custom_target(import_${name}_archive DEPENDS "${archive}")

@@ -1,4 +1,4 @@
-# Cross-compiles for Windows x86-64 with Debian's mingw-w64 (POSIX threads, for <mutex> and friends).
+# Cross-compiles for Windows x86-64 with Debian's mingw-w64 (POSIX threads, which <mutex> and the like need).
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(VANTRO_TRIPLE x86_64-w64-mingw32)
@@ -14,5 +14,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# What runs the built programs on Linux.
+# Runs the built programs on Linux.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../devkit/wine/run")

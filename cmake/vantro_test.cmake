@@ -1,5 +1,5 @@
-# vantro_scripted_runtime(NAME FOLDER VARIANT): builds the program into the folder, with the scripted libvlc in the given
-# export set, a libvlccore.dll and the loopback engine beside it.
+# vantro_scripted_runtime(NAME FOLDER VARIANT): builds the program into the folder and puts beside it the scripted
+# libvlc with the given export set, a libvlccore.dll and the loopback engine.
 function(vantro_scripted_runtime name folder variant)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${folder}")
   add_dependencies(${name} scripted_libvlc_${variant} scripted_libvlccore loopback_engine)
@@ -10,9 +10,9 @@ function(vantro_scripted_runtime name folder variant)
     VERBATIM)
 endfunction()
 
-# vantro_unit_test(NAME SOURCES... [LIBVLC VARIANT]): one GoogleTest program in a folder of its own, with what it needs
-# beside it. On Windows that is the scripted libvlc in the given export set ("full" if none is named), a libvlccore.dll
-# and the loopback engine. The program runs as one test, in its folder, where the log file lands.
+# vantro_unit_test(NAME SOURCES... [LIBVLC VARIANT]): adds one GoogleTest program in its own folder, as one test of
+# ctest. On Windows the scripted libvlc with the given export set ("full" by default), a libvlccore.dll and the loopback
+# engine are beside it. The test runs in that folder and writes its log file there.
 function(vantro_unit_test name)
   cmake_parse_arguments(arg "" "LIBVLC" "" ${ARGN})
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})

@@ -13,7 +13,7 @@ std::string NarrowExecutablePath() {
 std::wstring ExecutableFolder() {
   std::wstring path(MAX_PATH, L'\0');
   DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-  while (length == path.size()) {  // cut: the path is longer
+  while (length == path.size()) {  // truncated: the path is longer
     path.resize(path.size() * 2);
     length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
   }

@@ -1,15 +1,15 @@
-// Where the running executable lies. Any thread.
+// The path of the running executable. Any thread.
 #pragma once
 
 #include <string>
 
 namespace vantro {
 
-// The path in the ANSI code page, cut where it does not fit into MAX_PATH characters: the form that libvlc's search and
-// the calls around it go by. Empty when the system does not tell.
+// Returns the executable's full path in the ANSI code page, truncated if it does not fit into MAX_PATH characters. The
+// search for libvlc and the calls around it use this form. Returns an empty string if the system call fails.
 std::string NarrowExecutablePath();
 
-// The folder, whole, without a trailing backslash.
+// Returns the executable's folder, never truncated, without a trailing backslash.
 std::wstring ExecutableFolder();
 
 }  // namespace vantro

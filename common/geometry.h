@@ -1,5 +1,5 @@
-// Points, sizes and rectangles in pixels, as plain values. What the system hands over in its own structures becomes one
-// of these in common/win32_geometry.h.
+// Points, sizes and rectangles in pixels, as plain values. common/win32_geometry.h makes them from the system's
+// structures.
 #pragma once
 
 namespace vantro {
@@ -18,7 +18,7 @@ struct Size {
   bool operator==(const Size&) const = default;
 };
 
-// Right and bottom lie outside. Nothing forbids a right below left: the size is then negative.
+// Right and bottom are exclusive. Right may be less than left, or bottom less than top; the size is then negative.
 struct Rect {
   int left;
   int top;
@@ -30,7 +30,7 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
-// The rectangle of a size with its top left corner at x, y.
+// Returns the rectangle of this size whose top left corner is at x, y.
 constexpr Rect RectAt(int x, int y, Size size) { return {x, y, x + size.width, y + size.height}; }
 
 }  // namespace vantro

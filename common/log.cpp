@@ -26,7 +26,7 @@ const char* LevelWord(int level) {
   return word == kLevelWords.end() ? "UNKNOWN" : word->second;
 }
 
-// Opened at the first line, never closed: the last line before a crash is on disk because each one is flushed.
+// Opened at the first line and never closed. Each line is flushed, so that a crash loses none.
 FILE* LogFile() {
   static FILE* const file = std::fopen(kLogFileName, "w");
   return file;

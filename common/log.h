@@ -1,14 +1,14 @@
 // The host's one text log.
 //
-// A line reads "[LEVEL] YYYY-MM-DD hh:mm:ss.mmm text". The file is "vantro_debug.log" in the working directory, opened
-// for writing (truncated) once per process at the first line; if it cannot be opened, lines are dropped in silence.
-// Each line is flushed at once. Any thread may write; the lines of several threads go through one FILE.
+// A line reads "[LEVEL] YYYY-MM-DD hh:mm:ss.mmm text". The file is "vantro_debug.log" in the working directory. It is
+// opened for writing (truncated) once per process, at the first line. If it cannot be opened, all lines are dropped
+// without a report. Each line is flushed at once. Any thread may write; all threads share one FILE.
 #pragma once
 
 #include <atomic>
 
-// Checks the format as the standard's printf has it (%zu, %lld), which is what the build's own printf takes. clang
-// knows the form by the plain name only.
+// Checks the format by the rules of the C standard (%zu, %lld), which the build's own printf follows. clang has these
+// rules under the plain name only.
 #if defined(__clang__)
 #define VANTRO_PRINTF_FORMAT(text, first) __attribute__((format(printf, text, first)))
 #elif defined(__GNUC__)
@@ -32,30 +32,32 @@ enum LogLevel : int {
   kLogDebug = 3,
 };
 
-// Switches the whole log. False at start, and nothing in the host sets it: a shipped run writes no line and creates no
-// file. The executable exports it under this name, so that a debugger or a support tool can switch the log on.
-// Inline, because mingw-w64's compilers reach the variable of another object file through a pointer, which would make
-// two loads of each statement's one.
+// Turns the whole log on or off. It is false at start and nothing in the host sets it, so a shipped run writes no line
+// and creates no file. The executable exports it under this name, so that a debugger or a support tool can turn the log
+// on.
+//
+// It is inline because mingw-w64's compilers access a variable of another object file through a pointer, and each log
+// statement would then need two loads instead of one.
 extern "C" {
 inline VANTRO_EXPORTED std::atomic<bool> debugLoggingEnabled{false};
 }
 
-// Whether lines are written at present. For code that asks the system for what it logs and for nothing else.
+// Returns whether the log is on. For code that makes system calls only to log their results.
 inline bool IsLogOn() { return debugLoggingEnabled.load(std::memory_order_relaxed); }
 
-// A truth value's word in most of the log's lines.
+// The word for a boolean in most log lines.
 constexpr const char* YesOrNo(bool value) { return value ? "YES" : "NO"; }
 
-// Writes one line. A level above 3 is dropped; a negative one prints "UNKNOWN". Does not test debugLoggingEnabled:
-// callers come through the macros below. The text is one line without its newline, and may not be null.
+// Writes one line. The text has no newline and must not be null. A level above 3 drops the line; a negative level
+// prints "UNKNOWN". Does not test debugLoggingEnabled: callers use the macros below.
 void WriteLog(int level, const char* text);
 
-// Formats like printf and hands the result, of any length, to WriteLog.
+// Formats like printf and passes the result, of any length, to WriteLog.
 void WriteLogFormatted(int level, const char* format, ...) VANTRO_PRINTF_FORMAT(2, 3);
 
 }  // namespace vantro
 
-// The switch is tested before anything is formatted: while the log is off a statement costs a load and a branch.
+// Tests the switch before it formats anything: while the log is off, a statement costs one load and one branch.
 #define VANTRO_LOG(level, ...)                                                      \
   do {                                                                              \
     if (::vantro::debugLoggingEnabled.load(std::memory_order_relaxed)) [[unlikely]] \

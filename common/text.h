@@ -6,8 +6,8 @@
 
 namespace vantro {
 
-// UTF-16 to UTF-8 (code page 65001) and back. Ill-formed input becomes replacement characters; an empty input, or a
-// failed conversion, gives an empty result. Any thread.
+// Convert UTF-16 to UTF-8 (code page 65001) and back. Ill-formed input becomes replacement characters. An empty input
+// or a failed conversion returns an empty string. Any thread.
 std::string NarrowFromWide(std::wstring_view wide);
 std::wstring WideFromNarrow(std::string_view utf8);
 

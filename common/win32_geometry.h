@@ -1,4 +1,4 @@
-// From the system's structures to plain values. Any thread.
+// Converts the system's structures to plain values. Any thread.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ inline Rect FromWin32(const RECT& rect) {
           static_cast<int>(rect.bottom)};
 }
 
-// The size of the window's client area; 0 by 0 when the system does not tell.
+// Returns the size of the window's client area, or 0 by 0 if the system call fails.
 inline Size ClientSize(HWND window) {
   RECT client{};
   GetClientRect(window, &client);
@@ -22,7 +22,7 @@ inline Size ClientSize(HWND window) {
   return {rect.Width(), rect.Height()};
 }
 
-// The window's outer rectangle on the screen; all 0 when the system does not tell.
+// Returns the window's outer rectangle on the screen, or all 0 if the system call fails.
 inline Rect OuterRect(HWND window) {
   RECT rect{};
   GetWindowRect(window, &rect);
