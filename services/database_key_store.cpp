@@ -17,14 +17,14 @@ namespace vantro {
 namespace {
 
 constexpr size_t kKeyLength = 32;
-constexpr std::streamoff kLargestFile = 64 * 1024;  // a wrapped key takes some 300 bytes
+constexpr std::streamoff kLargestFile = 64 * 1024;  // an encrypted key takes about 300 bytes
 constexpr wchar_t kFolderName[] = L"\\Vantro";
 constexpr wchar_t kFileName[] = L"\\db.key";
 constexpr wchar_t kBlobDescription[] = L"Vantro Database Key";
-// Any account of this computer can unwrap the key: it belongs to the machine, like the database beside it.
+// Every account of this computer can decrypt the key: it belongs to the machine, like the database beside it.
 constexpr DWORD kProtectionFlags = CRYPTPROTECT_LOCAL_MACHINE;
 
-// A result of the Data Protection API, whose memory is the caller's.
+// A result of the Data Protection API. Owns its memory.
 class ProtectedBlob {
  public:
   ProtectedBlob() = default;
@@ -42,13 +42,13 @@ class ProtectedBlob {
   DATA_BLOB blob_{};
 };
 
-// The API takes its input through a pointer to what could be written, and only reads it.
+// The API takes its input through a non-const pointer but only reads it.
 DATA_BLOB InputBlob(const std::vector<uint8_t>& bytes) {
   return {static_cast<DWORD>(bytes.size()), const_cast<BYTE*>(bytes.data())};
 }
 
-// No value when the file cannot be opened or read, or is larger than any key file: it is not read into memory then. An
-// empty file has a value: it is the unwrapping that fails.
+// Returns no value if the file cannot be opened or read, or if it is larger than any key file; such a file is not read
+// into memory. An empty file has a value, which then fails to decrypt.
 std::optional<std::vector<uint8_t>> ReadWholeFile(const std::wstring& path) {
   std::ifstream file(std::filesystem::path(path), std::ios::binary | std::ios::ate);
   if (!file) return std::nullopt;
@@ -116,7 +116,7 @@ bool DatabaseKeyStore::SaveKey(const std::vector<uint8_t>& key) {
     LOG_ERROR("DatabaseKeyStore: Failed to open key file for writing");
     return false;
   }
-  // A full disk still counts as saved: the next start finds no key that unwraps and makes a new one.
+  // A full disk still counts as saved: the next start cannot decrypt the file and generates a new key.
   file.write(reinterpret_cast<const char*>(wrapped.data()), static_cast<std::streamsize>(wrapped.size()));
   file.close();
   LOG_INFO("DatabaseKeyStore: Key saved successfully");
@@ -131,7 +131,7 @@ std::vector<uint8_t> DatabaseKeyStore::GetOrCreateKey() {
     LOG_ERROR("DatabaseKeyStore: Failed to generate key");
     return {};
   }
-  // A key that could not be stored is never handed out: what it encrypts could not be opened again.
+  // A key that could not be saved is never returned, because data encrypted with it could not be read after a restart.
   if (!SaveKey(key)) {
     LOG_ERROR("DatabaseKeyStore: Failed to save key");
     return {};

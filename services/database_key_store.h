@@ -1,4 +1,4 @@
-// The interface's database key: 32 random bytes, made once, kept wrapped by the Data Protection API.
+// The key of the interface's database: 32 random bytes, generated once and stored encrypted by the Data Protection API.
 #pragma once
 
 #include <cstdint>
@@ -7,16 +7,16 @@
 
 namespace vantro {
 
-// Holds no state: each call works from the file. Main thread.
+// Has no state: each call reads or writes the file. Main thread.
 class DatabaseKeyStore {
  public:
-  // The key, made and saved first if the file gives none; empty on failure.
+  // Returns the key from the file. If the file gives no valid key, generates and saves a new one. Empty on failure.
   static std::vector<uint8_t> GetOrCreateKey();
-  // The key from the file, or empty.
+  // Returns the key from the file, or an empty vector if the file gives no valid key.
   static std::vector<uint8_t> LoadKey();
-  // False for a key that is not 32 bytes long and for one that could not be wrapped or written.
+  // Returns false if the key is not 32 bytes long, or if it cannot be encrypted or the file cannot be opened.
   static bool SaveKey(const std::vector<uint8_t>& key);
-  // The key file's path, its folder made if it was missing; empty on failure.
+  // Returns the path of the key file, and makes its folder if it is missing. Empty on failure.
   static std::wstring GetKeyFilePath();
 };
 

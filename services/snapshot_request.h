@@ -1,4 +1,4 @@
-// How a preview frame is asked of libvlc. Standard library only; any thread.
+// The file name and the seek time of a preview frame. Standard library only; any thread.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,13 @@
 
 namespace vod_thumbnail {
 
-// The name of the temporary file of a frame: by media and whole second, so that two frames of one second share it, one
-// after the other. A time beyond 32 bits takes the nearest end of that range, a NaN counts as 0.
+// Returns the name of the temporary file of a frame, from the media and the whole second. Frames of the same second use
+// the same file, one after the other. A time out of the 32-bit range becomes the nearest end of that range; a NaN
+// becomes 0.
 std::string SnapshotFileName(std::string_view mediaId, double timeSeconds);
 
-// Where to seek to, in milliseconds; the nearest 64-bit value for a time beyond them, 0 for a NaN.
+// Returns the time to seek to, in milliseconds. A time out of the 64-bit range becomes the nearest end of that range; a
+// NaN becomes 0.
 int64_t SeekTargetMs(double timeSeconds);
 
 }  // namespace vod_thumbnail

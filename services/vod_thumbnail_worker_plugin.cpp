@@ -25,7 +25,7 @@ namespace {
 constexpr char kChannelName[] = "org.vantro.thumbnail/worker";
 constexpr const char* kVlcArguments[] = {"--no-audio", "--network-caching=1000", "--no-video-title-show",
                                          "--verbose=0"};
-// All the readiness that a frame waits for: neither the player's state nor the file is polled.
+// A frame waits only for these times. Neither the state of the player nor the file is polled.
 constexpr std::chrono::milliseconds kAfterPlay{100};
 constexpr std::chrono::milliseconds kAfterSeek{500};
 constexpr std::chrono::milliseconds kAfterSnapshot{200};
@@ -37,7 +37,7 @@ bool HasRequiredKeys(EncodableMap arguments) {
                      [arguments](const char* key) { return arguments.Find(key) != nullptr; });
 }
 
-// Of a key that is there. Throws std::bad_variant_access on a value of another type.
+// Returns the argument of a key that must be present. Throws std::bad_variant_access if the value has another type.
 template <class T>
 T Argument(EncodableMap arguments, const char* key) {
   const auto value = arguments.Find(key)->Get<T>();
@@ -61,7 +61,7 @@ std::string SnapshotPath(const FrameRequest& request) {
 
 using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-// Throws std::length_error when the file's size cannot be told.
+// Throws std::length_error if the size of the file cannot be determined.
 std::vector<uint8_t> ReadSnapshot(FILE* file) {
   std::fseek(file, 0, SEEK_END);
   const long size = std::ftell(file);

@@ -1,4 +1,4 @@
-// Serves the method channel "org.vantro.thumbnail/worker": preview frames of video-on-demand items.
+// Handles the requests on the method channel "org.vantro.thumbnail/worker": preview frames of video-on-demand items.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace vod_thumbnail {
 
-// What getFrame asks for, as it arrived.
+// The arguments of getFrame, unchanged.
 struct FrameRequest {
   std::string mediaId;
   std::string proxyUrl;
@@ -19,40 +19,39 @@ struct FrameRequest {
   int32_t height;
 };
 
-// What came of a request: a JPEG file's bytes, or what went wrong.
+// The result of a request: the bytes of a JPEG file, or an error text.
 struct Frame {
   std::vector<uint8_t> bytes;
-  const char* error;  // null for a frame
+  const char* error;  // null if there is a frame
 };
 
-// One a window. Main thread, which getFrame blocks for some 800 ms. It calls libvlc through the direct imports, and no
-// other code touches its instance and player.
+// One per window. Main thread, which getFrame blocks for about 800 ms. It calls libvlc through the direct imports. No
+// other code uses its instance and player.
 class VodThumbnailWorkerPlugin {
  public:
-  // The messenger is borrowed, and an engine's may go first: the window destroys its engine before the plugin, whose
-  // channel is inert by then. libvlc is not touched before initialize.
+  // The messenger is borrowed. An engine's messenger may be destroyed before the plugin: the window destroys its engine
+  // first, and the channel then does nothing. libvlc is not called before initialize.
   explicit VodThumbnailWorkerPlugin(vantro::BinaryMessenger* messenger);
   virtual ~VodThumbnailWorkerPlugin();
   VodThumbnailWorkerPlugin(const VodThumbnailWorkerPlugin&) = delete;
   VodThumbnailWorkerPlugin& operator=(const VodThumbnailWorkerPlugin&) = delete;
 
-  // Answers before it returns. An argument that is there with another type than getFrame's raises
-  // std::bad_variant_access, which nothing below the process's unhandled-exception filter catches; the request then
-  // has no answer.
+  // Answers before it returns. If an argument of getFrame has the wrong type, throws std::bad_variant_access. Only the
+  // process's unhandled-exception filter catches it, and the request gets no answer.
   void HandleMethodCall(const vantro::MethodCall& call, std::unique_ptr<vantro::MethodResult> result);
 
  private:
   bool Initialize();
   void GetFrame(const vantro::MethodCall& call, vantro::MethodResult& result);
-  // Stops the player again, whatever comes of it.
+  // Once playback has started, the player is stopped in every case.
   Frame TakeFrame(const FrameRequest& request);
   Frame PlayAndSnapshot(const FrameRequest& request, libvlc_media_t* media);
   void Dispose();
 
   std::unique_ptr<vantro::MethodChannel> channel_;
   vantro::VlcInstancePtr vlcInstance_;
-  vantro::VlcMediaPlayerPtr thumbnailPlayer_;  // bound to no window
-  bool initialized_ = false;                   // between a successful initialize and dispose
+  vantro::VlcMediaPlayerPtr thumbnailPlayer_;  // has no window
+  bool initialized_ = false;                   // true between a successful initialize and dispose
 };
 
 }  // namespace vod_thumbnail
