@@ -10,7 +10,7 @@ namespace {
 
 using HandlerEntry = std::shared_ptr<const BinaryMessageHandler>;
 
-// One message's way back. All copies of its reply function share it, so that the handle is spent once.
+// The response to one message. All copies of its reply function share it, so that the handle is used only once.
 class PendingResponse {
  public:
   PendingResponse(FlutterDesktopMessengerRef messenger, const FlutterDesktopMessageResponseHandle* handle)
@@ -29,7 +29,7 @@ class PendingResponse {
 
  private:
   MessengerReference messenger_;
-  const FlutterDesktopMessageResponseHandle* handle_;  // null: the message wants no answer
+  const FlutterDesktopMessageResponseHandle* handle_;  // null if the sender expects no answer
   bool isAnswered_ = false;
 };
 

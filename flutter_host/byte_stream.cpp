@@ -14,7 +14,7 @@ ByteBufferStreamReader::ByteBufferStreamReader(const uint8_t* message, size_t si
   end_ = begin_ + size;
 }
 
-// Out of line and cold: the fast path of a read stays a comparison.
+// Not inline, so that the usual path of a read is only a comparison.
 const uint8_t* ByteBufferStreamReader::ReportInvalidRead() {
   ReportLine("Invalid read in StandardCodecByteStreamReader");
   failed_ = true;
@@ -46,7 +46,7 @@ EncodableValue* ByteBufferStreamReader::MakeRoom(size_t claimed) {
 void ByteVector::Grow(size_t length) {
   const size_t used = size();
   const size_t capacity = std::max(2 * static_cast<size_t>(end_ - begin_), used + length);
-  // Not make_unique: it would clear what is about to be written.
+  // Not make_unique, which would clear bytes that are about to be written.
   std::unique_ptr<uint8_t[]> grown(new uint8_t[capacity]);
   std::memcpy(grown.get(), begin_, used);
   long_ = std::move(grown);

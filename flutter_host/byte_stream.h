@@ -1,4 +1,4 @@
-// Streams of bytes under the codec. All numbers are little endian, which is also this machine's order.
+// The byte streams of the codec. All numbers are little endian, as on this machine.
 #pragma once
 
 #include <bit>
@@ -13,29 +13,28 @@ namespace vantro {
 
 static_assert(std::endian::native == std::endian::little, "the streams copy numbers as they lie in memory");
 
-// Reads a message from its first byte on.
+// Reads a message, starting at its first byte.
 class ByteStreamReader {
  public:
   virtual ~ByteStreamReader() = default;
-  // 0 when the reader is at its end.
+  // Returns 0 at the end of the message.
   virtual uint8_t ReadByte() = 0;
-  // Copies all or, when fewer are left, nothing.
+  // Copies all bytes, or none if fewer are left.
   virtual void ReadBytes(uint8_t* buffer, size_t length) = 0;
   // Skips to the next multiple of the alignment, a power of two, counted from the message's first byte.
   virtual void ReadAlignment(uint8_t alignment) = 0;
 };
 
-// Reads from a copy of a message, which text and typed lists view and which is aligned for them. It fails once and
-// stays failed: after the first read beyond the end nothing that follows is taken for data. Each such read is reported
-// on the standard error stream.
+// Reads from an aligned copy of a message, into which text and typed lists point. After the first read beyond the end
+// the reader has failed and returns no more data. Each such read is reported on the standard error stream.
 class ByteBufferStreamReader final : public ByteStreamReader {
  public:
-  // Lists and maps may nest this deep. A message that goes deeper is hostile and refused as a whole: the bound keeps
-  // decoding, and everything that later walks the value, within a small stack.
+  // The deepest nesting of lists and maps. A message that goes deeper is hostile and refused as a whole, so that
+  // decoding, and everything that later walks the value, needs only a small stack.
   static constexpr int kMaximumNesting = 256;
 
-  // The message is copied into the arena, in which all that is read lies too. The arena outlives the reader and the
-  // values.
+  // Copies the message into the arena. Everything that is read is also in the arena, which must outlive the reader and
+  // the values.
   ByteBufferStreamReader(const uint8_t* message, size_t size, ValueArena* arena);
 
   uint8_t ReadByte() override {
@@ -48,29 +47,30 @@ class ByteBufferStreamReader final : public ByteStreamReader {
   }
   void ReadAlignment(uint8_t alignment) override { Align(alignment); }
 
-  // The next bytes, which lie in the arena, or null when fewer are left.
+  // Returns the next bytes, which are in the arena, or null if fewer are left.
   const uint8_t* Take(size_t length) {
     if (length > Left()) [[unlikely]]
       return ReportInvalidRead();
     return std::exchange(at_, at_ + length);
   }
-  // As ReadAlignment; false when the padding is cut short.
+  // Like ReadAlignment. Returns false if the padding is incomplete.
   bool Align(size_t alignment) {
     const size_t padding = (begin_ - at_) & (alignment - 1);
     return padding == 0 || Take(padding);
   }
   size_t position() const { return static_cast<size_t>(at_ - begin_); }
   bool failed() const { return failed_; }
-  // The message nests too deeply: no value read from it is to be used.
+  // The message nests too deeply. No value read from it may be used.
   bool isRefused() const { return isRefused_; }
 
-  // False, failed and refused when one more list or map would nest too deeply. Each success is paired with Leave.
+  // Enters a list or map. Returns false, and fails and refuses the message, if it nests too deeply. After a success,
+  // Leave must be called.
   bool Enter();
   void Leave() { --nesting_; }
-  // Room for the values that the list or map just entered claims to have: for all of them or, in the outermost, for as
-  // many as there are bytes left. Fails, with null, when an enclosing one must come to be cut short and drops this one.
-  // That is known once all inside the outermost one have claimed more values than the message has bytes, since a value
-  // takes a byte at least. So the room takes at most 32 bytes a byte: 16 for the outermost, and 16 for all inside it.
+  // Returns room for the values that the list or map just entered claims to have; in the outermost one, for at most as
+  // many as bytes are left. All those inside it together may claim at most as many values as the message has bytes.
+  // Beyond that, data must be missing, since a value takes at least a byte; the reader then fails and returns null. So
+  // the room is at most 32 bytes per byte: 16 for the outermost, and 16 for all inside it.
   EncodableValue* MakeRoom(size_t claimed);
 
  private:
@@ -81,33 +81,33 @@ class ByteBufferStreamReader final : public ByteStreamReader {
   const uint8_t* at_;
   const uint8_t* end_;
   ValueArena* arena_;
-  size_t claimable_;  // by all lists and maps inside the outermost one
+  size_t claimable_;  // values that the lists and maps inside the outermost one may still claim
   int nesting_ = 0;
   bool failed_ = false;
   bool isRefused_ = false;
 };
 
-// A run of bytes that grows. A short one, as the player's events and most answers are, lies in the object itself, on
-// its maker's stack, and costs no allocation.
+// A growing buffer of bytes. A short one, like the player's events and most answers, is inside the object, on the stack
+// of its user, and costs no allocation.
 class ByteVector {
  public:
-  // The array begins uninitialised: only what has been written is read. A defaulted constructor would let ByteVector{}
-  // clear it.
+  // The array starts uninitialised: only bytes that were written are read. With a defaulted constructor, ByteVector{}
+  // would clear it.
   // cppcheck-suppress uninitMemberVar
   ByteVector() {}
   ByteVector(const ByteVector&) = delete;
   ByteVector& operator=(const ByteVector&) = delete;
 
-  // Valid until the next bytes are added.
+  // Valid until more bytes are added.
   const uint8_t* data() const { return begin_; }
   size_t size() const { return static_cast<size_t>(at_ - begin_); }
-  // Where the next bytes go; so many fit there.
+  // Returns the place of the next bytes, with room for the given number.
   uint8_t* Room(size_t length) {
     if (length > static_cast<size_t>(end_ - at_)) [[unlikely]]
       Grow(length);
     return at_;
   }
-  // Takes the bytes up to here, within the room, for written.
+  // Adds the bytes up to this end, which must be within the room.
   void AddUntil(uint8_t* end) { at_ = end; }
 
  private:
@@ -120,7 +120,7 @@ class ByteVector {
   uint8_t short_[256];
 };
 
-// Writes a message from its first byte on.
+// Writes a message, starting at its first byte.
 class ByteStreamWriter {
  public:
   virtual ~ByteStreamWriter() = default;
@@ -130,7 +130,7 @@ class ByteStreamWriter {
   virtual void WriteAlignment(uint8_t alignment) = 0;
 };
 
-// Appends to a byte vector that it does not own; the message begins with the vector's first byte.
+// Appends to a byte vector that it does not own. The first byte of the vector is the first byte of the message.
 class ByteBufferStreamWriter final : public ByteStreamWriter {
  public:
   explicit ByteBufferStreamWriter(ByteVector* bytes) : bytes_(bytes) {}
@@ -144,7 +144,7 @@ class ByteBufferStreamWriter final : public ByteStreamWriter {
   void WriteAlignment(uint8_t alignment) override {
     while ((bytes_->size() & (alignment - 1u)) != 0) WriteByte(0);
   }
-  // For what is written in one piece.
+  // For writes of several parts in one piece.
   ByteVector& bytes() { return *bytes_; }
 
  private:

@@ -1,5 +1,5 @@
-// The C interface of the Flutter Windows embedding, as flutter_windows.dll exports it (Flutter's published
-// flutter_windows.h and flutter_messenger.h): the host's own declarations of what it calls.
+// The C interface of the Flutter Windows embedding that flutter_windows.dll exports (Flutter's published
+// flutter_windows.h and flutter_messenger.h). These are the host's own declarations of what it uses.
 #pragma once
 
 #include <windows.h>
@@ -35,26 +35,28 @@ struct FlutterDesktopMessage {
   const char* channel;
   const uint8_t* message;
   size_t message_size;
-  const FlutterDesktopMessageResponseHandle* response_handle;  // null: no answer is wanted
+  const FlutterDesktopMessageResponseHandle* response_handle;  // null if the sender expects no answer
 };
 
 using FlutterDesktopBinaryReply = void (*)(const uint8_t* data, size_t size, void* userData);
-using FlutterDesktopMessageCallback = void (*)(FlutterDesktopMessengerRef, const FlutterDesktopMessage*, void* userData);
+using FlutterDesktopMessageCallback = void (*)(FlutterDesktopMessengerRef, const FlutterDesktopMessage*,
+                                               void* userData);
 
 FlutterDesktopEngineRef FlutterDesktopEngineCreate(const FlutterDesktopEngineProperties* properties);
-// Not to be called once a view controller owns the engine.
+// Must not be called once a view controller owns the engine.
 bool FlutterDesktopEngineDestroy(FlutterDesktopEngineRef engine);
 FlutterDesktopMessengerRef FlutterDesktopEngineGetMessenger(FlutterDesktopEngineRef engine);
 
-// Takes the engine, runs it if it does not run. Null on failure: the engine is then gone.
-FlutterDesktopViewControllerRef FlutterDesktopViewControllerCreate(int width, int height, FlutterDesktopEngineRef engine);
+// Takes ownership of the engine and runs it if it is not running. On failure returns null and destroys the engine.
+FlutterDesktopViewControllerRef FlutterDesktopViewControllerCreate(int width, int height,
+                                                                   FlutterDesktopEngineRef engine);
 // Shuts the engine down and destroys the view window.
 void FlutterDesktopViewControllerDestroy(FlutterDesktopViewControllerRef controller);
 FlutterDesktopEngineRef FlutterDesktopViewControllerGetEngine(FlutterDesktopViewControllerRef controller);
 FlutterDesktopViewRef FlutterDesktopViewControllerGetView(FlutterDesktopViewControllerRef controller);
 bool FlutterDesktopViewControllerHandleTopLevelWindowProc(FlutterDesktopViewControllerRef controller, HWND hwnd,
                                                           UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
-// A child window, first parented to the message-only window.
+// Returns a child window. Its first parent is the message-only window.
 HWND FlutterDesktopViewGetHWND(FlutterDesktopViewRef view);
 
 bool FlutterDesktopMessengerSend(FlutterDesktopMessengerRef messenger, const char* channel, const uint8_t* message,
@@ -62,7 +64,7 @@ bool FlutterDesktopMessengerSend(FlutterDesktopMessengerRef messenger, const cha
 bool FlutterDesktopMessengerSendWithReply(FlutterDesktopMessengerRef messenger, const char* channel,
                                           const uint8_t* message, size_t size, FlutterDesktopBinaryReply reply,
                                           void* userData);
-// The handle is spent.
+// The handle must not be used again.
 void FlutterDesktopMessengerSendResponse(FlutterDesktopMessengerRef messenger,
                                          const FlutterDesktopMessageResponseHandle* handle, const uint8_t* data,
                                          size_t size);
@@ -71,7 +73,7 @@ void FlutterDesktopMessengerSetCallback(FlutterDesktopMessengerRef messenger, co
                                         FlutterDesktopMessageCallback callback, void* userData);
 FlutterDesktopMessengerRef FlutterDesktopMessengerAddRef(FlutterDesktopMessengerRef messenger);
 void FlutterDesktopMessengerRelease(FlutterDesktopMessengerRef messenger);
-// Asked under the lock.
+// Call it only under the lock.
 bool FlutterDesktopMessengerIsAvailable(FlutterDesktopMessengerRef messenger);
 FlutterDesktopMessengerRef FlutterDesktopMessengerLock(FlutterDesktopMessengerRef messenger);
 void FlutterDesktopMessengerUnlock(FlutterDesktopMessengerRef messenger);

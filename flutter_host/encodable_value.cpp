@@ -38,7 +38,7 @@ int CompareAs(const EncodableValue& left, const EncodableValue& right) {
   }
 }
 
-// Two values of one of these alternatives.
+// Compares two values of the same alternative.
 template <class... Types>
 int CompareAlike(EncodableTypes<Types...>, const EncodableValue& left, const EncodableValue& right) {
   static constexpr int (*kComparisons[])(const EncodableValue&, const EncodableValue&) = {CompareAs<Types>...};
@@ -54,7 +54,7 @@ bool IsKeyLess(const EncodableEntry& left, const EncodableEntry& right) {
   return static_cast<uint8_t>(leftText->front()) < static_cast<uint8_t>(rightText->front());
 }
 
-// Faster than a merge for the few entries that most maps have, and without memory of its own.
+// Faster than a merge sort for the few entries of most maps, and needs no extra memory.
 void InsertionSort(EncodableEntry* entries, size_t count) {
   for (EncodableEntry* entry = entries; entry != entries + count; ++entry) {
     std::rotate(std::upper_bound(entries, entry, *entry, IsKeyLess), entry, entry + 1);
@@ -63,15 +63,15 @@ void InsertionSort(EncodableEntry* entries, size_t count) {
 
 }  // namespace
 
-// One walk tells all three: two walks, for "less" and "greater", would double at each level of maps that are keys of
-// maps, and a message of some hundred bytes could hold up its reader for hours.
+// One walk gives less, equal or greater. Two walks, for "less" and "greater", would double the time at each level of
+// maps that are keys of maps. A message of a few hundred bytes could then block its reader for hours.
 int Compare(const EncodableValue& left, const EncodableValue& right) {
   if (left.kind() != right.kind()) return left.kind() < right.kind() ? -1 : 1;
   return CompareAlike(EncodableAlternatives(), left, right);
 }
 
 size_t SortEntries(EncodableEntry* entries, size_t count) {
-  // A sender that keeps its maps in order sends their keys in order.
+  // A sender with sorted maps sends the keys in order.
   size_t inOrder = 1;
   while (inOrder < count && IsKeyLess(entries[inOrder - 1], entries[inOrder])) ++inOrder;
   if (inOrder >= count) return count;
@@ -91,7 +91,7 @@ size_t SortEntries(EncodableEntry* entries, size_t count) {
   return kept;
 }
 
-// A walk: the maps are small, and a search would compare as often.
+// A linear search: the maps are small, and a binary search would compare as often.
 const EncodableValue* EncodableMap::Find(std::string_view key) const {
   for (const EncodableEntry& entry : *this) {
     if (entry.key.Get<std::string_view>() == key) return &entry.value;

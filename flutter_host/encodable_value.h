@@ -1,5 +1,5 @@
-// The variant value of Flutter's standard message codec: every argument and reply on the method channels.
-// Standard library only. A value never changes, so that any thread may read it.
+// The variant value of Flutter's standard message codec, used for every argument and reply on the method channels.
+// Standard library only. A value is immutable, so any thread may read it.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ using EncodableList = std::span<const EncodableValue>;
 template <class... Types>
 struct EncodableTypes {
   static constexpr size_t kCount = sizeof...(Types);
-  // kCount when there is no such type.
+  // Returns kCount if there is no such type.
   template <class T>
   static constexpr size_t IndexOf() {
     size_t index = 0;
@@ -31,7 +31,7 @@ struct EncodableTypes {
   }
 };
 
-// The alternatives, in the order in which values of two alternatives compare, and their types.
+// The alternatives and their types. Values of two different alternatives compare in this order.
 // clang-format off
 enum class EncodableKind : uint8_t {
   kNull, kBool, kInt32, kInt64, kDouble, kString, kByteList, kInt32List, kInt64List, kDoubleList, kList, kMap, kCustom,
@@ -49,13 +49,13 @@ concept EncodableAlternative = EncodableAlternatives::IndexOf<T>()
 template <EncodableAlternative T>
 constexpr EncodableKind kEncodableKindOf{EncodableAlternatives::IndexOf<T>()};
 
-// A handle of 16 bytes: the alternative, and either the number itself or a view of text, of a list or of a map. A
-// handle owns nothing: what it views outlives it, as the call does whose argument it is. An OwnedValue (value_arena.h)
-// keeps a value together with its memory. Text and lists have at most 2^32 - 1 elements.
+// A handle of 16 bytes: the alternative, and either a number or a view of text, of a list or of a map. The handle owns
+// nothing. What it views must outlive it; for an argument, the call does. An OwnedValue (value_arena.h) keeps a value
+// together with its memory. Text and lists have at most 2^32 - 1 elements.
 class EncodableValue {
  public:
   constexpr EncodableValue() = default;  // null
-  // A Boolean or an integer, and nothing that only converts to one.
+  // A Boolean or an integer. Types that only convert to one are not accepted.
   template <EncodableAlternative T>
   requires std::integral<T>
   explicit EncodableValue(T number) : kind_(kEncodableKindOf<T>), integer_(number) {}
@@ -70,20 +70,20 @@ class EncodableValue {
       : EncodableValue(kEncodableKindOf<std::span<const typename List::value_type>>, list.data(), list.size()) {}
   explicit EncodableValue(EncodableMap map);
   explicit EncodableValue(const CustomEncodableValue* custom) : EncodableValue(EncodableKind::kCustom, custom, 0) {}
-  // As many elements of the alternative, which is text, a list or a map whose entries are sorted.
+  // The given number of elements of a text, a list, or a map whose entries are sorted.
   EncodableValue(EncodableKind kind, const void* elements, size_t count)
       : kind_(kind), size_(static_cast<uint32_t>(count)), elements_(elements) {}
 
   EncodableKind kind() const { return kind_; }
   bool IsNull() const { return kind_ == EncodableKind::kNull; }
-  // Nothing when the value is of another alternative: none is taken for another.
+  // Returns nothing if the value is of another alternative. There is no conversion.
   template <EncodableAlternative T>
   std::optional<T> Get() const;
 
-  // Elements of text, a list or a map, and the first of them.
+  // The number of elements of a text, a list or a map, and the address of the first.
   uint32_t size() const { return size_; }
   const void* elements() const { return elements_; }
-  // The values of a list, or the keys and values of a map by turns, as they lie in memory. Empty for any other.
+  // The values of a list, or the keys and values of a map in turn, as they are in memory. Empty for any other value.
   EncodableList contents() const;
 
  private:
@@ -97,9 +97,9 @@ class EncodableValue {
 };
 static_assert(sizeof(EncodableValue) == 16 && std::is_trivially_copyable_v<EncodableValue>);
 
-// Below, at or above zero. The alternatives compare first, then the values: a string is never equal to a number. A
-// number that is not a number (NaN) comes after all others and equals itself, so that a map keeps its order whatever
-// keys arrive. Custom values compare by their addresses.
+// Returns a number below, equal to or above zero. The alternatives compare first, then the values, so a string is never
+// equal to a number. A NaN comes after all other numbers and equals itself, so that a map stays sorted with any keys.
+// Custom values compare by their addresses.
 int Compare(const EncodableValue& left, const EncodableValue& right);
 inline bool operator==(const EncodableValue& left, const EncodableValue& right) { return Compare(left, right) == 0; }
 
@@ -109,32 +109,32 @@ struct EncodableEntry {
 };
 static_assert(sizeof(EncodableEntry) == 2 * sizeof(EncodableValue), "an entry lies in memory as two values");
 
-// Sorts by key and leaves, of entries with equal keys, the first one's key with the last one's value. Returns how many
-// are left, at the front.
+// Sorts by key. Of entries with equal keys, keeps the key of the first with the value of the last. Returns how many
+// entries are left, at the front.
 size_t SortEntries(EncodableEntry* entries, size_t count);
 
-// Bytes of an element of text, a list or a map.
+// The size in bytes of an element of a text, a list or a map.
 inline constexpr uint8_t kElementSizes[] = {
     0, 0, 0, 0, 0, 1, 1, 4, 8, 8, sizeof(EncodableValue), sizeof(EncodableEntry), 0, 4};
 constexpr size_t ElementSize(EncodableKind kind) { return kElementSizes[static_cast<size_t>(kind)]; }
 
-// A view of entries in the order of their keys, no two of which are equal.
+// A view of entries sorted by their keys, with no two keys equal.
 class EncodableMap : public std::span<const EncodableEntry> {
  public:
   using std::span<const EncodableEntry>::span;
-  // The value under a string key that equals the given one byte for byte; null when there is none.
+  // Returns the value of the string key that equals the given one byte for byte, or null.
   const EncodableValue* Find(std::string_view key) const;
 };
 
 inline EncodableValue::EncodableValue(EncodableMap map) : EncodableValue(EncodableKind::kMap, map.data(), map.size()) {}
 
-// A map on the stack of whoever builds it, from entries in any order. Borrows what its keys and values view.
+// A map on the stack of its user, from entries in any order. Borrows what its keys and values view.
 template <size_t N>
 class LocalMap {
  public:
   explicit LocalMap(const EncodableEntry (&entries)[N])
       : entries_(std::to_array(entries)), size_(SortEntries(entries_.data(), N)) {}
-  // Borrows the map.
+  // The value borrows the map.
   EncodableValue value() const { return EncodableValue(EncodableMap(entries_.data(), size_)); }
 
  private:

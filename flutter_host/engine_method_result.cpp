@@ -14,7 +14,7 @@ void ReplyGuard::Send(const ByteVector& answer) {
                " and it can be called exactly once. Ignoring duplicate result.");
     return;
   }
-  // Empty already during the call, so that an answer from inside it counts as a duplicate.
+  // Empty during the call already, so that an answer from inside the call counts as a duplicate.
   const BinaryReply reply = std::exchange(reply_, nullptr);
   reply(answer.size() == 0 ? nullptr : answer.data(), answer.size());
 }

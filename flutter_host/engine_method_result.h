@@ -10,25 +10,25 @@
 
 namespace vantro {
 
-// Holds a reply function until it has been used, and is empty from then on.
+// Holds a reply function. It is empty once the function has been used.
 class ReplyGuard {
  public:
   explicit ReplyGuard(BinaryReply reply) : reply_(std::move(reply)) {}
-  // A function that was never used is reported on the standard error stream and destroyed without a call: the engine
-  // may be gone by then.
+  // A function that was never used is reported on the standard error stream and destroyed without a call, because the
+  // engine may no longer exist.
   ~ReplyGuard();
   ReplyGuard(const ReplyGuard&) = delete;
   ReplyGuard& operator=(const ReplyGuard&) = delete;
 
-  // Uses the function, which gets null for an empty answer. Once empty, the answer is dropped and reported on the
-  // standard error stream: that happens in normal work, when a request is answered with an error and then declined.
+  // Calls the function, with null for an empty answer. A second answer is dropped and reported on the standard error
+  // stream. This happens in normal use, when a request is answered with an error and then as not implemented.
   void Send(const ByteVector& answer);
 
  private:
   BinaryReply reply_;
 };
 
-// On the thread of the request.
+// Runs on the thread of the request.
 class EngineMethodResult : public MethodResult {
  public:
   // The codec is borrowed and outlives the result.

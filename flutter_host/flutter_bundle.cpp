@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
   throw fs::filesystem_error(query, path, error);
 }
 
-// The queries of the file system, each throwing under a name that is the same with every C++ library. They run whether
-// or not the log is on: what they throw ends the start of a window.
+// The file system queries. Their errors name the query, in words that are the same with every C++ library. They run
+// even if the log is off, because an error here ends the start of a window.
 bool Exists(const fs::path& path) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
@@ -70,8 +70,8 @@ void LogContents(const fs::path& assets) {
   }
 }
 
-// Which kind of code the bundle carries, for the log alone: the project names "app.so" beside the assets whatever is
-// found here.
+// Logs which kind of code the bundle contains. The project always names "app.so" beside the assets, whatever is found
+// here.
 void LogDartCode(const fs::path& assets) {
   const fs::path kernel = assets / L"kernel_blob.bin";
   if (Exists(kernel)) {

@@ -1,4 +1,4 @@
-// The bundle of the interface on disk: where its parts lie and what the log says about them.
+// The bundle of the interface on disk: the paths of its parts, and the log of what is there.
 #pragma once
 
 #include <filesystem>
@@ -7,20 +7,20 @@
 
 namespace vantro {
 
-// What an engine runs.
+// The project that an engine runs.
 struct DartProject {
   std::wstring assetsPath;
   std::wstring icuDataPath;
   std::wstring aotLibraryPath;  // used only by an engine built for ahead-of-time code
-  // Handed to main, the entry point; no switches of the engine.
+  // Passed to the entry point main. These are not switches of the engine.
   std::vector<std::string> dartEntrypointArguments;
 };
 
-// Logs what of the bundle is there. Nothing that is missing stops a start: what comes of it is the embedding's to tell.
-// A file system query that fails throws std::filesystem::filesystem_error with the name of the query.
+// Logs which parts of the bundle are there. A missing part does not stop the start: the embedding reports the result. A
+// failing file system query throws std::filesystem::filesystem_error with the name of the query.
 void InspectFlutterBundle(const std::filesystem::path& icuData, const std::filesystem::path& assets);
 
-// The project of the bundle in a data directory, with the arguments that the interface's entry point expects.
+// Returns the project of the bundle in a data directory, with the arguments for the interface's entry point.
 DartProject MakeDartProject(const std::filesystem::path& dataDirectory);
 
 }  // namespace vantro

@@ -11,7 +11,7 @@ namespace vantro {
 
 namespace {
 
-// The first size of the view, in pixels; the overlay sets the real one afterwards.
+// The first size of the view, in pixels. The overlay sets the real size later.
 constexpr int kFirstWidth = 800;
 constexpr int kFirstHeight = 600;
 
@@ -55,7 +55,7 @@ bool IsLoggedMessage(UINT message) {
   return IsPlainKeyMessage(message) || (message >= WM_MOUSEMOVE && message <= WM_LBUTTONDOWN);
 }
 
-// Makes the view's window a child of the parent, at its first size on top of its siblings.
+// Makes the view's window a child of the parent, at its first size and above its siblings.
 void EmbedView(HWND view, HWND parent) {
   LOG_INFO("Successfully got Flutter window handle: %p", static_cast<void*>(view));
   if (parent) SetParent(view, parent);
@@ -131,7 +131,7 @@ std::optional<LRESULT> FlutterEngine::HandleWindowMessage(HWND hwnd, UINT messag
   return result;
 }
 
-// By the cut form of the executable's path: a bundle that lies deeper is not found.
+// Uses the path of the executable cut at MAX_PATH, so a bundle at a longer path is not found.
 std::filesystem::path FlutterEngine::DataDirectory() {
   wchar_t executable[MAX_PATH] = L"";
   GetModuleFileNameW(nullptr, executable, MAX_PATH);

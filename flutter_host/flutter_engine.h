@@ -13,22 +13,23 @@ namespace vantro {
 
 class FlutterViewController;
 
-// Main thread. GetMessenger's result is also used from libvlc's threads, through the channel.
+// Main thread. The messenger of GetMessenger is also used on libvlc's threads, through the channel.
 class FlutterEngine {
  public:
   FlutterEngine();
   ~FlutterEngine();
 
-  // Checks and logs the bundle, makes the view controller and puts the view's window into the parent as a child. Called
-  // once. False when the embedding gives no controller. A failing file system query throws std::filesystem errors.
+  // Checks and logs the bundle, makes the view controller, and puts the view's window into the parent as a child. May
+  // be called once. Returns false if the embedding makes no controller. A failing file system query throws
+  // std::filesystem::filesystem_error.
   bool Initialize(HWND parentWindow);
-  // The running engine's messenger, owned by the engine; null before Initialize or without an engine. A channel over it
-  // that outlives the engine is inert.
+  // Returns the messenger of the running engine, which owns it; null before Initialize or without an engine. A channel
+  // that outlives the engine does nothing.
   BinaryMessenger* GetMessenger();
-  // Offers a top-level message to the view; a value when the engine took it.
+  // Passes a message of the top-level window to the view. Returns a value if the engine handled it.
   std::optional<LRESULT> HandleWindowMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
-  // "data" beside the executable.
+  // Returns the directory "data" beside the executable.
   static std::filesystem::path DataDirectory();
 
   std::unique_ptr<FlutterViewController> viewController_;

@@ -26,7 +26,7 @@ std::unique_ptr<FlutterViewController> FlutterViewController::Create(int width, 
                                                                      const DartProject& project) {
   const FlutterDesktopEngineRef engine = CreateEngine(project);
   if (!engine) return nullptr;
-  // Takes the engine, on failure too.
+  // Takes ownership of the engine, also on failure.
   const FlutterDesktopViewControllerRef controller = FlutterDesktopViewControllerCreate(width, height, engine);
   if (!controller) return nullptr;
   return std::unique_ptr<FlutterViewController>(new FlutterViewController(controller));

@@ -1,4 +1,4 @@
-// One running engine with its view, over the embedding's C interface.
+// A running engine with its view, through the embedding's C interface.
 #pragma once
 
 #include <windows.h>
@@ -12,23 +12,23 @@
 
 namespace vantro {
 
-// Owns the embedding's controller, and with it the engine and the view's window. Main thread.
+// Owns the embedding's controller, which owns the engine and the view's window. Main thread.
 class FlutterViewController {
  public:
-  // Makes an engine for the project and runs it in a view of the given size in pixels. Null when the embedding refuses.
+  // Makes an engine for the project and runs it in a view of the given size in pixels. Null if the embedding fails.
   static std::unique_ptr<FlutterViewController> Create(int width, int height, const DartProject& project);
-  // The engine's messenger, null without an engine. Channels over it fall silent when the controller goes.
+  // Returns the engine's messenger, or null. Its channels do nothing once the controller is destroyed.
   BinaryMessenger* messenger() const { return messenger_.get(); }
-  // The view's window, null without a view or without a window.
+  // Returns the view's window, or null without a view or window.
   HWND ViewWindow() const;
-  // Offers a top-level window's message to the engine and its plugins; the result when they took it.
+  // Passes a message of the top-level window to the engine and its plugins. Returns the result if they handled it.
   std::optional<LRESULT> HandleTopLevelWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
  private:
   explicit FlutterViewController(FlutterDesktopViewControllerRef controller);
 
-  // Destroyed from the last to the first: the controller, by which the engine shuts down and the view's window goes,
-  // before the messenger, whose handlers the embedding calls until then.
+  // The last member is destroyed first. The controller, whose end shuts down the engine and destroys the view's window,
+  // must go before the messenger, whose handlers the embedding calls until then.
   std::shared_ptr<BinaryMessenger> messenger_;
   std::unique_ptr<FlutterDesktopViewController, decltype(&FlutterDesktopViewControllerDestroy)> controller_;
 };

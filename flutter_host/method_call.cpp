@@ -8,7 +8,7 @@ namespace {
 
 // A message up to this size, with the values decoded from it, mostly fits into the call's own memory.
 constexpr size_t kShortMessage = 640;
-// For a longer one, how much is set aside at first, at most, for its lists and maps: as a rule twice its bytes.
+// For a longer message, its lists and maps get twice its bytes at first, but at most this much.
 constexpr size_t kMostFirstRoom = 64 * 1024;
 
 std::string_view CopyText(std::string_view text, ValueArena& memory) {

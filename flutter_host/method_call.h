@@ -8,25 +8,25 @@
 
 namespace vantro {
 
-// Owns its name and its arguments. Little of both lies in the object itself, which its maker keeps on the stack, so
-// that a short call costs no allocation.
+// Owns its name and its arguments. Short ones are inside the object, on the stack of its user, so that a short call
+// costs no allocation.
 class MethodCall {
  public:
-  // To be decoded into.
+  // For decoding into.
   MethodCall() = default;
-  // Copies the name and the arguments; null stands for none.
+  // Copies the name and the arguments; the null value means none.
   MethodCall(std::string_view name, const EncodableValue& arguments);
-  // Copies the name. Of the arguments the call gets a copy that shares their memory, which is immutable.
+  // Copies the name. The arguments share their memory with the given ones; it is immutable.
   MethodCall(std::string_view name, const OwnedValue& arguments);
   virtual ~MethodCall() = default;
 
   std::string_view method_name() const { return name_; }
   // Null when the call has none. Valid while the call lives.
   const EncodableValue& arguments() const { return arguments_; }
-  // The arguments for whoever keeps them longer: a large message's share its memory, a short one's are copied.
+  // Returns the arguments to keep after the call. Those of a large message share its memory; others are copied.
   OwnedValue KeepArguments() const;
 
-  // For the codec: where what is decoded from a message of this size is to lie, then what has been decoded.
+  // For the codec: the arena to decode a message of this size into, and then the decoded name and arguments.
   ValueArena& MemoryFor(size_t messageSize);
   void Set(std::string_view name, const EncodableValue& arguments) {
     name_ = name;
@@ -37,7 +37,7 @@ class MethodCall {
   LocalArena local_;
   std::string_view name_;
   EncodableValue arguments_;
-  std::shared_ptr<const ValueArena> shared_;  // null when the arguments lie in local_
+  std::shared_ptr<const ValueArena> shared_;  // null if the arguments are in local_
 };
 
 }  // namespace vantro

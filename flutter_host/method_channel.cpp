@@ -11,7 +11,7 @@ namespace vantro {
 namespace {
 
 BinaryReply ReplyInto(std::unique_ptr<MethodResult> result, const std::string& channel, const MethodCodec* codec) {
-  // Shared, because a function object has to be copyable.
+  // Shared, because a function object must be copyable.
   std::shared_ptr<MethodResult> shared = std::move(result);
   return [shared, channel, codec](const uint8_t* reply, size_t size) {
     if (size == 0) {

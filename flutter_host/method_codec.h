@@ -1,4 +1,4 @@
-// Turns method calls and their answers into bytes and back.
+// Encodes and decodes method calls and their answers.
 #pragma once
 
 #include <cstddef>
@@ -11,19 +11,19 @@
 
 namespace vantro {
 
-// What is encoded goes into an empty vector of the caller's, by which a short message costs no allocation. Null stands
-// for a value, arguments or details that are absent.
+// Encodes into an empty vector of the caller, so that a short message costs no allocation. The null value means that a
+// value, arguments or details are absent.
 class MethodCodec {
  public:
   virtual ~MethodCodec() = default;
 
-  // Into a call that is empty. False, and reported on the standard error stream, when the bytes are no method call.
+  // Decodes into an empty call. If the bytes are no method call, returns false and reports it on standard error.
   virtual bool DecodeMethodCall(const uint8_t* message, size_t size, MethodCall* call) const = 0;
   virtual void EncodeMethodCall(const MethodCall& call, ByteVector* message) const = 0;
   virtual void EncodeSuccessEnvelope(const EncodableValue& value, ByteVector* envelope) const = 0;
   virtual void EncodeErrorEnvelope(std::string_view code, std::string_view message, const EncodableValue& details,
                                    ByteVector* envelope) const = 0;
-  // Hands the answer to the result; false when the bytes are no envelope.
+  // Passes the answer to the result. Returns false if the bytes are not an envelope.
   virtual bool DecodeAndProcessResponseEnvelope(const uint8_t* response, size_t size, MethodResult* result) const = 0;
 };
 

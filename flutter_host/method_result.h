@@ -1,4 +1,4 @@
-// The object through which one request is answered, exactly once.
+// Answers one request, exactly once.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@
 
 namespace vantro {
 
-// Values are borrowed for the call. Null stands for a value or details that are absent.
+// Values are borrowed for the call. The null value means that a value or details are absent.
 class MethodResult {
  public:
   virtual ~MethodResult() = default;

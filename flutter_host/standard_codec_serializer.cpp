@@ -13,15 +13,15 @@ namespace {
 // The type byte before each value.
 enum Type : uint8_t { kNull, kTrue, kFalse, kInt32, kInt64, kFloat64 = 6, kList = 12, kMap, kLastType };
 
-// By type byte. Type 5, a large integer, is only ever read; 7 to 11 and 14 are a string and the typed lists.
+// By type byte. Type 5, a large integer, is only read. Types 7 to 11 and 14 are a string and the typed lists.
 using Kind = EncodableKind;
 constexpr Kind kKindOf[] = {Kind::kNull,      Kind::kBool,       Kind::kBool,   Kind::kInt32,    Kind::kInt64,
                             Kind::kString,    Kind::kDouble,     Kind::kString, Kind::kByteList, Kind::kInt32List,
                             Kind::kInt64List, Kind::kDoubleList, Kind::kList,   Kind::kMap,      Kind::kFloatList};
-// By alternative: of a string and of the typed lists, whose places before and behind are not used.
+// The type bytes by alternative, for a string and the typed lists. The other places are not used.
 constexpr uint8_t kArrayTypeOf[] = {0, 0, 0, 0, 0, 7, 8, 9, 10, 11, 0, 0, 0, 14};
 
-// A size takes one byte below the first mark, which announces two bytes; the second mark announces four.
+// A size below the first mark takes one byte. The first mark means that two bytes follow, the second that four follow.
 constexpr uint8_t kSizeOfTwoBytes = 254;
 constexpr uint8_t kSizeOfFourBytes = 255;
 constexpr size_t kLongestHead = 6;  // a type, a mark and a size
@@ -31,7 +31,7 @@ class Decoder {
  public:
   Decoder(const StandardCodecSerializer& serializer, ByteBufferStreamReader& in) : serializer_(serializer), in_(in) {}
 
-  // What is neither a list nor a map is read in place, without a call: that takes a third off the time of a message.
+  // A value that is not a list or a map is read without a call, which saves a third of the time of a message.
   EncodableValue ReadOfType(uint8_t type) {
     return type == kList || type == kMap ? ReadContainer(kKindOf[type]) : ReadLeaf(type);
   }
@@ -56,7 +56,7 @@ class Decoder {
     }
   }
 
-  // A scalar that is cut short is zero, and fails the reader.
+  // An incomplete scalar is zero and fails the reader.
   template <class T>
   T ReadScalar() {
     T scalar{};
@@ -70,7 +70,7 @@ class Decoder {
     return first == kSizeOfTwoBytes ? ReadScalar<uint16_t>() : ReadScalar<uint32_t>();
   }
 
-  // A run of equal elements, padded to their size; empty when it is cut short.
+  // An array of elements of one size, padded to that size. Empty if it is incomplete.
   EncodableValue ReadArray(EncodableKind kind) {
     const size_t count = ReadSize();
     const bool isReadable = !in_.failed() && in_.Align(ElementSize(kind));
@@ -89,7 +89,7 @@ class Decoder {
     return {kind, values, count};
   }
 
-  // The keys and values of a map come by turns. Returns how many were read whole.
+  // The keys and values of a map alternate. Returns how many values were read completely.
   size_t ReadValues(size_t claimed, EncodableValue* values) {
     size_t read = 0;
     while (read < claimed && !in_.failed()) {
@@ -154,7 +154,7 @@ class Encoder {
     out_.WriteBytes(static_cast<const uint8_t*>(value.elements()), length);
   }
 
-  // The type and the size, with room behind them for what follows.
+  // Writes the type and the size, and makes room for what follows.
   void WriteHead(uint8_t type, size_t size, size_t room) {
     uint8_t* at = out_.bytes().Room(kLongestHead + room);
     *at++ = type;
@@ -174,7 +174,7 @@ class Encoder {
 }  // namespace
 
 const StandardCodecSerializer& StandardCodecSerializer::GetInstance() {
-  // Never destroyed: libvlc's threads may still send while the process ends.
+  // Never destroyed, because libvlc's threads may still send while the process ends.
   static const StandardCodecSerializer* const instance = new StandardCodecSerializer;
   return *instance;
 }

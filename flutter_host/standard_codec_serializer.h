@@ -1,4 +1,4 @@
-// Flutter's standard message codec: one EncodableValue as bytes and back. The format is Flutter's published one.
+// Flutter's standard message codec, which encodes and decodes one EncodableValue in Flutter's published format.
 #pragma once
 
 #include <cstdint>
@@ -9,28 +9,28 @@
 
 namespace vantro {
 
-// Stateless, so that any number of threads may use one instance. A subclass adds types of its own by overriding both
-// operations and handing everything else on to these: a message's outermost values come to the overrides, and so do,
-// inside lists and maps, types that are not the standard's and custom values.
+// Stateless, so any number of threads may use one instance. A subclass adds its own types: it overrides both operations
+// and calls these for everything else. The overrides get a message's outermost values and, inside lists and maps,
+// custom values and type bytes that are not the standard's.
 //
-// Reading never throws on bad bytes, and takes memory and time in proportion to the bytes that arrived, whatever a
-// length in them claims. What is wrong is reported on the standard error stream:
-//  - A read beyond the end fails the reader. A scalar is then zero; a string, a byte list and a typed list are empty; a
-//    list and a map hold what stood complete before.
-//  - An unknown type yields null, and reading goes on behind its byte.
-//  - Lists and maps nested deeper than ByteBufferStreamReader::kMaximumNesting refuse the whole message.
-// A key that occurs twice in a map keeps its last value, as in the interface. Type 5, an integer too large for 64 bits
-// as hexadecimal text, is read as the string that it carries.
+// Reading never throws on bad bytes. Its memory and time are in proportion to the bytes of the message, whatever
+// lengths they claim. Errors are reported on the standard error stream:
+//  - A read beyond the end fails the reader. A scalar is then zero; a string, a byte list and a typed list are empty;
+//    a list and a map contain the elements that were complete.
+//  - An unknown type gives null, and reading goes on after its byte.
+//  - If lists and maps nest deeper than ByteBufferStreamReader::kMaximumNesting, the whole message is refused.
+// A repeated key in a map keeps its last value, as in the interface. Type 5, an integer too large for 64 bits as
+// hexadecimal text, is read as a string.
 class StandardCodecSerializer {
  public:
-  // The plain serializer, without types of its own.
+  // The serializer without extra types.
   static const StandardCodecSerializer& GetInstance();
 
   virtual ~StandardCodecSerializer() = default;
 
-  // A custom value is reported on the standard error stream and leaves no byte.
+  // A custom value is reported on the standard error stream, and nothing is written.
   virtual void WriteValue(const EncodableValue& value, ByteBufferStreamWriter* stream) const;
-  // Reads the value behind a type byte that has been read. It lies in the reader's arena.
+  // Reads the value after a type byte that has been read. The value is in the arena of the reader.
   virtual EncodableValue ReadValueOfType(uint8_t type, ByteBufferStreamReader* stream) const;
 
   EncodableValue ReadValue(ByteBufferStreamReader* stream) const { return ReadValueOfType(stream->ReadByte(), stream); }

@@ -17,7 +17,7 @@ constexpr uint8_t kErrorEnvelope = 1;
 }  // namespace
 
 const StandardMethodCodec& StandardMethodCodec::GetInstance(const StandardCodecSerializer* serializer) {
-  // Never destroyed: libvlc's threads may still send while the process ends.
+  // Never destroyed, because libvlc's threads may still send while the process ends.
   static std::mutex& guard = *new std::mutex;
   static auto& instances = *new std::map<const StandardCodecSerializer*, StandardMethodCodec>;
   if (!serializer) serializer = &StandardCodecSerializer::GetInstance();

@@ -9,8 +9,8 @@ class StandardCodecSerializer;
 
 class StandardMethodCodec : public MethodCodec {
  public:
-  // The one instance of a serializer, made on first request and kept for the life of the process. A null serializer
-  // means StandardCodecSerializer itself.
+  // Returns the only instance of a serializer, made on first use and kept until the process ends. Null means the plain
+  // StandardCodecSerializer.
   static const StandardMethodCodec& GetInstance(const StandardCodecSerializer* serializer = nullptr);
 
   explicit StandardMethodCodec(const StandardCodecSerializer* serializer) : serializer_(serializer) {}

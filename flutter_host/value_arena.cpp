@@ -9,7 +9,7 @@ namespace vantro {
 namespace {
 
 constexpr size_t kSmallestBlock = 1024;
-constexpr size_t kLargestBlock = 1024 * 1024;  // unless more is asked for in one piece
+constexpr size_t kLargestBlock = 1024 * 1024;  // except for a larger single piece
 
 }  // namespace
 
@@ -17,7 +17,7 @@ ValueArena::~ValueArena() {
   while (blocks_) ::operator delete(std::exchange(blocks_, blocks_->next));
 }
 
-// Each block is twice as large as the one before, so that their number stays small.
+// Each block is twice as large as the previous one, so that there are few.
 void ValueArena::AddBlock(size_t size) {
   const size_t doubled = blocks_ ? static_cast<size_t>(end_ - reinterpret_cast<std::byte*>(blocks_ + 1)) * 2 : 0;
   const size_t room = std::max(size, blocks_ ? std::clamp(doubled, kSmallestBlock, kLargestBlock) : size);

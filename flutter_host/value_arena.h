@@ -1,4 +1,4 @@
-// The memory in which values lie.
+// The memory that contains values.
 #pragma once
 
 #include <concepts>
@@ -10,29 +10,29 @@
 
 namespace vantro {
 
-// Memory that only grows and goes at once, with everything in it. One thread at a time may take from it; what lies in
-// it never changes once it is read, so that any number may read.
+// Memory that only grows, and is freed all at once. One thread at a time may take memory from it. Its contents are
+// immutable once they can be read, so any number of threads may read them.
 class ValueArena {
  public:
   ValueArena() = default;
-  // Begins with memory that the arena does not own and that starts at a multiple of 16 bytes.
+  // Starts with memory that the arena does not own. It must start at a multiple of 16 bytes.
   ValueArena(std::byte* first, size_t size) : at_(first), end_(first + size) {}
   ~ValueArena();
   ValueArena(const ValueArena&) = delete;
   ValueArena& operator=(const ValueArena&) = delete;
 
-  // Uninitialised, at a multiple of 16 bytes. Throws std::bad_alloc.
+  // Returns uninitialised memory at a multiple of 16 bytes. Throws std::bad_alloc.
   std::byte* Take(size_t size) {
     size = (size + 15) & ~size_t{15};
     if (size > static_cast<size_t>(end_ - at_)) [[unlikely]]
       AddBlock(size);
     return std::exchange(at_, at_ + size);
   }
-  // Sees to it that so much can be taken from one block.
+  // Reserves one block with room for this many bytes.
   void Expect(size_t size) {
     if (size > static_cast<size_t>(end_ - at_)) AddBlock(size);
   }
-  // A value equal to the given one, with all its text, lists and maps in this memory.
+  // Returns an equal value, with all its text, lists and maps in this memory.
   EncodableValue Copy(const EncodableValue& value);
 
  private:
@@ -46,10 +46,10 @@ class ValueArena {
   Block* blocks_ = nullptr;
 };
 
-// An arena whose first memory lies in the object itself, so that little costs no allocation.
+// An arena whose first memory is in the object itself, so that small contents cost no allocation.
 class LocalArena : public ValueArena {
  public:
-  // The memory begins uninitialised.
+  // The memory starts uninitialised.
   // cppcheck-suppress uninitMemberVar
   LocalArena() : ValueArena(&first_[0], sizeof first_) {}
 
@@ -57,9 +57,8 @@ class LocalArena : public ValueArena {
   alignas(16) std::byte first_[1280];
 };
 
-// A value with the memory in which it lies: what keeps a value beyond the call that brought it. Copies share the
-// memory, which is counted atomically and goes with the last of them. As nothing in it ever changes, a copy that shares
-// cannot be told from one that does not.
+// A value together with its memory, to keep the value after the call that brought it. Copies share the memory, which is
+// counted atomically and freed with the last copy. The memory is immutable, so sharing makes no difference to users.
 class OwnedValue {
  public:
   OwnedValue() = default;
@@ -68,11 +67,11 @@ class OwnedValue {
   template <class T>
   requires std::constructible_from<EncodableValue, const T&>
   explicit OwnedValue(const T& value) : OwnedValue(EncodableValue(value)) {}
-  // Shares the memory, in which the value lies.
+  // Shares the given memory, which contains the value.
   OwnedValue(const EncodableValue& value, std::shared_ptr<const ValueArena> memory)
       : value_(value), memory_(std::move(memory)) {}
 
-  // Borrowed from this owner and from its copies.
+  // Valid while this owner or a copy of it lives.
   const EncodableValue& value() const { return value_; }
   const std::shared_ptr<const ValueArena>& memory() const { return memory_; }
 
