@@ -10,8 +10,9 @@ namespace vantro {
 
 namespace {
 
-// Where a stroke's pen goes, relative to the item's centre: begin moves without drawing, the others draw to their point
-// and leave that point itself to the next stroke, as LineTo does. That is why the last points lie one pixel further out.
+// One move of the pen, relative to the item's centre. begin moves without drawing; every other stroke draws a line to
+// its point. LineTo does not draw the end point itself, so the close and minimize glyphs end their lines one pixel
+// further out.
 struct GlyphStroke {
   bool begin;
   int dx;
@@ -20,11 +21,12 @@ struct GlyphStroke {
 
 constexpr GlyphStroke kCloseGlyph[] = {{true, -5, -5}, {false, 6, 6}, {true, 5, -5}, {false, -6, 6}};
 
-constexpr GlyphStroke kMaximizeGlyph[] = {{true, -5, -5}, {false, 5, -5}, {false, 5, 5}, {false, -5, 5}, {false, -5, -5}};
+constexpr GlyphStroke kMaximizeGlyph[] = {
+    {true, -5, -5}, {false, 5, -5}, {false, 5, 5}, {false, -5, 5}, {false, -5, -5}};
 
 constexpr GlyphStroke kLeaveFullscreenGlyph[] = {
-    {true, -3, -5}, {false, 5, -5}, {false, 5, 3},  {false, 3, 3},  {false, 3, -3},
-    {true, -5, -3}, {false, 3, -3}, {false, 3, 5},  {false, -5, 5}, {false, -5, -3},
+    {true, -3, -5}, {false, 5, -5}, {false, 5, 3}, {false, 3, 3},  {false, 3, -3},
+    {true, -5, -3}, {false, 3, -3}, {false, 3, 5}, {false, -5, 5}, {false, -5, -3},
 };
 
 constexpr GlyphStroke kMinimizeGlyph[] = {{true, -5, 0}, {false, 6, 0}};
@@ -53,7 +55,8 @@ const wchar_t* TextOf(UINT id) {
   }
 }
 
-// The colour that a state lays over the title bar's. Pressed wins over hot, for the close button too.
+// The colour of the item's state, painted over the title bar's colour. Pressed takes precedence over hot, also for the
+// close button.
 std::optional<COLORREF> StateColor(const DRAWITEMSTRUCT& item) {
   if (item.itemState & ODS_SELECTED) return kButtonPressedColor;
   if (item.itemState & ODS_HOTLIGHT) return item.CtlID == kCloseButtonId ? kCloseButtonHotColor : kButtonHotColor;

@@ -10,9 +10,9 @@ constexpr COLORREF kButtonPressedColor = 0x503737;
 constexpr COLORREF kButtonHotColor = 0x5A4141;
 constexpr COLORREF kCloseButtonHotColor = 0x3232C8;
 
-// Draws the whole item: background by its state, then the glyph or the text of its id; an unknown id gets the background
-// alone. The maximize button shows two squares in fullscreen and one otherwise. The device context's pen is restored;
-// its text colour and background mode are left as the text needed them. Main thread.
+// Draws the whole item: the background for its state, then the glyph or text of its id. An unknown id has only the
+// background. The maximize button shows two squares in fullscreen and one square otherwise. Restores the device
+// context's pen, but not its text colour and background mode, which drawing text changes. Main thread.
 void PaintTitleBarButton(const DRAWITEMSTRUCT& item, bool isFullscreen, HBRUSH titleBarBrush);
 
 }  // namespace vantro

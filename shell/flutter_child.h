@@ -1,4 +1,4 @@
-// The Flutter view's window, which lies in the overlay and is the home of the keyboard focus. Main thread.
+// The Flutter view's window. It is a child of the overlay and normally has the keyboard focus. Main thread.
 #pragma once
 
 #include <windows.h>
@@ -9,12 +9,12 @@
 
 namespace vantro {
 
-// Null with no engine or with an engine without a view; the window may be gone.
+// Returns null without an engine or if the engine has no view. The returned window may already be destroyed.
 inline HWND FlutterChild(const std::unique_ptr<FlutterEngine>& engine) {
   return engine ? engine->flutterWindow_ : nullptr;
 }
 
-// Null also for a window that is gone.
+// The same, but returns null for a destroyed window as well.
 inline HWND LiveFlutterChild(const std::unique_ptr<FlutterEngine>& engine) {
   const HWND child = FlutterChild(engine);
   return child && IsWindow(child) ? child : nullptr;

@@ -23,7 +23,7 @@ constexpr wchar_t kOverlayTitle[] = L"Flutter UI";
 constexpr UINT kRaiseInPlace = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
 constexpr UINT kQuietMove = SWP_NOACTIVATE | SWP_SHOWWINDOW;
 
-// Set by the first registration; the class stays for the life of the process.
+// Set by the first registration. The class stays registered until the process ends.
 bool overlayClassRegistered = false;
 
 std::optional<Rect> OverlayRectOver(HWND window, int topOffset) {
@@ -44,7 +44,7 @@ struct SentMessage {
   bool operator==(const SentMessage&) const = default;
 };
 
-// A null insert-after is HWND_TOP: an owned popup rises within its owner's group and does not become topmost.
+// HWND_TOP raises an owned popup within its owner's group. It does not make it topmost.
 void Place(HWND window, const Rect& rect, UINT flags) {
   SetWindowPos(window, HWND_TOP, rect.left, rect.top, rect.Width(), rect.Height(), flags);
 }
@@ -84,7 +84,7 @@ bool FlutterOverlay::CreateFlutterOverlay(HINSTANCE instance) {
 
   const Rect rect = OverlayRectOver(hwnd_, TITLE_BAR_HEIGHT).value_or(Rect{});
   LogOverlayCreation(hwnd_, rect);
-  // Click-through until EnableOverlayMouseInput, at the end of the start.
+  // Click-through until EnableOverlayMouseInput runs at the end of the start.
   flutterHostWindow_ =
       CreateWindowExW(WS_EX_TRANSPARENT | WS_EX_TOOLWINDOW, kOverlayClass, kOverlayTitle, WS_POPUP | WS_VISIBLE,
                       rect.left, rect.top, rect.Width(), rect.Height(), hwnd_, nullptr, instance, nullptr);
@@ -95,7 +95,7 @@ bool FlutterOverlay::CreateFlutterOverlay(HINSTANCE instance) {
   }
   LOG_INFO("CreateFlutterOverlay: Created overlay window: %p", static_cast<void*>(flutterHostWindow_));
 
-  // The glass frame over the whole client area is what lets the video through where the interface draws nothing.
+  // With the glass frame over the whole client area, the video shows through where the interface draws nothing.
   const MARGINS wholeClientArea{-1, -1, -1, -1};
   const HRESULT extended = DwmExtendFrameIntoClientArea(flutterHostWindow_, &wholeClientArea);
   LOG_DEBUG("CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: %s",
@@ -111,7 +111,7 @@ bool FlutterOverlay::CreateFlutterOverlay(HINSTANCE instance) {
 }
 
 void FlutterOverlay::SyncFlutterOverlayPosition(bool isFullscreen) {
-  // Moving the overlay makes the system send messages that lead back here.
+  // Moving the overlay makes the system send messages that call this function again.
   if (isSyncingOverlay_) return;
   isSyncingOverlay_ = true;
   MoveOverClientArea(isFullscreen);
@@ -130,11 +130,11 @@ void FlutterOverlay::MoveOverClientArea(bool isFullscreen) {
   }
   const auto rect = OverlayRectOver(hwnd_, OverlayTopOffset(isFullscreen, TITLE_BAR_HEIGHT));
   if (!rect) return;
-  // Without SWP_NOACTIVATE: the overlay may take the activation, and rises at every sync.
+  // No SWP_NOACTIVATE: the overlay may become active. Every sync also raises it.
   Place(flutterHostWindow_, *rect, SWP_SHOWWINDOW);
   if (const HWND child = LiveFlutterChild(flutterEngine_)) {
     Place(child, {0, 0, rect->Width(), rect->Height()}, kQuietMove);
-    // The view is the home of the focus: a move takes it out of the search box, too.
+    // The view has the focus after every move, even if the search box had it before.
     SetFocus(child);
     LOG_DEBUG("SyncFlutterOverlayPosition: Set focus to Flutter engine window: %p", static_cast<void*>(child));
     LOG_DEBUG("SyncFlutterOverlayPosition: Resized Flutter window to %dx%d", rect->Width(), rect->Height());
@@ -175,12 +175,12 @@ void FlutterOverlay::EnableOverlayMouseInput() {
   }
   const LONG_PTR exStyle = GetWindowLongPtrA(flutterHostWindow_, GWL_EXSTYLE);
   SetWindowLongPtrA(flutterHostWindow_, GWL_EXSTYLE, exStyle & ~LONG_PTR{WS_EX_TRANSPARENT});
-  // Three times on purpose: one raise does not reliably stand against windows that raise themselves meanwhile.
+  // Three times on purpose: a single raise is not reliable when other windows raise themselves at the same time.
   for (int raise = 0; raise < 3; ++raise) {
     SetWindowPos(flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, kRaiseInPlace | SWP_SHOWWINDOW);
   }
   LOG_INFO("EnableOverlayMouseInput: Applied TOP positioning multiple times");
-  // Over the title bar's strip as well: the first WM_SHOWWINDOW moves the overlay below it.
+  // Covers the title bar as well. The first WM_SHOWWINDOW moves the overlay below it.
   const Rect rect = OverlayRectOver(hwnd_, 0).value_or(Rect{});
   Place(flutterHostWindow_, rect, kQuietMove);
   if (const HWND child = LiveFlutterChild(flutterEngine_)) {
@@ -199,7 +199,7 @@ void FlutterOverlay::Destroy() {
   flutterHostWindow_ = nullptr;
 }
 
-// One hook a window, all with the same procedure, which looks at the newest window only.
+// Each window installs one hook. All hooks have the same procedure, which follows only the newest window.
 void FlutterOverlay::InstallWindowHook() {
   windowHook_ = SetWindowsHookExA(WH_CALLWNDPROC, WindowSyncHookProc, GetModuleHandleA(nullptr), GetCurrentThreadId());
   if (windowHook_) {
@@ -216,13 +216,14 @@ void FlutterOverlay::RemoveWindowHook() {
   windowHook_ = nullptr;
 }
 
-// Only the newest window is followed; an older one moves its overlay in its own handlers.
+// Follows only the newest window. Older windows move their overlays in their own message handlers.
 //
-// Every window has installed a hook, and each hook hands the message to the next: this procedure runs once a window for
-// one message. The first run follows the main window, the others only pass on, so that a move syncs once from here
-// however many windows the process has opened.
+// Every window installs a hook, and each hook passes the message to the next one, so this procedure runs once per
+// window for each message. Only the first run follows the main window; the others just pass the message on. A move
+// therefore syncs once from here, however many windows the process has opened.
 LRESULT CALLBACK FlutterOverlay::WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam) {
-  // The message that is being handed along the chain. By value: another program's hook in between may hand on a copy.
+  // The message that the hooks are passing along the chain. It is compared by value, because another program's hook in
+  // between may pass on a copy.
   static SentMessage inChain;
   SentMessage message;
   VantroWindow* const newest = VantroWindow::instance_;
@@ -236,7 +237,7 @@ LRESULT CALLBACK FlutterOverlay::WindowSyncHookProc(int nCode, WPARAM wParam, LP
     }
   }
   const SentMessage outer = std::exchange(inChain, message);
-  // Read again: what ran above may have ended the window.
+  // Read again: the code above may have destroyed the window.
   const HHOOK hook = VantroWindow::instance_ ? VantroWindow::instance_->Overlay().windowHook_ : nullptr;
   const LRESULT result = CallNextHookEx(hook, nCode, wParam, lParam);
   inChain = outer;
@@ -251,7 +252,7 @@ void FlutterOverlay::Follow(UINT message, WPARAM wParam, bool isFullscreen) {
       SyncFlutterOverlayPosition(isFullscreen);
       break;
     case WM_ACTIVATE:
-      // The whole value counts: with the minimized mark in its high word it matches neither.
+      // Compares the whole value: a minimized window sets the high word, and then neither constant matches.
       if (wParam == WA_ACTIVE || wParam == WA_CLICKACTIVE) SetFlutterOverlayTopmost();
       break;
   }

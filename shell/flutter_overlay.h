@@ -1,9 +1,9 @@
-// The overlay: a borderless popup, owned by the main window, that carries the Flutter view above the video. This class
-// makes it, keeps it over the client area, and turns it from click-through to capturing. No other code places the
-// overlay or the view.
+// The overlay: a borderless popup, owned by the main window, that holds the Flutter view above the video. This class
+// creates it, keeps it over the client area, and switches it from click-through to capturing input. No other code
+// places the overlay or the view.
 //
-// A window makes one before its native window. Main thread. Moving a window makes the system send messages that lead
-// back here; the one operation that such a message calls guards itself.
+// A main window creates one before its native window. Main thread. Moving a window makes the system send messages that
+// call into this class again; the operation that they call has a guard against this.
 #pragma once
 
 #include <windows.h>
@@ -18,36 +18,40 @@ namespace vantro {
 
 class FlutterOverlay {
  public:
-  // Both are the owner's own and read anew at each use: null until its start has made them.
+  // Both references are to members of the owner. They are read at each use and are null until the owner's start has set
+  // them.
   FlutterOverlay(const HWND& mainWindow, const std::unique_ptr<FlutterEngine>& engine);
   FlutterOverlay(const FlutterOverlay&) = delete;
   FlutterOverlay& operator=(const FlutterOverlay&) = delete;
 
-  // Null before the creation. It goes with the main window, so later uses test it with IsWindow.
+  // Null before the creation. The system destroys the overlay with the main window, so later uses test it with
+  // IsWindow.
   HWND Window() const { return flutterHostWindow_; }
 
-  // Makes the overlay over the client area below the title bar, click-through. False when the main window or the system
-  // cannot serve; the reason is logged.
+  // Creates the overlay over the client area below the title bar, click-through. Returns false if the main window is
+  // not ready or the system cannot create the overlay; the reason is logged.
   bool CreateFlutterOverlay(HINSTANCE instance);
-  // From here on the overlay takes the mouse, and the view has the focus. It then covers the title bar as well.
+  // Makes the overlay capture the mouse, moves it over the title bar as well, and gives the view the focus.
   void EnableOverlayMouseInput();
-  // Moves overlay and view over the client area, in fullscreen without leaving the title bar free, and gives the view
-  // the focus. Does nothing while it runs already.
+  // Moves overlay and view over the client area and gives the view the focus. Outside fullscreen the title bar stays
+  // free. Does nothing when called from within itself.
   void SyncFlutterOverlayPosition(bool isFullscreen);
-  // Moves overlay and view over the client area below its first topOffset pixels, without activation and focus. Returns
-  // where the overlay went, nothing without an overlay.
+  // Moves overlay and view over the client area without its first topOffset pixels. Does not change the activation or
+  // the focus. Returns the overlay's new rectangle on the screen, or nothing without an overlay.
   std::optional<Rect> MoveBelow(int topOffset);
-  // Raises the overlay within its owner's group, without activation: never into the topmost band.
+  // Raises the overlay within its owner's group. Does not activate it or make it topmost.
   void SetFlutterOverlayTopmost();
-  // Puts main window and overlay into the topmost band or takes them out of it.
+  // Makes main window and overlay topmost (true) or not topmost (false).
   void ApplyTopmost(bool topmost);
-  // Destroys the overlay if it still lives.
+  // Destroys the overlay if it still exists.
   void Destroy();
 
-  // The hook by which the newest window's overlay follows its main window. A failure is logged and accepted.
+  // Install and remove the hook that makes the newest window's overlay follow its main window. A failure is logged and
+  // accepted.
   void InstallWindowHook();
   void RemoveWindowHook();
-  // WH_CALLWNDPROC: sees every message that is sent to a window of the thread, before its procedure does.
+  // The hook's procedure (WH_CALLWNDPROC). The system calls it for every message that is sent to a window of this
+  // thread, before that window's own procedure.
   static LRESULT CALLBACK WindowSyncHookProc(int nCode, WPARAM wParam, LPARAM lParam);
 
  private:

@@ -19,14 +19,14 @@ constexpr UINT kFrameChange = SWP_FRAMECHANGED | SWP_SHOWWINDOW;
 RECT MonitorRectangle(HWND window) {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof monitor;
-  // A window on no monitor goes to the primary one. The whole monitor counts, the taskbar's strip included.
+  // For a window on no monitor this is the primary one. The rectangle is the whole monitor, including the taskbar.
   GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
   return monitor.rcMonitor;
 }
 
 void SetStyle(HWND window, int index, DWORD style) { SetWindowLongA(window, index, static_cast<LONG>(style)); }
 
-// The timer's ticks are not told: they come ten times a second.
+// The timer's ticks are not logged: there are ten a second.
 void LogPointer(TopAreaCaller caller, LONG y, bool isMouseInTopArea) {
   const bool isInTopArea = IsInTopArea(static_cast<int>(y));
   if (caller == TopAreaCaller::kMainWindow) {
@@ -93,7 +93,7 @@ void Fullscreen::EnterFullscreen() {
   SetStyle(hwnd_, GWL_STYLE, kFullscreenStyle);
   SetWindowPos(hwnd_, nullptr, monitor.left, monitor.top, monitor.right - monitor.left, monitor.bottom - monitor.top,
                kFrameChange);
-  // The syncs that the move caused ran with the bar's offset; the one below repairs them.
+  // The syncs that the move caused used the title bar's offset. The sync below corrects this.
   isFullscreen_ = true;
   overlay_.SyncFlutterOverlayPosition(isFullscreen_);
   HideTitleBarControls();
@@ -122,8 +122,8 @@ void Fullscreen::LeaveFullscreen() {
   SetStyle(hwnd_, GWL_STYLE, savedStyle_ | WS_VISIBLE);
   SetStyle(hwnd_, GWL_EXSTYLE, savedExStyle_);
   ShowWindow(hwnd_, SW_SHOW);
-  // Also ends always-on-top, which nothing restores here: it stays off until the menu or the next start applies it. The
-  // place is used and not size_.width_ and size_.height_, which the style change's WM_SIZE may have overwritten.
+  // This also ends always-on-top. Nothing restores it here: it stays off until the menu or the next start applies it.
+  // The call uses place and not size_, which the WM_SIZE of the style change may have overwritten.
   SetWindowPos(hwnd_, HWND_NOTOPMOST, place.left, place.top, place.Width(), place.Height(), kFrameChange);
   if (mouseTrackingTimer_) {
     KillTimer(hwnd_, kMouseTrackingTimerId);
@@ -136,7 +136,7 @@ void Fullscreen::LeaveFullscreen() {
   StopTitleBarAutoHideTimer();
   isMouseInTopArea_ = false;
   titleBar_.RedrawMaximizeButton();
-  // A null window would stand for every window of the desktop.
+  // A null handle would invalidate every window of the desktop.
   if (hwnd_) InvalidateRect(hwnd_, nullptr, TRUE);
   LOG_INFO("Exited fullscreen mode - title bar controls restored");
 }
@@ -152,7 +152,7 @@ void Fullscreen::ShowTitleBarControls() {
                place->Height(), long{place->left}, long{place->top});
     }
   }
-  // Painted at once: the bar must not wait for a WM_PAINT that the video's traffic delays.
+  // Paints at once, because the video's messages can delay a WM_PAINT.
   if (titleBar_.PaintNow()) LOG_DEBUG("ShowTitleBarControls: Painted title bar background directly");
   titleBar_.Repaint(false, size_.width_);
   LOG_DEBUG("ShowTitleBarControls: Title bar background painted and invalidated");
@@ -186,7 +186,7 @@ void Fullscreen::StopTitleBarAutoHideTimer() {
   LOG_DEBUG("StopTitleBarAutoHideTimer: Stopped auto-hide timer");
 }
 
-// A tick that is still under way when the window leaves fullscreen does nothing; so does the next one.
+// A tick that arrives after the window has left fullscreen does nothing.
 void Fullscreen::OnTitleBarAutoHideTimer() {
   if (!isFullscreen_) return;
   LOG_DEBUG("WM_TIMER: Title bar auto-hide timer fired");

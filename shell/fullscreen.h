@@ -1,4 +1,4 @@
-// Fullscreen, and the title bar that comes and goes in it.
+// Fullscreen, and showing and hiding the title bar in it.
 //
 //                     ToggleFullscreen
 //    +--------------+ ----------------> +------------------------+
@@ -20,8 +20,8 @@
 //                                       | tracking and auto-hide |
 //                                       +------------------------+
 //
-// A window makes one before its native window. Main thread. Changing the window's style and place makes the system send
-// messages that lead back into the window's procedure while an operation here still runs.
+// A main window creates one before its native window. Main thread. Changing the window's style or place makes the
+// system call the window's procedure while an operation here is still running.
 #pragma once
 
 #include <windows.h>
@@ -35,8 +35,8 @@ namespace vantro {
 
 class Fullscreen {
  public:
-  // All are the owner's own. The handle is null until the native window is there. The size becomes the saved outer size
-  // on entering and on leaving, and the WM_SIZE that follows overwrites it.
+  // All references are to members of the owner. The handle is null until the native window exists. Entering and leaving
+  // set the size to the saved outer size; the WM_SIZE that follows overwrites it.
   Fullscreen(const HWND& mainWindow, WindowSize& size, TitleBar& titleBar, FlutterOverlay& overlay);
   Fullscreen(const Fullscreen&) = delete;
   Fullscreen& operator=(const Fullscreen&) = delete;
@@ -44,21 +44,21 @@ class Fullscreen {
   bool IsFullscreen() const { return isFullscreen_; }
   bool IsTitleBarVisible() const { return isTitleBarVisible_; }
 
-  // Enters or leaves. Leaving also takes the window out of the topmost band.
+  // Enters or leaves fullscreen. Leaving also ends always-on-top.
   void ToggleFullscreen();
 
-  // Show and hide the bar's controls, in fullscreen with overlay and view. Nothing if the bar is shown or hidden
-  // already.
+  // Show and hide the bar's controls. In fullscreen they also move overlay and view. They do nothing if the bar is
+  // already shown or hidden.
   void ShowTitleBarControls();
   void HideTitleBarControls();
   void StartTitleBarAutoHideTimer();
   void StopTitleBarAutoHideTimer();
 
-  // The pointer is at y, in client coordinates of the main window. Only in fullscreen.
+  // Updates the bar for a pointer at y, in client coordinates of the main window. Called in fullscreen only.
   void RunTopAreaStep(int y, TopAreaCaller caller);
-  // Looks where the pointer is and runs the step; nothing outside fullscreen.
+  // Reads the pointer's position and runs the step for it. Does nothing outside fullscreen.
   void FollowPointer(TopAreaCaller caller);
-  // The tick of the auto-hide timer; nothing outside fullscreen.
+  // Handles a tick of the auto-hide timer. Does nothing outside fullscreen.
   void OnTitleBarAutoHideTimer();
 
  private:

@@ -1,4 +1,4 @@
-// Where a window goes when it leaves fullscreen, over plain values. Pixels of the screen.
+// The place of a window that leaves fullscreen, as a decision over plain values. Screen pixels.
 #pragma once
 
 #include "common/geometry.h"
@@ -12,7 +12,8 @@ struct FullscreenPlacement {
   bool operator==(const FullscreenPlacement&) const = default;
 };
 
-// Back to the saved outer rectangle, or to 1280 by 720 at 100, 100 if that is narrower than 640 or lower than 360.
+// Returns the saved outer rectangle, or 1280 by 720 at 100, 100 if the saved one is less than 640 wide or less than 360
+// high.
 FullscreenPlacement PlacementAfterFullscreen(const Rect& saved);
 
 }  // namespace vantro

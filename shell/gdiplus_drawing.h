@@ -1,4 +1,4 @@
-// GDI+ through its flat functions, with owners for the objects that the volume control draws with.
+// GDI+ through its flat functions, with owning types for the objects that the volume slider and the speaker icon use.
 #pragma once
 
 #include <windows.h>

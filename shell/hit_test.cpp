@@ -17,7 +17,8 @@ struct Query {
   constexpr bool OnLeft() const { return x < kEdge; }
   constexpr bool OnRight() const { return x >= width - kEdge; }
   constexpr bool OnBottom() const { return y >= height - kEdge; }
-  // In the columns from one control of the title bar to another. The pixel right of the last one belongs to the zone.
+  // Whether x is in the columns from the first control to the last. The pixel to the right of the last control is
+  // included.
   constexpr bool Between(const Rect& first, const Rect& last) const { return first.left <= x && x <= last.right; }
   constexpr bool At(const Rect& control) const { return Between(control, control); }
 };
@@ -27,8 +28,8 @@ struct Zone {
   bool (*contains)(const Query&);
 };
 
-// The first zone that holds the point decides. The icon and the title are client area, so they don't drag the window;
-// the volume control's place is caption, and only that control's own hit test keeps it usable.
+// The first zone that contains the point decides. The icon and the title are client area, so they do not drag the
+// window. The volume control's place is caption; only that control's own hit test keeps it usable.
 constexpr Zone kZones[] = {
     {HitCode::kTopLeft, [](const Query& q) { return q.OnLeft() && q.y < kEdge; }},
     {HitCode::kTopRight, [](const Query& q) { return q.OnRight() && q.y < kEdge; }},
@@ -41,7 +42,7 @@ constexpr Zone kZones[] = {
     {HitCode::kClient, [](const Query& q) { return q.y > TITLE_BAR_HEIGHT; }},
     {HitCode::kClient,
      [](const Query& q) { return q.Between(kMinimizeButtonPlace.In(q.width), kCloseButtonPlace.In(q.width)); }},
-    {HitCode::kClient, [](const Query& q) { return q.x <= kTitlePlace.right; }},  // from the left edge: the icon, too
+    {HitCode::kClient, [](const Query& q) { return q.x <= kTitlePlace.right; }},  // from the left edge, with the icon
     {HitCode::kClient, [](const Query& q) { return q.At(kFileButtonPlace); }},
     {HitCode::kClient, [](const Query& q) { return q.At(kHelpButtonPlace); }},
     {HitCode::kClient, [](const Query& q) { return q.At(kSearchBoxPlace.In(q.width)); }},

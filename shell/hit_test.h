@@ -1,12 +1,12 @@
-// What lies where on a main window, as a table over plain values: the window has no system caption or border of its
-// own, so it answers the system's question itself.
+// The hit test of a main window, as a table over plain values. The window has no system caption or border, so it
+// answers WM_NCHITTEST itself.
 #pragma once
 
 #include "common/geometry.h"
 
 namespace vantro {
 
-// The codes of WM_NCHITTEST that the window answers.
+// The WM_NCHITTEST codes that the window returns.
 enum class HitCode {
   kClient = 1,
   kCaption = 2,
@@ -20,7 +20,7 @@ enum class HitCode {
   kBottomRight = 17,
 };
 
-// The point is in client coordinates and may lie outside the client area.
+// Returns the code for a point in client coordinates. The point may be outside the client area.
 HitCode HitTest(Point point, Size clientArea);
 
 }  // namespace vantro

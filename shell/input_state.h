@@ -1,4 +1,4 @@
-// Small questions about input that several message handlers ask. Main thread.
+// Input state that several message handlers read. Main thread.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,7 @@
 
 namespace vantro {
 
-// Where the pointer is now, in the window's client coordinates; nothing if the system does not tell.
+// Returns the pointer's current position in the window's client coordinates, or nothing if the system call fails.
 inline std::optional<POINT> CursorIn(HWND window) {
   POINT point;
   if (!GetCursorPos(&point)) return std::nullopt;
@@ -15,13 +15,13 @@ inline std::optional<POINT> CursorIn(HWND window) {
   return point;
 }
 
-// The same, or the client area's corner.
+// The same, but returns 0, 0 if the system call fails.
 inline POINT PointerIn(HWND window) { return CursorIn(window).value_or(POINT{}); }
 
-// The left or the right button, as of the message being served.
+// Returns whether the left or the right button is down, as of the message being handled.
 inline bool IsMouseButtonHeld() { return GetKeyState(VK_LBUTTON) < 0 || GetKeyState(VK_RBUTTON) < 0; }
 
-// WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_SYSKEYDOWN, WM_SYSKEYUP; not the dead character between them.
+// True for WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_SYSKEYDOWN and WM_SYSKEYUP. False for WM_DEADCHAR, which is between them.
 constexpr bool IsKeyMessage(UINT message) {
   return message >= WM_KEYDOWN && message <= WM_SYSKEYUP && message != WM_DEADCHAR;
 }

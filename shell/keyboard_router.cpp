@@ -7,7 +7,7 @@ namespace vantro {
 
 namespace {
 
-// For the log: "null", or whether the handle is a live window.
+// For the log: "null" for a null handle, otherwise whether the window exists.
 const char* Liveness(HWND window) {
   if (!window) return "null";
   return IsWindow(window) ? "true" : "false";
@@ -82,8 +82,8 @@ LRESULT KeyboardRouter::OnKeyDown(WPARAM wParam, LPARAM lParam) {
   return SendUnhandledKeyDown(child, wParam, lParam);
 }
 
-// The fallbacks of a key that the engine did not take: the view's window, then the overlay with its own rules. The
-// first result that is not zero counts.
+// The fallbacks for a key that the engine did not handle: the view's window, then the overlay with its own rules.
+// Returns the first result that is not zero.
 LRESULT KeyboardRouter::SendUnhandledKeyDown(HWND child, WPARAM wParam, LPARAM lParam) const {
   LOG_DEBUG("MainWindow: MAIN_WINDOW_FALLBACK - sending keyboard directly to Flutter window");
   const LRESULT childResult = SendMessageA(child, WM_KEYDOWN, wParam, lParam);

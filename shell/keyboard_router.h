@@ -1,8 +1,8 @@
-// Keys and focus on the main window itself. The view is the home of the focus; what reaches the window instead is
-// carried to the view, and the focus stays where it is.
+// Keyboard and focus messages of the main window itself. The view normally has the focus. A key that reaches the main
+// window instead is forwarded to the view, and the router itself does not move the focus.
 //
-// A window makes one before its native window. Main thread. Each operation serves the message of its name and returns
-// the window procedure's result.
+// A main window creates one before its native window. Main thread. Each operation handles the message in its name and
+// returns the window procedure's result.
 #pragma once
 
 #include <windows.h>
@@ -18,19 +18,20 @@ namespace vantro {
 
 class KeyboardRouter {
  public:
-  // All are the owner's own and read anew at each use; handle and engine are null until its start has made them.
+  // All references are to members of the owner. They are read at each use. The handle and the engine are null until the
+  // owner's start has set them.
   KeyboardRouter(const HWND& mainWindow, const TitleBar& titleBar, const FlutterOverlay& overlay,
                  Fullscreen& fullscreen, const std::unique_ptr<FlutterEngine>& engine);
   KeyboardRouter(const KeyboardRouter&) = delete;
   KeyboardRouter& operator=(const KeyboardRouter&) = delete;
 
-  // Log who has the focus, and do nothing else.
+  // Log the focus and pass the message to the system.
   LRESULT OnSetFocus(WPARAM wParam, LPARAM lParam) const;
   LRESULT OnKillFocus(WPARAM wParam, LPARAM lParam) const;
   // F11 enters and leaves fullscreen, Escape leaves it; other keys go to the view.
   LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
-  // Key up, characters and the system keys end here, whoever takes them: none reaches the system's own handling, so Alt
-  // opens no menu.
+  // Key up, characters and system keys. They are forwarded to the view and never reach the system's default handling,
+  // even if the view does not handle them. Alt therefore opens no menu.
   LRESULT OnOtherKey(UINT message, WPARAM wParam, LPARAM lParam) const;
 
  private:

@@ -1,4 +1,4 @@
-// The process: one instance a user, one message loop for all windows, an orderly end.
+// The process: one instance per user session, one message loop for all windows, an orderly shutdown.
 #include <windows.h>
 
 #include <objbase.h>
@@ -22,8 +22,8 @@ constexpr wchar_t kWindowClass[] = L"VantroWindowClass";
 constexpr int kExitNormal = 0;
 constexpr int kExitStartFailed = 1;
 
-// Any main window of the running process serves the request, so whichever the system finds first will do. While that
-// process has no window yet, the request is lost: nobody waits for it.
+// Any main window of the running process can handle the request, so this uses the first one that the system finds. If
+// that process has no window yet, the request is lost: this process does not wait.
 void RequestWindowFromRunningInstance() {
   LOG_INFO("Vantro instance already running - requesting new window");
   const HWND window = FindWindowW(kWindowClass, nullptr);
@@ -38,14 +38,14 @@ void RequestWindowFromRunningInstance() {
 
 void ShowStartError(const char* text) { MessageBoxA(nullptr, text, "Error", MB_ICONERROR); }
 
-// Null when the window can't serve; the reason is logged and shown.
+// Returns null if the window cannot start; the failure is logged and shown.
 std::unique_ptr<VantroWindow> CreateFirstWindow(HINSTANCE instance) {
   auto window = std::make_unique<VantroWindow>(instance);
   LOG_INFO("Window instance created");
   if (!window->Initialize()) {
     LOG_ERROR("Failed to initialize application window");
     ShowStartError("Failed to initialize application");
-    // Before the window goes: its destructor runs without COM.
+    // Before the window is destroyed: its destructor runs without COM.
     CoUninitialize();
     return nullptr;
   }
@@ -53,7 +53,7 @@ std::unique_ptr<VantroWindow> CreateFirstWindow(HINSTANCE instance) {
   return window;
 }
 
-// Every window's messages, until WM_QUIT. A failing GetMessageA (-1) is not told apart from a message.
+// Dispatches the messages of all windows until WM_QUIT. A failed GetMessageA (-1) is treated like a message.
 int RunMessageLoop() {
   MSG message{};
   while (GetMessageA(&message, nullptr, 0, 0)) {
@@ -68,8 +68,8 @@ int Run(HINSTANCE instance, int showCommand) {
   std::set_terminate(RaiseUncaughtException);
   LOG_INFO("Vantro Initialization Started");
 
-  // The mutex guards by existing, nobody ever waits for it. A start that fails below leaves it to the system, so that
-  // the guard stands until the process has gone.
+  // Only the existence of the mutex matters; no thread waits for it. A start that fails below leaves the mutex open,
+  // and the system closes it when the process has ended.
   const HANDLE mutex = CreateMutexW(nullptr, FALSE, kInstanceMutex);
   if (GetLastError() == ERROR_ALREADY_EXISTS) {
     RequestWindowFromRunningInstance();

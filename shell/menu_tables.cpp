@@ -20,7 +20,8 @@ std::vector<MenuItem> ChoiceItems(const Setting& setting) {
   return items;
 }
 
-// A submenu for each text, then an item for each flag, then the way back. Made once, from the settings' table.
+// One submenu for each text setting, one item for each flag, then the item that restores the defaults. Built once from
+// the table of settings.
 std::span<const MenuItem> MediaSettingsMenu() {
   static const std::vector<std::vector<MenuItem>> submenus = [] {
     std::vector<std::vector<MenuItem>> made;
@@ -86,7 +87,7 @@ bool IsMenuItemShown(WORD id, const MenuState& state) {
 }
 
 UINT MenuItemFlags(WORD id, const MenuState& state) {
-  // While every window's setting says topmost, the choice for this one has nothing to change.
+  // While the always-on-top setting is on, the item for this window has no effect.
   const bool grayed = id == kAlwaysOnTopThisWindowCommand && state.settings.alwaysOnTop_;
   return (IsMenuItemChecked(id, state) ? MF_CHECKED : 0u) | (grayed ? MF_GRAYED : 0u);
 }

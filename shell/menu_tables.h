@@ -1,4 +1,4 @@
-// The File and Help menus as data: their items, and how each looks for a given state of the window.
+// The File and Help menus as data: their items, and how each item looks for a given state of the window.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace vantro {
 
-// What the menus show, as it is at the moment a menu opens.
+// The state that the menus show, read when a menu opens.
 struct MenuState {
   WindowSettings settings;
   bool alwaysOnTopThisWindow = false;
@@ -17,7 +17,7 @@ struct MenuState {
   size_t activeWindows = 1;
 };
 
-// A separator has neither text, id nor submenu; a submenu has no id.
+// A separator has no text, no id and no submenu. An item with a submenu has no id.
 struct MenuItem {
   const wchar_t* text = nullptr;
   WORD id = 0;
@@ -27,9 +27,9 @@ struct MenuItem {
 std::span<const MenuItem> FileMenuItems();
 std::span<const MenuItem> HelpMenuItems();
 
-// Whether the item is in the menu at all.
+// Returns whether the menu contains the item.
 bool IsMenuItemShown(WORD id, const MenuState& state);
-// MF_CHECKED and MF_GRAYED as they apply, else 0.
+// Returns MF_CHECKED, MF_GRAYED, both or 0.
 UINT MenuItemFlags(WORD id, const MenuState& state);
 
 }  // namespace vantro

@@ -39,7 +39,7 @@ LRESULT MouseRouter::OnLeftButtonDown(WPARAM wParam, LPARAM lParam) {
     volumeControl_.BeginDragAtPointer();
     return 0;
   }
-  // By hand again: the search for a child leaves the right and the lower edge out.
+  // A second test by hand, because ChildWindowFromPoint excludes the right and bottom edges.
   if (volumeControl_.Covers(point)) {
     LOG_DEBUG("WM_LBUTTONDOWN: Manual volume control hit test succeeded at (%d, %d)", static_cast<int>(point.x),
               static_cast<int>(point.y));

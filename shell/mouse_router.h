@@ -1,7 +1,8 @@
-// The mouse on the main window itself: the title bar, and whatever video and overlay leave free.
+// Mouse messages of the main window itself: on the title bar and on any area that video and overlay leave free.
 //
-// A window makes one before its native window. Main thread. Each operation serves the message of its name and returns
-// the window procedure's result. All go by where the pointer is now, not by where it was when the message was posted.
+// A main window creates one before its native window. Main thread. Each operation handles the message in its name and
+// returns the window procedure's result. All operations use the pointer's current position, not the position when the
+// message was posted.
 #pragma once
 
 #include <windows.h>
@@ -17,17 +18,19 @@ namespace vantro {
 
 class MouseRouter {
  public:
-  // All are the owner's own and read anew at each use; handle and engine are null until its start has made them.
+  // All references are to members of the owner. They are read at each use. The handle and the engine are null until the
+  // owner's start has set them.
   MouseRouter(const HWND& mainWindow, Fullscreen& fullscreen, VolumeControl& volumeControl, SearchBox& search,
               const std::unique_ptr<FlutterEngine>& engine);
   MouseRouter(const MouseRouter&) = delete;
   MouseRouter& operator=(const MouseRouter&) = delete;
 
-  // Calls the title bar back in fullscreen, and drags the volume.
+  // Shows the title bar in fullscreen when the pointer is at the top, and sets the volume during a volume drag.
   LRESULT OnMouseMove(WPARAM wParam, LPARAM lParam);
-  // Begins the volume's drag when the press is on the slider.
+  // Starts a volume drag if the press is on the slider.
   LRESULT OnLeftButtonDown(WPARAM wParam, LPARAM lParam);
-  // Any button: ends the volume's drag when it was the left one, and gives the focus back to the view.
+  // Any button. The left one ends a volume drag. Gives the focus back to the view, unless the search box has it or the
+  // button was released on the search box or the slider.
   LRESULT OnButtonUp(UINT message, WPARAM wParam, LPARAM lParam);
 
  private:

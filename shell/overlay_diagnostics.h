@@ -1,5 +1,5 @@
-// Lines in the log about the overlay's place and about who would catch its input. They decide nothing, and ask the
-// system nothing while the log is off. Main thread.
+// Log lines about the overlay's place and about the windows that would receive its input. They have no other effect,
+// and make no system call while the log is off. Main thread.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace vantro {
 
-// The windows that a point on the screen may turn out to belong to.
+// The host's windows that a point on the screen may belong to.
 struct StackedWindows {
   HWND mainWindow;
   HWND overlay;
@@ -16,8 +16,8 @@ struct StackedWindows {
 };
 
 void LogOverlayCreation(HWND mainWindow, const Rect& overlay);
-// The overlay after it was made to capture input, and the windows under the cursor and at its centre. exStyleBefore is
-// its extended style from before.
+// Logs the overlay after it was switched to capturing input, and the windows at the cursor and at the overlay's centre.
+// exStyleBefore is the overlay's extended style before the switch.
 void LogOverlayInput(const StackedWindows& windows, LONG_PTR exStyleBefore);
 
 }  // namespace vantro

@@ -15,7 +15,8 @@ namespace {
 
 constexpr int32_t kLoggedMessages = 50;
 
-// Counts the messages of all overlays, up to the type's end: a process that runs for weeks must not begin anew.
+// Counts the messages of all overlays. It stops at the type's maximum, so that it does not overflow in a process that
+// runs for weeks.
 int32_t overlayMessageCount = 0;
 
 void CountAndLog(UINT message) {
@@ -39,7 +40,7 @@ struct OverlayMessage {
 
 bool HasEngine(const VantroWindow* window) { return window && window->flutterEngine_; }
 
-// F11 toggles fullscreen, Escape leaves it. Returns whether the key was one of these.
+// F11 toggles fullscreen, Escape leaves it. Returns whether the key did one of these.
 bool CatchFullscreenKey(VantroWindow& window, WPARAM key) {
   if (key == VK_F11) {
     LOG_INFO("OverlayWindowProc: F11 pressed - toggling fullscreen");
@@ -52,7 +53,7 @@ bool CatchFullscreenKey(VantroWindow& window, WPARAM key) {
   return true;
 }
 
-// What is not for the view's window ends here with 1: the key was taken, though it is lost.
+// A key that the view does not take is reported as handled (1), so that the system does not act on it.
 LRESULT OnOverlayKeyDown(VantroWindow* window, const OverlayMessage& key) {
   if (window && CatchFullscreenKey(*window, key.wParam)) return 0;
   LOG_DEBUG("OVERLAY_WINDOW_HANDLER: WM_KEYDOWN key=%llu", static_cast<unsigned long long>(key.wParam));
@@ -74,7 +75,7 @@ LRESULT OnOverlayKeyDown(VantroWindow* window, const OverlayMessage& key) {
   return 1;
 }
 
-// A key takes the focus along to the view, but not in the middle of a drag.
+// Gives the view the focus for a key message, but not while a mouse button is down.
 void FocusChildForKey(HWND child, UINT message) {
   if (!IsKeyMessage(message) || IsMouseButtonHeld() || GetFocus() == child) return;
   LOG_DEBUG("OverlayWindowProc: Setting focus to Flutter window for keyboard input");
@@ -120,7 +121,7 @@ LRESULT OnOverlayMouseMove(VantroWindow* window, const OverlayMessage& move) {
   return 1;
 }
 
-// The wheel alone is sent, not posted, and not offered to the engine first.
+// Wheel messages are sent and not posted, unlike other input, and are not offered to the engine first.
 LRESULT OnOverlayWheel(VantroWindow* window, const OverlayMessage& wheel) {
   LOG_DEBUG("OVERLAY_WINDOW_HANDLER: MOUSE WHEEL MESSAGE %u - forwarding to Flutter window", wheel.message);
   const HWND child = HasEngine(window) ? LiveFlutterChild(window->flutterEngine_) : nullptr;
@@ -140,7 +141,7 @@ LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARA
   switch (message) {
     case WM_DESTROY:
       return 0;
-    case WM_CLOSE:  // never closes by itself: it goes with its owner
+    case WM_CLOSE:  // hidden only: the overlay is destroyed with its owner
       ShowWindow(hwnd, SW_HIDE);
       return 0;
     case WM_NCHITTEST:

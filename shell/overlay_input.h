@@ -1,12 +1,12 @@
-// The overlay's window procedure: input that reaches the overlay instead of the Flutter view.
+// The overlay's window procedure, for input that reaches the overlay instead of the Flutter view.
 #pragma once
 
 #include <windows.h>
 
 namespace vantro {
 
-// Catches F11 and Escape and hands the rest on to the view. Serves every overlay of the process, and whichever it
-// serves, it works with the newest window. Main thread.
+// Handles F11 and Escape and forwards other input to the view. All overlays of the process use it, and it always acts
+// on the newest window. Main thread.
 LRESULT CALLBACK OverlayWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
 }  // namespace vantro

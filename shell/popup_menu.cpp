@@ -9,7 +9,7 @@ namespace {
 
 void AppendItems(HMENU menu, std::span<const MenuItem> items, const MenuState& state);
 
-// A submenu that cannot be made is left out.
+// A submenu that cannot be created is left out.
 void AppendSubmenu(HMENU menu, const MenuItem& item, const MenuState& state) {
   ScopedMenu submenu(CreatePopupMenu());
   if (!submenu) return;
@@ -30,7 +30,8 @@ void AppendItems(HMENU menu, std::span<const MenuItem> items, const MenuState& s
   }
 }
 
-// Below the button, flush with its left edge. Without the button no menu appears. Returns when the menu has closed.
+// Shows the menu below the button, aligned with its left edge. Without the button no menu appears. Returns when the
+// menu has closed.
 void TrackMenuBelowButton(HMENU menu, HWND window, int buttonId) {
   const HWND button = GetDlgItem(window, buttonId);
   if (!button) return;

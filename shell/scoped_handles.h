@@ -1,5 +1,5 @@
-// Owners of the Win32 handles that the shell makes and must give back. Each closes its handle with the one function
-// that fits; a null handle is closed by nothing.
+// Owning types for the Win32 handles that the shell creates. Each closes its handle with the matching function; a null
+// handle is not closed.
 #pragma once
 
 #include <windows.h>
@@ -22,9 +22,9 @@ class ScopedHandle {
 
   Handle Get() const { return handle_; }
   explicit operator bool() const { return handle_ != Handle{}; }
-  // For functions that hand a handle out through a pointer; the owner must be empty.
+  // For functions that return a handle through a pointer. The owner must be empty.
   Handle* Receive() { return &handle_; }
-  // Gives the handle to another owner.
+  // Returns the handle and gives up its ownership.
   Handle Release() { return std::exchange(handle_, Handle{}); }
 
  private:
@@ -37,7 +37,7 @@ using ScopedIcon = ScopedHandle<HICON, DestroyIcon>;
 using ScopedMenu = ScopedHandle<HMENU, DestroyMenu>;
 using ScopedRegistryKey = ScopedHandle<HKEY, RegCloseKey>;
 
-// Selects an object into a device context for the lifetime of this one.
+// Selects an object into a device context and restores the previous one on destruction.
 class ScopedSelection {
  public:
   ScopedSelection(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}

@@ -42,7 +42,7 @@ void SearchBox::OnSearchDebounceTimer() {
   const std::string query = NarrowFromWide({text, static_cast<size_t>(length)});
   LOG_DEBUG("WM_TIMER: Search debounce complete, query: '%s'", query.c_str());
   if (!methodChannelHandler_ || !methodChannelHandler_->methodChannel_) return;
-  // A cleared box sends no argument at all, which the interface tells from an empty query.
+  // For a cleared box the event has no argument, which the interface distinguishes from an empty text.
   methodChannelHandler_->SendChannelEvent("search_query_changed", query);
   LOG_DEBUG("WM_TIMER: Sent search query to Flutter - Flutter will handle focus");
 }

@@ -1,6 +1,6 @@
-// The search box: waits for the typing to pause, then hands the text to the interface.
+// The search box: waits for a pause in the typing, then sends the text to the interface.
 //
-// A window makes one before its native window. Main thread.
+// A main window creates one before its native window. Main thread.
 #pragma once
 
 #include <windows.h>
@@ -14,20 +14,21 @@ namespace vantro {
 
 class SearchBox {
  public:
-  // All are the owner's own and read anew at each use; handle and handler are null until its start has made them.
+  // All references are to members of the owner. They are read at each use. The handle and the handler are null until
+  // the owner's start has set them.
   SearchBox(const HWND& mainWindow, const TitleBar& titleBar, const std::unique_ptr<MethodChannelHandler>& handler);
   SearchBox(const SearchBox&) = delete;
   SearchBox& operator=(const SearchBox&) = delete;
 
   HWND Window() const { return titleBar_.Controls().searchBox_; }
 
-  // Its text changed: starts the wait anew.
+  // Handles a change of the text: restarts the wait.
   void HandleSearchInput();
-  // The pause has come: sends the text to the interface. Without box or channel nothing is sent.
+  // Handles the end of the wait: sends the text to the interface. Without box or channel nothing is sent.
   void OnSearchDebounceTimer();
-  // Ends a wait without sending.
+  // Cancels a wait without sending.
   void StopDebounceTimer();
-  // The left button went down on the main window; tells whether it was on the box.
+  // Records a press of the left button on the main window. isOnBox says whether it was on the box.
   void NoteLeftButtonDown(bool isOnBox) { searchBoxClicked_ = isOnBox; }
 
  private:
@@ -35,7 +36,7 @@ class SearchBox {
   const TitleBar& titleBar_;
   const std::unique_ptr<MethodChannelHandler>& methodChannelHandler_;
   UINT_PTR searchDebounceTimer_ = 0;  // 0 while the timer does not run
-  bool searchBoxClicked_ = false;     // read by nothing
+  bool searchBoxClicked_ = false;     // never read
 
   friend struct RoomPeer;
 };

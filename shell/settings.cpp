@@ -35,8 +35,8 @@ constexpr SettingChoice kDeinterlaceChoices[] = {
     {kDeinterlaceMeanCommand, L"&Mean", "mean", "HandleMenuCommand: VLC Deinterlacing - Mean"},
 };
 
-// The first is the window's; those of the media engine follow. Lines of the log stand whole, so that they can be
-// searched for.
+// The first setting is the window's; the media engine's settings follow. Log lines are whole literals, so that they can
+// be searched for.
 constexpr Setting kSettings[] = {
     {L"AlwaysOnTop",
      &WindowSettings::alwaysOnTop_,
@@ -83,7 +83,7 @@ bool IsAlwaysOnTop(const Setting& setting) { return setting.flag == &WindowSetti
 
 const char* EnabledOrDisabled(bool value) { return value ? "enabled" : "disabled"; }
 
-// The type is not looked at: four bytes of anything count, and more than four do not.
+// Does not check the type: any value of at most four bytes is accepted, and a longer one counts as absent.
 std::optional<bool> ReadFlag(HKEY key, const wchar_t* name) {
   DWORD value = 0;
   DWORD size = sizeof value;
@@ -94,7 +94,7 @@ std::optional<bool> ReadFlag(HKEY key, const wchar_t* name) {
 }
 
 std::optional<std::string> ReadText(HKEY key, const wchar_t* name) {
-  // One character more than is read: a value without a terminator ends there.
+  // One character more than is read, so that a value without a terminator gets one.
   wchar_t value[kReadBufferBytes / sizeof(wchar_t) + 1] = {};
   DWORD size = kReadBufferBytes;
   if (RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(value), &size) != ERROR_SUCCESS) {
@@ -108,7 +108,7 @@ LSTATUS WriteFlag(HKEY key, const wchar_t* name, bool flag) {
   return RegSetValueExW(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);
 }
 
-// Stored with its terminator and one further zero.
+// Stores the text with its terminator and one more zero.
 LSTATUS WriteText(HKEY key, const wchar_t* name, const std::string& text) {
   std::wstring value = WideFromNarrow(text);
   value.append(2, L'\0');
@@ -116,7 +116,7 @@ LSTATUS WriteText(HKEY key, const wchar_t* name, const std::string& text) {
                         static_cast<DWORD>(value.size() * sizeof(wchar_t)));
 }
 
-// False when the value is absent, which leaves the member as it is.
+// Returns false if the value is absent; the member is then unchanged.
 bool LoadSetting(HKEY key, const Setting& setting, WindowSettings* settings) {
   if (setting.flag) {
     const std::optional<bool> flag = ReadFlag(key, setting.valueName);

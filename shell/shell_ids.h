@@ -1,14 +1,15 @@
-// Control and command ids, timer ids and private messages of the shell, each stated once.
+// Control and command ids, timer ids and private messages of the shell. Each is defined only here.
 #pragma once
 
 #include <windows.h>
 
 namespace vantro {
 
-// Posted by a second launch: open one more window. wParam and lParam are 0.
+// Posted by a second launch to open one more window. wParam and lParam are 0.
 constexpr UINT WM_VANTRO_NEW_WINDOW = WM_USER + 1;
 
-// Timers, all on the main window and without a timer procedure. The player's own timers have ids made from addresses.
+// Timers, all on the main window and without a timer procedure. The ids of the player's timers are derived from
+// addresses.
 constexpr UINT_PTR kSearchDebounceTimerId = 1001;
 constexpr UINT kSearchDebounceMs = 500;
 constexpr UINT_PTR kMouseTrackingTimerId = 1002;

@@ -19,7 +19,7 @@ constexpr COLORREF kSpeakerColor = 0xFFFFFF;
 std::wstring InWorkingDirectory(const wchar_t* fileName) {
   std::wstring folder(GetCurrentDirectoryW(0, nullptr), L'\0');
   folder.resize(GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data()));
-  if (folder.empty() || folder.back() != L'\\') folder += L'\\';  // a drive's root ends in one
+  if (folder.empty() || folder.back() != L'\\') folder += L'\\';  // a drive's root already ends in a backslash
   return folder + fileName;
 }
 

@@ -12,7 +12,8 @@ namespace vantro {
 
 namespace {
 
-// Through the ANSI code page, in which the system handed the narrow path out; std::filesystem would take it for UTF-8.
+// Converts from the ANSI code page, in which the system returned the narrow path; std::filesystem would read it as
+// UTF-8.
 std::filesystem::path PathFromAnsi(const std::string& narrow) {
   const int narrowLength = static_cast<int>(narrow.size());
   const int length = MultiByteToWideChar(CP_ACP, 0, narrow.data(), narrowLength, nullptr, 0);
@@ -21,18 +22,18 @@ std::filesystem::path PathFromAnsi(const std::string& narrow) {
   return wide;
 }
 
-// A path that can't be looked at counts as absent.
+// A path that cannot be queried counts as absent.
 bool CanBeFound(const std::string& path) {
   std::error_code error;
   return std::filesystem::exists(PathFromAnsi(path), error);
 }
 
-// Throws when the path can't be looked at.
+// Throws if the path cannot be queried.
 bool Exists(const std::string& path) { return std::filesystem::exists(PathFromAnsi(path)); }
 
 unsigned long long FileSize(const std::string& path) { return std::filesystem::file_size(PathFromAnsi(path)); }
 
-// Asks the system itself: a variable that cannot be read has a line of its own.
+// Uses the system call, because a variable that cannot be read has its own log line.
 void LogPathVariable() {
   const DWORD size = GetEnvironmentVariableA("PATH", nullptr, 0);
   if (size == 0) {

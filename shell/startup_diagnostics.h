@@ -1,19 +1,19 @@
-// Lines in the log that tell, after a start went wrong, what was there and what was not. They decide nothing: no
-// result, no effect that outlives the call. Main thread.
+// Log lines that help to explain a failed start: which files and functions were present. They return nothing and have
+// no lasting effect. Main thread.
 #pragma once
 
 #include <windows.h>
 
 namespace vantro {
 
-// Where libvlc is looked for, and whether its two libraries are there. What can't be looked at counts as absent; only
-// GetVlcPath may throw (player/vlc_runtime.h).
+// Logs where libvlc is searched for and whether its two libraries are there. A path that cannot be queried counts as
+// absent; only GetVlcPath may throw (player/vlc_runtime.h).
 void LogVlcRuntime();
-// After the player refused: whether the library can be loaded and has its first function.
+// Called after the player's initialization failed. Logs whether the library can be loaded and has its first function.
 void LogLibVlcLoad();
-// What of the interface's bundle lies beside the executable. A failing file system query throws.
+// Logs which files of the interface's bundle are beside the executable. Throws if a file system query fails.
 void LogFlutterBundle();
-// After the main window's creation failed: its error, and whether any window can be made.
+// Called after the creation of the main window failed. Logs the error, and whether any window can be created.
 void LogWindowCreationFailure(HINSTANCE instance, DWORD error);
 
 }  // namespace vantro

@@ -17,7 +17,7 @@ namespace vantro {
 
 namespace {
 
-// Newer than some of the SDKs that this builds with.
+// These attributes are newer than some of the SDKs that this builds with.
 constexpr DWORD kDwmBorderColorAttribute = 34;
 constexpr DWORD kDwmCaptionColorAttribute = 35;
 
@@ -28,22 +28,23 @@ constexpr int kAppIconSize = 16;
 constexpr LONG kPaintTop = -2;
 
 HWND CreateTitleBarControl(const TitleBarControl& control, HWND parent, HINSTANCE instance) {
-  // A child window's id travels in the place of a menu handle.
+  // For a child window the menu argument is the window's id.
   const HMENU id = reinterpret_cast<HMENU>(UINT_PTR{control.id});
   const Rect& place = control.createdAt;
   return CreateWindowExW(control.exStyle, control.className, control.text, control.style, place.left, place.top,
                          place.Width(), place.Height(), parent, id, instance, nullptr);
 }
 
-// The static does not own its icon: it lives until the process ends. Without the resource the static stays empty.
+// The static control does not own its icon, which exists until the process ends. Without the resource the control stays
+// empty.
 void SetAppIcon(HWND iconStatic, HINSTANCE instance) {
   const HANDLE icon =
       LoadImageA(instance, MAKEINTRESOURCEA(kAppIconResource), IMAGE_ICON, kAppIconSize, kAppIconSize, LR_DEFAULTCOLOR);
   if (icon) SendMessageA(iconStatic, STM_SETICON, reinterpret_cast<WPARAM>(icon), 0);
 }
 
-// Moves the focus into the search box and back, which proves in the log that the box can be typed into. A focus that
-// nobody had is not given back.
+// Moves the focus into the search box and back, and logs whether the box can have it. If no window had the focus, it
+// stays in the box.
 void TestSearchBoxFocus(HWND searchBox) {
   const HWND oldFocus = GetFocus();
   SetFocus(searchBox);
@@ -67,7 +68,7 @@ void PrepareSearchBox(HWND searchBox) {
   TestSearchBoxFocus(searchBox);
 }
 
-// What the log tells of the two controls of the volume; the others are made without a word.
+// Logs the creation of the two volume controls. The other controls are not logged here.
 void LogCreation(const TitleBarControl& control, HWND window) {
   if (control.id == kSpeakerIconId) {
     if (window) {
@@ -103,7 +104,7 @@ void TitleBar::EndDrawing() {
 void TitleBar::RemoveStandardTitleBar() {
   LOG_INFO("RemoveStandardTitleBar: Removing Windows title bar");
   const LONG style = GetWindowLongA(hwnd_, GWL_STYLE);
-  // The sizing frame stays: it is what keeps the window resizable.
+  // The sizing frame stays, so that the window is resizable.
   SetWindowLongA(hwnd_, GWL_STYLE, (style & ~kStandardTitleBarStyles) | WS_THICKFRAME);
   // A system without these attributes keeps its default border.
   DwmSetWindowAttribute(hwnd_, kDwmBorderColorAttribute, &kTitleBarColor, sizeof kTitleBarColor);
@@ -145,7 +146,7 @@ void TitleBar::ShowControls(int command) {
 }
 
 void TitleBar::RedrawMaximizeButton() {
-  // A null window would stand for every window of the desktop.
+  // A null handle would invalidate every window of the desktop.
   if (controls_.maximizeButton_) InvalidateRect(controls_.maximizeButton_, nullptr, TRUE);
 }
 

@@ -1,8 +1,8 @@
-// The self-drawn title bar: takes the system's bar away, makes the controls, keeps them in place, paints the strip that
-// they stand on.
+// The self-drawn title bar. It removes the system's bar, creates the controls, keeps them in place and paints the strip
+// behind them.
 //
-// A window makes one before its native window. Main thread. A control that could not be made stays null, and whatever
-// is done to it is left out.
+// A main window creates one before its native window. Main thread. A control that could not be created stays null, and
+// the operations skip it.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +12,7 @@ namespace vantro {
 // Red 70, green 70, blue 95.
 constexpr COLORREF kTitleBarColor = 0x5F4646;
 
-// The controls' handles. They go with the main window, whose children they are.
+// The controls' handles. The controls are children of the main window and are destroyed with it.
 struct TitleBarControls {
   HWND searchBox_ = nullptr;
   HWND fileButton_ = nullptr;
@@ -28,42 +28,43 @@ struct TitleBarControls {
 
 class TitleBar {
  public:
-  // The handle is the owner's own: null until its native window is there, and read anew at each use.
+  // The reference is to the owner's handle. It is read at each use and is null until the native window exists.
   explicit TitleBar(const HWND& mainWindow);
   ~TitleBar();
   TitleBar(const TitleBar&) = delete;
   TitleBar& operator=(const TitleBar&) = delete;
 
-  // Takes caption and system buttons from the main window and leaves its sizing frame.
+  // Removes caption and system buttons from the main window and keeps its sizing frame.
   void RemoveStandardTitleBar();
-  // Makes the controls and lays them out. Moves the focus into the search box and back, if somebody had it.
+  // Creates the controls and lays them out. Moves the focus into the search box, and back if a window had it before.
   void CreateCustomTitleBar(HINSTANCE instance);
-  // Places the controls that keep their distance from the client area's right edge.
+  // Places the controls that have a fixed distance from the client area's right edge.
   void LayoutTitleBarControls();
 
   const TitleBarControls& Controls() const { return controls_; }
-  // Borrowed; lives until EndDrawing.
+  // Owned by the title bar and valid until EndDrawing.
   HBRUSH Brush() const { return titleBarBrush_; }
 
-  // ShowWindow with this command on every control, in a fixed order.
+  // Calls ShowWindow with this command for every control, in a fixed order.
   void ShowControls(int command);
-  // The maximize button's glyph tells fullscreen from the normal window.
+  // Redraws the maximize button, whose glyph is different in fullscreen.
   void RedrawMaximizeButton();
 
-  // Serves WM_PAINT: paints the strip unless it is hidden in fullscreen. Video and overlay cover the rest.
+  // Handles WM_PAINT: paints the strip unless it is hidden in fullscreen. Video and overlay cover the rest.
   void Paint(bool isFullscreen, bool isVisible);
-  // Serves WM_NCPAINT: the frame's top edge in the bar's colour.
+  // Handles WM_NCPAINT: paints the frame's top edge in the bar's colour.
   void PaintFrameEdge();
-  // Paints the strip without waiting for WM_PAINT. False without a device context.
+  // Paints the strip without waiting for WM_PAINT. Returns false without a device context.
   bool PaintNow();
-  // Makes the strip invalid and has it painted before it returns. Without a client area the strip is width pixels wide.
+  // Invalidates the strip and repaints it before returning. If the client area cannot be read, the strip is width
+  // pixels wide.
   void Repaint(bool erase, int width);
-  // Serves WM_DRAWITEM of the buttons and of the speaker icon.
+  // Handles WM_DRAWITEM of the buttons and of the speaker icon.
   void DrawItem(const DRAWITEMSTRUCT& item, bool isFullscreen) const;
-  // Serves WM_CTLCOLOREDIT and its like: white on the bar's colour.
+  // Handles WM_CTLCOLOREDIT and the like: white text on the bar's colour. Returns the bar's brush.
   HBRUSH ColorControl(HDC dc) const;
 
-  // Gives the brush back, before the library that the window draws with goes. Nothing may be drawn afterwards.
+  // Deletes the brush. Called before GDI+ shuts down. Nothing may be drawn afterwards.
   void EndDrawing();
 
  private:

@@ -1,5 +1,5 @@
-// The title bar's controls as data: how each is created, which of them the layout moves, and which come and go in
-// fullscreen.
+// The title bar's controls as data: how each is created, which ones the layout moves, and which ones are hidden and
+// shown in fullscreen.
 #pragma once
 
 #include <windows.h>
@@ -27,10 +27,10 @@ struct TitleBarControl {
   Rect createdAt;
 };
 
-// The window buttons come up as high as the bar.
+// The window buttons are created with the height of the bar.
 constexpr Rect kNewWindowButton{0, 0, kWindowButtonSize.width, TITLE_BAR_HEIGHT};
 
-// In the order of creation. The layout moves those that are right-aligned before they are seen.
+// In the order of creation. The layout moves the right-aligned controls before they are visible.
 inline constexpr TitleBarControl kTitleBarControls[] = {
     {&TitleBarControls::appIconStatic_, L"STATIC", L"", 0, kIconStaticStyle, 0, kAppIconPlace},
     {&TitleBarControls::titleStatic_, L"STATIC", L"Vantro", 0, kTitleStaticStyle, 0, kTitlePlace},

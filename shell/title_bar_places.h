@@ -1,5 +1,5 @@
-// Where the title bar's controls stand, over plain values: the bar creates and lays them out by these places, and the
-// hit test takes its zones from them. Pixels of the main window's client area.
+// The places of the title bar's controls, as plain values. The bar creates and lays out its controls by them, and the
+// hit test takes its zones from them. Client pixels of the main window.
 #pragma once
 
 #include "common/geometry.h"
@@ -8,7 +8,7 @@
 
 namespace vantro {
 
-// Depth of the window's top sizing edge. The window buttons begin right below it.
+// Height of the window's top sizing edge. The window buttons start right below it.
 constexpr int kTopEdge = 3;
 
 constexpr Rect kAppIconPlace = RectAt(8, 7, {16, 16});
@@ -16,9 +16,9 @@ constexpr Rect kTitlePlace = RectAt(32, 6, {50, 18});
 constexpr Rect kFileButtonPlace = RectAt(90, 5, {35, 20});
 constexpr Rect kHelpButtonPlace = RectAt(135, 5, {35, 20});
 
-// A place that keeps its distance from the client area's right edge.
+// A place at a fixed distance from the client area's right edge.
 struct RightAlignedPlace {
-  int fromRight;  // from that edge to the control's left one
+  int fromRight;  // from that edge to the control's left edge
   int y;
   Size size;
 

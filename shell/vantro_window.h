@@ -1,7 +1,7 @@
 // One top-level window: the native window with its chrome, its player, its Flutter view and its channels.
 //
-// Main thread. All handles are plain Win32 handles, null when absent; the system destroys child and owned windows with
-// hwnd_, so every use of a handle that could be gone tests it with IsWindow.
+// Main thread. All handles are plain Win32 handles, null when absent. The system destroys child and owned windows with
+// hwnd_, so every use of a handle that may be destroyed tests it with IsWindow.
 #pragma once
 
 #include <windows.h>
@@ -32,30 +32,32 @@ class VantroWindow {
   VantroWindow(const VantroWindow&) = delete;
   VantroWindow& operator=(const VantroWindow&) = delete;
 
-  // Brings the window up, hidden. False when the window cannot serve; the object can then only be destroyed.
+  // Creates the native window, hidden, and everything in it. Returns false on failure; the object can then only be
+  // destroyed.
   bool Initialize();
 
-  // The class's window procedure: hands each message to the object that the native window belongs to.
+  // The procedure of the window class. Passes each message to the object of its native window.
   static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
   // Enters fullscreen, or leaves it.
   void ToggleFullscreen() { fullscreen_.ToggleFullscreen(); }
   bool isFullscreen() const { return fullscreen_.IsFullscreen(); }
-  // The pointer has moved over one of the two native windows: in fullscreen the bar may come or go.
+  // Handles a move of the pointer over one of the two native windows. In fullscreen it may show the bar or start its
+  // auto-hide timer.
   void FollowPointer(TopAreaCaller caller) { fullscreen_.FollowPointer(caller); }
 
-  // The overlay's room, for the hook, and its native window.
+  // The overlay, for the hook, and its native window.
   FlutterOverlay& Overlay() { return overlay_; }
   HWND flutterHostWindow() const { return overlay_.Window(); }
 
   HINSTANCE Instance() const { return hInstance_; }
   const WindowSize& Size() const { return size_; }
 
-  // The window constructed last: the one road from the static hook and overlay procedures to a window. Null once that
-  // window's object is gone, also while older windows live.
+  // The window that was constructed last. The static hook and overlay procedures reach a window only through it. Null
+  // after that window's object is destroyed, even while older windows exist.
   static VantroWindow* instance_;
 
-  // What the other parts of the host read.
+  // Read by the other parts of the host.
   HWND hwnd_ = nullptr;
   std::unique_ptr<VLCPlayer> vlcPlayer_;
   std::unique_ptr<FlutterEngine> flutterEngine_;
@@ -93,13 +95,13 @@ class VantroWindow {
   std::wstring windowTitle_ = L"Vantro";
   WindowSize size_;
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> vodThumbnailPlugin_;
-  bool reservedFlag_ = true;  // nothing reads these two
+  bool reservedFlag_ = true;  // these two are never read
   double reservedFactor_ = 1.0;
   ULONG_PTR gdiplusToken_ = 0;
-  UINT_PTR reservedTimerId_ = 0;  // nothing sets it; the destructor still tests it
+  UINT_PTR reservedTimerId_ = 0;  // never set; the destructor still tests it
   HBRUSH backgroundBrush_ = nullptr;
 
-  // The rooms.
+  // The rooms: the parts of the window, each with private state.
   TitleBar titleBar_{hwnd_};
   FlutterOverlay overlay_{hwnd_, flutterEngine_};
   Fullscreen fullscreen_{hwnd_, size_, titleBar_, overlay_};

@@ -55,7 +55,7 @@ VolumeControl::VolumeControl(const HWND& mainWindow, const TitleBar& titleBar, c
     : hwnd_(mainWindow), titleBar_(titleBar), vlcPlayer_(player) {}
 
 void VolumeControl::Redraw() {
-  // Without the control there is nothing to redraw: a null window would stand for all of them.
+  // A null handle would invalidate every window of the desktop.
   if (Window()) InvalidateRect(Window(), nullptr, TRUE);
 }
 

@@ -1,11 +1,13 @@
-// The volume slider of the title bar: its clicks, its drag, its drawing. It alone sets the player's volume.
+// The volume slider of the title bar: its clicks, its drag, its drawing. Outside the player, no other code sets the
+// player's volume.
 //
 //   Idle -- left button down on the slider --> Dragging -- left button up on the main window --> Idle
 //
-// While Dragging the main window has the mouse and the slider shows its percentage. A capture that another window takes
-// away does not end the drag: only the button's release does, and until then the pointer's moves set the volume.
+// While Dragging, the main window has the mouse capture and the slider shows its percentage. Only the release of the
+// button ends the drag. If another window takes the capture, the drag continues, and the pointer's moves still set the
+// volume.
 //
-// A window makes one before its native window. Main thread.
+// A main window creates one before its native window. Main thread.
 #pragma once
 
 #include <windows.h>
@@ -21,32 +23,34 @@ namespace vantro {
 
 class VolumeControl {
  public:
-  // All are the owner's own and read anew at each use; handle and player are null until its start has made them.
+  // All references are to members of the owner. They are read at each use. The handle and the player are null until the
+  // owner's start has set them.
   VolumeControl(const HWND& mainWindow, const TitleBar& titleBar, const std::unique_ptr<VLCPlayer>& player);
   VolumeControl(const VolumeControl&) = delete;
   VolumeControl& operator=(const VolumeControl&) = delete;
 
   bool IsDragging() const { return isVolumeDragging_; }
 
-  // Null before the title bar has made it.
+  // Null until the title bar has created it.
   HWND Window() const { return titleBar_.Controls().volumeControl_; }
-  // Whether the point, in client coordinates of the main window, lies on the slider. All four edges belong to it.
+  // Returns whether the point, in client coordinates of the main window, is on the slider. All four edges are included.
   bool Covers(POINT point) const;
 
-  // The left button went down on the slider: drags from where the pointer is now.
+  // Handles a press of the left button on the slider: starts a drag at the pointer's current position.
   void BeginDragAtPointer();
-  // The pointer moved while dragging: sets the volume for where it is now.
+  // Handles a move of the pointer during a drag: sets the volume for the pointer's current position.
   void DragToPointer();
-  // The slider's own notification of a click: the pointer is where the press was, or near it.
+  // Handles the slider's own click notification: starts a drag at the pointer's current position, which is at or near
+  // the press.
   void OnClickNotification();
-  // Drags from this position on, relative to the slider.
+  // Starts a drag at this position, relative to the slider's top left corner.
   void BeginVolumeDrag(int x, int y);
   void EndVolumeDrag();
-  // Sets the volume for a position relative to the slider's left and top. Beyond the ends it is clamped.
+  // Sets the volume for a position relative to the slider's top left corner. A position beyond the ends is clamped.
   void HandleVolumeClick(int x, int y);
-  // Hands percent on to the player; without one this is logged.
+  // Sets the player's volume, in percent. Without a player it only logs a warning.
   void SetVlcVolume(int volume);
-  // Serves WM_DRAWITEM of the slider.
+  // Handles WM_DRAWITEM of the slider.
   void DrawVolumeControl(const DRAWITEMSTRUCT& item) const;
 
  private:

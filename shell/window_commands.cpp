@@ -33,7 +33,7 @@ void WindowCommands::OnCommand(WPARAM wParam, LPARAM lParam) {
   RedirectFocusAfterCommand();
 }
 
-// A button that was clicked keeps the focus otherwise, and the view would hear no key.
+// Otherwise a clicked button would keep the focus, and the view would receive no keys.
 void WindowCommands::RedirectFocusAfterCommand() {
   if (GetFocus() == search_.Window()) {
     LOG_DEBUG("WM_COMMAND: Search box has focus, not stealing it");
@@ -44,11 +44,18 @@ void WindowCommands::RedirectFocusAfterCommand() {
 }
 
 void WindowCommands::ShowFileMenu() {
-  ShowPopupMenu(window_.hwnd_, {"ShowFileMenu: Showing File popup menu", "ShowFileMenu: Failed to create popup menu", kFileButtonId, FileMenuItems()},
+  ShowPopupMenu(window_.hwnd_,
+                {"ShowFileMenu: Showing File popup menu", "ShowFileMenu: Failed to create popup menu", kFileButtonId,
+                 FileMenuItems()},
                 {settings_, alwaysOnTopThisWindow_, fullscreen_.IsFullscreen(), CountActiveWindows()});
 }
 
-void WindowCommands::ShowHelpMenu() { ShowPopupMenu(window_.hwnd_, {"ShowHelpMenu: Showing Help popup menu", "ShowHelpMenu: Failed to create popup menu", kHelpButtonId, HelpMenuItems()}, {}); }
+void WindowCommands::ShowHelpMenu() {
+  ShowPopupMenu(window_.hwnd_,
+                {"ShowHelpMenu: Showing Help popup menu", "ShowHelpMenu: Failed to create popup menu", kHelpButtonId,
+                 HelpMenuItems()},
+                {});
+}
 
 void WindowCommands::HandleMenuCommand(WORD commandId) {
   LOG_DEBUG("HandleMenuCommand: Received command %d", commandId);
@@ -64,7 +71,7 @@ bool WindowCommands::RunCommand(WORD id) {
   };
   static constexpr Command kCommands[] = {
       {kMinimizeButtonId, "HandleMenuCommand: Minimize button clicked", &WindowCommands::Minimize},
-      // There is no maximized state: the button with the square enters and leaves fullscreen.
+      // There is no maximized state: the maximize button enters and leaves fullscreen.
       {kMaximizeButtonId, "HandleMenuCommand: Maximize button clicked - toggling fullscreen",
        &WindowCommands::ToggleFullscreen},
       {kCloseButtonId, "HandleMenuCommand: Close button clicked", &WindowCommands::PostClose},
@@ -110,7 +117,7 @@ bool WindowCommands::ChangeMediaSetting(WORD id) {
 
 void WindowCommands::OpenNewWindow() { CreateNewWindow(window_); }
 
-// Without a channel the interface cannot be asked, and the command does nothing.
+// Without a channel to the interface the command does nothing.
 void WindowCommands::RequestSettings() {
   if (window_.methodChannelHandler_) window_.methodChannelHandler_->SendChannelEvent("settings_requested", "");
 }
@@ -125,7 +132,7 @@ void WindowCommands::Minimize() { ShowWindow(window_.hwnd_, SW_MINIMIZE); }
 
 void WindowCommands::ToggleFullscreen() { fullscreen_.ToggleFullscreen(); }
 
-// This window only: the others keep their own state.
+// Changes this window only. The others keep their own state.
 void WindowCommands::ToggleAlwaysOnTop() {
   settings_.alwaysOnTop_ = !settings_.alwaysOnTop_;
   overlay_.ApplyTopmost(settings_.alwaysOnTop_);
@@ -137,7 +144,7 @@ void WindowCommands::ToggleAlwaysOnTop() {
   SaveSettings();
 }
 
-// The flag flips also while the setting overrules it, and shows at the next toggle without the setting.
+// The flag changes even while the setting overrides it. The change takes effect at the next toggle without the setting.
 void WindowCommands::ToggleAlwaysOnTopThisWindow() {
   alwaysOnTopThisWindow_ = !alwaysOnTopThisWindow_;
   if (settings_.alwaysOnTop_) {

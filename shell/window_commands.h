@@ -1,6 +1,6 @@
 // The File and Help menus, and every command of the menus, the window buttons and the volume control.
 //
-// A menu lives for the one call that shows it; the chosen item comes back as WM_COMMAND. Main thread.
+// A menu exists only during the call that shows it. The chosen item arrives as WM_COMMAND. Main thread.
 #pragma once
 
 #include <windows.h>
@@ -17,24 +17,24 @@ class VantroWindow;
 
 class WindowCommands {
  public:
-  // All are the owner's own. The window is asked for its handle, its channel and its view, and stands beside the
-  // windows that are opened from it.
+  // All references are to the owner and its members. The commands use the window's handle, channel and view, and place
+  // new windows next to it.
   WindowCommands(VantroWindow& window, FlutterOverlay& overlay, Fullscreen& fullscreen, VolumeControl& volumeControl,
                  SearchBox& search);
   WindowCommands(const WindowCommands&) = delete;
   WindowCommands& operator=(const WindowCommands&) = delete;
 
-  // Serves WM_COMMAND: the search box's text, the menu buttons, any other command. Then the view has the focus, unless
-  // the search box has it.
+  // Handles WM_COMMAND: text changes of the search box, the menu buttons, and all other commands. Gives the view the
+  // focus after a menu button or a command, unless the search box has the focus.
   void OnCommand(WPARAM wParam, LPARAM lParam);
 
-  // Below their buttons; return when the menu has closed.
+  // Show a menu below its button. Return when the menu has closed.
   void ShowFileMenu();
   void ShowHelpMenu();
-  // Runs a command by its id. An id that is none does nothing.
+  // Runs the command with this id. An unknown id is only logged.
   void HandleMenuCommand(WORD commandId);
 
-  // Reads the stored settings, and raises window and overlay if they say so.
+  // Reads the stored settings, and makes window and overlay topmost if the settings say so.
   void LoadSettings();
   void SaveSettings();
 

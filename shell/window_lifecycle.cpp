@@ -1,4 +1,4 @@
-// How a window object begins, comes up and ends.
+// Construction, start and destruction of a window object.
 #include <utility>
 
 #include "common/log.h"
@@ -34,7 +34,7 @@ bool VantroWindow::Initialize() {
     return false;
   }
   LOG_INFO("VantroWindow::InitializeVLC() succeeded");
-  // A window without its overlay fails below, where the view finds no parent.
+  // Without the overlay the start fails below, because the view has no parent.
   if (overlay_.CreateFlutterOverlay(hInstance_)) {
     LOG_INFO("VantroWindow::CreateFlutterOverlay() succeeded");
   } else {
@@ -51,13 +51,13 @@ bool VantroWindow::Initialize() {
     LOG_DEBUG("Final Z-order: Set Flutter overlay on top after all initialization");
   }
   LOG_INFO("VantroWindow::InitializeFlutter() succeeded");
-  // Last, so the player has come up without the stored settings; they may raise window and overlay.
+  // Last: the player has started without the stored settings. They may make window and overlay topmost.
   commands_.LoadSettings();
   LOG_INFO("VantroWindow::Initialize() completed successfully");
   return true;
 }
 
-// Copes with any subset of members being null: it also ends a window whose start failed half-way.
+// Works with any subset of null members, because it also ends a window whose start failed half-way.
 VantroWindow::~VantroWindow() {
   LOG_INFO("~VantroWindow: Destructor called for window %p", static_cast<void*>(this));
   LOG_INFO("~VantroWindow: IsShuttingDown() = %s", IsShuttingDown() ? "true" : "false");
@@ -73,19 +73,18 @@ VantroWindow::~VantroWindow() {
   if (reservedTimerId_) KillTimer(hwnd_, std::exchange(reservedTimerId_, 0));
   search_.StopDebounceTimer();
   overlay_.RemoveWindowHook();
-  // The handler goes first: on its way out it writes the session marker and still touches engine and player.
+  // The handler is destroyed first: its destructor writes the session marker and still uses engine and player.
   methodChannelHandler_.reset();
   flutterEngine_.reset();
   vlcPlayer_.reset();
   overlay_.Destroy();
-  // Fails while any window of the class lives.
+  // Fails while any window of the class exists.
   if (hInstance_) UnregisterClassW(className_.c_str(), hInstance_);
   DeleteObject(backgroundBrush_);
   titleBar_.EndDrawing();
   Gdiplus::GdiplusShutdown(gdiplusToken_);
   if (instance_ == this) instance_ = nullptr;
-  // After a failed start the native window is still there and stays until the process ends. From here on the system
-  // alone answers its messages.
+  // After a failed start the native window still exists. From here on only the system handles its messages.
   if (IsWindow(hwnd_)) SetWindowLongPtrA(hwnd_, GWLP_USERDATA, 0);
 }
 

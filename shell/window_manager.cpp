@@ -41,9 +41,9 @@ void LogPlacement(const WindowPlacement& placement) {
   }
 }
 
-// Owns a window until it is registered. A window that does not get that far leaves its hidden native window behind, on
-// which requests for further windows would be lost: what is left goes once the object has gone, so that the native
-// window has no object to call.
+// Owns a window until it is registered. A window that fails before that leaves a hidden native window, and requests for
+// new windows would be lost on it. The destructor therefore destroys the native window too. It does so after the
+// object, so that the native window has no object to call.
 class UnregisteredWindow {
  public:
   explicit UnregisteredWindow(HINSTANCE instance) : window_(std::make_unique<VantroWindow>(instance)) {}
@@ -69,7 +69,7 @@ void CreateShowAndRegister(const VantroWindow& reference) {
     LOG_ERROR("CreateNewWindow: Failed to initialize new window");
     return;
   }
-  // The reference's size, which is its client size while it is normal, stands in for the new window's own.
+  // Uses the reference's size, which is its client size in the normal state, for the new window.
   const WindowPlacement placement = PlaceNewWindow(
       OuterRect(reference.hwnd_), {reference.Size().width_, reference.Size().height_}, WorkAreaOf(reference.hwnd_));
   LogPlacement(placement);
@@ -117,7 +117,7 @@ void UnregisterWindow(VantroWindow* window) {
     LOG_WARNING("UnregisterWindow: Window %p not found in registry", static_cast<void*>(window));
     return;
   }
-  // The caller is the destructor of the window, so the entry only forgets it.
+  // The caller is the window's destructor, so the entry must not delete the window.
   static_cast<void>(entry->release());
   registry.erase(entry);
   LOG_INFO("UnregisterWindow: Window removed. Total windows now: %zu", registry.size());
@@ -163,7 +163,7 @@ void BroadcastEncodableToClientWindows(const std::string& methodName, const Owne
   const auto& registry = GetWindowRegistry();
   LOG_INFO("BroadcastEncodableToClientWindows: Broadcasting '%s' to %zu windows", methodName.c_str(), registry.size());
   if (registry.size() < 2) return;
-  // The size is read anew each time: a sending may run code that opens a window. Closed windows are sent to as well.
+  // The size is read in each round, because a call may run code that opens a window. Closed windows are called as well.
   for (size_t position = 1; position < registry.size(); ++position) {
     const VantroWindow* const window = registry[position].get();
     if (!window || !window->methodChannelHandler_) continue;

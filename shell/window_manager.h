@@ -1,4 +1,5 @@
-// The windows of the process, in the order of their registration, and what the channel asks of them. Main thread.
+// The windows of the process, in the order of their registration, and the functions of channel/host_windows.h. Main
+// thread.
 #pragma once
 
 #include <memory>
@@ -10,31 +11,32 @@ namespace vantro {
 
 class VantroWindow;
 
-// Position 0 is the first window and the master. A closed window stays in the list until the process ends.
+// Returns the list. Position 0 is the first window and the master. A closed window stays in the list until the process
+// ends.
 std::vector<std::unique_ptr<VantroWindow>>& GetWindowRegistry();
 
-// True once ShutdownWindowManager has begun; never false again.
+// True from the start of ShutdownWindowManager on.
 bool IsShuttingDown();
 
-// Makes, places, shows and registers one more window beside the reference. A failure is logged and changes nothing
-// else; no exception leaves.
+// Creates, places, shows and registers one more window next to the reference. A failure is logged and has no other
+// effect. Throws nothing.
 void CreateNewWindow(VantroWindow& referenceWindow);
 
-// The same for a second launch that has posted WM_VANTRO_NEW_WINDOW to the window.
+// The same, for WM_VANTRO_NEW_WINDOW that a second launch has posted to the window.
 void ServeNewWindowRequest(VantroWindow& referenceWindow);
 
-// Takes the window. While shutting down it is destroyed instead.
+// Takes ownership of the window and adds it to the list. During shutdown the window is destroyed instead.
 void RegisterWindow(std::unique_ptr<VantroWindow> ownedWindow);
-// Called by the destructor of VantroWindow only.
+// Removes the window from the list without deleting it. Only the destructor of VantroWindow calls this.
 void UnregisterWindow(VantroWindow* window);
 
-// Entries whose window is not closing.
+// Returns the number of registered windows that are not closing.
 size_t CountActiveWindows();
 
-// Marks the window as closing, and posts the quit message when no window is left that is not.
+// Marks the window as closing. Posts the quit message if every registered window is closing.
 void BeginClosing(VantroWindow& window);
 
-// After the message loop: raises the flag, destroys every window in order, empties the list.
+// Called after the message loop. Sets the shutdown flag, destroys all windows in order and empties the list.
 void ShutdownWindowManager();
 
 }  // namespace vantro

@@ -11,8 +11,8 @@
 
 namespace vantro {
 
-// The object pointer stands in the window only after CreateWindowExW has returned: until then, and once the object has
-// gone, the system answers alone.
+// The native window stores the object pointer only after CreateWindowExW has returned. Before that, and after the
+// object is destroyed, only the system handles messages.
 LRESULT CALLBACK VantroWindow::WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   auto* const window = reinterpret_cast<VantroWindow*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
   if (message == WM_CREATE) LOG_DEBUG("WindowProc: WM_CREATE received");
@@ -73,7 +73,7 @@ LRESULT VantroWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_RBUTTONDBLCLK:
     case WM_MBUTTONDOWN:
     case WM_MBUTTONDBLCLK:
-    case WM_MOUSEWHEEL:  // the mouse on the bare window is none of the view's business
+    case WM_MOUSEWHEEL:  // none of these is forwarded to the view
       return DefWindowProcA(hwnd_, message, wParam, lParam);
     case WM_VANTRO_NEW_WINDOW:
       return OnNewWindowRequest();
@@ -89,7 +89,7 @@ LRESULT VantroWindow::OnDefault(UINT message, WPARAM wParam, LPARAM lParam) {
   return DefWindowProcA(hwnd_, message, wParam, lParam);
 }
 
-// The end of the process is decided on WM_CLOSE; here the native window goes, the object stays.
+// WM_CLOSE decides whether the process ends. Here the native window is destroyed and the object stays.
 LRESULT VantroWindow::OnDestroy() {
   LOG_INFO("WM_DESTROY: Window %p is being destroyed", static_cast<void*>(this));
   commands_.SaveSettings();
@@ -112,7 +112,7 @@ LRESULT VantroWindow::OnSize() {
     size_.height_ = static_cast<int>(client.bottom - client.top);
   }
   titleBar_.LayoutTitleBarControls();
-  // Below the title bar also in fullscreen, where the bar comes and goes above the picture.
+  // Below the title bar also in fullscreen, where the bar is shown and hidden above the picture.
   if (VLCPlayer* const player = methodChannelHandler_ ? methodChannelHandler_->vlcPlayer_ : nullptr) {
     const auto [width, height] = ClientSize(player->ParentWindow());
     player->Resize(0, TITLE_BAR_HEIGHT, width, height - TITLE_BAR_HEIGHT);
@@ -166,7 +166,7 @@ LRESULT VantroWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT VantroWindow::OnTimer(WPARAM timerId) {
-  // The player's timers have ids made from addresses and come first.
+  // The player's timers come first. Their ids are derived from addresses.
   if (vlcPlayer_) {
     if (timerId == reinterpret_cast<WPARAM>(vlcPlayer_.get())) {
       vlcPlayer_->OnStallWatchdogTick();

@@ -1,4 +1,4 @@
-// The fixed measures of a main window, each stated once. Pixels.
+// The fixed measures of a main window, in pixels. Each is defined only here.
 #pragma once
 
 namespace vantro {
@@ -8,7 +8,8 @@ constexpr int kInitialWindowHeight = 720;
 constexpr int kMinimumWindowWidth = 640;
 constexpr int kMinimumWindowHeight = 360;
 
-// Outer size until the first WM_SIZE, client size afterwards, the saved outer size around fullscreen.
+// The outer size until the first WM_SIZE, then the client size. Entering and leaving fullscreen set the saved outer
+// size, until the WM_SIZE that follows.
 struct WindowSize {
   int width_ = kInitialWindowWidth;
   int height_ = kInitialWindowHeight;

@@ -6,7 +6,8 @@ namespace vantro {
 
 namespace {
 
-// A gap is a share of the space that the window leaves free, within bounds. A negative space gives the lower bound.
+// A gap is a fraction of the space that the window leaves free, within bounds. A negative space results in the lower
+// bound.
 struct GapRule {
   int divisor;
   int least;
@@ -19,7 +20,7 @@ constexpr GapRule kHorizontalGap{8, 50, 200};
 constexpr GapRule kVerticalGap{6, 60, 150};
 constexpr GapRule kLargeHorizontalOffset{4, 100, 400};
 constexpr GapRule kLargeVerticalOffset{4, 80, 300};
-// Where a large offset that would pass the work area's edge starts over, from the area's top left corner.
+// A large offset that would cross the work area's edge restarts at this distance from the area's top left corner.
 constexpr int kWrapInset = 50;
 
 }  // namespace

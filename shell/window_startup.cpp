@@ -13,10 +13,10 @@ namespace vantro {
 
 namespace {
 
-// Set by the first registration and never reset, also when the class has gone with the last window of it.
+// Set by the first registration and never reset, even when the class is unregistered with its last window.
 bool windowClassRegistered = false;
 
-// The narrow text of a wide string for a log line.
+// Returns the string as narrow text for a log line, or "empty".
 std::string TextOrEmpty(const std::wstring& wide) { return wide.empty() ? "empty" : NarrowFromWide(wide); }
 
 HICON LoadSystemIcon() {
@@ -80,7 +80,7 @@ bool VantroWindow::InitializeWindow() {
     LogWindowCreationFailure(hInstance_, error);
     return false;
   }
-  // Stored only now, so the messages of the creation itself all went to the system.
+  // Stored only now, so that the system handles all messages of the creation.
   SetWindowLongPtrA(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   LOG_INFO("Window created successfully with HWND: %p", static_cast<void*>(hwnd_));
   LOG_INFO("Set this pointer in GWLP_USERDATA: %p", static_cast<void*>(this));
@@ -155,7 +155,7 @@ bool VantroWindow::InitializeFlutter() {
 }
 
 bool VantroWindow::CreateMethodChannelHandler() {
-  // A window enters the registry after its start, so exactly the first window of the process is master.
+  // A window is registered after its start, so only the first window of the process is the master.
   const bool isMaster = GetWindowRegistry().empty();
   try {
     methodChannelHandler_ =
@@ -170,7 +170,7 @@ bool VantroWindow::CreateMethodChannelHandler() {
   return false;
 }
 
-// A window without thumbnails is accepted, whatever the reason.
+// Any failure is accepted: the window then works without thumbnails.
 void VantroWindow::CreateThumbnailWorker() {
   try {
     BinaryMessenger* const messenger = flutterEngine_->GetMessenger();
