@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstdarg>
 #include <cstdio>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -57,11 +59,13 @@ class Steps {
   static Function Call(const ImportHook& hook) {
     return reinterpret_cast<Function>(hook.Original());
   }
-  template <class... Values>
-  void Note(const char* format, Values... values) {
+  __attribute__((format(gnu_printf, 2, 3))) void Note(const char* format, ...) {
     TakeLines();
     char text[160];
-    std::snprintf(text, sizeof text, format, values...);
+    va_list values;
+    va_start(values, format);
+    vsnprintf(text, sizeof text, format, values);
+    va_end(values);
     steps_.push_back(text);
   }
   void TakeLines() {
@@ -87,10 +91,12 @@ Steps* Steps::current = nullptr;
 class ViewCalls : public testing::Test {
  protected:
   ~ViewCalls() override { DestroyWindow(parent_); }
-  // With the text's %p for the view and then for the parent.
-  std::string With(const char* format) const {
-    char text[160];
-    std::snprintf(text, sizeof text, format, static_cast<void*>(engine_.flutterWindow_), static_cast<void*>(parent_));
+  // Replaces the first %p by the view's handle and the second by the parent's.
+  std::string With(std::string text) const {
+    for (const HWND window : {engine_.flutterWindow_, parent_}) {
+      const size_t at = text.find("%p");
+      if (at != std::string::npos) text.replace(at, 2, (std::ostringstream() << static_cast<void*>(window)).str());
+    }
     return text;
   }
 

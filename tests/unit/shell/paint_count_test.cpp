@@ -7,16 +7,17 @@
 #include <map>
 #include <string>
 
+#include "tests/support/message_queue.h"
 #include "tests/unit/shell/paint_counter.h"
 #include "tests/unit/shell/shell_fixture.h"
 
 namespace vantro {
 namespace {
 
+using test::DrainQueue;
 using test::Inside;
 using test::PaintCounter;
 using test::Paints;
-using test::PumpPending;
 using Counts = std::map<std::string, Paints>;
 
 class PaintCount : public test::ShellTest {
@@ -24,14 +25,14 @@ class PaintCount : public test::ShellTest {
   PaintCount() {
     // Away from the top, so that no tick of the tracking timer shows the bar.
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN) / 2, GetSystemMetrics(SM_CYSCREEN) - 10);
-    PumpPending();
+    DrainQueue();
   }
 
   template <typename Change>
   Counts CountsOf(Change change) {
     const PaintCounter counter(Window());
     change();
-    PumpPending();
+    DrainQueue();
     return counter.Counts();
   }
 
@@ -60,20 +61,20 @@ TEST_F(PaintCount, EnteringFullscreenPaintsTheWindowOnceAndNoControl) {
 // Once at once, when the controls are shown, and once after the whole window has been invalidated.
 TEST_F(PaintCount, LeavingFullscreenPaintsEachControlTwice) {
   Window().ToggleFullscreen();
-  PumpPending();
+  DrainQueue();
   EXPECT_EQ(CountsOf([this] { Window().ToggleFullscreen(); }), Each(2, 2));
 }
 
 TEST_F(PaintCount, TheBarThatComesBackInFullscreenPaintsEachControlOnce) {
   Window().ToggleFullscreen();
-  PumpPending();
+  DrainQueue();
   EXPECT_EQ(CountsOf([this] { Inside(Window()).fullscreen_.ShowTitleBarControls(); }), Each(1, 1));
 }
 
 TEST_F(PaintCount, TheBarThatGoesAwayInFullscreenPaintsTheWindowOnceAndNoControl) {
   Window().ToggleFullscreen();
   Inside(Window()).fullscreen_.ShowTitleBarControls();
-  PumpPending();
+  DrainQueue();
   EXPECT_EQ(CountsOf([this] { Inside(Window()).fullscreen_.HideTitleBarControls(); }), Each(1, 0));
 }
 

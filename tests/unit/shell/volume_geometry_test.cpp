@@ -54,8 +54,8 @@ TEST(VolumeFill, EndsOnTheSlopeAtHalfVolume) {
 
 TEST(VolumeFill, RoundsTheSlopeTowardsZero) {
   // 69 * 16 / 76 is 14.5, and 54 * 16 / 76 is 11.4.
-  EXPECT_EQ(VolumeFill(kSlider, 10)[2], (VolumePoint{9, 16}));
-  EXPECT_EQ(VolumeFill(kSlider, 30)[2], (VolumePoint{24, 13}));
+  EXPECT_EQ(VolumeFill(kSlider, 10)[2], (Point{9, 16}));
+  EXPECT_EQ(VolumeFill(kSlider, 30)[2], (Point{24, 13}));
 }
 
 TEST(VolumeFill, FollowsTheControlsPlace) {
