@@ -42,7 +42,8 @@ std::string FormatNativeMarker(bool running, std::string_view lastAction, int64_
   char time[24];
   const char* const timeEnd = std::to_chars(time, time + sizeof time, lastActionTs).ptr;
   std::string text;
-  text.reserve(lastAction.size() + 64);  // one allocation, because the marker is written at every call
+  // One allocation, because the marker is written at every call.
+  text.reserve(lastAction.size() + 64);
   text.append("running=").append(running ? "1" : "0").append("\n");
   text.append("lastAction=").append(lastAction).append("\n");
   text.append("lastActionTs=").append(time, static_cast<size_t>(timeEnd - time)).append("\n");

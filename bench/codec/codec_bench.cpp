@@ -120,7 +120,7 @@ void DecodeCbor(benchmark::State& state, const Value& arguments) {
 }
 
 // The floor of the byte list: the same bytes into a block of their own.
-void CopyMemory(benchmark::State& state) {
+void CopyOfTheBytes(benchmark::State& state) {
   const std::vector<uint8_t> source(kByteListSize, 7);
   for (auto step : state) {
     const std::unique_ptr<uint8_t[]> copy(new uint8_t[kByteListSize]);
@@ -160,7 +160,7 @@ int main(int argc, char** argv) {
   Register("providerChunk1000", ProviderChunk(1000), true);
   Register("providerChunk1000Unsorted", WithKeysUnsorted(ProviderChunk(1000)), true);
   Register("byteList1MiB", ByteList(kByteListSize), false);
-  benchmark::RegisterBenchmark("byteList1MiB/memcpy", CopyMemory);
+  benchmark::RegisterBenchmark("byteList1MiB/memcpy", CopyOfTheBytes);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   benchmark::RunSpecifiedBenchmarks();

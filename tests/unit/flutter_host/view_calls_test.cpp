@@ -6,7 +6,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -94,8 +93,10 @@ class ViewCalls : public testing::Test {
   // Replaces the first %p by the view's handle and the second by the parent's.
   std::string With(std::string text) const {
     for (const HWND window : {engine_.flutterWindow_, parent_}) {
+      char handle[24];
+      std::snprintf(handle, sizeof handle, "%p", static_cast<void*>(window));
       const size_t at = text.find("%p");
-      if (at != std::string::npos) text.replace(at, 2, (std::ostringstream() << static_cast<void*>(window)).str());
+      if (at != std::string::npos) text.replace(at, 2, handle);
     }
     return text;
   }
