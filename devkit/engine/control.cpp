@@ -1,4 +1,4 @@
-// The functions of loopback_control.h.
+// The functions declared in loopback_control.h.
 #include "devkit/engine/loopback_control.h"
 #include "devkit/engine/registry.h"
 
@@ -23,7 +23,7 @@ int32_t LoopbackDeliver(int32_t engine, const char* channel, const uint8_t* byte
     bool answered = false;
     Bytes bytes;
   };
-  const auto taken = std::make_shared<Taken>();  // shared with an answer that comes too late
+  const auto taken = std::make_shared<Taken>();  // shared with an answer that comes after the return
   const bool heard =
       Registry::Get().Deliver(engine, channel, bytes, size, [taken](const uint8_t* answer, size_t length) {
         taken->answered = true;

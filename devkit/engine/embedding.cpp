@@ -1,4 +1,4 @@
-// The functions of flutter_windows.dll.
+// The functions exported by flutter_windows.dll.
 #include "devkit/engine/registry.h"
 #include "devkit/engine/view_window.h"
 #include "flutter_host/embedding_api.h"

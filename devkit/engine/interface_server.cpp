@@ -17,7 +17,7 @@ namespace vantro::loopback {
 namespace {
 
 constexpr int kProtocol = 1;
-constexpr size_t kOutboundLimit = 64u << 20;  // bytes kept for an interface that is not there
+constexpr size_t kOutboundLimit = 64u << 20;  // bytes kept while no interface is connected
 constexpr auto kLastWords = std::chrono::milliseconds(1000);
 constexpr UINT kDeliver = WM_APP;
 constexpr UINT kFault = WM_APP + 1;
@@ -36,7 +36,7 @@ uint64_t Microseconds() {
       std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - began).count());
 }
 
-// Whole or not at all, so that a program that waits for the file never reads half a number.
+// Writes the file in one step, so that a program that waits for it never reads a partial number.
 void WritePort(const std::string& path, uint16_t port) {
   const std::string unfinished = path + ".new";
   if (FILE* file = std::fopen(unfinished.c_str(), "wb")) {
@@ -71,7 +71,7 @@ bool SendAll(SOCKET socket, const std::vector<uint8_t>& bytes) {
 }
 
 __attribute__((noinline)) void WriteToNull() {
-  volatile int* volatile nowhere = nullptr;  // twice volatile: the compiler may not know that it is null
+  volatile int* volatile nowhere = nullptr;  // volatile twice, so that the compiler cannot assume that it is null
   *nowhere = 1;
 }
 
@@ -90,7 +90,7 @@ void InterfaceServer::StartIfAsked() {
   if (active_) return;
   const std::string port = Environment("VANTRO_LOOPBACK_PORT");
   if (port.empty()) return;
-  auto* server = new InterfaceServer;  // for the life of the process: its threads never end
+  auto* server = new InterfaceServer;  // lives as long as the process, because its threads never end
   if (server->Start(static_cast<uint16_t>(std::strtoul(port.c_str(), nullptr, 10)))) {
     active_ = server;
   } else {
@@ -163,7 +163,7 @@ void InterfaceServer::Converse(SOCKET client) {
   closesocket(client);
 }
 
-// The first frame of a connection stands before what has been kept.
+// The first frame of a connection goes before the frames that were kept.
 void InterfaceServer::Greet() {
   Frame hello = MakeFrame(FrameKind::kHello, 0);
   char numbers[128];
@@ -185,7 +185,7 @@ void InterfaceServer::Greet() {
 void InterfaceServer::Write() {
   std::unique_lock guard(outbound_mutex_);
   for (;;) {
-    // The queue waits for its greeting, which a connection puts in front.
+    // Frames wait until a connection has put its greeting in front of them.
     outbound_changed_.wait(guard, [this] { return client_ != INVALID_SOCKET && !outbound_.empty(); });
     const SOCKET client = client_;
     Frame frame;
@@ -293,7 +293,8 @@ void InterfaceServer::DeliverOne() {
     if (inbound_.empty()) return;
     frame = std::move(inbound_.front());
     inbound_.pop_front();
-    // Posted again rather than drained: the host's own messages get their turn, also in a modal loop.
+    // Posts one more message instead of emptying the queue here, so that the host's own messages are handled in
+    // between, also in a modal loop.
     if (!inbound_.empty()) wake_posted_ = PostMessageW(inbox_, kDeliver, 0, 0);
   }
   if (frame.kind == FrameKind::kReply) {

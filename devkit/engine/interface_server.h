@@ -1,12 +1,12 @@
-// The socket to the interface: a program that plays the part of the Dart side.
+// The socket to the interface, which is a program that stands in for the Dart side.
 //
-// VANTRO_LOOPBACK_PORT asks for it: the first engine then listens on 127.0.0.1 at that port, 0 for any; the port that
-// was taken is written to the file that VANTRO_LOOPBACK_PORT_FILE names. One interface is connected at a time, the next
-// one waits for its turn. While none is connected what the host sends is kept, up to a limit beyond which the oldest
-// messages are dropped and counted.
+// The socket is opened when VANTRO_LOOPBACK_PORT is set. The first engine then listens on 127.0.0.1 at that port; 0
+// means any free port. The chosen port is written to the file that VANTRO_LOOPBACK_PORT_FILE names. One interface is
+// connected at a time; the next one waits until it has gone. While no interface is connected, the host's messages are
+// kept up to a limit. Beyond it the oldest are dropped and counted.
 //
-// Messages from the interface are delivered on the thread that made the first engine, by a posted message, one a turn
-// of the host's message loop.
+// Messages from the interface are delivered on the thread that made the first engine, through a posted message: one for
+// each turn of the host's message loop.
 #pragma once
 
 #include <winsock2.h>
@@ -27,20 +27,20 @@ namespace vantro::loopback {
 
 class InterfaceServer {
  public:
-  // Starts the one server of the process if the environment asks for it and it does not run. Says on standard error why
-  // it could not.
+  // Starts the process's only server if the environment asks for it and it is not running. Reports a failure on
+  // standard error.
   static void StartIfAsked();
-  // Null when no socket was asked for.
+  // Returns null when no socket was asked for.
   static InterfaceServer* Active() { return active_; }
 
-  // Any thread; none of these waits for the interface.
+  // Any thread. None of these functions waits for the interface.
   void HostMessage(int32_t engine, const char* channel, const uint8_t* bytes, size_t size,
                    FlutterDesktopBinaryReply reply, void* user_data);
   void EngineCreated(int32_t engine);
   void Violation(int32_t engine, const std::string& text);
   void Input(int32_t engine, UINT message, WPARAM wParam, LPARAM lParam);
-  // Waits a moment for the connected interface to get everything when this was the last engine: the process is likely
-  // to end next.
+  // Waits briefly until the connected interface has received everything if this was the last engine, because the
+  // process probably ends next.
   void EngineDestroyed(int32_t engine);
 
  private:
@@ -69,9 +69,9 @@ class InterfaceServer {
   DWORD window_thread_ = 0;
   std::atomic<uint64_t> next_id_{1};
 
-  std::mutex outbound_mutex_;  // guards what the writer reads
+  std::mutex outbound_mutex_;  // guards the outbound queue
   std::condition_variable outbound_changed_;
-  std::deque<std::pair<Frame, bool>> outbound_;  // with whether it may be dropped
+  std::deque<std::pair<Frame, bool>> outbound_;  // each frame, and whether it may be dropped
   size_t outbound_size_ = 0;
   uint64_t dropped_ = 0;
   SOCKET client_ = INVALID_SOCKET;

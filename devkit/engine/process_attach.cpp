@@ -1,5 +1,5 @@
-// Switches the host's log on when VANTRO_LOOPBACK_LOG=1: the host exports the switch and nothing in it sets it, so this
-// is how a black-box run gets a log. It happens while the process loads, before the host's first line.
+// Switches the host's log on when VANTRO_LOOPBACK_LOG=1. The host exports the switch but never sets it, so a black-box
+// run gets a log only this way. It happens while the process loads, before the host's first log line.
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) {

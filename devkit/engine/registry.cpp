@@ -29,7 +29,7 @@ LoopbackEngineProperties CopyProperties(const FlutterDesktopEngineProperties& fr
 }  // namespace
 
 Registry& Registry::Get() {
-  // Never destroyed: threads of the host may send until the process has ended.
+  // Never destroyed, because threads of the host may send until the process has ended.
   static Registry* const registry = new Registry;
   return *registry;
 }

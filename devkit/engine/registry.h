@@ -1,7 +1,7 @@
-// What lives in the loopback engine: engines, messengers, views, the answers that are owed, and the faults and
-// observers that a test has set.
+// The state of the loopback engine: engines, messengers, views, outstanding answers, and the faults and observers that
+// a test has set.
 //
-// One lock guards all of it and is never held while host code, a test's observer or the interface's socket is called.
+// One lock guards all of it. It is never held during a call to host code, a test's observer or the interface's socket.
 #pragma once
 
 #include <windows.h>
@@ -19,11 +19,11 @@
 #include "devkit/engine/loopback_control.h"
 #include "flutter_host/embedding_api.h"
 
-// The handle that the host knows as the messenger. It outlives its engine for as long as the host holds references.
+// The messenger handle that the host holds. It outlives its engine as long as the host holds references.
 struct FlutterDesktopMessenger {
   std::atomic<int32_t> references{1};  // the engine's own
-  std::mutex lock;                     // FlutterDesktopMessengerLock; taken by the engine while it goes
-  std::atomic<int32_t> engine{0};      // its engine's number; 0 once the engine is gone
+  std::mutex lock;                     // FlutterDesktopMessengerLock; the engine takes it while it is destroyed
+  std::atomic<int32_t> engine{0};      // the engine's number; 0 after the engine is destroyed
 };
 
 struct FlutterDesktopView {
@@ -52,8 +52,8 @@ using Bytes = std::vector<uint8_t>;
 // Takes the host's answer to one message; called at most once.
 using Answer = std::function<void(const uint8_t* data, size_t size)>;
 
-// An observer of a test, called outside the registry's lock. Replacing it waits for the calls that still run in it, so
-// that a test may end with its observer's data on the stack.
+// A test's observer, called without the registry's lock. Replacing it waits until the running calls have returned, so
+// that a test may keep the observer's data on its stack.
 template <typename Function>
 class ObserverSlot {
  public:
@@ -89,37 +89,38 @@ class ObserverSlot {
   Function function_ = nullptr;
   void* user_data_ = nullptr;
   int running_ = 0;
-  static inline thread_local int depth_ = 0;  // calls that run on this thread
+  static inline thread_local int depth_ = 0;  // calls running on this thread
 };
 
 class Registry {
  public:
   static Registry& Get();
 
-  // Null when a fault asks for it.
+  // Returns null when a fault is set for it.
   FlutterDesktopEngine* CreateEngine(const FlutterDesktopEngineProperties& properties);
-  // Counts the answers that the host still owes as violations, makes the messenger unavailable under its lock, and
-  // drops the engine's reference.
+  // Counts the host's outstanding answers as violations, makes the messenger unavailable under its lock, and drops the
+  // engine's reference.
   void DestroyEngine(FlutterDesktopEngine* engine);
   void NoteViewSize(int width, int height);
 
   void AddReference(FlutterDesktopMessenger* messenger);
   void ReleaseReference(FlutterDesktopMessenger* messenger);
-  // An engine that is gone ignores it.
+  // Does nothing when the engine is destroyed.
   void SetListener(FlutterDesktopMessenger* messenger, const char* channel, FlutterDesktopMessageCallback callback,
                    void* user_data);
 
-  // Hands bytes to the channel's listener, on the calling thread, which must be the one that made the engine. False if
-  // nobody listens. The answer may come later than the return, or never.
+  // Passes bytes to the channel's listener on the calling thread, which must be the one that made the engine. Returns
+  // false when there is no listener. The answer may come after the return, or never.
   bool Deliver(int32_t engine, const std::string& channel, const uint8_t* bytes, size_t size, Answer answer);
-  // The host's answer. A handle that is unknown, spent or another engine's is a violation.
+  // Takes the host's answer. A handle that is unknown, already used or another engine's is a violation.
   void TakeAnswer(FlutterDesktopMessenger* messenger, const FlutterDesktopMessageResponseHandle* handle,
                   const uint8_t* data, size_t size);
-  // A message of the host; any thread. False when its engine is gone or when nobody can give the wanted reply.
+  // Sends a message of the host; any thread. Returns false when its engine is destroyed, or when a reply is asked for
+  // and nobody can give one.
   bool Send(FlutterDesktopMessenger* messenger, const char* channel, const uint8_t* bytes, size_t size,
             FlutterDesktopBinaryReply reply, void* user_data);
 
-  // Uses up one count of a fault and tells whether there was one.
+  // Uses up one count of a fault. Returns whether there was one.
   bool TakeFault(int32_t LoopbackFaults::*fault);
   void SetFaults(const LoopbackFaults& faults);
   void Reset();
@@ -135,7 +136,7 @@ class Registry {
   void SetSendAnswer(const uint8_t* bytes, size_t size);
 
   void SetTopLevelResult(UINT message, bool handled, LRESULT result);
-  // The result that a test has set for the message, if it has.
+  // Returns the result that a test has set for the message, if any.
   bool TopLevelResult(UINT message, LRESULT* result);
 
   ObserverSlot<LoopbackSendObserver> send_observer;
@@ -154,7 +155,7 @@ class Registry {
   std::map<int32_t, FlutterDesktopEngine*> engines_;
   int32_t newest_ = 0;
   std::atomic<int32_t> references_{0};
-  // Response handles are these numbers, never addresses: a spent one is recognised for ever.
+  // Response handles are these numbers and not addresses, so that a used one is always recognised.
   std::map<uintptr_t, Pending> pending_;
   uintptr_t next_handle_ = 1;
   int32_t violations_ = 0;

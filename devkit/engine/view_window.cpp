@@ -33,8 +33,8 @@ RECT BadgeIn(HWND view) {
           kBadgeMargin + kBadgeHeight};
 }
 
-// Cuts the popup that carries the view down to the badge. A view that stands in a window without an owner is left
-// alone: there nothing lies below it.
+// Cuts the popup that carries the view down to the badge. A window without an owner is left unchanged, because nothing
+// is under it.
 void CutCarrier(HWND view) {
   const HWND carrier = GetAncestor(view, GA_ROOT);
   if (!carrier || carrier == view || !GetWindow(carrier, GW_OWNER)) return;

@@ -1,8 +1,8 @@
-// The window of a view: a child of its own class, first parented to the message-only window, into which nothing is
-// drawn but a small badge when the glass stand-in is on.
+// The window of a view: a child window of its own class, first parented to the message-only window. Nothing is drawn in
+// it, except a small badge when the replacement for the glass is on.
 //
 // Where no compositor makes the overlay's glass (VANTRO_LOOPBACK_GLASS=1), the window that carries the view is cut to
-// the badge's shape, so that the video under it can be seen. Its rectangle stays what it was.
+// the badge's shape, so that the video under it is visible. Its rectangle does not change.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +11,9 @@ struct FlutterDesktopView;
 
 namespace vantro::loopback {
 
-// Thread of the engine. On failure the view stays without a window.
+// Call on the engine's thread. On failure the view has no window.
 void CreateViewWindow(int32_t engine, int width, int height, FlutterDesktopView* view);
-// Does nothing when the window went with its parent.
+// Does nothing when the window was already destroyed with its parent.
 void DestroyViewWindow(FlutterDesktopView* view);
 
 }  // namespace vantro::loopback

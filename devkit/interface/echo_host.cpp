@@ -1,5 +1,5 @@
-// A host of a page for the simulator's own tests. Its window carries the view, and its channel "echo" answers every
-// message with the message's bytes, but for a first byte that asks for something else:
+// A one-page host for the simulator's own tests. Its window carries the view. Its channel "echo" answers every message
+// with the message's bytes, unless the first byte asks for something else:
 //
 //   0xF0  no answer        0xF1  two answers     0xF2  an empty answer
 //   0xF3  the rest is sent on the channel "said" from another thread, then an empty answer
@@ -53,7 +53,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   const HWND view = FlutterDesktopViewGetHWND(FlutterDesktopViewControllerGetView(controller));
   SetParent(view, window);
   FlutterDesktopMessengerSetCallback(FlutterDesktopEngineGetMessenger(engine), "echo", Echo, nullptr);
-  // Before any interface can have connected: it is kept.
+  // Sent before any interface can be connected, so the engine keeps it.
   FlutterDesktopMessengerSend(FlutterDesktopEngineGetMessenger(engine), "said", nullptr, 0);
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {

@@ -1,14 +1,15 @@
 // host_launcher STATUSFILE PROGRAM [ARGUMENT ...]: starts the program, writes its process id to the status file, waits
-// for its end and adds its whole exit code, which Wine would cut to eight bits:
+// until it ends and adds its whole exit code, which Wine would cut to eight bits:
 //
 //   pid 264
 //   exit 0xC0000005
 //
-// When its own standard input ends it terminates the program with 0xDEAD, so that no program outlives who started it.
-// A program that counts its lines (tests/coverage/write_counters.cpp) is given the time to write its counters first.
+// When its own standard input ends, it terminates the program with 0xDEAD, so that no program outlives the one that
+// started it. A program that counts its lines (tests/coverage/write_counters.cpp) first gets time to write its
+// counters.
 //
-// host_launcher --keep: holds the prefix's services and desktop until its standard input ends. A desktop that nobody
-// uses goes after a second, and a program that starts in that moment fails with 0xC0000142.
+// host_launcher --keep: keeps the prefix's services and desktop alive until its standard input ends. Wine closes an
+// unused desktop after a second, and a program that starts at that moment fails with 0xC0000142.
 #include <windows.h>
 
 #include <cstdio>
@@ -49,7 +50,7 @@ DWORD WINAPI TerminateAtEndOfInput(void* process) {
   return 0;
 }
 
-// As CommandLineToArgvW takes it apart again; the arguments of tests hold no quotes.
+// Quotes the arguments so that CommandLineToArgvW splits them the same way. Tests use no arguments with quotes.
 std::wstring CommandLine(int argc, wchar_t** argv) {
   std::wstring line;
   for (int i = 2; i < argc; ++i) {

@@ -1,10 +1,11 @@
-// process_tool fault PID [ADDRESS]: starts a thread in the process whose first instruction is not there, or is at this
-// address, with a null argument, so that it faults on a thread that is not the main one.
-// process_tool answer TITLE: waits for a message box of this title and presses its OK.
-// process_tool handles PID: prints how many handles of the kernel the process holds.
-// process_tool windows PID: says "watching", and then prints the class of each visible top-level window of the process once,
-// when it is first seen, until its standard input ends.
-// process_tool hold MUTEX: makes the named mutex, says "held", and holds it until its standard input ends.
+// process_tool fault PID [ADDRESS]: starts a thread in the process at an address without code, or at this one with a null
+// argument, so that it faults on a thread
+// other than the main thread.
+// process_tool answer TITLE: waits for a message box with this title and presses its OK.
+// process_tool handles PID: prints the number of kernel handles that the process holds.
+// process_tool windows PID: prints "watching", then prints the class of each visible top-level window of the process
+// once, when it is first seen, until its standard input ends.
+// process_tool hold MUTEX: makes the named mutex, prints "held", and holds it until its standard input ends.
 #include <windows.h>
 #include <winternl.h>
 
@@ -36,7 +37,8 @@ int Answer(const wchar_t* title) {
   return 7;
 }
 
-// The list of all handles of the system, because Wine does not count those of one process (GetProcessHandleCount is 0).
+// Counts in the list of all handles of the system, because Wine does not count those of one process
+// (GetProcessHandleCount is 0).
 int Handles(DWORD processId) {
   struct Entry {
     ULONG owner;
@@ -56,7 +58,7 @@ int Handles(DWORD processId) {
   NTSTATUS status;
   while ((status = NtQuerySystemInformation(kSystemHandleInformation, lists.data(),
                                             static_cast<ULONG>(lists.size() * sizeof(List)), &needed)) < 0) {
-    if (status != static_cast<NTSTATUS>(0xC0000004)) return 8;  // anything but a list that is too short
+    if (status != static_cast<NTSTATUS>(0xC0000004)) return 8;  // any status but "the list is too short"
     lists.resize(lists.size() * 2);
   }
   const List& list = lists.front();

@@ -16,7 +16,7 @@ std::atomic<bool> sessionMute{false};
 
 AudioMeter::Level AudioMeter::Session() { return {sessionVolume.load(), sessionMute.load()}; }
 
-// With the lock held.
+// Call with the lock held.
 AudioMeter::Level AudioMeter::Heard() const { return ofPlayer_ ? own_ : Session(); }
 
 void AudioMeter::Configure(char* format, unsigned rate, unsigned channels) {

@@ -1,8 +1,8 @@
-// Takes a player's sound instead of a sound card, holds volume and mute, and measures what would be heard.
+// Takes a player's sound in place of a sound card, holds volume and mute, and measures the audible sound.
 //
-// There are two kinds, as on Windows. With the output waveout each player has a volume and a mute of its own, and its
-// sound begins with the output's own state, 100 % and not muted, whatever was set before. With every other output both
-// belong to the audio session of the process: the last call counts, whichever player it was made for.
+// There are two kinds of volume and mute, as on Windows. With the output waveout each player has its own, and its sound
+// begins with the output's default, 100 % and not muted, whatever was set before. With every other output both belong
+// to the audio session of the process: the last call counts, for whichever player it was made.
 #pragma once
 
 #include <cstdint>
@@ -15,28 +15,28 @@ class AudioMeter {
   struct Reading {
     double rms = 0;        // of the first channel after volume and mute; full scale is 1
     double frequency = 0;  // hertz, from the zero crossings before volume and mute; right for a single tone
-    uint64_t samples = 0;  // that the two were taken from
+    uint64_t samples = 0;  // number of samples that the two values were computed from
   };
 
   explicit AudioMeter(bool ofPlayer) : ofPlayer_(ofPlayer) {}
 
-  // libvlc's audio thread. The format is asked for as 16-bit integers, the only one that libvlc 3
-  // hands out, at the stream's own rate. Configure is the beginning of a sound output.
+  // libvlc's audio thread. The format is always 16-bit integers at the stream's own rate, the only one that libvlc 3
+  // provides. Configure starts a sound output.
   void Configure(char* format, unsigned rate, unsigned channels);
   void Play(const void* samples, unsigned count);
 
-  // Any thread. Volume in percent; false, and nothing set, for a negative one.
+  // Any thread. Volume in percent. Returns false and sets nothing when it is negative.
   bool SetVolume(int percent);
-  // The output's own once it has begun, else what was set last; 100 at first.
+  // Returns the output's volume once it has begun, before that the last volume set; initially 100.
   int volume() const;
   void SetMute(bool mute);
-  // The same, but -1 while there was neither an output nor a call.
+  // Like volume(), but -1 before there was an output or a call.
   int mute() const;
 
-  // Milliseconds of sound that have been played in all; level while nothing is.
+  // Milliseconds of sound played in total; constant while nothing plays.
   int64_t Played() const;
 
-  // What was played since the last call.
+  // Returns the reading since the last call.
   Reading Take();
 
  private:
@@ -50,7 +50,7 @@ class AudioMeter {
   const bool ofPlayer_;
   mutable std::mutex lock_;
   bool told_ = false;  // there was an output or a call about mute
-  Level own_;          // of the output since it began, or what was asked for since
+  Level own_;          // of the output since it began, or the values set since then
   unsigned rate_ = 0;
   unsigned channels_ = 1;
   double playedSeconds_ = 0;

@@ -23,7 +23,7 @@ void TellCallbacks(const PlayerCallbacks* callbacks, void* opaque, const Notice&
     case Notice::Kind::kState:
       return Call(callbacks->stateChanged, opaque, notice.state);
     case Notice::Kind::kError:
-      return;  // told as the reason of the stop that follows
+      return;  // reported as the reason of the stop that follows
     case Notice::Kind::kMediaStopping:
       return Call(callbacks->mediaStopping, opaque, static_cast<void*>(notice.media.get()), notice.reason);
     case Notice::Kind::kBuffering:

@@ -1,4 +1,4 @@
-// The callbacks that a player is made with, as libvlc 4 has it since 2026.
+// The callbacks that a player is made with, as in libvlc 4 since 2026.
 #pragma once
 
 #include "libvlc4_abi.h"
@@ -6,8 +6,8 @@
 
 namespace vantro::devlib {
 
-// Calls the one of `callbacks` that `notice` belongs to, with `opaque` and times in microseconds. Neither the structure
-// nor any of its pointers has to be there. Windows threads only.
+// Calls the member of `callbacks` for `notice`, with `opaque` and times in microseconds. The structure and each of its
+// pointers may be null. Windows threads only.
 void TellCallbacks(const PlayerCallbacks* callbacks, void* opaque, const Notice& notice);
 
 }  // namespace vantro::devlib

@@ -11,7 +11,7 @@
 namespace vantro::devlib {
 namespace {
 
-// One being filled, one newest, one on its way to the window, one spare.
+// One is being filled, one is the newest, one is being drawn, one is spare.
 constexpr unsigned kFrames = 4;
 constexpr unsigned kBytesPerPixel = 4;
 
@@ -46,7 +46,7 @@ void* Canvas::Lock(void** planes) {
     filling_ = frame;
     break;
   }
-  // With four frames and three users there is always one.
+  // With four frames and three users one is always free.
   planes[0] = filling_ ? filling_->pixels.data() : frames_.front()->pixels.data();
   return nullptr;
 }

@@ -1,4 +1,4 @@
-// One player's pictures between libvlc's video thread, which fills them, and the painter, which shows the newest.
+// One player's pictures. libvlc's video thread fills them, and the painter shows the newest.
 #pragma once
 
 #include <atomic>
@@ -21,41 +21,41 @@ struct Frame {
 class Canvas {
  public:
   // libvlc's video callbacks, on its threads. Configure and Clear wait until the window of the pictures is made or
-  // gone, the others block for no longer than a pointer's copy. Pictures of a canvas without a place are dropped.
+  // destroyed. The others block only while a pointer is copied. Pictures are dropped while the canvas has no window.
   unsigned Configure(char* chroma, unsigned* width, unsigned* height, unsigned* pitches, unsigned* lines);
   void* Lock(void** planes);
   void Display();
   void Clear();
 
-  // Any thread. The program's window; counts when pictures begin.
+  // Any thread. Sets the program's window, which is used when pictures begin.
   void SetWindow(void* window) { window_.store(window, std::memory_order_relaxed); }
   void* window() const { return window_.load(std::memory_order_relaxed); }
-  // The window that pictures are drawn in, set by the thread of the windows.
+  // The window that pictures are drawn in; set by the thread of the windows.
   void SetTarget(void* target) { target_.store(target); }
   void* target() const { return target_.load(); }
-  // The media wants no window.
+  // Returns true when the media asks for no window.
   bool windowless();
-  // There is a picture that a snapshot could take.
+  // Returns true when there is a picture for a snapshot.
   bool HasPicture();
   void SetScale(float scale);
   float scale() const { return scale_.load(std::memory_order_relaxed); }
-  // Kept, and without effect: the window's size is the program's.
+  // The value is kept and has no effect: the program decides the window's size.
   void SetFullscreen(bool on) { fullscreen_.store(on, std::memory_order_relaxed); }
   bool fullscreen() const { return fullscreen_.load(std::memory_order_relaxed); }
   void SetMedia(MediaRef media);
-  // The next picture is the first of a playback, which the log of times tells (times_log.h) under this name.
+  // The next picture is the first of a playback. The log of times (times_log.h) records it under this name.
   void ExpectFirstPicture(const void* player);
-  // The player is gone: the painter forgets the canvas once the window has its background back.
+  // Called when the player is destroyed. The painter drops the canvas after it has restored the window's background.
   void Close() { closed_.store(true, std::memory_order_relaxed); }
   bool closed() const { return closed_.load(std::memory_order_relaxed); }
 
-  // The painter's thread. Newest is null while there is no picture; `changed` tells whether it, the scale or the window
-  // differs from the last call. What is returned stays untouched as long as the caller holds it.
+  // The painter's thread. Returns null while there is no picture. `changed` is set when the picture, the scale or the
+  // window differs from the last call. The frame does not change while the caller holds it.
   std::shared_ptr<const Frame> Newest(bool* changed);
-  // The part of a picture of that size that is picture and not the decoder's padding. Known from the media once libvlc
-  // has seen the stream's header, and asked for until then.
+  // Returns the size of the visible part of a picture of that size, without the decoder's padding. The media has it
+  // once libvlc has read the stream's header; until then each call asks for it.
   PictureSize VisibleSize(unsigned width, unsigned height);
-  // To be called when what Newest returned last stands in the window.
+  // Call after the frame that Newest returned last was drawn in the window.
   void OnDrawn();
 
  private:
@@ -72,9 +72,9 @@ class Canvas {
   bool changed_ = false;
   MediaRef media_;
   bool windowless_ = false;
-  const void* expecting_ = nullptr;  // the player whose first picture has not been handed over
+  const void* expecting_ = nullptr;  // the player whose first picture has not been delivered
   const void* undrawn_ = nullptr;    // the player whose first picture has not been drawn
-  const void* offered_ = nullptr;    // the same, once Newest has returned that picture
+  const void* offered_ = nullptr;    // the same, after Newest has returned that picture
   PictureSize visible_;
 };
 

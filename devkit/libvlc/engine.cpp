@@ -101,7 +101,7 @@ void Engine::OnLibvlcEvent(const libvlc_event_t& event) {
       out.percent = event.u.media_player_buffering.new_cache;
       break;
     case libvlc_MediaPlayerPositionChanged:
-      // The time, which follows, tells both.
+      // The time event, which follows, reports both.
       position_.store(static_cast<double>(event.u.media_player_position_changed.new_position));
       return;
     case libvlc_MediaPlayerTimeChanged:

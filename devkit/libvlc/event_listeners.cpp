@@ -113,7 +113,7 @@ void EventListeners::Tell(const Notice& notice) {
 void EventListeners::Send(Event event) {
   event.sender = sender_;
   std::lock_guard guard(lock_);
-  // A copy, because a callback may attach and detach; what it detached is not called any more.
+  // A copy, because a callback may attach and detach. A callback that was detached meanwhile is not called.
   const std::vector<Listener> listeners = listeners_;
   for (const Listener& listener : listeners) {
     if (listener.type != event.type) continue;

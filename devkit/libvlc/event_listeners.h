@@ -1,4 +1,4 @@
-// A player's event manager, as libvlc 4 had it until 2024: callbacks attached by the number of an event.
+// A player's event manager, as in libvlc 4 until 2024: callbacks are attached by the number of an event.
 #pragma once
 
 #include <mutex>
@@ -11,19 +11,19 @@ namespace vantro::devlib {
 
 class EventListeners {
  public:
-  // `sender` is what the events name as their object.
+  // `sender` is the object that the events name.
   explicit EventListeners(void* sender) : sender_(sender) {}
 
-  // Windows threads. As in libvlc, callbacks run under a recursive lock, so both wait for a callback in progress unless
-  // they are called from it. Attach returns 0, or -1 without a callback. Detach ends the process when the callback is
-  // not attached, as libvlc does.
+  // Windows threads. As in libvlc, callbacks run under a recursive lock. Attach and Detach therefore wait for a
+  // callback in progress unless they are called from it. Attach returns 0, or -1 without a callback. Detach ends the
+  // process when the callback is not attached, as libvlc does.
   int Attach(int32_t type, EventCallback callback, void* userData);
   void Detach(int32_t type, EventCallback callback, void* userData);
 
-  // Calls what is attached. Windows threads only.
+  // Calls the attached callbacks. Windows threads only.
   void Tell(const Notice& notice);
 
-  // Nothing is told any more.
+  // After this no callback is called.
   void Close();
 
  private:

@@ -1,4 +1,4 @@
-// The functions of libvlc 4 that both guises have: instance, media, and what a player does without a time.
+// The functions of libvlc 4 that both guises have: instance, media, and the player functions without a time argument.
 #include "exports.h"
 
 #include <vlc/vlc.h>
@@ -87,7 +87,7 @@ EXPORTED void* devlib_media_player_retain(void* handle) {
   return handle;
 }
 
-// Not to be called by the player's own callbacks.
+// Must not be called from the player's own callbacks.
 EXPORTED void devlib_media_player_release(void* handle) {
   if (!handle) return;
   auto player = PlayerRegistry::Find(handle, "libvlc_media_player_release");
@@ -143,7 +143,7 @@ EXPORTED void devlib_video_set_scale(void* handle, float scale) {
   if (auto player = PlayerRegistry::Find(handle, "libvlc_video_set_scale")) player->canvas().SetScale(scale);
 }
 
-// A player has one video, so any other number finds none.
+// A player has one video, so any other number is not found.
 EXPORTED int devlib_video_get_size(void* handle, unsigned number, unsigned* width, unsigned* height) {
   auto player = PlayerRegistry::Find(handle, "libvlc_video_get_size");
   vantro::devlib::PictureSize size = player && number == 0 ? player->VideoSize() : vantro::devlib::PictureSize{};
@@ -160,7 +160,7 @@ EXPORTED int devlib_video_take_snapshot(void* handle, unsigned number, const cha
   return player->TakeSnapshot(number, vantro::devlib::UnixPath(path), width, height) ? 0 : -1;
 }
 
-// The window is the program's, and so is its size: the flag is kept and nothing else happens.
+// The window belongs to the program, which decides its size. The flag is only kept.
 EXPORTED void devlib_set_fullscreen(void* handle, int on) {
   if (auto player = PlayerRegistry::Find(handle, "libvlc_set_fullscreen")) player->canvas().SetFullscreen(on != 0);
 }

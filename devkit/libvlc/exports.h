@@ -1,6 +1,6 @@
-// What the files of exported functions share. A function's name here is the one in the .spec files, which give it the
-// name that a program knows. Each only finds the object behind its handle and calls it; every one may be called on any
-// thread of the program, callbacks included unless something else is said.
+// Shared by the files of exported functions. The .spec files map each function to its name in libvlc. Each function
+// only finds the object of its handle and calls it. All may be called on any thread of the program, callbacks included,
+// unless a comment says otherwise.
 #pragma once
 
 #include <memory>
@@ -21,7 +21,7 @@ inline Media* AsMedia(void* handle, const char* function) {
   return static_cast<Media*>(handle);
 }
 
-// A new player's handle, null on failure.
+// Returns a new player's handle, null on failure.
 void* NewPlayer(void* instance, Guise guise, const PlayerCallbacks* callbacks, void* opaque);
 
 }  // namespace vantro::devlib

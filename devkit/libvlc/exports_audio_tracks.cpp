@@ -1,4 +1,4 @@
-// The functions of libvlc 4 about sound and tracks, which both guises have.
+// The functions of libvlc 4 for sound and tracks, which both guises have.
 #include <cstdlib>
 #include <cstring>
 
@@ -34,7 +34,7 @@ EXPORTED int devlib_audio_get_mute(void* handle) {
 }
 
 EXPORTED AudioOutput* devlib_audio_output_list_get(void* instance) {
-  // What libvlc 4 has on Windows. DirectSound is not among them.
+  // The outputs of libvlc 4 on Windows. DirectSound is not among them.
   constexpr const char* kOutputs[][2] = {{"mmdevice", "Windows Multimedia Device output"},
                                          {"waveout", "WaveOut audio output"},
                                          {"amem", "Audio memory output"},

@@ -1,4 +1,4 @@
-// The functions that only the guise "callbacks" has, and those that count in microseconds there.
+// The functions that only the guise "callbacks" has, and those that use microseconds there.
 #include "exports.h"
 #include "microseconds.h"
 

@@ -1,4 +1,4 @@
-// The functions that only the guise "events" has, and those that count in milliseconds there.
+// The functions that only the guise "events" has, and those that use milliseconds there.
 #include "exports.h"
 
 using vantro::devlib::EventCallback;
@@ -34,7 +34,7 @@ EXPORTED int64_t devlib_events_get_time(void* handle) {
   return player ? player->time() : -1;
 }
 
-// libvlc 3 always seeks exactly, so `fast` changes nothing.
+// libvlc 3 always seeks exactly, so `fast` has no effect.
 EXPORTED int devlib_events_set_time(void* handle, int64_t milliseconds, bool) {
   auto player = PlayerRegistry::Find(handle, "libvlc_media_player_set_time");
   if (!player) return -1;

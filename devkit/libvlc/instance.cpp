@@ -15,12 +15,11 @@
 namespace vantro::devlib {
 namespace {
 
-// What every instance gets behind the program's arguments: pictures stay in memory that the development library can
-// read, a snapshot does not leave its preview in the picture, and no sound card is looked for (the program asks for
-// Windows' one).
+// Added to the arguments of every instance: pictures stay in memory that the development library can read, a snapshot
+// leaves no preview in the picture, and no sound card is opened (the program asks for an output of Windows).
 constexpr const char* kOwnArguments[] = {"--avcodec-hw=none", "--no-snapshot-preview", "--aout=amem"};
 
-// libvlc's own messages, which would flood standard error.
+// Passes libvlc's own messages on only as traces, because they would flood standard error.
 void PassOn(void*, int level, const libvlc_log_t*, const char* format, va_list arguments) {
   if (level < LIBVLC_WARNING) return;
   char text[512];
@@ -28,20 +27,20 @@ void PassOn(void*, int level, const libvlc_log_t*, const char* format, va_list a
   Trace("libvlc %s: %s", level == LIBVLC_ERROR ? "error" : "warning", text);
 }
 
-// The program looks for Windows' plugins and tells of them in the environment; here libvlc knows its own.
+// The program sets the path of Windows' plugins in the environment. This libvlc finds its own plugins without it.
 void ForgetWindowsPluginPath() {
   const char* path = getenv("VLC_PLUGIN_PATH");
   if (path && strchr(path, '\\')) unsetenv("VLC_PLUGIN_PATH");
 }
 
-// With its last instance libvlc unloads its plugins, although a thread that has used one may still be about to end and
-// would then run clean-up code that is gone. One reference to the first instance is kept for good.
+// When its last instance is released, libvlc unloads its plugins. A thread that has used a plugin may end only then and
+// would run clean-up code that is no longer loaded. One reference to the first instance is therefore never released.
 void KeepPluginsLoaded(libvlc_instance_t* native) {
   static std::once_flag once;
   std::call_once(once, [native] { libvlc_retain(native); });
 }
 
-// The last output named counts. One that Windows does not have, such as directsound, falls back to mmdevice.
+// The last output named counts. An output that Windows does not have, such as directsound, becomes mmdevice.
 bool AsksForWaveout(int count, const char* const* arguments) {
   bool waveout = false;
   for (int i = 0; i < count; ++i) {

@@ -9,15 +9,15 @@ namespace vantro::devlib {
 
 class Instance {
  public:
-  // Arguments that libvlc 3 does not know are left out with a warning, one unknown argument does not fail the whole.
-  // Null when libvlc fails without any. The new object has one reference, the caller's.
+  // Arguments that libvlc 3 does not know are left out with a warning, so that one unknown argument does not make the
+  // call fail. Returns null when libvlc fails without any arguments. The new object has one reference, the caller's.
   static Instance* Create(int count, const char* const* arguments);
   Instance(const Instance&) = delete;
   Instance& operator=(const Instance&) = delete;
 
   void Release();
   libvlc_instance_t* native() const { return native_; }
-  // Volume and mute belong to each player, not to the process: the sound output asked for is waveout.
+  // True when the sound output is waveout: volume and mute then belong to each player and not to the process.
   bool soundOfPlayer() const { return soundOfPlayer_; }
 
  private:

@@ -1,11 +1,11 @@
-// The binary interface of libvlc 4 as this library offers it: calling convention, structures and event numbers, from
-// the published headers of the VLC project. Debian's <vlc/vlc.h> (libvlc 3) is used under its own names beside it.
+// The binary interface of libvlc 4 as this library provides it: calling convention, structures and event numbers, from
+// the published headers of the VLC project. Debian's <vlc/vlc.h> (libvlc 3) is used under its own names next to it.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-// Windows' calling convention, for what a Windows program calls and for the callbacks that it hands over.
+// Windows' calling convention, for exported functions and for the program's callbacks.
 #define VANTRO_MS_ABI __attribute__((ms_abi))
 
 namespace vantro::devlib {
@@ -31,7 +31,7 @@ enum EventType : int32_t {
   kMediaStopping = 0x504,
 };
 
-// What libvlc_media_player_get_state answers.
+// The result of libvlc_media_player_get_state.
 enum class State : int32_t { kNothingSpecial, kOpening, kBuffering, kPlaying, kPaused, kStopped, kStopping, kError };
 
 enum class TrackType : int32_t { kUnknown = -1, kAudio = 0, kVideo = 1, kText = 2 };
@@ -65,8 +65,8 @@ static_assert(offsetof(Event, sender) == 8 && offsetof(Event, u) == 16 && offset
 
 using EventCallback = void(VANTRO_MS_ABI*)(const Event* event, void* userData);
 
-// What a player is made with in the interface without event managers. Each pointer may be null, the structure as well;
-// it stays the program's and has to live as long as the player. Times in microseconds.
+// The callbacks of a player in the interface without event managers. The structure and each pointer may be null. The
+// program owns the structure, which must live as long as the player. Times are in microseconds.
 struct PlayerCallbacks {
   uint32_t version;
   void(VANTRO_MS_ABI* mediaChanged)(void* opaque, void* media);
@@ -86,7 +86,7 @@ struct PlayerCallbacks {
 };
 static_assert(offsetof(PlayerCallbacks, voutChanged) == 8 * 21 && sizeof(PlayerCallbacks) == 8 * 26);
 
-// A track of a list. The text id is its identity; the number is libvlc 3's.
+// A track of a list. Its identity is the text id; the number is libvlc 3's.
 struct Track {
   uint32_t codec;
   uint32_t originalFourcc;
@@ -94,7 +94,7 @@ struct Track {
   TrackType type;
   int32_t profile;
   int32_t level;
-  void* details;  // of its kind: libvlc_audio_track_t, libvlc_video_track_t, libvlc_subtitle_track_t
+  void* details;  // depends on the type: libvlc_audio_track_t, libvlc_video_track_t, libvlc_subtitle_track_t
   uint32_t bitrate;
   char* language;
   char* description;

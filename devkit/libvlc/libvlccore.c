@@ -1,2 +1,2 @@
-// The host only asks that this library is there; everything of libvlc's core is on the other side of libvlc.dll.
+// The host only checks that this library exists. libvlc.dll uses the core of the native libvlc.
 __declspec(dllexport) const char vantro_devlib_core[] = "core of the development library over libvlc 3";

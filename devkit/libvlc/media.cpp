@@ -10,7 +10,7 @@
 namespace vantro::devlib {
 namespace {
 
-// libvlc 3 counts in 32 bits and wraps around; the value is the low half of the true one.
+// libvlc 3 uses 32-bit counters that wrap around. The value is the low half of the true one.
 uint64_t Widened(int counter) { return static_cast<uint32_t>(counter); }
 
 }  // namespace

@@ -1,8 +1,8 @@
-// A media as the program holds it: a location or path with options, counted references, and libvlc 3's media once a
-// player has taken it.
+// A media as the program holds it: a location or path with options, a reference count, and libvlc 3's media once a
+// player has used it.
 //
-// libvlc 4 makes a media without an instance and libvlc 3 needs one, so the native media is made by the first player
-// that is given this one, on that player's instance.
+// libvlc 4 makes a media without an instance, but libvlc 3 needs one. The first player that gets this media makes the
+// native media on its own instance.
 #pragma once
 
 #include <atomic>
@@ -19,14 +19,14 @@ namespace vantro::devlib {
 struct MediaStats;
 
 struct PictureSize {
-  unsigned width = 0;   // pixels to be shown
+  unsigned width = 0;   // visible pixels
   unsigned height = 0;  // 0 while no video track is known
 };
 
 class Media {
  public:
   enum class Kind { kLocation, kPath };
-  // The new object has one reference, the caller's. `text` is already in the machine's terms.
+  // The new object has one reference, the caller's. `text` is already a path or address of the machine.
   Media(Kind kind, std::string text) : kind_(kind), text_(std::move(text)) {}
   Media(const Media&) = delete;
   Media& operator=(const Media&) = delete;
@@ -34,22 +34,22 @@ class Media {
   void Retain() { references_.fetch_add(1, std::memory_order_relaxed); }
   void Release();
 
-  // ":vout=" is no option for libvlc 3, whose pictures are always taken here: see windowless.
+  // ":vout=" is not passed to libvlc 3, whose pictures always go to this library: see windowless.
   void AddOption(const char* option);
-  // True when the options ask for no window at all (":vout=vdummy").
+  // Returns true when the options ask for no window (":vout=vdummy").
   bool windowless() const { return windowless_.load(std::memory_order_relaxed); }
   const std::string& text() const { return text_; }
 
-  // The native media, borrowed; made on the first call. Null when libvlc refuses it.
+  // Returns the native media, borrowed; the first call makes it. Returns null when libvlc refuses it.
   libvlc_media_t* Native(libvlc_instance_t* instance);
 
-  // False while no playback of this media has counted anything.
+  // Returns false until a playback of this media has counted something.
   bool GetStats(MediaStats* stats);
 
-  // Size of the first video track.
+  // Returns the size of the first video track.
   PictureSize VideoSize();
 
-  // The same without making it: null before the first call.
+  // Returns the native media without making it: null before the first call of Native.
   libvlc_media_t* native();
 
  private:

@@ -1,4 +1,4 @@
-// What a player tells its program, before it is put into the terms of one of libvlc 4's interfaces.
+// An event of a player, before it is converted to one of libvlc 4's interfaces.
 #pragma once
 
 #include <cstdint>
@@ -25,18 +25,18 @@ struct Notice {
     kPictures,
   };
   Kind kind;
-  MediaRef media{};                           // of kMediaChanged and kMediaStopping
-  State state{};                              // of kState
-  StopReason reason{};                        // of kMediaStopping
-  float percent = 0;                          // of kBuffering
-  int32_t before = 0;                         // of kCapabilities: kCanSeek and so on
+  MediaRef media{};                           // for kMediaChanged and kMediaStopping
+  State state{};                              // for kState
+  StopReason reason{};                        // for kMediaStopping
+  float percent = 0;                          // for kBuffering
+  int32_t before = 0;                         // for kCapabilities: bits such as kCanSeek
   int32_t now = 0;                            //
-  int64_t time = 0;                           // milliseconds, of kTime and kLength
-  double position = 0;                        // of kTime
-  TrackType trackType = TrackType::kUnknown;  // of the three about tracks
+  int64_t time = 0;                           // milliseconds, for kTime and kLength
+  double position = 0;                        // for kTime
+  TrackType trackType = TrackType::kUnknown;  // for the three events about tracks
   int32_t trackNumber = -1;                   // libvlc 3's; -1 when a selection ends
-  int32_t previousTrack = -1;                 // of kTrackSelected: what was selected before, -1 for nothing
-  unsigned pictures = 0;                      // of kPictures: how many places show pictures
+  int32_t previousTrack = -1;                 // for kTrackSelected: the track selected before, -1 for none
+  unsigned pictures = 0;                      // for kPictures: the number of outputs that show pictures
 };
 
 // The text id of a track: its kind and libvlc 3's number.

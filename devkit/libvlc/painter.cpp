@@ -21,12 +21,12 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kFarAway = 30000;  // beyond every screen
 
-// Nobody tells when another window uncovers a paused picture, so it is drawn again this often.
+// No event reports that another window uncovered a paused picture, so it is redrawn this often.
 constexpr auto kRepaintPeriod = std::chrono::milliseconds(200);
 
 struct Shown {
   std::shared_ptr<Canvas> canvas;
-  HWND window = nullptr;  // in which the last picture was drawn
+  HWND window = nullptr;  // the window in which the last picture was drawn
   Clock::time_point drawn{};
 };
 
@@ -56,12 +56,12 @@ void FillAround(HDC dc, const RECT& area, const Placement& place) {
   FillBlack(dc, place.x + place.width, place.y, area.right, place.y + place.height);
 }
 
-// False when there is nothing to draw in.
+// Returns false when there is no window to draw in.
 bool Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
   RECT area;
   if (!IsWindowVisible(window) || !GetClientRect(window, &area) || area.right <= 0 || area.bottom <= 0) return false;
-  // With a region, which here covers all, Wine computes anew what is visible. Without, it may go on with what was
-  // visible before the window's thread made the window larger.
+  // With a region, which here covers everything, Wine computes the visible part again. Without one it may keep using
+  // the visible part from before the window's thread made the window larger.
   HRGN everything = CreateRectRgn(-kFarAway, -kFarAway, kFarAway, kFarAway);
   HDC dc = GetDCEx(window, everything, DCX_CACHE | DCX_CLIPSIBLINGS | DCX_CLIPCHILDREN | DCX_INTERSECTRGN);
   if (!dc) return false;
@@ -83,7 +83,7 @@ bool Draw(HWND window, const Frame& frame, PictureSize visible, float scale) {
   return true;
 }
 
-// A child follows the size of the program's window.
+// Makes a child window as large as the program's window.
 void KeepSize(HWND target) {
   RECT area, parent;
   if ((GetWindowLongW(target, GWL_STYLE) & WS_CHILD) == 0) return;
@@ -91,7 +91,7 @@ void KeepSize(HWND target) {
   if (area.right != parent.right || area.bottom != parent.bottom) PictureWindows::Fit(target);
 }
 
-// Brings one window up to date. False when its canvas is of no more use.
+// Brings one window up to date. Returns false when its canvas is no longer used.
 bool Show(Shown* shown, Clock::time_point now) {
   bool changed = false;
   std::shared_ptr<const Frame> frame = shown->canvas->Newest(&changed);

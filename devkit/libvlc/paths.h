@@ -1,15 +1,15 @@
-// Windows' names of files and folders, turned into those of the machine that libvlc 3 runs on.
+// Converts Windows' names of files and folders to those of the machine on which libvlc 3 runs.
 #pragma once
 
 #include <string>
 
 namespace vantro::devlib {
 
-// The machine's name of a Windows path (UTF-8 as libvlc takes it, or the ANSI code page where the text is no UTF-8).
-// A path of which no folder exists comes back unchanged, with slashes. Windows threads only.
+// Returns the machine's name of a Windows path. The path is UTF-8 as in libvlc, or in the ANSI code page when it is not
+// valid UTF-8. A path without an existing folder is returned unchanged except for slashes. Windows threads only.
 std::string UnixPath(const std::string& path);
 
-// True for "file:///X:..." with a drive letter, whose path then goes to `path` with percent escapes resolved.
+// Returns true for "file:///X:..." with a drive letter; `path` then gets its path with percent escapes decoded.
 bool WindowsPathOfFileUrl(const std::string& location, std::string* path);
 
 }  // namespace vantro::devlib

@@ -1,4 +1,4 @@
-// Where a picture stands in its window: plain arithmetic, as libvlc does it.
+// Computes the place of a picture in its window, as libvlc does.
 #pragma once
 
 #include <algorithm>
@@ -10,9 +10,9 @@ struct Placement {
   int x, y, width, height;
 };
 
-// The rectangle of a picture in a client area. With a scale of 0 the picture fits the area in its own proportions; with
-// another it is that many times its size and may reach beyond the area. It is centred in both cases. All sizes are in
-// pixels and above 0.
+// Returns the rectangle of a picture in a client area. With a scale of 0 the picture is as large as fits the area in
+// its own proportions. With another scale it is that many times its size and may be larger than the area. It is centred
+// in both cases. All sizes are in pixels and above 0.
 inline Placement PlacePicture(int areaWidth, int areaHeight, int pictureWidth, int pictureHeight, float scale) {
   int width, height;
   if (scale > 0.0f) {

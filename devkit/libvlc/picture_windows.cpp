@@ -28,7 +28,7 @@ struct Request {
 DWORD threadId = 0;
 
 LRESULT CALLBACK HandleMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
-  // Closing is the program's business.
+  // Only the program closes windows.
   if (message == WM_CLOSE) return 0;
   return DefWindowProcW(window, message, first, second);
 }
@@ -50,7 +50,7 @@ HWND MakeTopLevel(int width, int height) {
                          nullptr, GetModuleHandleW(nullptr), nullptr);
 }
 
-// Disabled, so that the pointer goes to the program's window.
+// The child is disabled, so that mouse messages go to the program's window.
 HWND MakeChild(HWND parent) {
   SendMessageW(parent, WM_NULL, 0, 0);
   RECT area{};
@@ -105,7 +105,7 @@ void Run(std::promise<void>* started) {
   }
 }
 
-// The caller may be a native thread, which can't post a message: the painter does.
+// The caller may be a native thread, which cannot post a message, so the painter posts it.
 void Ask(UINT what, Canvas* canvas, unsigned width, unsigned height) {
   Request request{canvas, static_cast<int>(width), static_cast<int>(height), {}};
   std::future<void> done = request.done.get_future();

@@ -1,8 +1,8 @@
-// The windows that pictures are drawn in: a child of the window that the program gave, or a window of its own for a
-// player without one. One Windows thread of the library makes and destroys them all, and handles their messages.
+// The windows that pictures are drawn in: a child of the program's window, or a separate window for a player without
+// one. One Windows thread of the library makes and destroys them all and handles their messages.
 //
-// While a window is made or destroyed, that thread sends messages to the thread of the program's window and waits for
-// them. A program's thread that waits for libvlc meanwhile has to serve sent messages, else both wait for good.
+// While it makes or destroys a window, that thread sends messages to the thread of the program's window and waits for
+// them. A program's thread that waits for libvlc meanwhile has to handle sent messages, otherwise both wait forever.
 #pragma once
 
 #include <memory>
@@ -13,16 +13,16 @@ class Canvas;
 
 class PictureWindows {
  public:
-  // Starts the thread if it does not run. Windows threads only. False if no thread could be made.
+  // Starts the thread if it is not running. Windows threads only. Returns false if the thread could not be made.
   static bool Start();
 
-  // Gives `canvas` its window, for pictures of that size, and waits until it stands. A program's window that is hidden
-  // gets none, and no pictures before the next Open. Any thread that is not the windows' own.
+  // Makes the window of `canvas` for pictures of that size and waits until it exists. When the program's window is
+  // hidden, no window is made and no pictures are shown before the next Open. Any thread except the windows' own.
   static void Open(Canvas* canvas, unsigned width, unsigned height);
-  // Takes the window away and waits until it is gone.
+  // Destroys the window and waits until it is destroyed.
   static void Close(Canvas* canvas);
 
-  // Makes the child as large as the program's window again, soon. Any Windows thread.
+  // Soon makes the child as large as the program's window again. Any Windows thread.
   static void Fit(void* child);
 };
 

@@ -16,7 +16,7 @@
 namespace vantro::devlib {
 namespace {
 
-// How long the old input takes to close at a change of media, at least, in milliseconds.
+// The minimum time in milliseconds that the old input takes to close at a change of media.
 constexpr int kChangePatience = 50;
 constexpr size_t kCrowdedQueue = 1000;
 
@@ -101,7 +101,7 @@ void Player::Pause() {
   engine_->SetPause(input_, state_ != State::kPaused);
 }
 
-// While the old input closes there is none to seek in, unless the new media is open already.
+// While the old input closes there is no input to seek in, unless the new media is already open.
 void Player::SeekTo(int64_t milliseconds) {
   std::lock_guard guard(lock_);
   if (started_ && !closing_) {
@@ -117,7 +117,7 @@ bool Player::Stop() {
   startAt_ = 0;
   if (!started_) return false;
   started_ = false;
-  // Behind an input that closes already, Stopped may come first.
+  // After an input that is already closing, Stopped may come first.
   Post([this] {
     if (closing_ && !started_) TellStopping(StopReason::kUser);
   });
@@ -154,7 +154,7 @@ bool Player::playing() const {
   return state_ == State::kPlaying || state_ == State::kStopping;
 }
 
-// Between two time events, and when they fail to come, the time goes on with the sound.
+// Between two time events, and when none come, the time advances with the sound.
 int64_t Player::time() const {
   std::lock_guard guard(lock_);
   if (!running_ || state_ != State::kPlaying) return time_;

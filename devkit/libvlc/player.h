@@ -1,11 +1,11 @@
-// A media player of libvlc 4, as its program sees it, on top of an engine that plays through libvlc 3.
+// A media player with libvlc 4's behaviour, on top of an engine that plays through libvlc 3.
 //
-// All that a program can ask, and all that it is told, is under the player's recursive lock, so that a state that can
-// be read has been told, and a callback that waits for another thread's call into the same player waits for good, as in
-// libvlc. What the engine tells is handled one by one by a Windows thread of the player; only MediaChanged of a player
-// that plays nothing is told on the thread that calls set_media.
+// All calls and all events of a player run under its recursive lock. Therefore every readable state has been reported,
+// and a callback that waits for another thread's call into the same player waits forever, as in libvlc. A Windows
+// thread of the player handles the engine's events one at a time. Only MediaChanged of a player that plays nothing is
+// reported on the thread that calls set_media.
 //
-// What plays is an input. While one closes there is none: the media that is set meanwhile is opened behind it.
+// An input is one playback. While one closes there is none. A media that is set meanwhile is opened afterwards.
 #pragma once
 
 #include <atomic>
@@ -30,33 +30,33 @@ namespace vantro::devlib {
 class Instance;
 class TrackList;
 
-// How a program hears of a player: by an event manager, or by the callbacks that it is made with.
+// How a player reports to its program: through an event manager, or through the callbacks that it is made with.
 enum class Guise { kEvents, kCallbacks };
 
 class Player : public std::enable_shared_from_this<Player> {
  public:
-  // Null when libvlc makes no player or Windows no thread. Windows threads only. The program's handle of the player is
-  // the object's address; the object itself lives on until Close has taken effect and nobody uses it. `callbacks` and
-  // `opaque` are for the guise of that name.
+  // Returns null when libvlc makes no player or Windows no thread. Windows threads only. The program's handle of the
+  // player is the object's address. The object lives until Close has taken effect and nothing uses it. `callbacks` and
+  // `opaque` are only for the guise kCallbacks.
   static std::shared_ptr<Player> Create(Instance* instance, Guise guise, const PlayerCallbacks* callbacks,
                                         void* opaque);
   ~Player();
 
-  // Media null for none.
+  // A null media means none.
   void SetMedia(MediaRef media);
-  // Null for none. Opened when the media before it has come to its end.
+  // A null media means none. It is opened when the current media has ended.
   void SetNextMedia(MediaRef media);
   MediaRef media() const;
-  // False without a media.
+  // Returns false without a media.
   bool Play();
   void Pause();
   void SeekTo(int64_t milliseconds);
-  // False when there is nothing to stop.
+  // Returns false when there is nothing to stop.
   bool Stop();
-  // No event is delivered after the return; libvlc's player is stopped and released behind it.
+  // No event is delivered after the return. libvlc's player is stopped and released afterwards.
   void Close();
   void Retain();
-  // True when that was the last reference.
+  // Returns true when that was the last reference.
   bool DropReference();
 
   State state() const;
@@ -66,10 +66,10 @@ class Player : public std::enable_shared_from_this<Player> {
 
   // Tracks are known while a media plays. The caller owns the list.
   TrackList* Tracks(TrackType type, bool selectedOnly) const;
-  // By libvlc 3's number, -1 for none. What is asked for before a media plays counts from then on.
+  // Selects by libvlc 3's number, -1 for none. A selection made before a media plays applies from its start.
   void SelectTrack(TrackType type, int number);
   PictureSize VideoSize() const;
-  // True although no file was written, as in libvlc; false without a path.
+  // Returns true although no file was written, as libvlc does; false without a path.
   bool TakeSnapshot(unsigned number, const std::string& path, unsigned width, unsigned height);
 
   EventListeners& listeners() { return listeners_; }
@@ -85,7 +85,7 @@ class Player : public std::enable_shared_from_this<Player> {
   void TellMedia();
   void TellCapabilities(int32_t now);
 
-  // The player's thread: each with the lock held.
+  // The player's thread; each is called with the lock held.
   void Handle(const EngineEvent& event);
   void HandleClosed();
   void HandleEnd(StopReason reason);
@@ -115,18 +115,18 @@ class Player : public std::enable_shared_from_this<Player> {
   State state_ = State::kNothingSpecial;
   MediaRef media_;
   MediaRef next_;         // set while an input closes
-  bool hasNext_ = false;  // next_ counts, null included
-  MediaRef following_;    // opened behind the end of media_
-  bool started_ = false;  // the program wants it to play, and no end came
-  bool closing_ = false;  // an input closes
-  bool running_ = false;  // libvlc plays the input, or has paused it
+  bool hasNext_ = false;  // next_ is valid, null included
+  MediaRef following_;    // opened after the end of media_
+  bool started_ = false;  // the program has started playback, and no end came
+  bool closing_ = false;  // an input is closing
+  bool running_ = false;  // libvlc plays the input or has paused it
   uint64_t input_ = 0;    // number of the last input
   int64_t startAt_ = 0;   // milliseconds; where the next input begins
   int32_t capabilities_ = 0;
   int64_t length_ = -1;
-  int64_t time_ = 0;        // of the last time event, or where the input begins
+  int64_t time_ = 0;        // of the last time event, or the start of the input
   int64_t toldTime_ = -1;   // of the last time event, -1 before it
-  int64_t timePlayed_ = 0;  // sound played at that moment
+  int64_t timePlayed_ = 0;  // sound played up to that event
   std::chrono::steady_clock::time_point timeAt_{};
   int wantedTracks_[3] = {kAnyTrack, kAnyTrack, kAnyTrack};
   int selectedTracks_[3] = {-1, -1, -1};

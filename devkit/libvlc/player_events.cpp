@@ -1,4 +1,4 @@
-// What a player tells, and how it takes what the engine tells.
+// How a player reports events, and how it handles the engine's events.
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -35,7 +35,7 @@ void Player::Tell(const Notice& notice) {
   callbackOf = before;
 }
 
-// A state is told when it differs from the last one only.
+// A state is reported only when it differs from the last one.
 void Player::TellState(State state) {
   if (state_ == state) return;
   state_ = state;
@@ -114,7 +114,7 @@ void Player::Handle(const EngineEvent& event) {
   }
 }
 
-// What carries a number and changes no state.
+// Handles events that carry a number and change no state.
 void Player::HandleFigure(const EngineEvent& event) {
   Notice notice{};
   notice.percent = event.percent;
@@ -122,7 +122,7 @@ void Player::HandleFigure(const EngineEvent& event) {
   notice.position = event.position;
   notice.pictures = static_cast<unsigned>(event.number);
   if (event.kind == EngineEvent::Kind::kTime) {
-    // libvlc 3 repeats a time that stands still.
+    // libvlc 3 repeats a time that does not change.
     if (event.time == toldTime_) return;
     toldTime_ = event.time;
     RememberTime(event.time);
@@ -142,7 +142,7 @@ void Player::RememberTime(int64_t milliseconds) {
   timePlayed_ = audio_.Played();
 }
 
-// The input came to its end, or failed. A media that is to follow an end is opened as at a change.
+// Handles the end or failure of an input. A media that is set to follow an end is opened as at a change.
 void Player::HandleEnd(StopReason reason) {
   CloseInput(0);
   if (reason == StopReason::kEnd && following_) {
@@ -171,7 +171,7 @@ void Player::HandleTrack(const EngineEvent& event, Notice::Kind kind) {
   Tell(notice);
 }
 
-// The old input is gone: the state of a stop is told, and a media that was set meanwhile is opened.
+// Handles the end of closing: reports the state of a stop, and opens a media that was set meanwhile.
 void Player::HandleClosed() {
   closing_ = false;
   const uint64_t closed = input_;

@@ -15,7 +15,7 @@ namespace {
 constexpr int kPatienceRounds = 2000;
 constexpr DWORD kRound = 5;  // milliseconds
 
-// Never destroyed: libvlc's threads may still run while the process ends.
+// Never destroyed, because libvlc's threads may still run while the process ends.
 struct Registry {
   std::mutex lock;
   std::unordered_map<const void*, std::shared_ptr<Player>> players;

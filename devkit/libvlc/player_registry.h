@@ -1,4 +1,4 @@
-// The players of the process, by the handle that a program holds.
+// The players of the process, found by the program's handles.
 #pragma once
 
 #include <memory>
@@ -11,16 +11,16 @@ class Player;
 class PlayerRegistry {
  public:
   static void Add(std::shared_ptr<Player> player);
-  // False if it was not there.
+  // Returns false if it was not registered.
   static bool Remove(Player* player);
-  // The player behind a handle, null for one that was released. `function` is named in the warning then.
+  // Returns the player of a handle, null for a released one. The warning then names `function`.
   static std::shared_ptr<Player> Find(const void* handle, const char* function);
   static std::vector<std::shared_ptr<Player>> All();
 
-  // A removed player has let go of libvlc. Any thread.
+  // Reports that a removed player has released libvlc. Any thread.
   static void CountClosed();
-  // Waits until every removed player has, for at most some seconds, and serves the messages that are sent to the
-  // calling thread meanwhile: false if that was not enough. Windows threads only.
+  // Waits until every removed player has released libvlc, for at most some seconds, and handles messages sent to the
+  // calling thread meanwhile. Returns false on timeout. Windows threads only.
   static bool WaitForClosed();
 };
 

@@ -12,18 +12,18 @@ namespace vantro::devlib {
 
 class TaskThread : public std::enable_shared_from_this<TaskThread> {
  public:
-  // To be called once. A native thread for calls into libvlc 3, a Windows thread for calls into the program; the latter
-  // is made on a Windows thread only. False if no thread could be made.
+  // Call one of these once. A native thread is for calls into libvlc 3, a Windows thread for calls into the program.
+  // The latter can be made only on a Windows thread. Returns false if the thread could not be made.
   bool StartNative();
   bool StartWindows();
 
-  // Any thread. Tasks posted behind Close are dropped.
+  // Any thread. Tasks posted after Close are dropped.
   void Post(std::function<void()> task);
 
-  // Drops what waits. A running task goes on, the thread ends behind it.
+  // Drops the waiting tasks. A running task continues, and then the thread ends.
   void Close();
 
-  // How many tasks wait.
+  // Returns the number of waiting tasks.
   size_t waiting() const;
 
  private:

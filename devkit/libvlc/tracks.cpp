@@ -25,7 +25,7 @@ const char* KindOf(TrackType type) {
   return "unknown";
 }
 
-// libvlc's own name of a track, such as "Track 1 - [English]".
+// Returns libvlc's own name of a track, such as "Track 1 - [English]".
 std::string NameOf(libvlc_media_player_t* player, TrackType type, int number) {
   libvlc_track_description_t* list = type == TrackType::kAudio   ? libvlc_audio_get_track_description(player)
                                      : type == TrackType::kVideo ? libvlc_video_get_track_description(player)

@@ -1,4 +1,4 @@
-// Lists of a media's tracks in libvlc 4's layout, made from what libvlc 3 knows of the playing media.
+// Lists of a media's tracks in libvlc 4's layout, made from libvlc 3's tracks of the playing media.
 #pragma once
 
 #include <atomic>
@@ -12,14 +12,14 @@ struct libvlc_media_t;
 
 namespace vantro::devlib {
 
-// A track with counted references; the program's handle is the address of `face`. The one who made it has a reference.
+// A track with a reference count. The program's handle is the address of `face`. The creator has one reference.
 class TrackObject {
  public:
   static TrackObject* Of(void* track) { return static_cast<TrackObject*>(track); }
   void Retain() { references_.fetch_add(1, std::memory_order_relaxed); }
   void Release();
 
-  Track face{};  // stays first
+  Track face{};  // must be the first member
 
  private:
   friend class TrackList;
@@ -43,23 +43,23 @@ class TrackObject {
 
 class TrackList {
  public:
-  // The tracks of one kind of `media`, which `player` plays. Never null; may be empty.
+  // Returns the tracks of one kind of `media`, which `player` plays. Never null; may be empty.
   static TrackList* Make(libvlc_media_player_t* player, libvlc_media_t* media, TrackType type, bool selectedOnly);
   ~TrackList();
 
   size_t count() const { return tracks_.size(); }
-  // Null beyond the end. Borrowed from the list.
+  // Returns null beyond the end. The list owns the track.
   TrackObject* at(size_t index) const { return index < tracks_.size() ? tracks_[index] : nullptr; }
 
  private:
   std::vector<TrackObject*> tracks_;
 };
 
-// libvlc 3's number of the selected track of a kind, -1 for none.
+// Returns libvlc 3's number of the selected track of a kind, -1 for none.
 int SelectedTrack(libvlc_media_player_t* player, TrackType type);
-// Selects a track by that number, -1 unselects.
+// Selects the track with that number; -1 unselects.
 void SelectTrack(libvlc_media_player_t* player, TrackType type, int number);
-// The number in the first text id of a list "audio/1,audio/2" that is of this kind, -1 for none.
+// Returns the number in the first text id of this kind in a list such as "audio/1,audio/2", -1 for none.
 int NumberOfTrack(TrackType type, const char* ids);
 
 }  // namespace vantro::devlib

@@ -15,7 +15,7 @@ struct Start {
 
 DWORD WINAPI Enter(void* parameter) {
   std::unique_ptr<Start> start(static_cast<Start*>(parameter));
-  // A new thread starts on the process's desktop; windows are drawn from the desktop that they are on.
+  // A new thread starts on the process's desktop, but windows must be drawn from the desktop that they are on.
   SetThreadDesktop(start->desktop);
   start->body();
   return 0;

@@ -1,4 +1,4 @@
-// libvlc's functions. Each records its call, runs the test's action, and answers as the script says.
+// libvlc's functions. Each records its call, runs the test's action, and returns the scripted result.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -10,7 +10,7 @@ namespace vantro::published {
 namespace {
 
 constexpr int64_t kAbiVersion = 0x040C0000;
-constexpr int64_t kNothingToStop = INT32_MIN;  // as libvlc_media_player_stop_async was seen to answer
+constexpr int64_t kNothingToStop = INT32_MIN;  // the result that libvlc_media_player_stop_async was observed to return
 
 struct RealTrack {  // libvlc_media_track_t
   uint32_t codec, originalFourcc;
@@ -50,7 +50,7 @@ std::enable_if_t<std::is_arithmetic_v<Number>, std::string> Text(Number number) 
   return text.str();
 }
 
-// One call: recorded when it is made. The script's mutex is held from then on, but for the test's action.
+// One call, recorded when it is made. The script's mutex is held from then on, except during the test's action.
 class Call {
  public:
   template <typename... Arguments>
@@ -62,7 +62,7 @@ class Call {
     RunAction();
   }
 
-  // Whether the object is alive; a violation otherwise.
+  // Returns whether the object is alive; otherwise records a violation.
   bool Uses(const void* object) {
     if (IsLive(object)) return true;
     TheScript().violations.push_back(text_ + ": not a live object");
@@ -94,7 +94,8 @@ class Call {
   std::unique_lock<std::mutex> lock_;
 };
 
-// A call on a player. Its lock is taken first, as libvlc does; a dead player's object is still there to be locked.
+// A call on a player. It first takes the player's lock, as libvlc does. The memory of a dead player still exists, so
+// its lock can be taken.
 class PlayerCall {
  public:
   template <typename... Arguments>
@@ -138,7 +139,7 @@ PlayerObject* NewPlayer(Call& call, Instance* instance) {
 
 using namespace vantro::published;
 
-// A function on a player whose result nothing in the library depends on.
+// A function on a player whose result does not affect the library.
 #define PLAYER_FUNCTION(result, name, own, parameters, ...)                       \
   PUBLISHED_API result name parameters {                                          \
     PlayerCall made(__func__, __VA_ARGS__);                                       \
@@ -227,7 +228,7 @@ PUBLISHED_API PlayerObject* NewPlayerWithCallbacks(Instance* instance, const Cal
   if (!player) return nullptr;
   player->callbacks = callbacks;
   player->opaque = opaque;
-  // A library may deliver before the player's maker has its handle.
+  // A library may deliver events before the creator has the player's handle.
   if (callbacks->stateChanged) callbacks->stateChanged(opaque, kNothingSpecial);
   return player;
 }
@@ -305,7 +306,7 @@ PUBLISHED_API TrackList* libvlc_media_player_get_tracklist(PlayerObject* player,
   auto* const list = new TrackList;
   for (const Track& track : player->tracks[type]) {
     RealTrack real{};
-    real.number = 7;  // not the identity
+    real.number = 7;  // differs from the identity
     real.type = type;
     real.language = track.language;
     real.description = track.description;
@@ -364,7 +365,7 @@ PUBLISHED_API void libvlc_event_detach(PlayerObject* player, int32_t type, Event
   std::abort();  // as libvlc 4 does
 }
 
-// Exported by one interface alone and never called: the adapter looks for its name.
+// Exported by one interface only and never called: the adapter checks for its name.
 PUBLISHED_API void libvlc_media_player_set_next_media() {}
 
 }  // extern "C"

@@ -1,11 +1,12 @@
-// A scripted library with what a published libvlc 4 exports, for tests of the runtime adapter.
+// A scripted library with the exports of a published libvlc 4, for tests of the runtime adapter.
 //
-// published.dll holds the functions of both interfaces of libvlc 4, and what a test says and asks of them. Tests link
-// it. Two libraries of forwarders, events/libvlc-real.dll and callbacks/libvlc-real.dll, export one interface each and
-// lead here, so that the adapters above both are scripted in one place.
+// published.dll holds the functions of both interfaces of libvlc 4, and the functions with which a test scripts and
+// inspects them. Tests link it. Two libraries of forwarders, events/libvlc-real.dll and callbacks/libvlc-real.dll,
+// export one interface each and forward to it, so that one place scripts the adapters for both interfaces.
 //
-// The functions record their calls and keep what is set; nothing happens by itself. A test says what a call sets off.
-// Each call on a player takes the player's reentrant lock, and events are delivered with it held, as in libvlc 4.
+// The functions record their calls and keep the values that are set. No event is raised by itself: the test decides
+// what a call triggers. Each call on a player takes the player's recursive lock, and events are delivered with it held,
+// as in libvlc 4.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +23,7 @@
 
 namespace vantro::published {
 
-// libvlc's binary layouts, declared here once more: the adapter's own are checked against these.
+// libvlc's binary layouts, declared a second time so that the adapter's own are checked against them.
 
 struct Event {
   int32_t type;
@@ -51,7 +52,7 @@ struct Callbacks {
 enum State : int32_t { kNothingSpecial, kOpening, kBuffering, kPlaying, kPaused, kStopped, kStopping, kError };
 enum TrackType : int32_t { kAudio, kVideo, kText };
 
-// Null texts are absent ones.
+// Null means no text.
 struct Track {
   const char* id = nullptr;
   const char* name = nullptr;
@@ -59,38 +60,38 @@ struct Track {
   const char* description = nullptr;
 };
 
-// As at process start: no calls, no answers, no objects. Waits for the threads of Later.
+// Restores the state at process start: no calls, no results, no objects. Waits for the threads of Later.
 PUBLISHED_API void Reset();
 
-// Calls in order, as text: libvlc_media_player_set_time(player1, 5000, 0). Texts stand in quotes, objects by name, a
-// null as null, other pointers (windows) as %p.
+// Returns the calls in order, as text: libvlc_media_player_set_time(player1, 5000, 0). Texts are quoted, objects are
+// named, a null pointer is null, and other pointers (windows) are printed with %p.
 PUBLISHED_API std::vector<std::string> Calls();
 PUBLISHED_API std::vector<std::string> CallsOf(const std::string& function);
 PUBLISHED_API std::vector<uint32_t> ThreadsOf(const std::string& function);
 PUBLISHED_API void ClearCalls();
 
-// Runs the action inside each call of the function, on the calling thread, behind the recording.
+// Runs the action inside each call of the function, on the calling thread, after the recording.
 PUBLISHED_API void OnCall(const std::string& function, std::function<void()> action);
-// What the function returns from now on. A function that makes an object returns null for 0, else the object.
+// Sets the function's result from now on. A function that makes an object returns null for 0, otherwise the object.
 PUBLISHED_API void SetResult(const std::string& function, int64_t result);
-// What libvlc_get_version or libvlc_errmsg returns.
+// Sets the result of libvlc_get_version or libvlc_errmsg.
 PUBLISHED_API void SetText(const std::string& function, const std::string& text);
 
-// Objects, by number in the order of making since the last reset, from 1.
+// Returns an object by its number in the order of creation since the last reset, from 1.
 PUBLISHED_API void* Player(int number);
 PUBLISHED_API void* MediaOf(const void* player);
 struct LiveObjects {
   int instances, players, media, trackLists, outputLists;
 };
 PUBLISHED_API LiveObjects Live();
-// Calls with a dead or foreign object, as text.
+// Returns the calls with a dead or foreign object, as text.
 PUBLISHED_API std::vector<std::string> Violations();
 
 PUBLISHED_API void SetState(void* player, State state);
 PUBLISHED_API void SetSize(void* player, unsigned width, unsigned height);
 PUBLISHED_API void SetTracks(void* player, TrackType type, std::vector<Track> tracks);
 PUBLISHED_API void SetOutputs(std::vector<std::string> names);
-// The volume and mute that the library last took for the player; -1 before.
+// Returns the volume or mute that the library last accepted for the player; -1 before.
 PUBLISHED_API int Volume(const void* player);
 PUBLISHED_API int Mute(const void* player);
 
@@ -105,7 +106,7 @@ PUBLISHED_API void WithLock(void* player, const std::function<void()>& action);
 // Raises an event of the interface with event managers. Returns the number of callbacks called.
 PUBLISHED_API int Raise(void* player, int32_t type, uint64_t payload = 0);
 PUBLISHED_API std::vector<int32_t> AttachedTypes(const void* player);
-// Runs the action over the callbacks that the player was made with, and their opaque.
+// Runs the action with the callbacks that the player was made with, and their opaque.
 PUBLISHED_API void WithCallbacks(void* player, const std::function<void(const Callbacks&, void*)>& action);
 
 }  // namespace vantro::published

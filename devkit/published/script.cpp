@@ -1,4 +1,4 @@
-// What a test says and asks of the library.
+// The functions with which a test scripts and inspects the library.
 #include "devkit/published/script.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The state behind the scripted published library.
+// The state of the scripted published library.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@
 
 namespace vantro::published {
 
-// The first member of every object that the library hands out. Dead ones keep their memory, so that a stale handle is
+// The first member of every object of the library. The memory of dead objects is kept, so that a stale handle is
 // recognised.
 struct Object {
   std::string name;
@@ -50,7 +50,7 @@ struct RecordedCall {
   uint32_t threadId;
 };
 
-// Everything is used with the mutex held, but for what a player's own lock guards: its listeners.
+// Used only with the mutex held, except the listeners, which the player's own lock guards.
 struct Script {
   std::mutex mutex;
   std::vector<RecordedCall> calls;

@@ -1,4 +1,4 @@
-"""The client, the frames and the loopback engine's socket, against a small host that answers with what it was sent."""
+"""Tests of the client, the frames and the loopback engine's socket, against a small host that echoes messages."""
 
 import os
 import threading
@@ -17,7 +17,7 @@ WM_GETTEXTLENGTH = 0x0E
 
 @pytest.fixture(scope="module")
 def prefix(tmp_path_factory):
-    # Beside the template: clones are hard links.
+    # In the same folder as the template, because clones are hard links.
     with hosts.Prefix(hosts.ROOT / f"out/wine/interface-{os.getpid()}") as prefix:
         yield prefix
 
@@ -33,7 +33,7 @@ def test_an_answer_has_the_bytes_that_were_sent(echo):
     assert echo.client.send_bytes(data, **ECHO) == data
 
 
-def test_a_call_goes_and_comes_through_the_codec(echo):
+def test_a_call_and_its_reply_are_encoded_by_the_codec(echo):
     answer = echo.client.send_bytes(codec.encode_success({"a": [1, 2.5]}), **ECHO)
     assert codec.decode_envelope(answer) == {"a": [1, 2.5]}
 
@@ -43,28 +43,28 @@ def test_an_empty_answer_is_not_implemented(echo):
         codec.decode_envelope(echo.client.send_bytes(b"\xf2", **ECHO))
 
 
-def test_a_message_that_the_host_leaves_unanswered_is_told(echo):
+def test_a_message_that_the_host_leaves_unanswered_is_reported(echo):
     with pytest.raises(NotAnswered):
         echo.client.send_bytes(b"\xf0", **ECHO)
 
 
-def test_a_second_answer_is_told_as_a_violation(echo):
+def test_a_second_answer_is_reported_as_a_violation(echo):
     echo.client.send_bytes(b"\xf1", **ECHO)
     echo.client.wait_until(lambda: echo.client.violations, "the violation")
     assert len(echo.client.violations) == 1
 
 
-def test_a_channel_without_a_listener_is_told(echo):
+def test_a_channel_without_a_listener_is_reported(echo):
     with pytest.raises(NoListener):
         echo.client.send_bytes(b"", channel="nobody")
 
 
-def test_an_engine_that_is_not_there_has_no_listener(echo):
+def test_an_unknown_engine_has_no_listener(echo):
     with pytest.raises(NoListener):
         echo.client.send_bytes(b"", engine=7, **ECHO)
 
 
-def test_what_the_host_said_before_anyone_was_connected_is_kept(echo):
+def test_messages_sent_before_a_connection_are_kept(echo):
     echo.client.wait_until(lambda: echo.client.undecodable, "the first message")
     assert [(channel, data) for channel, data, _ in echo.client.undecodable] == [("said", b"")]
 
@@ -76,7 +76,7 @@ def test_an_event_carries_its_engine_and_the_sending_thread(echo):
     assert event.thread != echo.client.hello["thread"]
 
 
-def test_waiting_for_an_event_that_does_not_come_says_what_came(echo):
+def test_a_wait_that_times_out_reports_the_events_that_came(echo):
     echo.client.send_bytes(b"\xf3" + codec.encode_method_call("onOther"), **ECHO)
     with pytest.raises(WaitTimeout, match="onOther"):
         echo.client.wait_for("onNever", timeout=0.2)
@@ -96,7 +96,7 @@ def test_calls_from_several_threads_get_their_own_answers(echo):
     assert answers == {number: [bytes([number, n]) for n in range(50)] for number in range(4)}
 
 
-def test_a_second_interface_is_served_when_the_first_has_gone(echo):
+def test_a_second_interface_is_served_after_the_first_disconnects(echo):
     port = echo.client._socket.getpeername()[1]
     echo.client.close()
     with Client(port) as second:
@@ -104,31 +104,31 @@ def test_a_second_interface_is_served_when_the_first_has_gone(echo):
         assert second.send_bytes(b"again", **ECHO) == b"again"
 
 
-def test_the_process_shows_its_windows(echo):
+def test_the_windows_of_the_process_are_listed(echo):
     (top,) = echo.client.windows("EchoHost")
     (view,) = echo.client.windows("LoopbackEngineView")
     assert (top.title, top.rect, top.visible, view.parent) == ('echo "host"', (10, 20, 310, 220), True, top.handle)
 
 
-def test_input_that_reaches_the_view_is_told(echo):
+def test_input_that_reaches_the_view_is_reported(echo):
     (view,) = echo.client.windows("LoopbackEngineView")
     assert echo.client.post(view.handle, WM_KEYDOWN, 0x7A, 1)
     echo.client.wait_until(lambda: echo.client.inputs, "the key")
     assert (echo.client.inputs[0].message, echo.client.inputs[0].wparam) == (WM_KEYDOWN, 0x7A)
 
 
-def test_a_sent_message_brings_its_result(echo):
+def test_a_sent_message_returns_its_result(echo):
     (top,) = echo.client.windows("EchoHost")
     assert echo.client.send(top.handle, WM_GETTEXTLENGTH) == len('echo "host"')
 
 
-def test_a_window_gives_its_picture(echo):
+def test_the_picture_of_a_window_is_captured(echo):
     (top,) = echo.client.windows("EchoHost")
     picture = echo.client.capture(top.handle)
     assert (picture[:2], len(picture)) == (b"BM", 54 + 300 * 200 * 4)
 
 
-def test_the_whole_exit_code_is_known(echo):
+def test_the_whole_exit_code_is_reported(echo):
     echo.client.send_bytes(b"\xf4", **ECHO)
     assert echo.wait() == 0x1234
 
@@ -139,7 +139,7 @@ def test_the_last_frames_arrive_before_the_end(echo):
     assert echo.client.engines == []
 
 
-def test_a_call_to_a_host_that_was_killed_is_lost(echo):
+def test_a_call_to_a_killed_host_fails_as_connection_lost(echo):
     echo.kill()
     with pytest.raises(ConnectionLost):
         echo.client.send_bytes(b"", **ECHO)

@@ -1,4 +1,4 @@
-"""The simulator's codec against bytes worked out by hand from the published format."""
+"""Tests the simulator's codec against bytes worked out by hand from the published format."""
 
 import array
 import math
@@ -89,7 +89,7 @@ def test_an_empty_answer_means_not_implemented():
         codec.decode_envelope(b"")
 
 
-def test_not_a_number_survives():
+def test_not_a_number_is_encoded_and_decoded():
     assert math.isnan(codec.decode_message(codec.encode_message(math.nan)))
 
 

@@ -1,4 +1,4 @@
-"""What a typed line means, and what the tabulator key offers."""
+"""Tests how the console reads a typed line and what it completes."""
 
 import pytest
 

@@ -1,4 +1,4 @@
-"""What the console completes is what the description of the channels names."""
+"""Tests that the console completes the names in the description of the channels."""
 
 from vantro_interface import client, methods
 
@@ -10,6 +10,6 @@ def test_methods_come_with_the_keys_of_their_arguments_in_order():
     assert list(methods.THUMBNAIL_METHODS) == ["initialize", "getFrame", "dispose"]
 
 
-def test_client_uses_the_channels_that_are_described():
+def test_the_client_uses_the_described_channels():
     names = [channel["name"] for channel in methods.DESCRIPTION["channels"]]
     assert names == [client.PLAYER_CHANNEL, client.THUMBNAIL_CHANNEL]

@@ -1,4 +1,4 @@
-"""The title bar of a host's window, and a user before it: for tests and pictures of what a viewer sees and touches.
+"""The title bar of a host's window, and a user who operates it, for tests and pictures of what a viewer sees.
 
 Every wait asks the host or the screen until the condition holds.
 """
@@ -15,7 +15,7 @@ MENU = "#32768"
 
 
 class Chrome:
-    """The newest host's first window, as it is when asked, and a user before it."""
+    """The newest host's first window, read at each access, and a user who operates it."""
 
     def __init__(self, host, user, display, folder):
         self.host, self.client, self.user = host, host.client, user
@@ -24,7 +24,7 @@ class Chrome:
 
     @property
     def window(self):
-        """The main window of the first interface; later windows lie above it."""
+        """The main window of the first interface. Later windows are above it."""
         return self.client.windows(MAIN_WINDOW)[-1]
 
     @property
@@ -42,17 +42,16 @@ class Chrome:
         return control
 
     def click(self, number):
-        """Beside the place of the click before, so that two are never a double click."""
+        """Clicks beside the place of the previous click, so that two clicks are never a double click."""
         x, y = centre(self.control(number))
         self._shift = -self._shift
         self.user.click(x + self._shift, y)
 
     def drag(self, start, end):
-        """Takes the window by its bar or frame; the way begins when the window has the pointer.
+        """Drags the window by its bar or frame. The movement begins when the window has the pointer.
 
-        The button goes up when the window has followed: an X server tells where the pointer is from the window's edge,
-        and Wine would add the way once more to the place of a release that came before the window had moved.
-        """
+        The button is released only after the window has followed. An X server reports the pointer relative to the
+        window, and Wine would add the movement a second time to a release that came before the window had moved."""
         before = self.window.rect
         self.user.press(*start)
         self.client.poll(lambda: self.client.focus()["capture"], lambda seen: seen == self.window.handle, "the capture")
@@ -61,7 +60,7 @@ class Chrome:
         self.user.release()
 
     def click_caption(self):
-        """On the free strip right of Help."""
+        """Clicks on the free strip right of Help."""
         _, top, right, bottom = self.control(HELP).rect
         self.user.click(right + 60, (top + bottom) // 2)
 
@@ -70,7 +69,7 @@ class Chrome:
         return self.client.poll(lambda: self.menus, lambda menus: len(menus) == 1, "the menu")[0]
 
     def choose(self, number, *keys):
-        """Opens a menu of the bar, then presses the underlined letters one by one."""
+        """Opens a menu of the bar, then presses the given keys one by one."""
         self.open_menu(number)
         for count, key in enumerate(keys[:-1], 2):
             self.user.key(key)
@@ -82,21 +81,21 @@ class Chrome:
         self.client.poll(lambda: self.window.size, lambda seen: seen == size, f"size {size}")
 
     def wait_for_bar(self, visible):
-        """In fullscreen: until the controls are there, or gone."""
+        """Waits until the fullscreen controls are visible, or hidden."""
         self.client.poll(lambda: self.control(CLOSE).visible, lambda seen: seen is visible, f"controls: {visible}")
 
     def wait_for_focus(self, handle):
         self.client.poll(lambda: self.client.focus()["focus"], lambda seen: seen == handle, "the focus")
 
     def colour(self, x, y):
-        """The colour of four pixels of the screen."""
+        """Returns the colour of four pixels of the screen."""
         return self._look(x, y, x + 2, y + 2)[1]
 
     def wait_for_colour(self, x, y, colour):
         self.client.poll(lambda: self.colour(x, y), lambda seen: seen == colour, f"colour {colour}")
 
     def drawn_in(self, left, top, right, bottom):
-        """Whether a part of the screen is of more than one colour."""
+        """Returns whether a part of the screen has more than one colour."""
         return self._look(left, top, right, bottom)[0] > 1
 
     def _look(self, left, top, right, bottom):

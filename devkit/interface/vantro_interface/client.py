@@ -1,4 +1,4 @@
-"""An interface for a host: connects to its loopback engine, calls its methods, and keeps what it says.
+"""An interface for a host: connects to its loopback engine, calls the host's methods, and keeps its messages.
 
     client = Client(port)
     client.invoke("setMedia", {"url": "http://..."})
@@ -27,7 +27,7 @@ class ConnectionLost(Exception):
 
 
 class NoListener(Exception):
-    """Nobody in the host listens on the channel of that engine."""
+    """No listener is registered on the channel of that engine."""
 
 
 class NotAnswered(Exception):
@@ -35,12 +35,12 @@ class NotAnswered(Exception):
 
 
 class WaitTimeout(AssertionError):
-    """What was waited for did not come; the text says what came instead."""
+    """The awaited condition did not hold in time; the text lists what came instead."""
 
 
 @dataclasses.dataclass
 class Event:
-    """One method call of the host. The time is the host's clock in seconds, taken where it was sent."""
+    """One method call of the host. The time is in seconds of the host's clock, taken when the call was sent."""
 
     engine: int
     channel: str
@@ -66,7 +66,7 @@ class Input:
 
 @dataclasses.dataclass
 class Window:
-    """One window of the host's process, as it was when asked for."""
+    """One window of the host's process, as it was at the time of the request."""
 
     handle: int
     parent: int
@@ -133,14 +133,14 @@ class Client:
     # Requests.
 
     def invoke(self, method, arguments=None, *, engine=None, channel=PLAYER_CHANNEL, timeout=None):
-        """Calls a method and returns the value of its success. Raises MethodError or NotImplementedByHost as the host
-        answered, NoListener or NotAnswered if it did not."""
+        """Calls a method and returns its result. Raises MethodError or NotImplementedByHost according to the host's
+        answer, and NoListener or NotAnswered when there is none."""
         answer = self.send_bytes(codec.encode_method_call(method, arguments), engine=engine, channel=channel,
                                  timeout=timeout)
         return codec.decode_envelope(answer)
 
     def send_bytes(self, data, *, engine=None, channel=PLAYER_CHANNEL, timeout=None):
-        """Sends these very bytes and returns the bytes of the answer."""
+        """Sends the bytes unchanged and returns the bytes of the answer."""
         frame = self._ask(Frame(Kind.MESSAGE, self._engine(engine), channel=channel, payload=bytes(data)), timeout)
         if frame.kind == Kind.NO_LISTENER:
             raise NoListener(f"engine {frame.engine}, {channel}")
@@ -149,20 +149,21 @@ class Client:
         return frame.payload
 
     def settle(self, timeout=None):
-        """Returns when the host's message loop has taken a message: it is up, and what was posted before is done."""
+        """Returns when the host's message loop has handled a message. Everything posted before it is then done."""
         try:
             self.send_bytes(b"", channel="settle", timeout=timeout)
         except NoListener:
             pass
 
     def command(self, name, payload=b"", timeout=None):
-        """A question to the engine about its process; devkit/engine/inspect.h lists them."""
+        """Sends a command about the process to the engine; devkit/engine/inspect.h lists the commands."""
         return self._ask(Frame(Kind.COMMAND, channel=name, payload=payload), timeout).payload
 
     # Windows.
 
     def windows(self, class_name=None):
-        """The process's windows, owners before owned and parents before children as the system lists them."""
+        """Returns the process's windows in the system's order: owners before owned windows, parents before
+        children."""
         rows = json.loads(self.command("windows"))
         windows = [
             Window(row["handle"], row["parent"], row["owner"], row["id"], row["class"], row["title"],
@@ -183,13 +184,13 @@ class Client:
         return answer["result"] if answer["ok"] else None
 
     def capture(self, handle):
-        """The window's picture as the bytes of a BMP file."""
+        """Returns the window's picture as the bytes of a BMP file."""
         return self.command("capture", struct.pack("<Q", handle))
 
     # Waiting. None of these polls the host.
 
     def mark(self):
-        """A place in the events: what came so far is not looked at by a wait_for that is given it."""
+        """Returns a position in the events. wait_for ignores the events before the position that it is given."""
         with self._changed:
             return len(self.events)
 
@@ -198,7 +199,7 @@ class Client:
             return list(self.events[mark:])
 
     def wait_for(self, method, condition=None, *, after=0, engine=None, timeout=None):
-        """The first event of that method, from the mark on, for which the condition holds."""
+        """Returns the first event of that method after the position for which the condition holds."""
 
         def found():
             for event in self.events[after:]:
@@ -209,14 +210,15 @@ class Client:
         return self._wait(found, timeout, f"the event {method}", after)
 
     def wait_until(self, condition, what, timeout=None):
-        """Waits until the condition holds, which is tried after each frame that arrives."""
+        """Waits until the condition holds. It is tested after each frame that arrives."""
         return self._wait(condition, timeout, what)
 
     def wait_closed(self, timeout=None):
         self._wait(lambda: self._closed is not None, timeout, "the end of the connection", end=False)
 
     def poll(self, question, condition, what, timeout=None, pause=0.02):
-        """Asks again until the answer meets the condition, and returns it: for state that raises no event."""
+        """Repeats the question until its answer meets the condition, and returns the answer; for state without an
+        event."""
         limit = time.monotonic() + (timeout or self.timeout)
         while True:
             answer = question()

@@ -1,6 +1,6 @@
 """Flutter's standard message codec and standard method codec, written from the published format.
 
-Python values stand for the channel's values one to one, so that what is decoded can be encoded again:
+Each value of the channel has its own Python type, so that a decoded value can be encoded again:
 
     None, bool, float, str, list, dict  null, Boolean, double, string, list, map
     int                                 32-bit if it fits, else 64-bit; Int64 forces 64 bits
@@ -23,11 +23,11 @@ _LIST_TYPES = {code: kind for kind, (code, _) in _TYPED_LISTS.items()}
 
 
 class CodecError(ValueError):
-    """Bytes that are not a value, or a value that has no bytes."""
+    """The bytes are not a valid value, or the value has no encoding."""
 
 
 class Int64(int):
-    """An integer that takes eight bytes on the wire whatever its size."""
+    """An integer that is always encoded in eight bytes."""
 
 
 class BigInteger(str):
@@ -180,7 +180,7 @@ _READERS = {
 
 
 class MethodError(Exception):
-    """An error envelope: the host refused the call."""
+    """An error envelope: the host reported an error."""
 
     def __init__(self, code, message=None, details=None):
         super().__init__(f"{code}: {message}")
@@ -215,7 +215,7 @@ def encode_method_call(method, arguments=None):
 
 
 def decode_method_call(data):
-    """The method's name and its arguments."""
+    """Returns the method's name and its arguments."""
     reader = Reader(data)
     method, arguments = reader.value(), reader.value()
     reader.end()
@@ -240,11 +240,12 @@ def encode_error(code, message=None, details=None):
 
 
 class NotImplementedByHost(Exception):
-    """An empty answer: the host does not know the method."""
+    """An empty answer: the host does not implement the method."""
 
 
 def decode_envelope(data):
-    """The value of a success envelope. Raises MethodError for an error envelope, NotImplementedByHost for none."""
+    """Returns the value of a success envelope. Raises MethodError for an error envelope, NotImplementedByHost for empty
+    bytes."""
     if not data:
         raise NotImplementedByHost()
     reader = Reader(data)

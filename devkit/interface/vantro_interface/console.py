@@ -1,11 +1,12 @@
-"""A console on a running host: requests are typed, replies and events are printed.
+"""A console for a running host: it sends typed requests and prints replies and events.
 
     setMedia url=http://127.0.0.1:8080/clip.ts isLiveStream=false
     seek positionMs=5000
     getFrame {"mediaId": "1", "proxyUrl": "http://...", "timeSeconds": 4.0, "width": 320, "height": 0}
 
-Arguments are key=value pairs, values read as JSON and otherwise taken as text, or one JSON value. Names and keys are
-completed with the tabulator key; the history is kept in out/console_history. Lines with a dot are the console's own.
+Arguments are key=value pairs or one JSON value. The value of a pair is read as JSON; what is not JSON is taken as text.
+The tabulator key completes names and keys. The history is kept in out/console_history. Lines that begin with a dot are
+commands to the console itself.
 """
 
 import argparse
@@ -38,7 +39,7 @@ def parse_value(text):
 
 
 def parse_request(line):
-    """The method of a typed line and its arguments; None for no arguments."""
+    """Returns the method of a typed line and its arguments; None for no arguments."""
     method, _, rest = line.strip().partition(" ")
     rest = rest.strip()
     if not rest:
@@ -53,7 +54,7 @@ def parse_request(line):
 
 
 def completions(line, text):
-    """What the text, the last word of the line, may go on to."""
+    """Returns the possible completions of the text, which is the last word of the line."""
     words = line.split(" ")
     if len(words) == 1:
         names = [*methods.PLAYER_METHODS, *methods.THUMBNAIL_METHODS, *COMMANDS]

@@ -1,10 +1,11 @@
-"""A screen for hosts with the x11 driver, the user's own when DISPLAY is set, else an Xvfb; and pictures of it."""
+"""A screen for hosts with the x11 driver, and pictures of it. It is the user's own when DISPLAY is set, else an
+Xvfb."""
 
 import os
 import pathlib
 import subprocess
 
-SIZE = "1600x900"  # of an Xvfb, unless VANTRO_DESKTOP says otherwise, as it does for the desktop of a prefix
+SIZE = "1600x900"  # of an Xvfb; VANTRO_DESKTOP overrides it, as it does for the desktop of a prefix
 DESKTOP_TITLE = "vantro - Wine desktop"
 
 
@@ -40,8 +41,8 @@ class Display:
             self._server = None
 
     def screenshot(self, path, rect=None):
-        """The screen as a PNG, or a part (left, top, right, bottom) of it; of a user's own display only the Wine
-        desktop's window."""
+        """Saves the screen, or its part (left, top, right, bottom), as a PNG. On a user's own display only the Wine
+        desktop's window is saved."""
         path = pathlib.Path(path)
         window = "root" if self._server else DESKTOP_TITLE
         part = []
@@ -54,7 +55,7 @@ class Display:
 
 
 def region_colours(path, rect):
-    """How many different colours a part (left, top, right, bottom) of a picture holds, and its mean as (r, g, b)."""
+    """Returns the number of colours in a part (left, top, right, bottom) of a picture, and its mean as (r, g, b)."""
     left, top, right, bottom = rect
     crop = f"{right - left}x{bottom - top}+{left}+{top}"
     output = subprocess.run(

@@ -40,7 +40,7 @@ class Frame:
 
 
 def read_frame(connection):
-    """The next frame of a socket, or None at its end."""
+    """Returns the next frame of a socket, or None at its end."""
     size = _receive(connection, 4)
     if size is None:
         return None

@@ -1,10 +1,10 @@
-"""Runs a host under Wine in a folder of its own, with what it needs beside it, and connects an interface to it.
+"""Runs a host under Wine in its own folder, together with the files that it needs, and connects an interface to it.
 
     with Prefix(folder) as prefix, Host(prefix, run_folder, libraries=scripted("full")) as host:
         host.start()
         host.client.invoke("getPosition")
 
-Nothing outlives the objects: a host dies with the launcher's standard input, a prefix's processes with its server.
+No process outlives the objects: a host ends with the launcher's standard input, a prefix's processes with its server.
 """
 
 import os
@@ -30,7 +30,7 @@ def windows_path(path):
 
 
 def scripted(variant="full"):
-    """The scripted libvlc in one of its export sets."""
+    """The scripted libvlc with one of its export sets."""
     return {
         "libvlc.dll": BUILD / "scripted" / variant / "libvlc.dll",
         "libvlccore.dll": BUILD / "scripted/libvlccore.dll",
@@ -38,20 +38,20 @@ def scripted(variant="full"):
 
 
 def player_libraries(guise="events"):
-    """What a user has: the runtime adapter, and under it the development library in the guise of a published libvlc 4."""
+    """The libraries that a user has: the runtime adapter, and below it the development library in the given guise."""
     folder = BUILD / "libvlc" / guise
     return {"libvlc.dll": BUILD / "runtime/libvlc.dll", "libvlc-real.dll": folder / "libvlc-real.dll",
             "libvlccore.dll": folder / "libvlccore.dll"}
 
 
 def bare_libraries(guise="events"):
-    """The development library without the adapter: what the host finds when the adapter was left out."""
+    """The development library without the adapter, as the host finds it when the adapter is missing."""
     folder = BUILD / "libvlc" / guise
     return {name: folder / name for name in ("libvlc.dll", "libvlccore.dll")}
 
 
 class Prefix:
-    """A Wine prefix cloned for this object. The driver is "null" (windows nobody sees) or "x11" (on a display)."""
+    """A Wine prefix cloned for this object. The driver is "null" (no visible windows) or "x11" (on a display)."""
 
     def __init__(self, folder, driver="null", display=None):
         self.folder = pathlib.Path(folder)
@@ -100,7 +100,7 @@ class Prefix:
         return self.user / "AppData/Local"
 
     def run(self, *command, timeout=60):
-        """Runs a Windows program to its end; its output goes to a file and comes back as text."""
+        """Runs a Windows program until it ends. Returns its output as text; the output goes through a file."""
         output = self.folder / "run.out"
         with open(output, "wb") as file:
             subprocess.run([WINE, *map(str, command)], env=self.environment, stdin=subprocess.DEVNULL, stdout=file,
@@ -108,7 +108,7 @@ class Prefix:
         return output.read_text(errors="replace")
 
     def forget(self):
-        """Takes away what an earlier host left in the registry and the user's folders."""
+        """Removes what an earlier host left in the registry and the user's folders."""
         self.run("reg", "delete", r"HKCU\Software\Vantro", "/f")
         shutil.rmtree(self.local_app_data / "Vantro", ignore_errors=True)
         for path in self.temp.glob("vantro_*"):
@@ -154,8 +154,8 @@ class Host:
     # Life.
 
     def start(self, *arguments, connect=True):
-        """Starts the process; returns when an interface is connected and the message loop runs, or at once without
-        connect."""
+        """Starts the process. With connect it returns when an interface is connected and the message loop runs;
+        without, at once."""
         self.launch(*arguments)
         if connect:
             self.connect().settle(START_TIMEOUT)
@@ -168,7 +168,7 @@ class Host:
                                             stdout=output, stderr=subprocess.STDOUT, start_new_session=True)
 
     def connect(self, timeout=START_TIMEOUT):
-        """A new interface on the running host."""
+        """Connects a new interface to the running host."""
         limit = time.monotonic() + timeout
         while not self._port.exists():
             if self.process.poll() is not None:
@@ -180,7 +180,7 @@ class Host:
         return self.client
 
     def wait(self, timeout=None):
-        """The whole exit code, once the process has ended."""
+        """Waits until the process has ended and returns its whole exit code."""
         try:
             self.process.wait(timeout or self.timeout)
         except subprocess.TimeoutExpired:
@@ -194,7 +194,7 @@ class Host:
         return self.wait(timeout)
 
     def kill(self):
-        """Ends the process as a crash would, without its orderly end."""
+        """Ends the process abruptly, as a crash would."""
         self.process.stdin.close()
         self.process.wait(10)
         if self.client:
@@ -212,7 +212,7 @@ class Host:
 
     @property
     def pid(self):
-        """The process id on the Windows side, once it has started."""
+        """Returns the Windows process id once the process has started."""
         found = re.search(r"pid (\d+)", self._status_text())
         return int(found[1]) if found else None
 
@@ -221,11 +221,11 @@ class Host:
         found = re.findall(r"exit (0x[0-9A-F]+)", self._status_text())
         return int(found[-1], 16) if found else None
 
-    # What it leaves.
+    # Logs and output.
 
     @property
     def log(self):
-        """The log's lines as "LEVEL text", without their times."""
+        """Returns the log's lines as "LEVEL text", without their times."""
         path = self.folder / "vantro_debug.log"
         if not path.exists():
             return []
@@ -234,12 +234,12 @@ class Host:
 
     @property
     def output(self):
-        """Standard output and standard error."""
+        """Returns standard output and standard error."""
         path = self.folder / "output.txt"
         return path.read_text(errors="replace") if path.exists() else ""
 
     def wait_for_log(self, fragment, timeout=None):
-        """The first line of the log that holds the fragment."""
+        """Returns the first line of the log that contains the fragment."""
         limit = time.monotonic() + (timeout or self.timeout)
         while True:
             for line in self.log:
@@ -258,13 +258,13 @@ class Host:
         return "".join(words) + ("; last lines:\n  " + "\n  ".join(tail) if tail else "")
 
     def _place(self, source, name=None):
-        # A copy, not a link: Wine names a module by its real path, and libraries are looked for beside that.
+        # A copy and not a link: Wine names a module by its real path and looks for libraries beside that path.
         target = self.folder / (name or pathlib.Path(source).name)
         shutil.copy2(source, target)
         return target
 
     def _make_bundle(self):
-        """What a built interface has on disk, as far as a host looks at it. The engine reads none of it."""
+        """Makes the files of a built interface that a host checks for. The engine reads none of them."""
         assets = self.folder / "data/flutter_assets"
         assets.mkdir(parents=True)
         (assets / "kernel_blob.bin").write_bytes(b"\0" * 64)

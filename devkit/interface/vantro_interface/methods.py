@@ -1,4 +1,4 @@
-"""The channels' methods with the keys of their arguments, from interface/channel.json."""
+"""The methods of the channels with the keys of their arguments, read from interface/channel.json."""
 
 import json
 import pathlib

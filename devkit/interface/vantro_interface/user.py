@@ -1,6 +1,6 @@
-"""A user's hands on a display: the pointer and the keyboard, by Debian's xdotool.
+"""A user's pointer and keyboard on a display, through Debian's xdotool.
 
-What they do is queued by the X server in its order; when the host has taken it is for the caller to wait for.
+The X server queues the input in order. The caller has to wait until the host has handled it.
 """
 
 import os
@@ -9,14 +9,14 @@ import subprocess
 
 class User:
     def __init__(self, display):
-        """The display is a Display."""
+        """Takes a Display."""
         self._environment = {**os.environ, "DISPLAY": display.name}
 
     def move(self, x, y):
         self._do("mousemove", x, y)
 
     def press(self, x, y):
-        """Holds the left button down at that place of the screen."""
+        """Presses and holds the left button at that place of the screen."""
         self._do("mousemove", x, y, "mousedown", 1)
 
     def release(self):
@@ -26,7 +26,7 @@ class User:
         self._do("mousemove", x, y, "click", 1)
 
     def key(self, *names):
-        """One key after the other, by the names of X: "Escape", "F11", "f"."""
+        """Presses one key after the other, by the names of X: "Escape", "F11", "f"."""
         self._do("key", *names)
 
     def type(self, text):
@@ -38,6 +38,6 @@ class User:
 
 
 def centre(window):
-    """The middle of a Window of the client, on the screen."""
+    """Returns the middle of a Window of the client, in screen coordinates."""
     left, top, right, bottom = window.rect
     return (left + right) // 2, (top + bottom) // 2

@@ -1,19 +1,19 @@
-// Drives the development library through GetProcAddress, as the host and the runtime adapter do, in whichever guise
-// lies beside it.
+// Tests the development library through GetProcAddress, as the host and the runtime adapter use it, in whichever guise
+// is beside it.
 //
 //   devlib_smoke rows SERVER_URL FAULT_URL STATS_FILE [NAME...]
-//       the rows of rows.h, or those named: one line each, "ok NAME", "FAILED NAME: what did not hold" or "- NAME" for
-//       one that this guise has not
+//       runs the rows of rows.h, or the named ones, and prints one line each: "ok NAME", "FAILED NAME: REASON", or
+//       "- NAME" for a row that does not apply to this guise
 //   devlib_smoke play TEXT...
-//       each TEXT, a path if it has no "://", comes to play
+//       plays each TEXT, which is a path if it has no "://"
 //   devlib_smoke rounds URL COUNT
-//       a new player, play, stop every other time, release; tells private memory and handles after each tenth
+//       makes a player, plays, stops every other time, releases it; prints private memory and handles each ten rounds
 //   devlib_smoke detach | released
 //       detaches what is not attached; plays with a released player
 //
-// Ends with 0 if all held.
+// The exit code is 0 if all checks passed.
 #include <windows.h>
-// Behind Windows' types.
+// After Windows' types.
 #include <psapi.h>
 
 #include <algorithm>
@@ -102,7 +102,7 @@ void Misuse(const Vlc& vlc, const std::string& what) {
         vlc.Manager(player), smoke::kPlaying, [](const smoke::Event*, void*) {}, nullptr);
   vlc.PlayerRelease(player);
   if (what == "released") vlc.Play(player);
-  Report(true, "the process is alive behind the call");
+  Report(true, "the process is alive after the call");
   vlc.Release(instance);
 }
 

@@ -1,4 +1,4 @@
-// Rows about what is exported, and about calls, callbacks and the player's lock.
+// Rows about exported functions, and about calls, callbacks and the player's lock.
 #include <algorithm>
 
 #include "rows.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kNoWindow[] = ":vout=vdummy";
 
-// What no libvlc 4 with stop_async has.
+// Functions that no libvlc 4 with stop_async exports.
 constexpr const char* kNever[] = {"libvlc_media_player_stop",
                                   "libvlc_media_new_uri",
                                   "libvlc_audio_get_track_description",
@@ -44,7 +44,7 @@ void UnknownOption(Trial& trial) {
   trial.vlc.Release(instance);
 }
 
-// Every event calls what a program calls, into its own player and into another one.
+// In every event, calls the functions that a program calls, on its own player and on another one.
 void CallsInCallbacks(Trial& trial) {
   Session other(trial.vlc, trial.instance);
   std::atomic<int> calls{0};
@@ -84,16 +84,16 @@ void CallsInCallbacks(Trial& trial) {
   });
   other.PlayUntilTimes(trial.Url("red.ts"), kNoWindow);
   session.Play(trial.Url("tracks.mp4"), kNoWindow);
-  trial.Expect(PumpUntil([&] { return session.Last(kTime) > 20000; }), "a seek inside a callback is obeyed");
+  trial.Expect(PumpUntil([&] { return session.Last(kTime) > 20000; }), "a seek inside a callback takes effect");
   session.Inside([&](int type) {
     if (type == kTime) vlc.StopAsync(session.player);
   });
-  trial.Expect(session.WaitFor(kStopped), "a stop inside a callback is obeyed");
+  trial.Expect(session.WaitFor(kStopped), "a stop inside a callback takes effect");
   session.Inside(nullptr);
   trial.Expect(calls > 100 && longest < 500, "calls return, the longest round took " + std::to_string(longest));
 }
 
-// A callback runs with the player's lock: another thread's call into the player waits for it.
+// A callback runs with the player's lock held: another thread's call into the player waits for it.
 void LockInCallbacks(Trial& trial) {
   Session session(trial.vlc, trial.instance);
   session.PlayUntilTimes(trial.Url("red.ts"), kNoWindow);
@@ -143,7 +143,7 @@ void NoEventBehindRelease(Trial& trial) {
   trial.vlc.PlayerRelease(session->player);
   count = 0;
   Pump(1000);
-  trial.Expect(count == 0, "no event comes behind a release");
+  trial.Expect(count == 0, "no event comes after a release");
   session->player = nullptr;
   delete session;
 }

@@ -51,7 +51,7 @@ void GivenWindow(Trial& trial) {
     InvalidateRect(child, nullptr, TRUE);
     trial.Expect(PumpUntil([&] { return LitPoints(window) == 39; }), "a paused picture is drawn again");
     session.StopAndWait();
-    trial.Expect(!ChildOf(window), "behind a stop the child is gone");
+    trial.Expect(!ChildOf(window), "after a stop the child is gone");
     trial.Expect(PumpUntil([&] { return LitPoints(window) == 0; }), "the window has its background back");
   }
   DestroyWindow(window);
@@ -148,7 +148,7 @@ void Snapshots(Trial& trial) {
   DeleteFileA(jpeg.c_str());
   session.StopAndWait();
   trial.Expect(trial.vlc.Snapshot(session.player, 0, path.c_str(), 320, 180) == 0 && !Exists(path),
-               "behind a stop it is 0 without a file");
+               "after a stop it is 0 without a file");
 }
 
 void LostWindow(Trial& trial) {
@@ -184,7 +184,7 @@ void ReleaseWhilePlaying(Trial& trial) {
     trial.vlc.SetHwnd(session.player, window);
     session.PlayUntilTimes(trial.Url("red.ts"));
   }
-  trial.Expect(PumpUntil([&] { return !ChildOf(window); }), "the child goes behind a release");
+  trial.Expect(PumpUntil([&] { return !ChildOf(window); }), "the child is destroyed after a release");
   DestroyWindow(window);
 }
 

@@ -1,4 +1,4 @@
-// The rows: each tries one thing that is known of libvlc 4, under the name that the test asks for.
+// The rows. Each tests one known behaviour of libvlc 4 and has the name that the test uses.
 #pragma once
 
 #include <string>
@@ -8,10 +8,10 @@
 
 namespace smoke {
 
-// What a row is given, and what it found.
+// The input of a row, and its findings.
 struct Trial {
   const Vlc& vlc;
-  void* instance;  // with the arguments of the host, so without waveout
+  void* instance;  // made with the host's arguments, so without waveout
   std::string server;
   std::string faults;
   std::string stats;  // file of VANTRO_LIBVLC_STATS

@@ -1,4 +1,4 @@
-// Rows about volume, mute and sound outputs. What is heard is read from the library's own log of its players.
+// Rows about volume, mute and sound outputs. The audible sound is read from the library's own log of its players.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -10,8 +10,8 @@ namespace {
 
 constexpr char kNoWindow[] = ":vout=vdummy";
 
-// How loud a player was in the last whole second, full scale 1; waits for two lines of the log, since the first covers
-// what came before. -1 if there is no such line.
+// Returns the level of a player's sound in the last whole second, full scale 1. Waits for two lines of the log, because
+// the first covers earlier sound. Returns -1 if there is no such line.
 double Heard(Trial& trial, void* player) {
   auto lines = [&] {
     char wanted[64];
@@ -33,7 +33,7 @@ double Heard(Trial& trial, void* player) {
 
 bool IsSilent(double loudness) { return loudness >= 0 && loudness < 0.0005; }
 
-// Two players that play, each with a tone. With `option` the instance has an argument more.
+// Two playing players, each with a tone. With `option` the instance has one more argument.
 struct Pair {
   Pair(Trial& trial, const char* option)
       : vlc(trial.vlc), instance(vlc.New(option ? 1 : 0, &option)), first(vlc, instance), second(vlc, instance) {}

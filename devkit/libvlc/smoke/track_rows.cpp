@@ -9,7 +9,7 @@ namespace {
 constexpr char kNoWindow[] = ":vout=vdummy";
 constexpr int kAudio = 0, kVideo = 1, kText = 2;
 
-// The text ids of a kind, each with an asterisk when it is selected.
+// Returns the text ids of a kind, each with an asterisk when it is selected.
 std::vector<std::string> Ids(Trial& trial, void* player, int type, bool selected = false) {
   std::vector<std::string> ids;
   void* list = trial.vlc.Tracks(player, type, selected);
@@ -54,13 +54,13 @@ void Lists(Trial& trial) {
   trial.vlc.DeleteTracks(list);
   trial.Expect(track->type == kAudio && track->idStable && track->language && !strcmp(track->language, "fra") &&
                    track->name && track->name[0] && track->details[1] == 48000,
-               std::string("and has kind, name, language and rate behind its list: ") +
+               std::string("and has kind, name, language and rate after its list is released: ") +
                    (track->language ? track->language : "?"));
   trial.vlc.ReleaseTrack(track);
   std::vector<std::string> again = Ids(trial, session.player, kAudio);
   trial.Expect(again == audio, "ids stay");
   session.StopAndWait();
-  trial.Expect(Ids(trial, session.player, kAudio).empty(), "behind a stop a list is empty");
+  trial.Expect(Ids(trial, session.player, kAudio).empty(), "after a stop a list is empty");
 }
 
 void Selection(Trial& trial) {

@@ -1,4 +1,4 @@
-// Rows about loading, playing, seeking, stopping and what is told of them.
+// Rows about loading, playing, seeking and stopping, and the events of each.
 #include <climits>
 
 #include "rows.h"
@@ -24,7 +24,7 @@ void MediaChangedInside(Trial& trial) {
   Session session(trial.vlc, trial.instance);
   session.Load(trial.Url("test.ts"));
   std::vector<Told> told = session.All();
-  trial.Expect(told.size() == 1 && told[0].type == kMediaChanged, "MediaChanged alone is told");
+  trial.Expect(told.size() == 1 && told[0].type == kMediaChanged, "only MediaChanged is reported");
   trial.Expect(!told.empty() && told[0].insideCall && told[0].thread == GetCurrentThreadId(),
                "it comes inside set_media on the calling thread");
 }
@@ -38,7 +38,7 @@ void FirstPlay(Trial& trial) {
   trial.Expect(order[0] == kMediaChanged && order[1] == kOpening,
                "MediaChanged and Opening come first, " + Text(order));
   trial.Expect(session.First(kPlaying) > session.First(kOpening) && session.First(kTime) > session.First(kPlaying),
-               "Playing comes behind Opening, times behind Playing");
+               "Playing comes after Opening, times after Playing");
   trial.Expect(session.Last(kBuffering) == 100, "buffering ends at 100 per cent");
   DWORD thread = 0;
   for (const Told& one : session.All()) {
@@ -49,7 +49,7 @@ void FirstPlay(Trial& trial) {
   }
   trial.Expect(trial.vlc.GetState(session.player) == 3, "the state is Playing");
   int64_t length = trial.vlc.GetLength(session.player) / trial.vlc.ticks;
-  trial.Expect(length > 59000 && length < 61000, "the length is told in the interface's unit");
+  trial.Expect(length > 59000 && length < 61000, "the length is reported in the interface's unit");
 }
 
 void ChangeWhilePlaying(Trial& trial) {
@@ -105,11 +105,11 @@ void ChangeAfterError(Trial& trial) {
   std::vector<int> order = session.Order();
   if (!order.empty() && order.back() == kStopped) order.pop_back();
   trial.Expect(session.First(kError) > session.First(kOpening) && session.Count(kPlaying) == 0,
-               "Opening and an error are told, no Playing, " + Text(order));
-  trial.Expect(session.Time() == 0, "the time is 0 behind an error");
+               "Opening and an error are reported, no Playing, " + Text(order));
+  trial.Expect(session.Time() == 0, "the time is 0 after an error");
   session.Clear();
   session.Play(trial.Url("red.ts"), kNoWindow);
-  trial.Expect(session.WaitFor(kPlaying) && session.Count(kOpening) == 1, "Opening and Playing come behind it");
+  trial.Expect(session.WaitFor(kPlaying) && session.Count(kOpening) == 1, "Opening and Playing come after it");
 }
 
 void MissingWhilePlaying(Trial& trial) {
@@ -118,9 +118,9 @@ void MissingWhilePlaying(Trial& trial) {
   session.Clear();
   session.Load(trial.Url("missing.ts"), kNoWindow);
   trial.Expect(session.WaitFor(kStopped), "Stopped comes");
-  trial.Expect(session.Count(kOpening) == 0 && session.Count(kPlaying) == 0, "neither Opening nor Playing is told");
+  trial.Expect(session.Count(kOpening) == 0 && session.Count(kPlaying) == 0, "neither Opening nor Playing is reported");
   trial.Expect(session.Count(kError) == 1 && session.First(kError) > session.First(kMediaChanged),
-               "an error is told behind MediaChanged");
+               "an error is reported after MediaChanged");
   trial.Expect(trial.vlc.GetState(session.player) == 5, "the state is Stopped");
 }
 
@@ -128,7 +128,7 @@ void Garbage(Trial& trial) {
   Session session(trial.vlc, trial.instance);
   session.Play(trial.Fault("garbage"), kNoWindow);
   trial.Expect(session.WaitFor(kStopped), "Stopped comes");
-  trial.Expect(session.Count(kSeekable) == 0, "no Seekable is told");
+  trial.Expect(session.Count(kSeekable) == 0, "no Seekable is reported");
 }
 
 void TwoLoads(Trial& trial) {
@@ -138,7 +138,7 @@ void TwoLoads(Trial& trial) {
   session.Load(trial.Url("missing.ts"), kNoWindow);
   session.Load(trial.Url("tracks.mp4"), kNoWindow);
   trial.Expect(session.WaitFor(kTime, 2), "the last one plays");
-  trial.Expect(session.Count(kMediaChanged) == 1 && session.Count(kError) == 0, "only the last one is told");
+  trial.Expect(session.Count(kMediaChanged) == 1 && session.Count(kError) == 0, "only the last one is reported");
   trial.Expect(trial.vlc.GetLength(session.player) / trial.vlc.ticks > 59000, "it is the last one that plays");
 }
 
@@ -174,7 +174,7 @@ void SeekWhilePlaying(Trial& trial) {
   Session session(trial.vlc, trial.instance);
   session.Play(trial.Url("tracks.mp4"), kNoWindow);
   session.Seek(30000);
-  trial.Expect(PumpUntil([&] { return session.Last(kTime) >= 29000; }, 3000), "a seek right behind play is obeyed");
+  trial.Expect(PumpUntil([&] { return session.Last(kTime) >= 29000; }, 3000), "a seek right after play takes effect");
   session.Seek(10000);
   trial.Expect(PumpUntil([&] { return session.Last(kTime) > 9000 && session.Last(kTime) < 13000; }, 3000),
                "a later one too");
@@ -198,7 +198,7 @@ void PauseAndResume(Trial& trial) {
   Pump(300);
   int64_t before = session.Time();
   Pump(700);
-  trial.Expect(session.Time() - before < 100, "the time stands still");
+  trial.Expect(session.Time() - before < 100, "the time does not change");
   session.Clear();
   trial.vlc.Play(session.player);
   trial.Expect(session.WaitFor(kPlaying), "play resumes");
@@ -237,15 +237,15 @@ void End(Trial& trial) {
   std::vector<int> order = session.Order();
   while (!order.empty() && (order[0] == kTime || order[0] == kBuffering)) order.erase(order.begin());
   trial.Expect(Is(order, {kStopping, kMediaStopping, kSeekable, kStopped}), Text(order));
-  trial.Expect(session.Count(kError) == 0, "no error is told");
+  trial.Expect(session.Count(kError) == 0, "no error is reported");
   trial.Expect(session.Time() == 0, "the time is 0");
   session.Clear();
   trial.vlc.Play(session.player);
-  trial.Expect(session.WaitFor(kTime, 2) && session.Last(kTime) < 5000, "play begins anew");
-  trial.Expect(session.Count(kStopped) == 0, "Stopped is told once");
+  trial.Expect(session.WaitFor(kTime, 2) && session.Last(kTime) < 5000, "play begins again");
+  trial.Expect(session.Count(kStopped) == 0, "Stopped is reported once");
 }
 
-// Pictures end at 8 s, sound goes on.
+// Pictures end at 8 s, the sound continues.
 void TimeWithSound(Trial& trial) {
   Session session(trial.vlc, trial.instance);
   session.Play(trial.Url("video-stops.ts"), kNoWindow);
@@ -256,7 +256,7 @@ void TimeWithSound(Trial& trial) {
   Pump(1500);
   int64_t rise = session.Time() - before;
   trial.Expect(session.Count(kTime) == told,
-               "no time is told any more, but " + std::to_string(session.Count(kTime) - told));
+               "no more times are reported, but " + std::to_string(session.Count(kTime) - told));
   trial.Expect(rise > 1000 && rise < 2200, "get_time goes on rising, by " + std::to_string(rise));
 }
 

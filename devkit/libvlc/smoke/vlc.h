@@ -1,5 +1,5 @@
-// What the smoke program calls of libvlc 4, in either of its interfaces, and a player whose events are kept in the
-// terms of the one with event managers.
+// The functions of libvlc 4 that the smoke program calls, in both interfaces, and a player whose events are recorded in
+// the form of the interface with event managers.
 #pragma once
 
 #include <windows.h>
@@ -92,7 +92,7 @@ using EventFunction = void (*)(const Event*, void*);
 
 struct Vlc {
   bool events = Exports("libvlc_event_attach");
-  // What the library counts in.
+  // Units of time in a millisecond.
   int64_t ticks = events ? 1 : 1000;
   void* (*New)(int, const char* const*) = Load<decltype(New)>("libvlc_new");
   void (*Release)(void*) = Load<decltype(Release)>("libvlc_release");
@@ -145,9 +145,9 @@ struct Vlc {
 struct Told {
   int type;
   double value;     // of buffering in per cent, seekable, time in ms, position, or the reason of a stop
-  DWORD thread;     // on which it came
+  DWORD thread;     // the thread that delivered it
   DWORD at;         // GetTickCount
-  bool insideCall;  // `Session::calling` was set
+  bool insideCall;  // whether `Session::calling` was set
 };
 
 struct Session {
@@ -157,28 +157,28 @@ struct Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // Sets a media with little caching, and `option` unless it is null.
+  // Sets a media with little caching, and with `option` unless that is null.
   void Load(const std::string& text, const char* option = nullptr);
   void Play(const std::string& text, const char* option = nullptr);
-  // Plays it and waits until its time rises. False if that fails.
+  // Plays it and waits until its time rises. Returns false if that fails.
   bool PlayUntilTimes(const std::string& text, const char* option = nullptr);
   bool StopAndWait();
   int64_t Time() const { return vlc.GetTime(player) / vlc.ticks; }
   void Seek(int64_t milliseconds) { vlc.SetTime(player, milliseconds * vlc.ticks, false); }
 
-  // Called by every event from now on, null for nothing.
+  // Calls `call` in every event from now on; null for none.
   void Inside(std::function<void(int type)> call);
 
   void Tell(int type, double value);
-  // What was told since the last Clear.
+  // Returns the events since the last Clear.
   std::vector<Told> All();
   int Count(int type);
-  // Where `type` came first, -1 if it did not.
+  // Returns the index of the first event of `type`, -1 if there is none.
   int First(int type);
   double Last(int type);
   bool WaitFor(int type, int count = 1, DWORD milliseconds = 10000);
   void Clear();
-  // The types told, one after another, each run of times, positions and buffering once.
+  // Returns the types in order, with each run of times, positions and buffering once.
   std::vector<int> Order();
 
   const Vlc& vlc;
@@ -190,14 +190,14 @@ struct Session {
   Callbacks callbacks{};
 };
 
-// Dispatches messages until `condition` holds. False after `milliseconds`.
+// Dispatches messages until `condition` holds. Returns false after `milliseconds`.
 bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds = 10000);
 void Pump(DWORD milliseconds);
 
 HWND MakeWindow(DWORD style = WS_OVERLAPPEDWINDOW | WS_VISIBLE);
-// How many of a row of points in the window's client area are not the black of its background.
+// Returns how many points of a row in the window's client area do not have the black of its background.
 int LitPoints(HWND window);
-// The library's own windows: top-level ones of this process that are none of the program's.
+// Returns the library's own windows: top-level windows of this process that the program did not make.
 std::vector<HWND> ForeignWindows();
 HWND ChildOf(HWND window);
 

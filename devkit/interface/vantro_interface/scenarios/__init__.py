@@ -1,1 +1,1 @@
-"""Stories that the interface simulator plays to a host."""
+"""Scenarios that the interface simulator plays to a host."""

@@ -1,6 +1,6 @@
-"""The demonstration: the built host plays real streams and is driven over its real channels.
+"""The demonstration: the built host plays real streams and is controlled over its real channels.
 
-Without addresses the story uses generated streams; with addresses each of them is played for a while.
+Without addresses it uses generated streams. With addresses it plays each of them for a while.
 """
 
 import argparse
@@ -17,20 +17,21 @@ from .teller import StoryFailed, Teller
 sys.path.append(str(ROOT))
 from tests.end_to_end.stream_server import StreamServer  # noqa: E402
 
-START = 30.0  # seconds until a stream must play
-LISTEN = 4.0  # seconds of an address that are shown
+START = 30.0  # time limit in seconds for a stream to begin playing
+LISTEN = 4.0  # seconds for which an address is shown
 TITLE_BAR = (70, 70, 95)  # its colour
 
 
 def video_area(client):
-    """Where the video stands on the screen: the overlay's place, without the strip in which the engine's badge is."""
+    """Returns the video's rectangle on the screen: the overlay's rectangle without the strip that holds the engine's
+    badge."""
     window = [window for window in client.windows("VantroFlutterOverlay") if window.visible][0]
     left, top, right, bottom = window.rect
     return left + 40, top + 40, right - 40, bottom - 40
 
 
 def colour_name(path, rect):
-    """The plain colour that a part of a picture has, "none" if it is not one of those that the streams have."""
+    """Returns the plain colour of a part of a picture, or "none" if no stream has that colour."""
     _, mean = region_colours(path, rect)
     return {(1, 0, 0): "red", (0, 1, 0): "green", (0, 0, 1): "blue", (1, 1, 0): "yellow"}.get(
         tuple(int(part > 90) for part in mean), "none")
@@ -45,7 +46,7 @@ class Demo:
     def client(self):
         return self.host.client
 
-    # What several chapters need.
+    # Helpers of several chapters.
 
     def call(self, method, arguments=None, **options):
         self.teller.expect(self.client, method, arguments, **options)
@@ -64,7 +65,7 @@ class Demo:
         self.rising_time(mark)
 
     def rising_time(self, mark, milliseconds=1000):
-        """Waits until the time has risen by that much. Late events of the stream before do not count."""
+        """Waits until the time has risen by that much. Late events of the previous stream do not count."""
 
         def risen():
             lowest = None
@@ -78,7 +79,7 @@ class Demo:
         self.client.wait_until(risen, f"a time that rises by {milliseconds} ms", START)
 
     def picture(self, name, colours=16):
-        """Keeps a screenshot, and looks whether there is a picture where the video belongs."""
+        """Saves a screenshot and checks that there is a picture in the video area."""
 
         def look():
             path = self.display.screenshot(self.out / f"{name}.png")
@@ -89,7 +90,7 @@ class Demo:
         self.pictures.append(f"{name}.png")
 
     def filled_picture(self, name):
-        """Keeps a screenshot on which the picture reaches the lower right corner, where it is never black."""
+        """Saves a screenshot in which the picture reaches the lower right corner, where it is never black."""
 
         def look():
             path = self.display.screenshot(self.out / f"{name}.png")
@@ -101,7 +102,7 @@ class Demo:
         self.pictures.append(f"{name}.png")
 
     def yellow_picture(self, name):
-        """Keeps a screenshot on which the newest window shows the yellow stream."""
+        """Saves a screenshot in which the newest window shows the yellow stream."""
 
         def look():
             path = self.display.screenshot(self.out / f"{name}.png")
@@ -158,7 +159,7 @@ class Demo:
             self.title_bar_picture("5-after-grid")
 
     def title_bar_picture(self, name):
-        """Keeps a screenshot on which the title bar is above the video."""
+        """Saves a screenshot in which the title bar is above the video."""
 
         def look():
             path = self.display.screenshot(self.out / f"{name}.png")
@@ -174,7 +175,8 @@ class Demo:
         self.pictures.append(f"{name}.png")
 
     def tile_pictures(self):
-        """Waits until the three plain tiles show their colours: tiles go by rows, the test picture is the first."""
+        """Waits until the three plain tiles show their colours. Tiles are in row order; the test picture is the
+        first."""
 
         def show():
             path = self.display.screenshot(self.out / "4-grid.png")
@@ -260,7 +262,8 @@ def tell(demo, urls, stay):
         with demo.teller.step("Making the test streams"):
             subprocess.run([ROOT / "devkit/streams/make-streams", streams], check=True, stdin=subprocess.DEVNULL)
         with StreamServer(streams) as server:
-            # Fullscreen before the grid: the scale that the grid's end sets for the window stays when the window grows.
+            # Fullscreen comes before the grid, because the scale that the end of the grid sets is kept when the window
+            # grows.
             for chapter in (demo.tell_playback, demo.tell_seeking, demo.tell_fullscreen, demo.tell_grid,
                             demo.tell_second_window, demo.tell_thumbnail):
                 chapter(server)
@@ -273,7 +276,7 @@ def tell(demo, urls, stay):
 
 
 def wait_for_the_user(demo, server):
-    """Leaves the host to ./dev console until the user has enough."""
+    """Leaves the host running for ./dev console until the user presses Ctrl-C."""
     demo.client.close()
     demo.teller.line("the host goes on; ./dev console in another terminal talks to it. Ctrl-C ends it.")
     if server:

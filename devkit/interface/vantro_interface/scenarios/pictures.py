@@ -1,8 +1,8 @@
 """Takes the pictures of docs/pictures: python3 -m vantro_interface.scenarios.pictures [FOLDER]
 
-three-windows.png is the exception: tests/end_to_end/test_windows.py leaves it.
+It does not take three-windows.png, which tests/end_to_end/test_windows.py makes.
 
-Whoever takes them looks at them before they are committed.
+Look at the pictures before you commit them.
 """
 
 import os
@@ -23,11 +23,11 @@ from tests.end_to_end.stream_server import StreamServer  # noqa: E402
 WIDTHS = {640: "640x480", 1280: "1280x720", 1920: "1920x1080"}
 BAR_HEIGHT = 36  # with the frame
 MARGIN = 12
-VIDEO = 500  # a picture with the video in it has more colours than this
+VIDEO = 500  # a picture that contains the video has more colours than this
 
 
 class Session:
-    """A host that plays the test picture on a desktop of that size."""
+    """A host that plays the test picture on a desktop of the given size."""
 
     def __init__(self, desktop, server, scratch):
         os.environ["VANTRO_DESKTOP"] = desktop
@@ -55,7 +55,7 @@ class Session:
         self.client.poll(lambda: self.chrome.window.size[0], lambda seen: seen == width, f"a width of {width}")
 
     def shoot(self, path, rect, colours=2):
-        """A picture of a part of the screen, once it has as many colours."""
+        """Saves a part of the screen once it has at least as many colours."""
 
         def look():
             self.display.screenshot(path, rect)
@@ -114,7 +114,7 @@ def take_fullscreen(session, folder, width):
 
 
 def take_streams(session, folder, server):
-    """The single view, then grids of one to five tiles, each once every plain tile shows its colour."""
+    """Takes the single view and grids of one to five tiles, each as soon as every plain tile shows its colour."""
     client, names = session.client, ("test picture", "red", "green", "blue", "yellow")
     area = session.chrome.window.rect
     session.shoot(folder / "single-view.png", area, colours=VIDEO)
@@ -123,7 +123,7 @@ def take_streams(session, folder, server):
         if count > 1:
             client.invoke("mvAddStream", {"url": server.url(f"{name}.ts"), "name": name})
         path = folder / f"grid-{count}.png"
-        # The fifth tile is on the cell of the fourth.
+        # The fifth tile covers the cell of the fourth.
         shown = names[:3] + names[4:] if count == 5 else names[:count]
 
         def wrong_tiles():

@@ -1,4 +1,4 @@
-"""Tells a story while it is played: each request, reply and event with its time, and a line of progress."""
+"""Reports a scenario while it is played: each request, reply and event with its time, and a progress line."""
 
 import contextlib
 import sys
@@ -8,12 +8,12 @@ import time
 from ..client import PLAYER_CHANNEL, shorten
 from ..codec import MethodError, NotImplementedByHost
 
-# Shown in the line of progress only; the trace file has each of them.
+# Shown only in the progress line; the trace file has all of them.
 FREQUENT = {"onTimeChanged", "onPositionChanged", "onBuffering"}
 
 
 class StoryFailed(Exception):
-    """A step did not come out as it should; the text is for the reader of the demo."""
+    """A step failed; the text is for the reader of the demo."""
 
 
 class Teller:
@@ -43,7 +43,7 @@ class Teller:
 
     @contextlib.contextmanager
     def step(self, title):
-        """One chapter of the story; how long it took goes into the summary."""
+        """Runs one chapter. Its duration goes into the summary."""
         self.line(f"== {title}")
         began = time.monotonic()
         yield
@@ -58,7 +58,7 @@ class Teller:
             self._show_progress()
 
     def invoke(self, client, method, arguments=None, *, engine=None, channel=PLAYER_CHANNEL, timeout=None):
-        """Sends a request and tells it and its reply."""
+        """Sends a request and reports it and its reply."""
         self.requests += 1
         told = "" if arguments is None else f" {shorten(arguments)}"
         self.line(f"-> {f'[{engine}] ' if engine else ''}{method}{told}")
@@ -74,13 +74,13 @@ class Teller:
         return reply
 
     def expect(self, client, method, arguments=None, *, reply=True, **options):
-        """As invoke, for a request whose reply is known."""
+        """Like invoke, for a request whose reply is known."""
         actual = self.invoke(client, method, arguments, **options)
         if actual != reply:
             raise StoryFailed(f"{method} answered {actual!r}, not {reply!r}")
 
     def _show_progress(self):
-        # A terminal is rewritten often, a log file gets a line a second.
+        # A terminal is updated often, a log file gets one line a second.
         now = time.monotonic()
         if now - self._progress_shown < (0.1 if self._terminal else 1.0):
             return
