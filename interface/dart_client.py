@@ -1,11 +1,11 @@
-"""The Dart client's class of one channel."""
+"""Generates the Dart client's class of one channel."""
 
 import json
 import textwrap
 
 DART_TYPES = {"integer": "int", "integer32": "int", "integer64": "int", "number": "double", "double": "double",
               "boolean": "bool", "string": "String", "bytes": "Uint8List", "map": "Map<Object?, Object?>"}
-# How an event's text becomes a value.
+# How an event's text is converted to a value.
 EVENT_READERS = {"string": ("String", "_text(call)"), "decimal": ("double", "double.parse(_text(call))"),
                  "milliseconds": ("int", "int.parse(_text(call))"), "boolean": ("bool", "_text(call) == 'true'"),
                  "map": ("Map<Object?, Object?>", "call.arguments as Map<Object?, Object?>"),
@@ -14,7 +14,7 @@ EVENT_READERS = {"string": ("String", "_text(call)"), "decimal": ("double", "dou
 
 
 def plain(text):
-    """A cell of the page as plain text: no links, [code] references instead of backquotes."""
+    """Returns a cell of the page as plain text: without links, and with [code] references instead of backquotes."""
     while "](" in text:
         before, _, rest = text.partition("](")
         text = before.replace("[", "", 1) + rest.partition(")")[2]
@@ -32,7 +32,7 @@ def sentence(text):
 
 
 def taken(method):
-    """The arguments that the Dart method takes: one for each thing, not the second name of a key."""
+    """Returns the arguments of the Dart method, without second names of the same key."""
     return [argument for argument in method.get("arguments", []) if "otherNameOf" not in argument]
 
 
@@ -68,7 +68,7 @@ def signature(method):
 
 
 def call(method):
-    """The call's arguments as Dart: the name, and the map if there is one."""
+    """Returns the call's arguments as Dart: the name, and the map if there is one."""
     entries = [entry(argument) for argument in taken(method)]
     if "moreEntries" in method:
         entries.insert(0, "...entries,")
@@ -79,7 +79,7 @@ def call(method):
 
 
 def body(method):
-    """The Dart type of the reply and the method's body."""
+    """Returns the Dart type of the reply and the method's body."""
     reply = method["reply"]
     if reply["type"] in ("true", "null"):
         return "void", f"{{\n    await _invoke<Object?>({call(method)});\n  }}"
@@ -103,7 +103,7 @@ def method_source(channel, method):
     if taken(method):
         lines += "  ///\n"
     for argument in taken(method):
-        default = "" if argument.get("required") or "defaultKey" in argument else "; may be left out"
+        default = "" if argument.get("required") or "defaultKey" in argument else "; optional"
         lines += documented(f"- [{name_of(argument)}]: {plain(argument['use'])}{default}")
     if "moreEntries" in method:
         lines += documented(f"- [entries]: {method['moreEntries']}")
@@ -129,7 +129,7 @@ EVENT_SUPPORT = """
   Stream<MethodCall> _on(String name) =>
       _calls.stream.where((MethodCall call) => call.method == name);
 
-  // An event without an argument carries the empty text.
+  // A missing argument of an event is read as an empty text.
   static String _text(MethodCall call) => (call.arguments as String?) ?? '';
 """
 

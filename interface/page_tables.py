@@ -1,11 +1,11 @@
-"""The tables of docs/channel.md, as Markdown."""
+"""Generates the tables of docs/channel.md as Markdown."""
 
 import json
 import re
 
 TYPE_NAMES = {"integer": "integer", "number": "number", "boolean": "Boolean", "string": "string", "double": "double",
               "integer32": "32-bit integer"}
-# A table stands between these two comments.
+# A table is between these two comments.
 PLACE = re.compile(r"(<!-- table: ([\w ]+) -->\n).*?(<!-- end -->)", re.DOTALL)
 
 
@@ -22,7 +22,7 @@ def code(value):
 
 
 def default_of(argument):
-    """The default as the page shows it: text stands as it is, true and false in code."""
+    """Returns the default as the page shows it: texts unchanged, true and false as code."""
     if "defaultKey" in argument:
         return f"the value of `{argument['defaultKey']}`"
     value = argument["default"]
@@ -77,7 +77,7 @@ def get_frame(channel):
 
 
 def errors(channel):
-    """Rows of the same code and message become one."""
+    """Merges rows with the same code and message into one."""
     merged = {}
     for error in channel["errors"]:
         names = ", ".join(map(code, error["methods"])) + (f" {error['when']}" if "when" in error else "")
@@ -101,7 +101,7 @@ def events(channel):
 def failures(channel, limits):
     def wait(failure):
         waits = failure["waits"]
-        return "up to the fault" if waits is None else f"{sum(limits[name] for name in waits)} ms" if waits else "none"
+        return "until it fails" if waits is None else f"{sum(limits[name] for name in waits)} ms" if waits else "none"
 
     return table(["`error`", "When", "Waits", "Temporary file", "Player"],
                  [row(code(failure["error"]), failure["when"], wait(failure), failure["file"], failure["player"])
@@ -109,7 +109,7 @@ def failures(channel, limits):
 
 
 def fill(page, description):
-    """The page with each table made again from the description."""
+    """Returns the page with each table generated from the description."""
     player, thumbnail = description["channels"]
     made = {
         "channels": table(["Channel", "Serves"], [row(code(channel["name"]), channel["serves"])

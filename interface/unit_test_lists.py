@@ -1,13 +1,13 @@
-"""The lists that the unit tests of channel/ hold the host against, as a C++ header."""
+"""Generates the lists with which the unit tests of channel/ compare the host, as a C++ header."""
 
-HEAD = """// Made from interface/channel.json by interface/generate: what the host has to be.
+HEAD = """// Made from interface/channel.json by interface/generate: the required channels of the host.
 #pragma once
 
 // clang-format off
 
 namespace vantro::test {
 
-// An error that a request without arguments gets, in a process with neither window nor stream.
+// The error of a request without arguments, in a process with neither window nor stream.
 struct BareError {
   const char* method;
   const char* code;
@@ -32,12 +32,12 @@ def header(description):
               f'{str(error.get("declines", False)).lower()}}},\n'
               for error in player["errors"] if error.get("bare", True) for method in error["methods"]]
     return "\n".join([
-        HEAD + "// In the order of comparison.",
+        HEAD + "// In the order in which the host compares them.",
         listed("kPlayerMethods", [method["name"] for method in player["methods"]]),
         listed("kAlwaysTrueMethods", always_true),
         f"inline constexpr BareError kBareErrors[] = {{\n{''.join(errors)}}};\n",
-        "// What the host calls in the interface.",
+        "// The events that the host sends to the interface.",
         listed("kEvents", [event["name"] for event in player["events"]]),
-        "// Those of them that libvlc raises, in the order of attachment.",
+        "// The events that libvlc raises, in the order of attachment.",
         listed("kPlayerEventNames", [event["name"] for event in player["events"] if event.get("player")]),
         "}  // namespace vantro::test\n"])

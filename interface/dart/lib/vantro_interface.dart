@@ -1,4 +1,4 @@
-/// A typed client of the Vantro host: one class a channel, events as streams, errors as exceptions.
+/// A typed client of the Vantro host: one class for each channel, events as streams, errors as exceptions.
 library vantro_interface;
 
 export 'src/errors.dart' show FrameException, HostException, MethodMissingException;

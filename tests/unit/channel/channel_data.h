@@ -1,11 +1,11 @@
-// Made from interface/channel.json by interface/generate: what the host has to be.
+// Made from interface/channel.json by interface/generate: the required channels of the host.
 #pragma once
 
 // clang-format off
 
 namespace vantro::test {
 
-// An error that a request without arguments gets, in a process with neither window nor stream.
+// The error of a request without arguments, in a process with neither window nor stream.
 struct BareError {
   const char* method;
   const char* code;
@@ -14,7 +14,7 @@ struct BareError {
   bool declines;  // the handler's second answer is dropped
 };
 
-// In the order of comparison.
+// In the order in which the host compares them.
 inline constexpr const char* kPlayerMethods[] = {
     "setMedia",
     "play",
@@ -93,7 +93,7 @@ inline constexpr BareError kBareErrors[] = {
     {"sendProviderData", "INVALID_ARGUMENTS", "Arguments must be a map", true, true},
 };
 
-// What the host calls in the interface.
+// The events that the host sends to the interface.
 inline constexpr const char* kEvents[] = {
     "showToast",
     "appEvent",
@@ -119,7 +119,7 @@ inline constexpr const char* kEvents[] = {
     "onSeekableChanged",
 };
 
-// Those of them that libvlc raises, in the order of attachment.
+// The events that libvlc raises, in the order of attachment.
 inline constexpr const char* kPlayerEventNames[] = {
     "onOpening",
     "onBuffering",

@@ -1,20 +1,20 @@
 import 'package:flutter/services.dart';
 
-/// The host answered a request with an error. The codes stand in docs/channel.md of the host.
+/// The host answered a request with an error. The host's docs/channel.md lists the codes.
 class HostException implements Exception {
   const HostException(this.code, this.message, this.details);
 
   final String code;
   final String message;
 
-  /// `false` or null, as the error's row says.
+  /// `false` or null; see the error's row there.
   final Object? details;
 
   @override
   String toString() => 'HostException($code): $message';
 }
 
-/// The host does not have the method, or nothing listens on the channel: an older host, or none.
+/// The host does not have the method (an older host), or nothing listens on the channel (no host).
 class MethodMissingException implements Exception {
   const MethodMissingException(this.message);
 
@@ -24,7 +24,7 @@ class MethodMissingException implements Exception {
   String toString() => 'MethodMissingException: $message';
 }
 
-/// `getFrame` got no frame. [reason] is the `error` text of the reply.
+/// `getFrame` returned no frame. [reason] is the `error` text of the reply.
 class FrameException implements Exception {
   const FrameException(this.reason);
 
@@ -34,7 +34,7 @@ class FrameException implements Exception {
   String toString() => 'FrameException: $reason';
 }
 
-/// Runs a request and turns the platform's exceptions into those above.
+/// Runs a request and converts the platform's exceptions to those above.
 Future<T> translated<T>(Future<T> Function() request) async {
   try {
     return await request();

@@ -34,25 +34,25 @@ class PlayerChannel {
   Stream<MethodCall> _on(String name) =>
       _calls.stream.where((MethodCall call) => call.method == name);
 
-  // An event without an argument carries the empty text.
+  // A missing argument of an event is read as an empty text.
   static String _text(MethodCall call) => (call.arguments as String?) ?? '';
 
-  /// `setMedia`: Stops what plays, loads the address and starts it; no `play` is needed after it.
+  /// `setMedia`: Stops the current stream, loads the address and starts it; no `play` is needed
+  /// after it.
   ///
-  /// Reply: Boolean, whether it could be loaded, or error.
+  /// Reply: Boolean, `true` when the media was loaded; or error.
   ///
   /// - [url]: the address of the stream
-  /// - [title]: the media's title; may be left out
-  /// - [networkCacheMs]: network cache in milliseconds, not checked; may be left out
-  /// - [initialSeekPositionMs]: where to start, in milliseconds; 0 and below: at the beginning; may
-  /// be left out
-  /// - [isLiveStream]: whether the stream is live: a request that says nothing is; may be left out
-  /// - [supportsTimeshift]: whether a live stream can be rewound; may be left out
-  /// - [isInTimeshiftMode]: whether it is being rewound now; may be left out
-  /// - [playerProfile]: logged only; `windows_fullscreen` is the one profile there is; may be left
-  /// out
-  /// - [localVodProxyEnabled]: logged only; may be left out
-  /// - [originalUrl]: not used; may be left out
+  /// - [title]: the media's title; optional
+  /// - [networkCacheMs]: network cache in milliseconds, not checked; optional
+  /// - [initialSeekPositionMs]: the start position in milliseconds; with 0 and below the stream
+  /// starts at the beginning; optional
+  /// - [isLiveStream]: whether the stream is live, which is the default; optional
+  /// - [supportsTimeshift]: whether a live stream can be rewound; optional
+  /// - [isInTimeshiftMode]: whether the stream is being rewound now; optional
+  /// - [playerProfile]: logged only; `windows_fullscreen` is the only profile; optional
+  /// - [localVodProxyEnabled]: logged only; optional
+  /// - [originalUrl]: not used; optional
   ///
   /// Throws a [HostException] with the code INVALID_ARGUMENT.
   Future<bool> setMedia({
@@ -84,7 +84,7 @@ class PlayerChannel {
 
   /// `play`: Starts or resumes.
   ///
-  /// Reply: `true`; without a media toast and `false`.
+  /// Reply: `true`; without a media `false` and a toast.
   Future<bool> play() async {
     final reply = await _invoke<bool>('play');
     return reply!;
@@ -97,7 +97,7 @@ class PlayerChannel {
 
   /// `playPause`: Pauses if it plays, else plays.
   ///
-  /// Reply: `true`; when it does not play and there is no media, toast and `false`.
+  /// Reply: `true`; when it does not play and there is no media, `false` and a toast.
   Future<bool> playPause() async {
     final reply = await _invoke<bool>('playPause');
     return reply!;
@@ -108,9 +108,10 @@ class PlayerChannel {
     await _invoke<Object?>('stop');
   }
 
-  /// `getPosition`: Returns the time played.
+  /// `getPosition`: Returns the playing time.
   ///
-  /// Reply: 64-bit integer, ms; 0 without a player, and what libvlc says otherwise, -1 included.
+  /// Reply: 64-bit integer, ms; 0 without a player, otherwise the value that libvlc returns, which
+  /// may be -1.
   Future<int> getPosition() async {
     final reply = await _invoke<int>('getPosition');
     return reply!;
@@ -130,11 +131,11 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `seek`: Goes to the position.
+  /// `seek`: Seeks to the position.
   ///
-  /// Reply: Boolean; toast when `false`.
+  /// Reply: Boolean; with `false` also a toast.
   ///
-  /// - [positionMs]: where to, in milliseconds
+  /// - [positionMs]: the target in milliseconds
   Future<bool> seek({required int positionMs}) async {
     final reply = await _invoke<bool>('seek', <String, Object?>{
       'positionMs': positionMs,
@@ -146,7 +147,7 @@ class PlayerChannel {
   ///
   /// Reply: as `seek`.
   ///
-  /// - [positionMs]: where to, in milliseconds
+  /// - [positionMs]: the target in milliseconds
   Future<bool> seekTo({required int positionMs}) async {
     final reply = await _invoke<bool>('seekTo', <String, Object?>{
       'positionMs': positionMs,
@@ -158,7 +159,7 @@ class PlayerChannel {
   ///
   /// Reply: as `seek`.
   ///
-  /// - [positionMs]: where to, in milliseconds
+  /// - [positionMs]: the target in milliseconds
   Future<bool> seekToInitialPosition({required int positionMs}) async {
     final reply = await _invoke<bool>('seekToInitialPosition', <String, Object?>{
       'positionMs': positionMs,
@@ -166,8 +167,8 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `setAlphaFlutterView`: Makes the view translucent below 1.0, opaque from 1.0 on; not clamped:
-  /// a negative level wraps in a byte.
+  /// `setAlphaFlutterView`: Makes the view translucent below 1.0, opaque from 1.0 on; the level is
+  /// not clamped, so a negative one wraps around in a byte.
   ///
   /// - [level]: 0.0 for transparent, 1.0 for opaque
   ///
@@ -194,8 +195,8 @@ class PlayerChannel {
 
   /// `resizeVLC`: Places the video; while the grid is on, lays out the grid instead.
   ///
-  /// - [x]: left edge in pixels of the client area; may be left out
-  /// - [y]: top edge in pixels of the client area; may be left out
+  /// - [x]: left edge in pixels of the client area; optional
+  /// - [y]: top edge in pixels of the client area; optional
   /// - [width]: width in pixels
   /// - [height]: height in pixels
   Future<void> resizeVLC({int x = 0, int y = 0, required int width, required int height}) async {
@@ -218,7 +219,7 @@ class PlayerChannel {
     await _invoke<Object?>('vlcViewFront');
   }
 
-  /// `vlcViewBack`: The same: the stacking is fixed, and can only be restored.
+  /// `vlcViewBack`: The same, because the stacking is fixed and can only be restored.
   Future<void> vlcViewBack() async {
     await _invoke<Object?>('vlcViewBack');
   }
@@ -233,7 +234,7 @@ class PlayerChannel {
     await _invoke<Object?>('showAvailableSubtitles');
   }
 
-  /// `getBuildTime`: Returns when the host was built.
+  /// `getBuildTime`: Returns the build time of the host.
   ///
   /// Reply: string, such as `Feb  8 2026 04:25:13`.
   Future<String> getBuildTime() async {
@@ -248,10 +249,10 @@ class PlayerChannel {
 
   /// `setSpu`: Selects the subtitle track `index`.
   ///
-  /// Reply: `true`; without a media toast and `false`.
+  /// Reply: `true`; without a media `false` and a toast.
   ///
   /// - [id]: the track's number in libvlc
-  /// - [index]: wins over `id`
+  /// - [index]: used instead of `id` when both are given
   Future<bool> setSpu({required int id, int? index}) async {
     final reply = await _invoke<bool>('setSpu', <String, Object?>{
       'id': id,
@@ -262,10 +263,10 @@ class PlayerChannel {
 
   /// `setAudioTrack`: Selects the audio track `index`.
   ///
-  /// Reply: `true`; without a media toast and `false`.
+  /// Reply: `true`; without a media `false` and a toast.
   ///
   /// - [id]: the track's number in libvlc
-  /// - [index]: wins over `id`
+  /// - [index]: used instead of `id` when both are given
   Future<bool> setAudioTrack({required int id, int? index}) async {
     final reply = await _invoke<bool>('setAudioTrack', <String, Object?>{
       'id': id,
@@ -276,9 +277,9 @@ class PlayerChannel {
 
   /// `setFontSize`: Checks the size and changes nothing.
   ///
-  /// Reply: `true` above 0; otherwise, and without a media, toast and `false`.
+  /// Reply: `true` above 0; otherwise, and without a media, `false` and a toast.
   ///
-  /// - [size]: the size to check; may be left out
+  /// - [size]: the size to check; optional
   Future<bool> setFontSize({int size = 16}) async {
     final reply = await _invoke<bool>('setFontSize', <String, Object?>{
       'size': size,
@@ -286,17 +287,18 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `enableNativeWakelock`: Keeps system and display awake.
+  /// `enableNativeWakelock`: Keeps the system and the display awake.
   Future<void> enableNativeWakelock() async {
     await _invoke<Object?>('enableNativeWakelock');
   }
 
-  /// `disableNativeWakelock`: Lets them sleep again, for all windows.
+  /// `disableNativeWakelock`: Lets the system and the display sleep again, for all windows.
   Future<void> disableNativeWakelock() async {
     await _invoke<Object?>('disableNativeWakelock');
   }
 
-  /// `isNativeWakelockEnabled`: Returns whether this window enabled the wakelock last.
+  /// `isNativeWakelockEnabled`: Returns whether this window's last request was to enable the
+  /// wakelock.
   Future<bool> isNativeWakelockEnabled() async {
     final reply = await _invoke<bool>('isNativeWakelockEnabled');
     return reply!;
@@ -316,7 +318,7 @@ class PlayerChannel {
     });
   }
 
-  /// `setUserAgent`: Stores the agent, which nothing reads: streams are opened without it.
+  /// `setUserAgent`: Stores the agent, which nothing reads, so streams are opened without it.
   ///
   /// - [userAgent]: the agent
   Future<void> setUserAgent({required String userAgent}) async {
@@ -327,7 +329,7 @@ class PlayerChannel {
 
   /// `debugInputLatency`: Nothing.
   ///
-  /// - [enable]: not used; may be left out
+  /// - [enable]: not used; optional
   Future<void> debugInputLatency({bool enable = false}) async {
     await _invoke<Object?>('debugInputLatency', <String, Object?>{
       'enable': enable,
@@ -352,8 +354,8 @@ class PlayerChannel {
 
   /// `sendProviderData`: Raises `providerDataReceived` in every window but the first.
   ///
-  /// - [chunkType]: what the chunk holds, not empty
-  /// - [entries]: the chunk's other entries, of any type the codec knows
+  /// - [chunkType]: the type of the chunk, not empty
+  /// - [entries]: the chunk's other entries, of any type that the codec supports
   ///
   /// Throws a [HostException] with the code INVALID_CHUNK or INVALID_ARGUMENTS.
   Future<void> sendProviderData({
@@ -366,7 +368,7 @@ class PlayerChannel {
     });
   }
 
-  /// `enableMultiView`: Turns the single view into a grid, then raises `showMultiViewOverlay`, also
+  /// `enableMultiView`: Changes the single view to a grid, then raises `showMultiViewOverlay`, also
   /// when the grid is on already.
   ///
   /// Reply: `true`, or error.
@@ -377,7 +379,7 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `disableMultiView`: Turns the grid into a single view, then raises `hideMultiViewOverlay`,
+  /// `disableMultiView`: Changes the grid to a single view, then raises `hideMultiViewOverlay`,
   /// also when there is no grid.
   ///
   /// Reply: `true`, or error.
@@ -388,12 +390,12 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `mvAddStream`: Adds a tile; the active tile stays.
+  /// `mvAddStream`: Adds a tile; the active tile does not change.
   ///
   /// Reply: Boolean, or error.
   ///
   /// - [url]: the address of the stream
-  /// - [name]: the tile's name, for the log; may be left out
+  /// - [name]: the tile's name, for the log; optional
   ///
   /// Throws a [HostException] with the code INVALID_ARGUMENT or VLC_ERROR.
   Future<bool> mvAddStream({required String url, String name = ''}) async {
@@ -409,7 +411,7 @@ class PlayerChannel {
   /// Reply: Boolean, or error.
   ///
   /// - [url]: the address of the stream
-  /// - [name]: the tile's name, for the log; may be left out
+  /// - [name]: the tile's name, for the log; optional
   ///
   /// Throws a [HostException] with the code INVALID_ARGUMENT or VLC_ERROR.
   Future<bool> mvReplaceActive({required String url, String name = ''}) async {
@@ -420,8 +422,8 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `mvSetActiveIndex`: Makes the tile active; one beyond the last changes nothing and is still
-  /// `true`.
+  /// `mvSetActiveIndex`: Makes the tile active; an index beyond the last tile changes nothing and
+  /// also returns `true`.
   ///
   /// Reply: `true`; `false` without a grid; or error.
   ///
@@ -435,7 +437,7 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `mvRemoveActive`: Removes the active tile; the tile at index 0 stays.
+  /// `mvRemoveActive`: Removes the active tile; the tile at index 0 is never removed.
   ///
   /// Reply: Boolean, or error.
   ///
@@ -461,7 +463,7 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `mvPromoteActiveAndExit`: Ends the grid with the active tile's stream as the single view;
+  /// `mvPromoteActiveAndExit`: Ends the grid and shows the active tile's stream in the single view;
   /// opens that stream again unless tile 0 is active; raises no `hideMultiViewOverlay`.
   ///
   /// Reply: Boolean, or error.
@@ -482,7 +484,7 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `getDatabaseEncryptionKey`: Makes the key on first use; see below.
+  /// `getDatabaseEncryptionKey`: Returns the key, which is made on first use; see below.
   ///
   /// Reply: byte list of 32, or error.
   ///
@@ -492,7 +494,7 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `toggleFullscreen`: Goes to fullscreen or back.
+  /// `toggleFullscreen`: Enters or leaves fullscreen.
   ///
   /// Throws a [HostException] with the code WINDOW_ERROR.
   Future<void> toggleFullscreen() async {
@@ -504,67 +506,67 @@ class PlayerChannel {
   Stream<Toast> get showToast =>
       _on('showToast').map<Toast>((MethodCall call) => Toast.fromMap(call.arguments as Map<Object?, Object?>));
 
-  /// `appEvent`: At start-up after a session that died, behind the toast; `lastAction` is the
-  /// ACTION of the toast.
+  /// `appEvent`: At start-up after a session that ended abnormally, after the toast; `lastAction`
+  /// is the ACTION of the toast.
   /// Argument: map of strings: `type` `nativeCrashRecovered`, `platform` `windows`, `lastAction`.
   Stream<AppEvent> get appEvent =>
       _on('appEvent').map<AppEvent>((MethodCall call) => AppEvent.fromMap(call.arguments as Map<Object?, Object?>));
 
-  /// `showMultiViewOverlay`: After the reply of an `enableMultiView` that was `true`.
+  /// `showMultiViewOverlay`: After the reply `true` to `enableMultiView`.
   Stream<void> get showMultiViewOverlay => _on('showMultiViewOverlay');
 
-  /// `hideMultiViewOverlay`: After the reply of a `disableMultiView` that was `true`; after no
-  /// other request that ends the grid.
+  /// `hideMultiViewOverlay`: After the reply `true` to `disableMultiView`; not after other requests
+  /// that end the grid.
   Stream<void> get hideMultiViewOverlay => _on('hideMultiViewOverlay');
 
-  /// `providerDataRequested`: To the first window, when any window asks.
+  /// `providerDataRequested`: To the first window, when any window calls `requestProviderData`.
   Stream<void> get providerDataRequested => _on('providerDataRequested');
 
   /// `providerDataReceived`: To every window but the first.
-  /// Argument: map, as given to `sendProviderData`, its keys sorted.
+  /// Argument: the map given to `sendProviderData`, with its keys sorted.
   Stream<Map<Object?, Object?>> get providerDataReceived =>
       _on('providerDataReceived').map<Map<Object?, Object?>>((MethodCall call) => call.arguments as Map<Object?, Object?>);
 
-  /// `spuTracks`: When the subtitle tracks were asked for, also when there are none; not without a
-  /// player, and not when libvlc lacks the track functions; no ids or names travel.
+  /// `spuTracks`: When the subtitle tracks are requested, also when there are none; not without a
+  /// player, and not when libvlc lacks the track functions; it carries no ids or names.
   Stream<void> get spuTracks => _on('spuTracks');
 
-  /// `audioTracks`: The same for audio.
+  /// `audioTracks`: The same for the audio tracks.
   Stream<void> get audioTracks => _on('audioTracks');
 
-  /// `search_query_changed`: When typing in the search box has paused.
+  /// `search_query_changed`: After a pause in typing in the search box.
   /// Argument: string: the query; none when the box was cleared.
   Stream<String> get searchQueryChanged =>
       _on('search_query_changed').map<String>((MethodCall call) => _text(call));
 
-  /// `settings_requested`: The menu's settings command.
+  /// `settings_requested`: When the menu's settings command is chosen.
   Stream<void> get settingsRequested => _on('settings_requested');
 
-  /// `about_requested`: The menu's about command.
+  /// `about_requested`: When the menu's about command is chosen.
   Stream<void> get aboutRequested => _on('about_requested');
 
   /// `onOpening`: Libvlc opens the media.
   Stream<void> get onOpening => _on('onOpening');
 
-  /// `onBuffering`: Buffering goes on.
+  /// `onBuffering`: Buffering progresses.
   /// Argument: string: percent with six decimals, such as `100.000000`.
   Stream<double> get onBuffering =>
       _on('onBuffering').map<double>((MethodCall call) => double.parse(_text(call)));
 
-  /// `onPlaying`: Playback runs; any tile of the grid, without saying which.
+  /// `onPlaying`: Playback runs; in a grid for any tile, without its index.
   Stream<void> get onPlaying => _on('onPlaying');
 
-  /// `onMediaChanged`: Another media is set; any tile of the grid, without saying which.
+  /// `onMediaChanged`: Another media is set; in a grid for any tile, without its index.
   Stream<void> get onMediaChanged => _on('onMediaChanged');
 
   /// `onPaused`: Playback is paused.
   Stream<void> get onPaused => _on('onPaused');
 
-  /// `onStopped`: Playback has stopped, the end of a stream included; not sent for a stop that
-  /// `setMedia` makes itself.
+  /// `onStopped`: Playback has stopped, also at the end of a stream; not sent for the stop inside
+  /// `setMedia`.
   Stream<void> get onStopped => _on('onStopped');
 
-  /// `onEndReached`: Never by a real stream: the end is `onStopped`.
+  /// `onEndReached`: Never sent for a real stream; the end of a stream is `onStopped`.
   Stream<void> get onEndReached => _on('onEndReached');
 
   /// `onError`: `Media player encountered an error`, or `Playback issue detected. Please try
@@ -573,17 +575,17 @@ class PlayerChannel {
   Stream<String> get onError =>
       _on('onError').map<String>((MethodCall call) => _text(call));
 
-  /// `onPositionChanged`: The position moves.
+  /// `onPositionChanged`: The position changes.
   /// Argument: string: 0 to 1 with six decimals, such as `0.500000`.
   Stream<double> get onPositionChanged =>
       _on('onPositionChanged').map<double>((MethodCall call) => double.parse(_text(call)));
 
-  /// `onTimeChanged`: The time moves.
+  /// `onTimeChanged`: The time changes.
   /// Argument: string: milliseconds in decimal.
   Stream<int> get onTimeChanged =>
       _on('onTimeChanged').map<int>((MethodCall call) => int.parse(_text(call)));
 
-  /// `onSeekableChanged`: The media can be sought in, or no longer.
+  /// `onSeekableChanged`: Seeking becomes possible or impossible.
   /// Argument: string: `true` or `false`.
   Stream<bool> get onSeekableChanged =>
       _on('onSeekableChanged').map<bool>((MethodCall call) => _text(call) == 'true');

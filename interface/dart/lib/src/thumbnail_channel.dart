@@ -23,25 +23,26 @@ class ThumbnailChannel {
   Future<T?> _invoke<T>(String method, [Object? arguments]) =>
       translated<T?>(() => _channel.invokeMethod<T>(method, arguments));
 
-  /// `initialize`: Makes the worker's own libvlc instance and player; when they exist already,
-  /// nothing.
+  /// `initialize`: Makes the worker's own libvlc instance and player, unless they already exist.
   ///
-  /// Reply: Boolean: the worker is ready.
+  /// Reply: Boolean, `true` when the worker is ready.
   Future<bool> initialize() async {
     final reply = await _invoke<bool>('initialize');
     return reply!;
   }
 
-  /// `getFrame`: Plays the stream silently, seeks, takes a snapshot.
+  /// `getFrame`: Plays the stream silently, seeks and takes a snapshot.
   ///
   /// Reply: map, or error.
   ///
   /// - [mediaId]: names the temporary file, `vantro_thumb_MEDIAID_SECOND.jpg` in the temporary
   /// folder
   /// - [proxyUrl]: the address of the stream
-  /// - [timeSeconds]: where in it, to the millisecond
-  /// - [width]: the width of the picture; 0 for the video's own, or in proportion to the height
-  /// - [height]: the height of the picture; 0 for the video's own, or in proportion to the width
+  /// - [timeSeconds]: the position in the stream in seconds, to the millisecond
+  /// - [width]: the width of the picture; 0 for the video's width, or for a width in proportion to
+  /// the height
+  /// - [height]: the height of the picture; 0 for the video's height, or for a height in proportion
+  /// to the width
   ///
   /// Throws a [HostException] with the code INVALID_ARGS.
   /// Throws a [FrameException] when there is no frame.
@@ -62,7 +63,7 @@ class ThumbnailChannel {
     return frameOf(reply!);
   }
 
-  /// `dispose`: Releases what `initialize` made; nothing when there is nothing.
+  /// `dispose`: Releases the instance and player of `initialize`; does nothing when there are none.
   Future<void> dispose() async {
     await _invoke<Object?>('dispose');
   }

@@ -2,7 +2,7 @@ import 'dart:typed_data';
 
 import 'errors.dart';
 
-/// The role of a window: the reply of `getWindowInfo`.
+/// The role of a window; the reply of `getWindowInfo`.
 class WindowInfo {
   const WindowInfo({required this.isMasterWindow, required this.windowId});
 
@@ -13,7 +13,7 @@ class WindowInfo {
   /// Whether this is the first window of the process, which holds the provider data.
   final bool isMasterWindow;
 
-  /// Unique among the open windows of one run, without a meaning beyond that.
+  /// Unique among the open windows of one run; it has no other meaning.
   final int windowId;
 }
 
@@ -31,7 +31,7 @@ class Toast {
   final bool isShort;
 }
 
-/// Something that happened to the host: so far only that its last session died.
+/// An event of the host itself. The only one reports that its last session ended abnormally.
 class AppEvent {
   const AppEvent({required this.type, required this.platform, required this.lastAction});
 
@@ -46,11 +46,12 @@ class AppEvent {
   /// `windows`.
   final String platform;
 
-  /// The method that the session was last asked for, `startup` or `unknown`.
+  /// The last method that the interface called in that session, `startup` or `unknown`.
   final String lastAction;
 }
 
-/// The picture in the reply of `getFrame`, or a [FrameException] when the reply has none.
+/// Returns the picture in the reply of `getFrame`.
+/// Throws a [FrameException] when the reply has none.
 Uint8List frameOf(Map<Object?, Object?> reply) {
   if (reply['success'] == true) {
     return reply['bytes'] as Uint8List;
