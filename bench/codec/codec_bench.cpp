@@ -1,5 +1,5 @@
-// The codec beside msgpack-cxx (object tree) and nlohmann-json (DOM), each encoding and decoding the same method call
-// in its own format. JSON has no bytes, so that the byte list goes through nlohmann-json's CBOR.
+// Compares the codec with msgpack-cxx (object tree) and nlohmann-json (DOM). Each encodes and decodes the same method
+// call in its own format. JSON has no bytes, so nlohmann-json's CBOR is used for the byte list.
 #include <benchmark/benchmark.h>
 
 #include <cstring>
@@ -119,7 +119,7 @@ void DecodeCbor(benchmark::State& state, const Value& arguments) {
   CountBytes(state, bytes.size());
 }
 
-// The floor of the byte list: the same bytes into a block of their own.
+// The floor of the byte list: copies the same bytes into a separate block.
 void CopyOfTheBytes(benchmark::State& state) {
   const std::vector<uint8_t> source(kByteListSize, 7);
   for (auto step : state) {

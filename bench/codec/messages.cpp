@@ -31,7 +31,7 @@ Value ChannelRecord(int number) {
   });
 }
 
-// A sender's own order: neither up nor down, and the same each time.
+// Puts the entries in a sender's order: unsorted, and the same each time.
 template <class Entries>
 void Shuffle(Entries& entries) {
   for (size_t at = 0; at < entries.size(); ++at) std::swap(entries[at], entries[at * 7919 % entries.size()]);

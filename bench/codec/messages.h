@@ -1,4 +1,4 @@
-// The messages that the codec benchmarks carry.
+// The messages of the codec benchmarks.
 #pragma once
 
 #include "tests/support/values.h"
@@ -7,13 +7,13 @@ namespace vantro::bench {
 
 using test::Value;
 
-// The arguments of a "setMedia" request, with all its keys.
+// Returns the arguments of a "setMedia" request, with all its keys.
 Value SetMediaArguments();
-// A provider chunk of this many channel records: strings, numbers, nested lists.
+// Returns a provider chunk of this many channel records: strings, numbers, nested lists.
 Value ProviderChunk(int records);
-// The same with the entries of all maps in another order than that of their keys: only good for being encoded.
+// Returns the same value with the entries of all maps in an unsorted order. The result is good only for encoding.
 Value WithKeysUnsorted(const Value& value);
-// A byte list of this many bytes.
+// Returns a byte list of this many bytes.
 Value ByteList(size_t size);
 
 }  // namespace vantro::bench

@@ -7,7 +7,7 @@ namespace vantro::bench {
 
 namespace {
 
-// The benchmarks' messages use no other alternative.
+// Called for an alternative that the benchmarks' messages do not use.
 [[noreturn]] void Unexpected() { std::abort(); }
 
 msgpack::object ListToMsgpack(EncodableList list, msgpack::zone& zone) {
@@ -16,7 +16,7 @@ msgpack::object ListToMsgpack(EncodableList list, msgpack::zone& zone) {
   return msgpack::object(objects, zone);
 }
 
-// In the order of the entries.
+// Keeps the order of the entries.
 msgpack::object MapToMsgpack(EncodableMap map, msgpack::zone& zone) {
   msgpack::object object;
   object.type = msgpack::type::MAP;

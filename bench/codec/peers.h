@@ -1,4 +1,4 @@
-// The same data in the peers' own trees.
+// Converts the same data to the trees of the other two libraries.
 #pragma once
 
 #pragma GCC diagnostic push
@@ -12,7 +12,7 @@
 
 namespace vantro::bench {
 
-// Strings and byte lists lie in the zone.
+// Strings and byte lists are stored in the zone.
 msgpack::object ToMsgpack(const EncodableValue& value, msgpack::zone& zone);
 nlohmann::json ToJson(const EncodableValue& value);
 

@@ -1,4 +1,4 @@
-// Counts what this program allocates with new; libraries beside it have allocators of their own.
+// Counts this program's allocations with new. Libraries beside it have their own allocators.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ struct AllocationCount {
   size_t allocations;
   size_t bytes;
 };
-// Since the program began. Any thread.
+// Returns the count since the program began. Any thread.
 AllocationCount CountAllocations();
 
 }  // namespace vantro::bench

@@ -1,8 +1,9 @@
-// What the channels cost: a polled request, an event, the session marker, the relay and a preview frame, each beside
-// the bare work that nothing could save. Runs over the loopback engine and the scripted libvlc beside it.
+// Measures the cost of the channels: a polled request, an event, the session marker, the relay and a preview frame.
+// Each is compared with the bare work that cannot be avoided. Runs with the loopback engine and the scripted libvlc
+// beside it.
 //
-// A time is the best of several batches, since other work on the machine only ever adds to it; what is set beside each
-// other is measured in turn. The output is Markdown.
+// A time is the best of several batches, because other work on the machine only adds to it. Values that are compared
+// are measured in turn. The output is Markdown.
 #include <windows.h>
 
 #include <algorithm>
@@ -38,7 +39,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int kBatches = 5;
 constexpr int kManyBatches = 15;
 constexpr int kFewBatches = 2;     // for work of a second
-constexpr int kFileBatches = 150;  // short ones: a file's opening varies by far more than a call adds to it
+constexpr int kFileBatches = 150;  // short batches: opening a file varies by far more than a call adds to it
 constexpr char kPlayerChannel[] = "org.vantro.player/communicate";
 
 struct Cost {
@@ -69,7 +70,7 @@ Cost Measure(int rounds, Work work, int batches = kBatches) {
   return best;
 }
 
-// Both in turn, so that other work on the machine weighs on both.
+// Measures both in turn, so that other work on the machine affects both.
 template <typename Bare, typename Work>
 std::pair<Cost, Cost> MeasureBeside(int rounds, Bare bare, Work work, int batches = kBatches) {
   bare();
@@ -101,7 +102,7 @@ std::vector<uint8_t> RequestBytes(const char* method, const OwnedValue& argument
   return {message.data(), message.data() + message.size()};
 }
 
-// As a message arrives and is answered, without the engine's part of it.
+// Delivers a message and takes its answer, without the engine's part of it.
 void Serve(MethodChannelHandler& handler, const std::vector<uint8_t>& bytes) {
   const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
   MethodCall call;
@@ -127,8 +128,8 @@ void BenchRequest(Window& window) {
   window.handler->markerPath_ = marker;
 }
 
-// What an engine does with a message before it returns, at the least: it copies the name and the bytes into a task for
-// a thread of its own.
+// The minimum that an engine does with a message before it returns: it copies the name and the bytes into a task for
+// one of its threads.
 class EngineTasks {
  public:
   EngineTasks() : setObserver_(Find()) { setObserver_(&EngineTasks::Take, this); }
@@ -191,7 +192,7 @@ void BenchMarker(Window& window) {
                   10, write, [&] { Serve(*window.handler, request); }, kFileBatches));
 }
 
-// Records of some 100 bytes, as a list of channels has them.
+// Makes records of some 100 bytes, like those of a list of channels.
 OwnedValue Chunk(size_t size) {
   std::vector<test::Value> records;
   for (size_t bytes = 0; bytes < size; bytes += 100) {
@@ -275,7 +276,7 @@ void BenchFrame(Window& window) {
 }
 
 void Run() {
-  std::setvbuf(stdout, nullptr, _IONBF, 0);  // a line is there when it is measured
+  std::setvbuf(stdout, nullptr, _IONBF, 0);  // unbuffered, so that each line is printed as soon as it is measured
   const HWND parent = CreateWindowExW(0, L"STATIC", L"bench", WS_POPUP, 0, 0, 800, 600, nullptr, nullptr,
                                       GetModuleHandleW(nullptr), nullptr);
   Window window(parent);
@@ -292,6 +293,6 @@ void Run() {
 
 int main() {
   vantro::Run();
-  // The windows stay in the registry: ending them is no part of what is measured.
+  // Ends without destroying the windows in the registry, because that is not measured.
   std::_Exit(0);
 }

@@ -1,15 +1,15 @@
-// The floor for the benchmarks of playback: a bare Win32 program that makes the libvlc calls of a player and nothing
-// else. One window with one player stands when it has started; then it takes commands, one a line, on standard input:
+// The floor for the benchmarks of playback: a bare Win32 program that makes a player's libvlc calls and nothing else.
+// At the start it makes one window with one player. Then it reads commands from standard input, one a line:
 //
-//   play URL            stops what plays in the window and plays the URL in its place
-//   stop                stops it, waits for the Stopped event, and says how many milliseconds that took
+//   play URL            stops what plays in the window and plays the URL instead
+//   stop                stops it, waits for the Stopped event, and prints how many milliseconds that took
 //   place X Y W H       moves the window's video, in client pixels
-//   tile X Y W H URL    one more player in a child window, which plays the URL
-//   window              one more window with an instance and a player of its own
-//   popup               one more empty window, owned by the first
-//   engine              one more view of the embedding, with an engine of its own
+//   tile X Y W H URL    adds a player in a child window, which plays the URL
+//   window              adds a window with its own instance and player
+//   popup               adds an empty window, owned by the first
+//   engine              adds a view of the embedding, with its own engine
 //
-// The development library tells (VANTRO_LIBVLC_TIMES) when a picture stood.
+// The development library reports (VANTRO_LIBVLC_TIMES) when a picture was drawn.
 #include <windows.h>
 
 #include <cstdio>
@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr UINT kCommandMessage = WM_APP + 1;  // lParam: the line, a std::string to be deleted
+constexpr UINT kCommandMessage = WM_APP + 1;  // lParam: the line, a std::string that the receiver deletes
 constexpr const wchar_t* kWindowClass = L"BarePlayer";
 constexpr int kWidth = 1280;
 constexpr int kHeight = 720;
@@ -124,7 +124,7 @@ class BarePlayer {
     return player;
   }
 
-  // Messages that the library's threads send to the window are served meanwhile.
+  // Meanwhile it handles messages that the library's threads send to the window.
   void Stop() {
     ResetEvent(stopped_);
     if (libvlc_media_player_stop_async(player_) != 0) return;
@@ -200,7 +200,7 @@ class BarePlayer {
   HWND video_ = nullptr;
 };
 
-// Reads the commands and hands them to the thread with the message loop. Ends the loop with the input.
+// Reads the commands and passes them to the thread with the message loop. Ends the loop when the input ends.
 DWORD WINAPI ReadCommands(void* mainThread) {
   const DWORD thread = *static_cast<const DWORD*>(mainThread);
   char line[2048];
@@ -218,7 +218,7 @@ int main(int argc, char** argv) {
   static BarePlayer player;
   if (!player.Start()) return 1;
   static DWORD thread = GetCurrentThreadId();
-  // Timed starts (start_time.exe) have no input to read.
+  // Timed starts (start_time.exe) send no input.
   if (argc > 1 && std::strcmp(argv[1], "commands") == 0) CreateThread(nullptr, 0, ReadCommands, &thread, 0, nullptr);
   MSG message;
   while (GetMessageA(&message, nullptr, 0, 0) > 0) {
@@ -230,6 +230,6 @@ int main(int argc, char** argv) {
       DispatchMessageA(&message);
     }
   }
-  // The process ends with what plays: nothing of that is measured.
+  // Ends while streams play, because their end is not measured.
   std::_Exit(0);
 }

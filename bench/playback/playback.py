@@ -1,10 +1,9 @@
-"""Measures playback in the built host beside a bare program that makes the same libvlc calls (bare_player.cpp).
+"""Compares playback in the built host with a bare program that makes the same libvlc calls (bare_player.cpp).
 
     playback.py [--rounds N] [--tile-rounds N] [--only PART]
 
-Both programs have the development library beside them, share one Wine prefix and take turns, so that what else the
-machine does falls
-on both alike. Prints tables in Markdown.
+Both programs have the development library beside them, share one Wine prefix and take turns, so that other work on the
+machine affects both alike. Prints tables in Markdown.
 """
 
 import argparse
@@ -44,7 +43,8 @@ MOMENTS = {
 
 
 def clock():
-    """The clock of the development library's log of times and, under Wine, of QueryPerformanceCounter."""
+    """Returns the time of the clock that the development library's log of times and, under Wine,
+    QueryPerformanceCounter use."""
     return time.clock_gettime(time.CLOCK_MONOTONIC_RAW)
 
 
@@ -72,8 +72,8 @@ class Log:
 
 
 class QuietInterface:
-    """An interface that reads only when it is told to: while a time is taken, no program of Python's uses the processor
-    that the host needs. What the host sends meanwhile waits in the socket."""
+    """An interface that reads only on request. While a time is measured, no Python program uses the processor that the
+    host needs. The host's messages wait in the socket meanwhile."""
 
     def __init__(self, port):
         self._socket = socket.create_connection(("127.0.0.1", port), PATIENCE)
@@ -99,7 +99,7 @@ class QuietInterface:
 
 
 class Process:
-    """What the system tells of one Windows program."""
+    """The system's figures of one Windows program."""
 
     def __init__(self, executable):
         self._folder = wait_for(lambda: self._find(executable), f"the process of {executable}")
@@ -111,8 +111,8 @@ class Process:
         return None
 
     def cpu_seconds(self):
-        """Of the threads that run: exact, where the process's own count goes by hundredths. Streams that play steadily
-        end no threads."""
+        """Returns the exact sum of the running threads; the process's own count has a resolution of hundredths. Streams
+        that play steadily end no threads."""
         spent = 0
         for thread in (self._folder / "task").iterdir():
             with contextlib.suppress(OSError):
@@ -120,12 +120,12 @@ class Process:
         return spent / 1e9
 
     def private_kilobytes(self):
-        """Memory of the process alone: neither code nor what others share."""
+        """Returns the memory of the process alone: without code and shared pages."""
         return usage(self._folder).written_kib
 
 
 class Program:
-    """One of the two that are compared: its process and what the development library tells of it."""
+    """One of the two compared programs: its process and the development library's reports about it."""
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
@@ -136,12 +136,13 @@ class Program:
         return {"VANTRO_LIBVLC_TIMES": str(self.times.path), "VANTRO_LIBVLC_STATS": str(self.stats.path)}
 
     def displayed(self):
-        """Pictures that libvlc counts as shown, of all players, by their newest lines."""
+        """Returns the number of pictures that libvlc counts as shown, of all players, from their newest lines."""
         newest = {line["player"]: line["displayed"] for line in self.stats.lines()}
         return sum(newest.values())
 
     def time_to_picture(self, url):
-        """Milliseconds until the first picture stands: from the request, and from the first call of libvlc."""
+        """Returns the milliseconds until the first picture is drawn: from the request, and from the first libvlc
+        call."""
         before = len(self.times.lines())
         asked = clock()
         self.play(url)
@@ -154,7 +155,7 @@ class Program:
         self.settle()
         first_call = lines[0]["at"]
         picture = next(line["at"] for line in lines if line["what"] == "first_picture")
-        # Also what shows that both clocks are the same.
+        # This also proves that both clocks are the same.
         assert asked <= first_call <= picture <= clock(), lines
         play = next(line["at"] for line in lines if line["what"] == "play")
         return {"request": (picture - asked) * 1000, "call": (picture - first_call) * 1000, "play": (play - asked) * 1000}
@@ -191,14 +192,14 @@ class HostProgram(Program):
             assert self.client.invoke("mvAddStream", {"url": url, "name": "tile"}) is True
 
     def cells(self):
-        """The rectangles of the tiles in client pixels of their window."""
+        """Returns the rectangles of the tiles in client pixels of their window."""
         windows = self.client.windows("VantroVlcHostWindow")
         (main,) = self.client.windows("VantroWindowClass")
         return [(window.rect[0] - main.rect[0], window.rect[1] - main.rect[1], *window.size) for window in windows]
 
     @contextlib.contextmanager
     def alone(self):
-        """Without an interface at the other end: sending to it is the engine's work, and a test's engine at that."""
+        """Disconnects the interface: sending to it is the engine's work, and this engine exists only for tests."""
         self.client.close()
         yield
         self.host.connect(START_TIMEOUT)
@@ -211,7 +212,7 @@ class HostProgram(Program):
 
 
 class QuietHostProgram(HostProgram):
-    """The same with a quiet interface, for times; it can be asked for playback alone."""
+    """The same with a quiet interface, for measuring times. It supports playback only."""
 
     def __init__(self, prefix, folder):
         super().__init__(prefix, folder)
@@ -229,7 +230,7 @@ class QuietHostProgram(HostProgram):
         assert self.quiet.answer() is True
 
     def stop(self):
-        """Milliseconds until the request is answered."""
+        """Returns the milliseconds until the request is answered."""
         asked = clock()
         self.quiet.send("stop")
         self.settle()
@@ -277,12 +278,12 @@ class BareProgram(Program):
         self.begin(f"play {url}")
 
     def stop(self):
-        """Milliseconds from the call to the Stopped event."""
+        """Returns the milliseconds from the call to the Stopped event."""
         self.command("stop")
         return float(self.output.read_text(errors="replace").split()[-1])
 
     def tiles(self, cells, urls):
-        """Makes what is missing of a grid that looks like the host's."""
+        """Adds the missing tiles of a grid that looks like the host's."""
         self.command("place {} {} {} {}".format(*cells[0]))
         for index in range(self.tile_count, len(cells)):
             self.command("tile {} {} {} {} {}".format(*cells[index], urls[index % len(urls)]))
@@ -310,7 +311,7 @@ def both(prefix, folder):
 
 
 def turns(programs, rounds):
-    """The number of the round and the program whose turn it is, each program as often first as the other."""
+    """Yields the number of the round and the program whose turn it is. Each program is first equally often."""
     for index in range(rounds):
         for program in programs if index % 2 == 0 else reversed(programs):
             yield index, program
@@ -322,7 +323,8 @@ def summary(values):
 
 
 def measure_pictures(prefix, folder, server, rounds):
-    """First pictures: of a media in an idle player, and of one that replaces another; and the stop of the latter."""
+    """Measures first pictures, of a media in an idle player and of one that replaces another, and the stop of the
+    latter."""
     urls = [server.url(name) for name in STREAMS]
     taken = {kind: {"host": [], "bare": []} for kind in ("idle", "change")}
     stops = {"host": [], "bare": []}
@@ -333,7 +335,7 @@ def measure_pictures(prefix, folder, server, rounds):
             program.stop()
         for index, program in turns(programs, rounds):
             taken["idle"][program.name].append(program.time_to_picture(urls[index % len(urls)]))
-            time.sleep(0.3)  # what is replaced plays
+            time.sleep(0.3)  # the replaced stream must be playing
             taken["change"][program.name].append(program.time_to_picture(urls[(index + 1) % len(urls)]))
             stops[program.name].append(program.stop())
     pictures = {kind: {name: {start: summary([round_[start] for round_ in rounds_]) for start in MOMENTS}
@@ -342,7 +344,8 @@ def measure_pictures(prefix, folder, server, rounds):
 
 
 def measure_interval(program, seconds):
-    """Processor time and pictures of some seconds, between two lines of the development library's statistics."""
+    """Returns processor time and pictures over some seconds, between two lines of the development library's
+    statistics."""
 
     def next_line():
         before = len(program.stats.lines())
@@ -358,8 +361,8 @@ def measure_interval(program, seconds):
 
 
 def measure_tiles(prefix, folder, server, rounds):
-    """Processor time and memory with one to sixteen streams. The programs run one after the other, since sixteen
-    streams of each are more than a small machine plays."""
+    """Measures processor time and memory with one to sixteen streams. The programs run one after the other, because a
+    small machine cannot play sixteen streams of each at once."""
     urls = [server.url(name) for name in STREAMS]
     table = {}
     for count in TILE_COUNTS:
@@ -384,13 +387,13 @@ def measure_tiles(prefix, folder, server, rounds):
 
 
 def slope(points):
-    """What one more costs, by least squares over (number, value)."""
+    """Returns the cost of one more, by least squares over (number, value)."""
     return statistics.linear_regression([x for x, _ in points], [y for _, y in points]).slope
 
 
 def measure_windows(prefix, folder, windows=6):
-    """Memory that one more window takes: the host's; a bare one's with its libvlc; the engine's; and a second top-level
-    window's, as the overlay is one, whose picture Wine keeps in the process."""
+    """Measures the memory of one more window: the host's; a bare one's with its libvlc; the engine's; and that of a
+    second top-level window like the overlay, whose picture Wine keeps in the process."""
     points = {"host": [], "bare": [], "engine": [], "popup": []}
     with contextlib.closing(HostProgram(prefix, folder / "windows-host")) as host:
         for count in range(1, windows + 1):
@@ -398,7 +401,7 @@ def measure_windows(prefix, folder, windows=6):
             host.open_window()
     for what, command in (("bare", "window"), ("engine", "engine"), ("popup", "popup")):
         with contextlib.closing(BareProgram(prefix, folder / "windows-bare")) as bare:
-            bare.command(command)  # the first of a kind loads and registers what the later ones share
+            bare.command(command)  # the first of a kind loads and registers what later ones share
             for count in range(1, windows + 1):
                 points[what].append((count, bare.process.private_kilobytes()))
                 bare.command(command)

@@ -1,8 +1,9 @@
-// What the player itself costs: a pass of the watchdog, a layout, a change of the active tile, one more tile, and a
-// time event from libvlc's callback to the embedding's send. Runs over the scripted libvlc, which records every call as
-// text: most of a figure is that recording, so the number of libvlc's calls stands beside it and one bare call above.
+// Measures the player's own cost: a pass of the watchdog, a layout, a change of the active tile, one more tile, and a
+// time event from libvlc's callback to the embedding's send. It runs with the scripted libvlc, which records every call
+// as text. Most of a figure is that recording, so the number of libvlc calls is beside each figure and the cost of one
+// bare call is above.
 //
-// A time is the best of several batches, since other work on the machine only ever adds to it.
+// A time is the best of several batches, because other work on the machine only adds to it.
 #include <windows.h>
 
 #include <algorithm>
@@ -38,7 +39,7 @@ struct Script {
   decltype(&ScriptedSetPlayerValue) setValue = Find<decltype(ScriptedSetPlayerValue)>("ScriptedSetPlayerValue");
 };
 
-// Microseconds a round.
+// Returns microseconds a round.
 template <typename Work>
 double Measure(const Script& script, int rounds, Work work) {
   double best = 1e300;
@@ -162,6 +163,6 @@ void Run() {
 int main() {
   vantro::Run();
   std::fflush(stdout);
-  // Ends as it stands: the end of the engine is no part of what is measured.
+  // Ends without destroying the engine, because that is not measured.
   std::_Exit(0);
 }

@@ -1,9 +1,11 @@
-// How long the window's chrome takes, and whether it holds on to handles. Prints Markdown tables.
+// Measures the times of the window's chrome, and whether it leaks handles. Prints Markdown tables.
 //
-//   bench_shell [SECONDS]          at most so many for each line, 60 if not told
-//   bench_shell chrome SECONDS     only the medians in microseconds that start_floor prints, too, as "host repaint 1.0"
+//   bench_shell [SECONDS]          at most so many seconds for each line, 60 by default
+//   bench_shell chrome SECONDS     prints only the medians that start_floor also prints, in microseconds, such as
+//                                  "host repaint 1.0"
 //
-// The speaker's share stands beside the whole repaint: it looks for picture files in four places on every paint.
+// The speaker's share is listed beside the whole repaint, because it looks for picture files in four places on every
+// paint.
 #include <windows.h>
 
 #include <cstdio>
@@ -20,7 +22,7 @@ namespace {
 
 using vantro::VantroWindow;
 
-// A menu's modal loop runs timers: this one closes the menu as soon as it stands.
+// A menu's modal loop runs timers. This one closes the menu as soon as it is open.
 void CALLBACK CloseMenu(HWND, UINT, UINT_PTR, DWORD) {
   if (FindWindowW(L"#32768", nullptr)) EndMenu();
 }
@@ -88,7 +90,7 @@ int main(int argc, char** argv) {
     SendMessageA(window.hwnd_, WM_COMMAND, vantro::kFileButtonId, 0);
     KillTimer(nullptr, timer);
   };
-  // What is made once and kept, such as GDI+ and the menu's font, does not count as held on to.
+  // Objects that are made once and kept, such as GDI+ and the menu's font, do not count as leaks.
   repaint(window.hwnd_);
   window.ToggleFullscreen();
   window.ToggleFullscreen();

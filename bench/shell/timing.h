@@ -1,4 +1,4 @@
-// How long an action takes, many times over.
+// Measures repeatedly how long an action takes.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +8,8 @@
 
 namespace vantro::bench {
 
-// The microseconds of each round, sorted: at least one, at most so many rounds and about so many seconds.
+// Returns the microseconds of each round, sorted. At least one round runs, at most the given number, for about the
+// given seconds.
 template <typename Action>
 std::vector<double> SortedMicroseconds(size_t rounds, double seconds, Action action) {
   using Clock = std::chrono::steady_clock;

@@ -1,11 +1,11 @@
-// The window's chrome with the host's window calls and without the host: a repaint, and fullscreen and back.
+// The window's chrome with the host's window calls but without the host: a repaint, and entering and leaving
+// fullscreen.
 #pragma once
 
 namespace floor_program {
 
-// Prints medians in microseconds, each taken over so many seconds, as lines "calls repaint 1.0": with what the host
-// draws
-// ("calls"), and with windows that draw nothing ("nothing"), which is the system's share.
+// Prints medians in microseconds, each measured over so many seconds, as lines such as "calls repaint 1.0". "calls"
+// draws what the host draws. "nothing" has windows that draw nothing, which is the system's share.
 void PrintChromeTimes(double seconds);
 
 }  // namespace floor_program

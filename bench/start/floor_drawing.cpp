@@ -1,4 +1,4 @@
-// What the host draws on its controls, by the same calls.
+// Draws the host's controls with the same calls.
 #include <windows.h>
 // After windows.h, whose types it uses.
 #include <objidl.h>
@@ -50,7 +50,7 @@ void DrawButton(const DRAWITEMSTRUCT& item) {
   DrawTextW(item.hDC, item.CtlID == 40010 ? L"File" : L"Help", -1, &area, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 
-// The picture files are looked for and not found: the program has none beside it.
+// Looks for the picture files without finding them, because the program has none beside it.
 void LookForSpeakerPictures() {
   wchar_t folder[MAX_PATH], program[MAX_PATH];
   GetCurrentDirectoryW(MAX_PATH, folder);

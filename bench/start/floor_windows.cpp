@@ -48,7 +48,7 @@ void OnNcPaint() {
   ReleaseDC(window.main, dc);
 }
 
-// A control that reports hands the focus on to the view.
+// A control's notification passes the focus on to the view.
 void OnCommand() {
   const Window& window = TheWindow();
   if (GetFocus() != window.controls.search && IsWindow(window.viewWindow)) SetFocus(window.viewWindow);

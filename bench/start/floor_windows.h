@@ -1,4 +1,4 @@
-// The windows of the floor program: their procedures, and the calls that the host makes whenever they move or are
+// The windows of the floor program: their procedures, and the calls that the host makes whenever they are moved or
 // painted.
 #pragma once
 
@@ -14,7 +14,7 @@ struct TitleBarControls {
   HWND icon, title, file, help, search, close, maximize, minimize, speaker, volume;
 };
 
-// Everything that a window of the host keeps handles of. One in the process.
+// All the handles that a window of the host keeps. There is one in the process.
 struct Window {
   HWND main = nullptr;
   TitleBarControls controls{};
@@ -22,11 +22,11 @@ struct Window {
   HWND overlay = nullptr;
   FlutterDesktopViewControllerRef view = nullptr;
   HWND viewWindow = nullptr;
-  bool listens = false;  // the channel stands: from here on a change of size places the video
+  bool listens = false;  // the channel is set up: from here on a change of size places the video
   bool isSyncing = false;
   bool isFullscreen = false;
   bool showsBar = true;
-  bool draws = true;  // false: what is painted stays empty
+  bool draws = true;  // false: nothing is painted
   HHOOK hook = nullptr;
   HBRUSH titleBarBrush = nullptr;
   HBRUSH backgroundBrush = nullptr;
@@ -38,11 +38,11 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
 LRESULT CALLBACK OverlayProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT CALLBACK FollowMainWindow(int code, WPARAM wParam, LPARAM lParam);
 
-// Places what keeps its distance from the right edge.
+// Places the controls that keep their distance from the right edge.
 void LayoutControls();
-// Places the overlay below the bar, or in fullscreen over everything, and gives its view the focus.
+// Places the overlay below the bar, or in fullscreen over the whole window, and gives its view the focus.
 void SyncOverlay();
-// Places the overlay and its view over the client area, below so many pixels.
+// Places the overlay and its view over the client area, so many pixels below its top.
 void PlaceOverlay(int topOffset, UINT flags);
 
 // Paints an owner-drawn control of the title bar.

@@ -1,12 +1,12 @@
-"""Measures the start of the built host beside two floors, and prints tables in Markdown.
+"""Compares the start of the built host with two floors, and prints tables in Markdown.
 
     start.py [--rounds N]
 
-"bare" (bench/playback/bare_player.cpp) makes a player and a window. "same calls" (start_floor.cpp) makes the host's system
-calls in the host's order and nothing else. The programs share one Wine prefix and take turns.
+"bare" (bench/playback/bare_player.cpp) makes a player and a window. "same calls" (start_floor.cpp) makes only the
+host's system calls, in the host's order. The programs share one Wine prefix and take turns.
 
-Two figures of each start: the time until the window is shown, and the processor time of the process and of Wine's
-server until then. Other work on the machine falls less on the second.
+Each start has two figures: the time until the window is shown, and the processor time of the process and of Wine's
+server until then. Other work on the machine affects the second less.
 """
 
 import argparse
@@ -31,13 +31,13 @@ AIMS = {"bare": "1.15", "same calls": "1.10"}
 
 
 def processor_seconds(pid):
-    """Of the whole process, its ended threads included, in the kernel's own resolution."""
+    """Returns the time of the whole process, including its ended threads, in the kernel's own resolution."""
     whole_process_by_the_scheduler = 2
     return time.clock_gettime((~pid << 3) | whole_process_by_the_scheduler)
 
 
 def server_of(prefix):
-    """The process id of Wine's server for this prefix: it works in a folder with the prefix's device and inode."""
+    """Returns the process id of Wine's server for this prefix. Its working folder has the prefix's device and inode."""
     stat = os.stat(prefix.folder)
     name = f"server-{stat.st_dev:x}-{stat.st_ino:x}"
     for entry in pathlib.Path("/proc").glob("[0-9]*"):
@@ -48,7 +48,7 @@ def server_of(prefix):
 
 
 def make_folder(folder, program, libraries):
-    """A floor's program with the libraries and the engine beside it."""
+    """Makes a folder with a floor's program, the libraries and the engine."""
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
     shutil.copy2(BUILD / program, folder)
@@ -59,7 +59,7 @@ def make_folder(folder, program, libraries):
 
 
 def make_programs(prefix, folder):
-    """Window class and executable of each program. Host and floor get the same set of files."""
+    """Returns the window class and executable of each program. Host and floor get the same set of files."""
     host = Host(prefix, folder / "host", libraries=player_libraries(), log=False)  # makes the folder; nothing is started
     same_calls = make_folder(folder / "same-calls", "bench/start/start_floor.exe", player_libraries())
     shutil.copytree(folder / "host/data", folder / "same-calls/data")
@@ -68,8 +68,8 @@ def make_programs(prefix, folder):
 
 
 def timed_starts(prefix, programs, rounds):
-    """Starts each program in turn. Yields its window class, the milliseconds until the window was shown, and those of
-    processor time: of the process, and of Wine's server meanwhile."""
+    """Starts each program in turn. Yields its window class, the milliseconds until the window was shown, and the
+    processor milliseconds of the process and of Wine's server meanwhile."""
     server = server_of(prefix)
     command = [WINE, BUILD / "bench/start/start_time.exe", str(rounds)]
     for name, executable in programs.items():
@@ -95,7 +95,8 @@ def timed_starts(prefix, programs, rounds):
 
 
 def measure(prefix, folder, rounds):
-    """Of each program and kind of time the milliseconds of all starts but the first, which reads its files."""
+    """Returns the milliseconds of all starts, for each program and kind of time. The first start is left out, because
+    it reads the program's files."""
     programs = make_programs(prefix, folder)
     taken = {NAMES[name]: {"shown": [], "processor": []} for name in programs}
     for name, shown, processor in timed_starts(prefix, programs, rounds + 1):

@@ -1,9 +1,9 @@
-// The floor of a start: makes the system calls that the host's first window needs, in the host's order, and nothing
-// else. Windows, title bar, player, overlay, engine with its view and channels, hook and settings; then the window is
-// shown. No log, and no checks beyond those that a call's result is needed for.
+// The floor of a start: makes only the system calls that the host's first window needs, in the host's order. It makes
+// the windows, title bar, player, overlay, engine with its view and channels, hook and settings, and then shows the
+// window. It writes no log and checks only results that a later call needs.
 //
-//   start_floor                    goes on until it is ended
-//   start_floor chrome SECONDS     prints how long its chrome takes (floor_chrome.h), and ends
+//   start_floor                    runs until it is ended
+//   start_floor chrome SECONDS     prints the times of its chrome (floor_chrome.h), and ends
 #include <windows.h>
 // After windows.h, whose types they use.
 #include <commctrl.h>
@@ -219,7 +219,7 @@ void AskForSize(const std::filesystem::path& file) {
   if (std::filesystem::exists(file)) static_cast<void>(std::filesystem::file_size(file));
 }
 
-// The bundle is looked at twice in a start, by the window and by its engine. What the file system reports can end it.
+// A start checks the bundle twice, once in the window and once in its engine. An error of the file system can end it.
 void LookAtBundle(const std::filesystem::path& data) {
   const std::filesystem::path icu = data / L"icudtl.dat";
   const std::filesystem::path assets = data / L"flutter_assets";
@@ -239,7 +239,7 @@ void LookAtBundle(const std::filesystem::path& data) {
 
 void IgnoreMessage(FlutterDesktopMessengerRef, const FlutterDesktopMessage*, void*) {}
 
-// The file by which the next start learns how this one ended.
+// Writes the file that tells the next start how this one ended.
 void WriteMarker() {
   wchar_t folder[MAX_PATH + 1];
   GetTempPathW(MAX_PATH + 1, folder);
@@ -346,7 +346,7 @@ int Run(HINSTANCE instance, const char* arguments, int showCommand) {
     TranslateMessage(&message);
     DispatchMessageA(&message);
   }
-  // The process ends with what it holds: only its start is measured.
+  // Ends without releasing anything, because only the start is measured.
   std::_Exit(0);
 }
 

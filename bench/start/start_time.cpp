@@ -1,9 +1,9 @@
 // start_time ROUNDS CLASS EXE [CLASS EXE ...]: starts each program in turn, ROUNDS times, and prints for each start the
-// milliseconds from CreateProcess until a window of the class is shown. A start begins at a line of
-// standard input and the process is ended at the next one, which prints "ended": in between, the reader can ask the
-// system what the start has cost.
+// milliseconds from CreateProcess until a window of the class is shown. A start begins at a line of standard input. The
+// process is ended at the next line, and then "ended" is printed. In between, the reader can ask the system for the
+// cost of the start.
 //
-// One observer for all: what its asking costs, all pay alike.
+// The same observer measures all programs, so its own cost is the same for all.
 #include <windows.h>
 
 #include <cstdio>
@@ -20,7 +20,7 @@ double Now() {
   return static_cast<double>(count.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
 }
 
-// A start that is still running: to be ended.
+// A running start, which has to be ended.
 struct Start {
   PROCESS_INFORMATION process{};
   double took = -1;  // milliseconds; below 0 when no window was shown
@@ -46,7 +46,7 @@ void End(const PROCESS_INFORMATION& process, const char* windowClass) {
   WaitForSingleObject(process.hProcess, INFINITE);
   CloseHandle(process.hThread);
   CloseHandle(process.hProcess);
-  // The next start must not find the window of this one.
+  // The next start must not find this one's window.
   while (FindWindowA(windowClass, nullptr)) Sleep(1);
 }
 
