@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""report.py BUILD: which lines of the product the runs of an instrumented build visited.
+"""report.py BUILD: reports which lines of the product the runs of an instrumented build visited.
 
 Prints a table of the folders and then the unvisited lines, each with its source. The second table of the section
-"Coverage" in docs/testing.md excuses lines: so many of a function, for a reason. Exits with 1 when there is no data, or
-when lines are unvisited beyond what is excused.
+"Coverage" in docs/testing.md excuses lines: a number of lines of a function, with a reason. Exits with 1 when there is
+no data, or when more lines are unvisited than are excused.
 """
 
 import collections
@@ -22,20 +22,20 @@ EXCUSE = re.compile(r"^\| `([\w/.]+)` \| `([^`]+)` \| (\d+) \| \S.* \|$", re.MUL
 
 
 def gcov_documents(build):
-    """What gcov says about each object, those that never ran included."""
+    """Yields gcov's output for each object, including those that never ran."""
     notes = sorted(map(str, pathlib.Path(build).resolve().rglob("*.gcno")))
     if not any(pathlib.Path(build).rglob("*.gcda")):
         return
     for begin in range(0, len(notes), 50):
-        # It ends with an error for an object whose data are of an earlier build, and tells of all others nevertheless.
+        # gcov fails for an object whose data are from an earlier build, but still prints all the others.
         output = subprocess.run([GCOV, "--json-format", "--stdout", *notes[begin:begin + 50]], check=False,
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
         yield from map(json.loads, output.splitlines())
 
 
 def merge(documents):
-    """{file: {line: [visits, function]}} of the product. A line of a template or of an inline function counts once,
-    however many objects hold it."""
+    """Returns {file: {line: [visits, function]}} of the product. A line of a template or of an inline function counts
+    once, however many objects contain it."""
     files = collections.defaultdict(dict)
     for document in documents:
         for file in document["files"]:
@@ -50,7 +50,7 @@ def merge(documents):
 
 
 def table(files):
-    """Rows of folder, lines, visited lines; the sum last."""
+    """Returns rows of folder, lines and visited lines, with the sum last."""
     rows = []
     for folder in FOLDERS:
         counts = [entry[0] for file, lines in files.items() if file.startswith(folder + "/") for entry in lines.values()]
@@ -59,13 +59,13 @@ def table(files):
 
 
 def unvisited(files):
-    """Triples of file, line and function, in order."""
+    """Returns triples of file, line and function, in order."""
     return [(file, number, lines[number][1]) for file, lines in sorted(files.items()) for number in sorted(lines)
             if not lines[number][0]]
 
 
 def without_excuse(missing, document):
-    """The unvisited lines of functions that leave more lines unvisited than the document excuses."""
+    """Returns the unvisited lines of functions with more unvisited lines than the document excuses."""
     excuses = [(file, function, int(count)) for file, function, count in EXCUSE.findall(document)]
 
     def belongs(line, excuse):
@@ -84,7 +84,7 @@ def source_line(file, number):
 
 
 def without_closing_braces(files):
-    """A brace alone is no line: what the compiler puts there are the clean-ups of an exception that passes."""
+    """Drops lines with only a brace: the compiler puts only the clean-up after an exception there."""
     return {file: {number: entry for number, entry in lines.items() if source_line(file, number).strip("};)")}
             for file, lines in files.items()}
 

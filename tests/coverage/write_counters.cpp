@@ -1,9 +1,9 @@
-// Linked into programs that are built for coverage: writes the counters at the ends that run no exit handlers. Such are
-// _Exit, an unhandled exception, and the launcher's end of a host, which asks for the counters by an event that bears the
-// process id.
+// Linked into programs that are built for coverage. Writes the counters when a program ends without running exit
+// handlers: at _Exit, at an unhandled exception, and when the launcher ends a host. The launcher asks for the counters
+// through an event whose name contains the process id.
 #include <windows.h>
 
-// It does not know C++.
+// The runtime's header is not made for C++.
 extern "C" {
 #include <gcov.h>
 }
@@ -42,7 +42,7 @@ struct Listener {
 
 }  // namespace
 
-// The linker's --wrap gives these the calls of the whole program.
+// The linker's --wrap redirects all of the program's calls of these functions here.
 extern "C" {
 
 [[noreturn]] void __real__Exit(int code);

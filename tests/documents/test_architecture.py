@@ -1,4 +1,4 @@
-"""The product's includes keep to the arrows between its folders that docs/architecture.md draws."""
+"""Tests that the product's includes follow the arrows between its folders in docs/architecture.md."""
 
 import re
 from pathlib import Path
@@ -9,7 +9,8 @@ ARROW = re.compile(r"^(\w+) +->((?: +\w+)*) *$", re.MULTILINE)
 
 
 def drawn_arrows():
-    """Folder to the folders that it may include, from the one block of the document that draws arrows from folders."""
+    """Returns for each folder the folders that it may include, from the document's only block with arrows from
+    folders."""
     blocks = re.findall(r"```\n(.*?)```", (ROOT / "docs/architecture.md").read_text(), re.DOTALL)
     drawings = [dict((m[1], set(m[2].split())) for m in ARROW.finditer(block)) for block in blocks]
     drawings = [drawing for drawing in drawings if drawing]
@@ -18,7 +19,7 @@ def drawn_arrows():
 
 
 def included_folders(folder):
-    """Every folder of the repository whose header a source of this folder includes, with who does it."""
+    """Returns every folder of the repository whose header a source of this folder includes, and which sources do."""
     found = {}
     for source in sorted((ROOT / folder).glob("**/*")):
         if source.suffix not in {".h", ".cpp"}:
@@ -50,7 +51,7 @@ def test_every_arrow_is_used():
     assert not unused, "\n".join(unused)
 
 
-def test_no_folder_is_in_a_circle():
+def test_no_folders_include_each_other_in_a_circle():
     arrows = drawn_arrows()
     while arrows:
         ends = [folder for folder, targets in arrows.items() if not targets & set(arrows)]
@@ -59,11 +60,11 @@ def test_no_folder_is_in_a_circle():
             del arrows[folder]
 
 
-# A source file that grows past this has taken a second idea in.
+# A longer source file does more than one thing.
 LONGEST_SOURCE = 350
 
 
-def test_no_source_file_of_the_product_is_long():
+def test_no_source_file_of_the_product_is_too_long():
     sources = [path for folder in drawn_arrows() for path in sorted((ROOT / folder).rglob("*"))
                if path.suffix in {".h", ".cpp"}]
     assert sources, "the product has sources"

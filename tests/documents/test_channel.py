@@ -1,4 +1,4 @@
-"""interface/channel.json against the product, and what is made from it against the file."""
+"""Compares interface/channel.json with the product, and the files made from it with the description."""
 
 import json
 import re
@@ -22,7 +22,7 @@ CHANNEL, SERVICES = sources("channel"), sources("services")
 
 
 def constant(text, name):
-    """The value of a constant of the product, as text."""
+    """Returns the value of a constant of the product, as text."""
     return re.search(rf"constexpr [\w:]+ {name}(?: = |\{{)([^;}}]+)", text)[1]
 
 
@@ -30,7 +30,7 @@ def generate(root, *arguments):
     return subprocess.run([sys.executable, root / "interface/generate", *arguments], capture_output=True, text=True)
 
 
-def test_what_is_made_from_the_description_is_up_to_date():
+def test_files_made_from_the_description_are_up_to_date():
     result = generate(ROOT, "--check")
     assert result.returncode == 0, f"{result.stderr}Run interface/generate."
 
@@ -42,7 +42,7 @@ def copy(tmp_path):
     return tmp_path
 
 
-def test_table_changed_by_hand_is_noticed_and_made_again(copy):
+def test_table_changed_by_hand_is_reported_and_made_again(copy):
     page = copy / "docs/channel.md"
     right = page.read_text()
     page.write_text(right.replace("| `pause` | none | pauses |", "| `pause` | none | stops |"))
@@ -67,7 +67,7 @@ def test_new_method_reaches_the_page_the_dart_client_and_the_unit_tests(copy):
 
 
 def read_arguments():
-    """Key, type and default, as the product writes it, of every argument that it reads."""
+    """Returns key, type and default, as the product writes it, of every argument that it reads."""
     types = {"Int": "integer", "Bool": "boolean", "Number": "number", "String": "string"}
     found = re.findall(r'Read(Int|Bool|Number|String)Argument\(call, "(\w+)"(?:, ([\w.-]+))?\)', CHANNEL)
     pairs = re.findall(r'ReadEither\(call, "(\w+)", "(\w+)"\)', CHANNEL)
@@ -75,7 +75,8 @@ def read_arguments():
 
 
 def value_of(text):
-    """What a default of the product stands for: a literal, a constant, or a member of a request with its initial value."""
+    """Returns the value of a default of the product: a literal, a constant, or a member of a request with its initial
+    value."""
     if text.startswith("request."):
         member = text.removeprefix("request.")
         text = re.search(rf"\b{member} = ([\w.-]+);", sources("player"))[1]
@@ -89,7 +90,7 @@ def test_arguments_are_those_that_the_product_reads_with_their_types_and_default
     read = {(key, kind, value_of(text)) for key, kind, text in read_arguments() if key != "chunkType"}
     described = {(argument["key"], argument["type"], argument.get("defaultKey", argument.get("default")))
                  for method in PLAYER["methods"] for argument in method.get("arguments", []) if argument["key"] != "chunkType"}
-    assert described - {("originalUrl", "string", "")} == read  # that one is not read
+    assert described - {("originalUrl", "string", "")} == read  # the product does not read that one
 
 
 def test_keys_of_get_frame_are_those_that_the_worker_requires():
@@ -98,7 +99,7 @@ def test_keys_of_get_frame_are_those_that_the_worker_requires():
 
 
 @pytest.mark.parametrize("channel,text", [(PLAYER, CHANNEL), (THUMBNAIL, SERVICES)], ids=["player", "thumbnail"])
-def test_errors_are_those_that_the_product_answers(channel, text):
+def test_errors_are_those_that_the_product_returns(channel, text):
     answered = set(re.findall(r'(?:Error\(|Refuse\(result, )"(\w+)", "([^"]+)"', text))
     assert {(error["code"], error["message"]) for error in channel["errors"]} == answered
 

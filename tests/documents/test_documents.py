@@ -1,4 +1,4 @@
-"""The documents are true in what can be checked: their links lead somewhere, and each file that they name exists."""
+"""Tests that links in the documents have a target, and that each file that they name exists."""
 
 import re
 from pathlib import Path
@@ -9,7 +9,7 @@ ROOT = Path(__file__).resolve().parents[2]
 DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/**/*.md"), *ROOT.glob("interface/**/*.md")])
 
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)#\s]+)(#[^)]*)?\)")
-# A name in backticks that looks like a file or folder of this repository: it has a slash and starts with one of its folders.
+# A name in backticks is a file or folder of this repository when it has a slash and starts with one of its folders.
 NAMED = re.compile(r"`((?:" + "|".join(sorted(p.name for p in ROOT.iterdir() if p.is_dir() and p.name not in {"out", ".git"}))
                    + r")/[\w./-]*[\w/-])`")
 
@@ -19,7 +19,7 @@ def identifiers(paths):
 
 
 @pytest.mark.parametrize("document", DOCUMENTS, ids=identifiers(DOCUMENTS))
-def test_every_link_leads_to_a_file_of_the_repository(document):
+def test_every_link_points_to_an_existing_file(document):
     targets = [match.group(1) for match in LINK.finditer(document.read_text()) if "://" not in match.group(1)]
     missing = [target for target in targets if not (document.parent / target).exists()]
     assert not missing, f"{document.name} links to what does not exist: {missing}"
@@ -45,7 +45,7 @@ def test_version_is_stated_in_one_place():
     elsewhere = [str(path.relative_to(ROOT)) for path in ROOT.rglob("*")
                  if path.is_file() and path.suffix in suffixes and not skipped & set(path.relative_to(ROOT).parts)
                  and re.search(rf"(?<![\d.]){re.escape(version)}(?![\d.])", path.read_text(errors="replace"))]
-    assert not elsewhere, f"the version {version} stands also in {elsewhere}"
+    assert not elsewhere, f"the version {version} is also in {elsewhere}"
 def test_the_performance_page_is_its_template_with_the_tables_that_are_kept():
     kept = {path.stem: path.read_text().strip() for path in (ROOT / "bench/results").glob("*.md")}
     template = (ROOT / "bench/performance.md.in").read_text()

@@ -1,4 +1,4 @@
-"""The page for failures at customers, held against the sources: whoever searches a log for its texts must find them."""
+"""Compares the page about failures at customers with the sources, so that a search for its log texts finds them."""
 
 import pathlib
 import re
@@ -12,12 +12,12 @@ SOURCES = [*ROOT.glob("shell/*.cpp"), *ROOT.glob("channel/*.cpp"), *ROOT.glob("p
 
 
 def texts(files):
-    """The string literals of the files, one after the other."""
+    """Returns the concatenated string literals of the files."""
     return "\n".join(literal for file in files for literal in re.findall(r'"((?:[^"\\\n]|\\.)*)"', file.read_text()))
 
 
 def rows(section):
-    """The rows of the last table of a section, each as a list of cells."""
+    """Returns the rows of the last table of a section, each as a list of cells."""
     body = re.split(r"\n## ", PAGE.split(f"\n## {section}\n")[1])[0]
     table = [line for line in body.splitlines() if line.startswith("|")]
     return [[cell.strip() for cell in line.strip("|").split(" | ")] for line in table if not line.startswith("|---")][1:]
@@ -31,7 +31,7 @@ SYMPTOMS = [row for row in rows("The log") if quoted(row[1])]
 
 
 @pytest.mark.parametrize("row", SYMPTOMS, ids=[row[0] for row in SYMPTOMS])
-def test_a_symptoms_log_texts_are_in_the_sources_of_its_folder(row):
+def test_the_log_texts_of_a_symptom_are_in_its_folders_sources(row):
     folders = {path.split("/")[0] for path in re.findall(r"`([\w/.]+)`", row[2])}
     assert folders, row
     found = texts(file for file in SOURCES if file.parent.name in folders)
@@ -42,7 +42,7 @@ def test_the_table_of_symptoms_has_rows():
     assert len(SYMPTOMS) >= 8
 
 
-def test_the_boxes_texts_are_those_of_the_host():
+def test_the_texts_of_the_message_boxes_are_the_hosts():
     found = texts(SOURCES)
     for text in ("Failed to initialize COM", "Failed to initialize application", "Vantro has encountered a fatal error",
                  "ERROR: Failed to create Flutter controller (nullptr returned)"):

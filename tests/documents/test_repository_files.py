@@ -1,4 +1,4 @@
-"""The files that a hosting service reads: their syntax, and that what they name exists."""
+"""Tests the files that a hosting service reads: their syntax, and that the files they name exist."""
 
 import json
 import re

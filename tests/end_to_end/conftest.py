@@ -1,4 +1,4 @@
-"""Fixtures for tests of the built host with the development library: real streams are played and looked at."""
+"""Fixtures for tests of the built host with the development library, in which real streams are played."""
 
 import pathlib
 import sys
@@ -32,6 +32,6 @@ def server(streams):
 
 @pytest.fixture(scope="module")
 def module_server(streams):
-    """The same for all tests of a file."""
+    """The same server for all tests of a file."""
     with StreamServer(streams) as server:
         yield server

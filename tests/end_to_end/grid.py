@@ -1,6 +1,6 @@
-"""What the grid of tiles must look like, stated anew, and how far a picture of the screen is from it.
+"""The required layout of the grid of tiles, computed independently, and its differences from a picture of the screen.
 
-All coordinates are pixels of the main window's client area, rectangles are (left, top, right, bottom).
+All coordinates are pixels of the main window's client area. Rectangles are (left, top, right, bottom).
 """
 
 import subprocess
@@ -9,15 +9,15 @@ STREAM_SIZE = (640, 360)
 GAP = 10
 TITLE_BAR = 30  # height of the strip that shows the title bar wherever no tile covers it
 BADGE = (-170, TITLE_BAR, 0, TITLE_BAR + 36)  # around the development interface's badge, from the right edge
-EDGE = 3  # pixels on either side of an edge that are not looked at
-STEP = 16  # between the places that are looked at
+EDGE = 3  # pixels on either side of an edge that are not compared
+STEP = 16  # distance between the compared points
 
 COLOURS = {"red": (True, False, False), "green": (False, True, False), "blue": (False, False, True),
            "yellow": (True, True, False), "black": (False, False, False)}
 
 
 def cells(count, width, height):
-    """The cells of that many tiles, in their order."""
+    """Returns the cells of that many tiles, in their order."""
     half, low = GAP // 2, (0, width)
     left, right = (0, width // 2 - half), (width // 2 + half, width)
     top, bottom, high = (0, height // 2 - half), (height // 2 + half, height), (0, height)
@@ -32,7 +32,7 @@ def cells(count, width, height):
 
 
 def picture_in(cell):
-    """Where the picture stands in its cell: as large as the cell allows, in its own proportions, centred."""
+    """Returns the rectangle of the picture in its cell: as large as fits, in its own proportions, centred."""
     left, top, right, bottom = cell
     scale = min((right - left) / STREAM_SIZE[0], (bottom - top) / STREAM_SIZE[1])
     width, height = (round(size * scale) for size in STREAM_SIZE)
@@ -41,14 +41,14 @@ def picture_in(cell):
 
 
 def client_area(client):
-    """The main window's client area on the screen. The overlay covers it but for the title bar."""
+    """Returns the main window's client area on the screen. The overlay covers it except the title bar."""
     (overlay,) = [window for window in client.windows("VantroFlutterOverlay") if window.visible]
     left, top, right, bottom = overlay.rect
     return left, top - TITLE_BAR, right, bottom
 
 
 class ScreenPart:
-    """The pixels of a part of the screen; the screenshot of it stays at the path."""
+    """The pixels of a part of the screen. The screenshot is kept at the path."""
 
     def __init__(self, display, path, rect):
         left, top, right, bottom = rect
@@ -60,7 +60,7 @@ class ScreenPart:
                                       stdin=subprocess.DEVNULL, capture_output=True, timeout=30).stdout
 
     def colour(self, x, y):
-        """The name of a plain colour, or the parts of another."""
+        """Returns the name of a plain colour, or the components of another."""
         at = (y * self.width + x) * 3
         pixel = tuple(self._pixels[at : at + 3])
         for name, wanted in COLOURS.items():
@@ -70,14 +70,14 @@ class ScreenPart:
 
 
 def _inside(rect, x, y, margin):
-    """True inside, false outside, None when the edge is too near to tell."""
+    """Returns True inside, False outside, and None when the point is too near an edge."""
     left, top, right, bottom = rect
     depth = min(x - left, right - 1 - x, y - top, bottom - 1 - y)
     return depth >= 0 if not -margin <= depth < margin else None
 
 
 def _expected(x, y, rects_and_colours):
-    """The last of the rectangles that holds the place gives it its colour; None where nothing can be said."""
+    """Returns the colour of the last rectangle that contains the point; None where it is not known."""
     colour = "black"
     for rect, name in rects_and_colours:
         inside = _inside(rect, x, y, EDGE)
@@ -89,8 +89,8 @@ def _expected(x, y, rects_and_colours):
 
 
 def differences(part, rects_and_colours):
-    """The places at which a picture of the client area has not the colour that the rectangles in it give, black where
-    none is. Left out are the badge, and the title bar where no rectangle covers it."""
+    """Returns the points at which a picture of the client area differs in colour from the rectangles in it; it must be
+    black outside them. The badge, and the title bar where no rectangle covers it, are left out."""
     left, top, right, bottom = BADGE
     places = [(x, y) for y in [*range(EDGE, part.height, STEP), part.height // 2]
               for x in [*range(EDGE, part.width, STEP), part.width // 2]]

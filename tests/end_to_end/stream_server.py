@@ -1,30 +1,30 @@
-"""Serves the streams of devkit/streams/make-streams on loopback, healthy and broken. Python's standard library only.
+"""Serves the streams of devkit/streams/make-streams on loopback, healthy and broken. Needs no Python packages.
 
     with StreamServer(streams_dir) as server:
         server.url("test.ts")                      # served by nginx, with ranges
         server.fault_url("stall?at=700000&for=5")  # served by a small server that misbehaves on purpose
 
-What the addresses of url() give, served by nginx:
+nginx serves the addresses of url():
 
     test.ts, red.ts, tracks.mp4, ...   the files that make-streams lists, seekable by ranges
     hls/index.m3u8                     a playlist with an end
     live/index.m3u8                    a live playlist with a sliding window of 4 segments of 1 s; the encoder starts
-                                       with the first call of live_url(), pause_live() stops it, resume_live() lets it
-                                       go on
+                                       with the first call of live_url(), pause_live() stops it, resume_live() lets
+                                       it continue
     redirect/NAME                      302 to NAME
-    missing.ts                         404 (as any name that is not there)
+    missing.ts                         404 (like any unknown name)
 
-What the addresses of fault_url() give. file=NAME names what is sent, test.ts by default; byte positions refer to it:
+The addresses of fault_url(). file=NAME is the file that is sent, test.ts by default. Byte positions refer to it:
 
     stall?at=BYTES&for=SECONDS   sends up to BYTES, nothing for SECONDS (default 15) on an open connection, then the
                                  rest; a client that reads ahead shows the gap when it has played those BYTES
     reset?at=BYTES               sends up to BYTES, then resets the connection
-    garbage?bytes=N              N (default 1 MiB) bytes that are no stream, always the same ones
-    slow?wait=SECONDS            takes the connection and answers after SECONDS (default 2)
-    paced?seconds=S              sends the file evenly over S seconds (default 30), as a live source does
+    garbage?bytes=N              N (default 1 MiB) bytes that are no stream, the same each time
+    slow?wait=SECONDS            accepts the connection and answers after SECONDS (default 2)
+    paced?seconds=S              sends the file evenly over S seconds (default 30), like a live source
 
-As a command, `stream_server.py STREAMS_DIR` serves until it is terminated. It prints one line for each address when
-all of them answer: "NAME URL".
+As a command, `stream_server.py STREAMS_DIR` serves until it is terminated. When all addresses answer, it prints a line
+for each: "NAME URL".
 """
 
 import ctypes
@@ -103,7 +103,7 @@ def _end(process):
 
 
 class FaultServer:
-    """Answers each GET with one of the faults of this module's description. requests lists the paths in order."""
+    """Answers each GET with one of the faults that this module's docstring lists. requests lists the paths in order."""
 
     def __init__(self, streams_dir):
         self._streams = Path(streams_dir)
@@ -151,7 +151,7 @@ class FaultServer:
             address = urlsplit(path)
             self._answer(connection, address.path.strip("/"), dict(parse_qsl(address.query)))
         except OSError:
-            pass  # The client went away, or this server is ending.
+            pass  # The client disconnected, or this server is ending.
         finally:
             with self._lock:
                 self._connections.discard(connection)
@@ -190,7 +190,7 @@ class FaultServer:
         content = self._content(options)
         self._send_head(connection, len(content))
         connection.sendall(content[: int(options["at"])])
-        # Unsent bytes would be dropped with the connection: let the client take them first.
+        # Unsent bytes would be lost with the connection, so the client receives them first.
         _wait_for(lambda: self._ending.is_set() or _unsent(connection) == 0, 60, "the client's reading")
         connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
 
@@ -222,7 +222,7 @@ def _unsent(connection):
 
 
 class StreamServer:
-    """nginx over a folder of streams, a live encoder when asked for, and the fault server; all end with the block."""
+    """nginx over a folder of streams, a live encoder on request, and the fault server. All end with the block."""
 
     def __init__(self, streams_dir):
         self._streams = Path(streams_dir).resolve()
@@ -259,7 +259,7 @@ class StreamServer:
         return f"http://127.0.0.1:{self.faults.port}/{fault}"
 
     def live_url(self):
-        """Starts the encoder if it does not run, waits for a full window and returns the playlist's address."""
+        """Starts the encoder if it is not running, waits for a full window and returns the playlist's address."""
         playlist = self._folder / "live" / "index.m3u8"
         if not self._encoder:
             self._encoder = _spawn(
@@ -281,7 +281,7 @@ class StreamServer:
         self._encoder.send_signal(signal.SIGCONT)
 
     def requests(self):
-        """The lines of nginx's access log so far."""
+        """Returns the lines of nginx's access log so far."""
         return (self._folder / "access.log").read_text().splitlines()
 
     def _start_nginx(self):

@@ -1,4 +1,4 @@
-"""The host on a published libvlc 4 without the runtime adapter: what still works, and what is lost."""
+"""Tests what works and what is lost when the host uses a published libvlc 4 without the runtime adapter."""
 
 import time
 
@@ -13,7 +13,7 @@ TONES = {"red": 330, "green": 440}  # hertz
 
 
 def play(client, url, **options):
-    """Loads the stream and waits until its time runs; returns the mark before the load."""
+    """Loads the stream and waits until its time rises. Returns the mark before the load."""
     mark = client.mark()
     assert client.invoke("setMedia", {"url": url, "networkCacheMs": 300, **options}) is True
     client.wait_for("onMediaChanged", after=mark)
@@ -62,7 +62,7 @@ def test_an_initial_position_is_lost_while_another_stream_plays(bare_host, serve
     assert client.invoke("getPosition") < 10000
 
 
-def test_tracks_are_neither_listed_nor_chosen(bare_host, server, tmp_path):
+def test_tracks_are_neither_listed_nor_selected(bare_host, server, tmp_path):
     meters = Meters(tmp_path / "meters.jsonl")
     client = bare_host(environment=meters.environment).client
     play(client, server.url("tracks.mp4"), isLiveStream=False)
@@ -79,7 +79,7 @@ def test_the_watchdog_runs_and_never_acts_on_a_wedged_stream(bare_host, tmp_path
         host = bare_host()
         play(host.client, hopeless.url(f"{HOPELESS}.ts"))
         assert host.wait_for_log("[VLCPlayer] Started stall watchdog timer")
-        # The pictures stop after 2 s. With the size of the picture known a nudge follows within 5 s of that.
+        # The pictures stop after 2 s. If the picture's size were known, a nudge would follow within 5 s.
         time.sleep(8)
         assert host.client.invoke("isPlaying") is True
         assert [line for line in host.log if "[StallDetector]" in line] == []
@@ -115,12 +115,12 @@ def test_all_tiles_are_heard_or_none_is(bare_host, server, tmp_path):
 
 
 @pytest.mark.parametrize("request_name, result", [("resizeVLCFull", True), ("pause", True), ("seek", True)])
-def test_other_requests_of_transport_are_answered_as_ever(bare_host, server, request_name, result):
+def test_other_playback_requests_are_answered_as_with_the_adapter(bare_host, server, request_name, result):
     client = bare_host().client
     play(client, server.url("tracks.mp4"), isLiveStream=False)
     arguments = {"positionMs": 1000} if request_name == "seek" else None
     assert client.invoke(request_name, arguments) is result
 
 
-def test_a_preview_frame_opens_a_window_of_libvlcs_own(bare_host, server):
+def test_a_preview_frame_opens_libvlcs_own_window(bare_host, server):
     assert set(windows_while_a_frame_is_taken(bare_host(), server.url("tracks.mp4"))) == {"VLC development video"}

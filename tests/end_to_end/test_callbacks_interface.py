@@ -1,4 +1,5 @@
-"""The host on a libvlc 4 of 2026, with callbacks at the player's creation and microseconds: the same stories, shorter."""
+"""Tests the host on a libvlc 4 of 2026, with callbacks passed at a player's creation and microseconds: shorter playback
+tests."""
 
 from tests.end_to_end.stream_server import StreamServer
 from tests.support.meters import Meters
@@ -10,7 +11,7 @@ TONES = {"red": 330, "green": 440}  # hertz
 
 
 def load(client, url, **options):
-    """Loads the stream and waits until its time runs; returns the mark before the load."""
+    """Loads the stream and waits until its time rises. Returns the mark before the load."""
     mark = client.mark()
     assert client.invoke("setMedia", {"url": url, "networkCacheMs": 300, **options}) is True
     client.wait_for("onPlaying", after=mark)
@@ -18,7 +19,7 @@ def load(client, url, **options):
     return mark
 
 
-def test_a_stream_plays_pauses_goes_on_and_the_process_ends_with_0(callbacks_host, server):
+def test_a_stream_plays_pauses_resumes_and_the_process_ends_with_0(callbacks_host, server):
     host = callbacks_host()
     client = host.client
     mark = load(client, server.url("test.ts"))
@@ -42,7 +43,7 @@ def test_each_change_of_stream_reports_a_change_an_opening_and_playing(callbacks
         assert [methods.count(name) for name in ("onMediaChanged", "onOpening", "onPlaying", "onStopped")] == [1, 1, 1, 0]
 
 
-def test_a_stream_that_cannot_be_had_is_an_error_and_then_a_stop(callbacks_host, server):
+def test_an_unavailable_stream_is_reported_as_error_and_then_as_stopped(callbacks_host, server):
     client = callbacks_host().client
     mark = client.mark()
     assert client.invoke("setMedia", {"url": server.url("missing.ts")}) is True
@@ -51,7 +52,7 @@ def test_a_stream_that_cannot_be_had_is_an_error_and_then_a_stop(callbacks_host,
     assert methods.count("onError") == 1 and methods.index("onError") < methods.index("onStopped")
 
 
-def test_a_film_starts_at_its_initial_position_tells_its_length_and_seeks(callbacks_host, server):
+def test_a_film_starts_at_its_initial_position_reports_its_length_and_seeks(callbacks_host, server):
     client = callbacks_host().client
     load(client, server.url("red.ts"))
     mark = load(client, server.url("tracks.mp4"), isLiveStream=False, initialSeekPositionMs=20000)
@@ -63,7 +64,7 @@ def test_a_film_starts_at_its_initial_position_tells_its_length_and_seeks(callba
     client.wait_for("onTimeChanged", lambda event: 39000 <= int(event.arguments) <= 43000, after=sought)
 
 
-def test_the_chosen_audio_track_is_heard_and_both_track_events_come(callbacks_host, server, tmp_path):
+def test_the_selected_audio_track_is_heard_and_both_track_events_are_sent(callbacks_host, server, tmp_path):
     meters = Meters(tmp_path / "meters.jsonl")
     client = callbacks_host(environment=meters.environment).client
     load(client, server.url("tracks.mp4"), isLiveStream=False)

@@ -1,4 +1,4 @@
-"""The title bar, its menus and its buttons, in the hands of a user: the pointer and the keyboard of a real screen."""
+"""Tests the title bar, its menus and its buttons with the pointer and the keyboard of a real screen."""
 
 import pytest
 
@@ -18,9 +18,9 @@ GREEN = (0, 200, 0)
 
 @pytest.fixture
 def chrome(screen_host, screen, tmp_path):
-    """A host whose interface covers its video, as the real one does."""
+    """A host whose interface covers its video, like a real one."""
     user = User(screen)
-    user.move(SCREEN[0] - 1, SCREEN[1] - 1)  # where an earlier test left the pointer does not matter
+    user.move(SCREEN[0] - 1, SCREEN[1] - 1)  # makes the pointer's place independent of earlier tests
     return Chrome(screen_host(glass=False, libraries=scripted("full")), user, screen, tmp_path)
 
 
@@ -35,12 +35,12 @@ def test_file_opens_its_menu_at_the_lower_left_corner_of_the_button_and_escape_c
     chrome.client.poll(lambda: chrome.menus, lambda menus: not menus, "the end of the menu")
 
 
-def test_settings_in_the_file_menu_asks_the_interface_for_its_settings(chrome):
+def test_settings_in_the_file_menu_sends_settings_requested(chrome):
     chrome.choose(FILE, "s")
     assert chrome.client.wait_for("settings_requested").arguments is None
 
 
-def test_about_in_the_help_menu_asks_the_interface_for_its_about(chrome):
+def test_about_in_the_help_menu_sends_about_requested(chrome):
     chrome.choose(HELP, "a")
     assert chrome.client.wait_for("about_requested").arguments is None
 
@@ -59,15 +59,15 @@ def test_exit_the_last_item_under_the_pointer_ends_the_process_with_0(chrome):
     assert chrome.host.wait() == 0
 
 
-def test_a_choice_two_submenus_deep_is_saved_and_found_by_the_next_start(chrome, screen_host):
+def test_a_choice_two_submenus_deep_is_saved_and_loaded_at_the_next_start(chrome, screen_host):
     chrome.choose(FILE, "v", "h", "d")
     chrome.host.wait_for_log("SaveSettings: VLC Hardware Acceleration saved: dxva2")
     chrome.host.quit()
     screen_host(libraries=scripted("full")).wait_for_log("LoadSettings: VLC Hardware Acceleration loaded: dxva2")
 
 
-def test_always_on_top_raises_the_overlay_and_is_taken_back_by_a_second_choice(chrome):
-    # Wine leaves the mark off the window itself as long as it has a popup; it only stands right below.
+def test_always_on_top_raises_the_overlay_and_a_second_choice_switches_it_off(chrome):
+    # Wine does not set the style on a window that has a popup. The window is only placed right below the popup.
     chrome.choose(FILE, "t")
     chrome.host.wait_for_log("INFO Always on top enabled")
     chrome.client.poll(lambda: chrome.overlay.exstyle & WS_EX_TOPMOST, bool, "a topmost overlay")
@@ -79,7 +79,7 @@ def test_always_on_top_raises_the_overlay_and_is_taken_back_by_a_second_choice(c
 # Fullscreen.
 
 
-def test_fullscreen_from_the_file_menu_fills_the_screen_and_escape_on_the_window_leaves_it(chrome):
+def test_fullscreen_from_the_file_menu_fills_the_screen_and_escape_leaves_it(chrome):
     before = chrome.window.size
     chrome.choose(FILE, "f")
     chrome.wait_for_size(SCREEN)
@@ -92,7 +92,7 @@ def test_fullscreen_from_the_file_menu_fills_the_screen_and_escape_on_the_window
     assert chrome.control(CLOSE).visible
 
 
-def test_f11_on_the_window_fills_the_screen_and_the_keys_belong_to_the_interface_from_then_on(chrome):
+def test_f11_on_the_window_fills_the_screen_and_gives_the_interface_the_keys(chrome):
     chrome.click_caption()
     chrome.wait_for_focus(chrome.window.handle)
     chrome.user.key("F11")
@@ -103,7 +103,7 @@ def test_f11_on_the_window_fills_the_screen_and_the_keys_belong_to_the_interface
     assert chrome.window.size == SCREEN
 
 
-def test_the_maximize_button_fills_the_screen_and_brings_the_window_back(chrome):
+def test_the_maximize_button_fills_the_screen_and_restores_the_window(chrome):
     before = chrome.window.size
     chrome.click(FULLSCREEN)
     chrome.wait_for_size(SCREEN)
@@ -112,7 +112,7 @@ def test_the_maximize_button_fills_the_screen_and_brings_the_window_back(chrome)
     chrome.wait_for_size(before)
 
 
-def test_the_bar_comes_with_the_pointer_at_the_top_and_goes_when_it_has_left(chrome):
+def test_the_bar_is_shown_while_the_pointer_is_at_the_top(chrome):
     chrome.choose(FILE, "f")
     chrome.wait_for_size(SCREEN)
     chrome.user.move(800, 400)
@@ -129,9 +129,9 @@ def test_the_bar_comes_with_the_pointer_at_the_top_and_goes_when_it_has_left(chr
 # The volume control.
 
 
-def test_dragging_the_slider_sets_the_volume_and_shows_it_until_the_button_is_let_go(chrome):
+def test_dragging_the_slider_sets_the_volume_and_shows_it_until_the_button_is_released(chrome):
     left, top, right, bottom = chrome.control(VOLUME).rect
-    upper_left = (left + 24, top + 3, left + 40, top + 8)  # above the slope, where only the percentage can stand
+    upper_left = (left + 24, top + 3, left + 40, top + 8)  # above the slope, where only the percentage can be
     chrome.user.press(left + 20, top + 10)
     chrome.host.wait_for_log("VLC volume set to: 25")
     chrome.user.move(left + 40, top + 10)
@@ -143,7 +143,7 @@ def test_dragging_the_slider_sets_the_volume_and_shows_it_until_the_button_is_le
     chrome.client.poll(lambda: chrome.drawn_in(*upper_left), lambda seen: not seen, "the end of the percentage")
 
 
-def test_a_drag_beyond_the_ends_gives_0_and_100(chrome):
+def test_a_drag_beyond_the_ends_sets_0_and_100(chrome):
     left, top, right, _ = chrome.control(VOLUME).rect
     chrome.user.press(left + 40, top + 10)
     chrome.host.wait_for_log("VLC volume set to: 50")
@@ -185,7 +185,7 @@ def test_f11_and_escape_do_nothing_in_the_search_box(chrome):
 # The window's buttons and edges.
 
 
-def test_a_pressed_button_is_darker_and_does_nothing_when_let_go_elsewhere(chrome):
+def test_a_pressed_button_is_darker_and_does_nothing_when_released_elsewhere(chrome):
     left, top, _, _ = chrome.control(CLOSE).rect
     chrome.user.press(left + 10, top + 5)
     chrome.wait_for_colour(left + 3, top + 3, PRESSED)
@@ -213,11 +213,11 @@ def test_the_bar_moves_the_window_with_its_overlay(chrome):
     moved = tuple(edge + by for edge, by in zip(before, (100, 60, 100, 60)))
     chrome.client.poll(lambda: chrome.window.rect, lambda rect: rect == moved, f"the window at {moved}")
     left, top, right, bottom = chrome.overlay.rect
-    frame = 3  # the thick frame's on each side
+    frame = 3  # the thick frame on each side
     assert (left, top, right, bottom) == (moved[0] + frame, moved[1] + frame + 30, moved[2] - frame, moved[3] - frame)
 
 
 def test_the_lower_right_corner_makes_the_window_no_smaller_than_640_by_360(chrome):
     _, _, right, bottom = chrome.window.rect
-    chrome.drag((right - 2, bottom - 2), (200, 200))  # the frame: the overlay covers the rest of the edge
+    chrome.drag((right - 2, bottom - 2), (200, 200))  # drags the frame, because the overlay covers the rest of the edge
     chrome.wait_for_size((640, 360))

@@ -1,5 +1,5 @@
-"""The development library alone, driven by a Windows program of its own, in both guises: row by row, what is known of
-libvlc 4."""
+"""Tests the development library alone, through a separate Windows program, in both guises. Each row tests one known
+behaviour of libvlc 4."""
 
 import shutil
 import subprocess
@@ -11,59 +11,59 @@ from vantro_interface import host as hosts
 PROGRAM = hosts.BUILD / "libvlc/devlib_smoke.exe"
 GUISES = ("events", "callbacks")
 
-# Name of the row in the program, and what it says.
+# The name of the row in the program, and its rule.
 ROWS = {
-    "exports": "exactly one interface is exported, and nothing that no libvlc 4 with stop_async has",
-    "version": "the version begins with 4.0.0 and says that it is the development library",
+    "exports": "exactly one interface is exported, and no function that libvlc 4 with stop_async lacks",
+    "version": "the version begins with 4.0.0 and names the development library",
     "unknown_option": "an unknown option does not fail libvlc_new",
-    "calls_in_callbacks": "calls from callbacks return, into the own player and into another; a seek and a stop too",
+    "calls_in_callbacks": "calls from callbacks return, for the same and another player; a seek and a stop take effect",
     "lock_in_callbacks": "a callback holds the player's lock: another thread's call into the player waits",
     "detach_waits": "a detach waits for a running callback",
-    "no_event_behind_release": "no event comes behind a release",
-    "media_changed_inside_set_media": "an idle player tells MediaChanged inside set_media, on the calling thread",
+    "no_event_behind_release": "no event comes after a release",
+    "media_changed_inside_set_media": "an idle player reports MediaChanged inside set_media, on the calling thread",
     "first_play": "MediaChanged, Opening, Buffering, Playing, times; all but the first on one thread of the library",
     "change_while_playing": "Seekable 0, MediaChanged some 50 ms later, Buffering, Seekable 1, times; state Playing",
-    "change_in_pause": "a change in pause tells Opening and Playing",
-    "change_after_stop": "a change behind a stop tells Opening and Playing",
-    "change_after_error": "a missing stream is an error, a change behind it tells Opening and Playing; time 0",
-    "missing_while_playing": "a change to a missing stream tells no Opening, but an error and Stopped",
-    "garbage": "bytes that are no stream tell no Seekable",
-    "two_loads_at_once": "of two loads at once only the last is told",
-    "seek_before_play": "a seek before play on an idle player is where play starts, once",
+    "change_in_pause": "a change in pause reports Opening and Playing",
+    "change_after_stop": "a change after a stop reports Opening and Playing",
+    "change_after_error": "a missing stream is an error, a change after it reports Opening and Playing; time 0",
+    "missing_while_playing": "a change to a missing stream reports no Opening, but an error and Stopped",
+    "garbage": "bytes that are no stream report no Seekable",
+    "two_loads_at_once": "of two loads at once only the last is reported",
+    "seek_before_play": "a seek before play on an idle player sets the start of the next play only",
     "seek_at_change": "a seek while the old input closes is lost, unless set_media has opened the media",
-    "seek_while_playing": "seeks while playing are obeyed",
-    "pause_at_change": "a pause right behind a change is lost",
-    "pause_and_resume": "pause toggles, play resumes, the time stands still in between",
+    "seek_while_playing": "seeks while playing take effect",
+    "pause_at_change": "a pause right after a change is lost",
+    "pause_and_resume": "pause toggles, play resumes, the time does not change in between",
     "stop": "0x109, 0x504, Seekable 0, 0x106; is_playing until then; -2147483648 with nothing to stop; time 0",
-    "end": "the end tells 0x109, 0x504, Seekable 0, 0x106; time 0; play begins anew",
-    "time_with_sound": "get_time goes on rising with the sound when no time is told",
-    "sound_outputs": "mmdevice and waveout are listed, directsound is not and is taken all the same",
+    "end": "the end reports 0x109, 0x504, Seekable 0, 0x106; time 0; play begins again",
+    "time_with_sound": "get_time goes on rising with the sound when no time is reported",
+    "sound_outputs": "mmdevice and waveout are listed, directsound is not listed but accepted",
     "one_volume_for_the_process": "without waveout the last volume and mute count for all players",
     "volume_of_the_process_holds": "without waveout sound begins with the volume of the process",
-    "waveout_volume_per_player": "with waveout they are a player's own, and sound begins with 100 and no mute",
+    "waveout_volume_per_player": "with waveout each player has its own, and sound begins with 100 and no mute",
     "mute_stays": "a volume above 0 does not end a mute",
-    "volume_before_output": "before a sound the volume reads 100, the mute -1; what is set is read back",
-    "given_window": "pictures stand in a child, of a thread of the library, of the given window, whose size it follows",
-    "sent_messages": "messages are sent to the given window while a picture opens and closes, and waited for",
+    "volume_before_output": "before any sound the volume is 100 and the mute -1; set values are read back",
+    "given_window": "pictures are in a child of the given window; the library owns it, and it follows the size",
+    "sent_messages": "a picture's opening and closing send messages to the given window and wait for them",
     "player_without_window": "a player without a window opens a framed one at 0,0",
     "vdummy": "with :vout=vdummy there is no window, and snapshots work",
-    "hidden_window": "with a hidden window no picture comes, and a snapshot is 0 without a file",
+    "hidden_window": "with a hidden window no picture is shown, and a snapshot is 0 without a file",
     "snapshots": "a snapshot is 0 without a picture or a folder; its bytes are PNG",
-    "lost_window": "a player outlives its window",
+    "lost_window": "a player continues without its window",
     "statistics": "displayed pictures and played buffers rise",
-    "release_while_playing": "a release while playing returns, and the child goes",
-    "track_lists": "tracks are listed with text ids that stay, and live as long as they are held",
-    "track_selection": "a track is selected by itself and by its id, and unselected by its kind",
-    "picture_size": "the size of video 0 is told once it is known, else -1",
+    "release_while_playing": "a release while playing returns, and the child is destroyed",
+    "track_lists": "tracks have text ids that do not change, and live as long as they are held",
+    "track_selection": "a track is selected by object and by id, and unselected by kind",
+    "picture_size": "the size of video 0 is returned once it is known, otherwise -1",
 }
-# Rows that the other guise cannot have; the program says "-" there.
+# Rows that do not apply to the other guise; the program prints "-" there.
 OF_ONE_GUISE = ("detach_waits",)
 
 
 @pytest.fixture(scope="module")
 def smoke(wine_prefix, tmp_path_factory):
-    """Runs the program with the library in one guise beside it: smoke(guise, argument...) gives its result with the
-    lines it printed, and its folder."""
+    """Runs the program with the library in one guise beside it: smoke(guise, argument...) returns its result with the
+    printed lines, and its folder."""
 
     def run(guise, *arguments, **environment):
         folder = tmp_path_factory.mktemp(guise)
@@ -84,7 +84,7 @@ def smoke(wine_prefix, tmp_path_factory):
 
 @pytest.fixture(scope="module", params=GUISES)
 def rows(request, smoke, module_server):
-    """What the program said of each row, by its name."""
+    """Returns the program's line for each row, by its name."""
     result = smoke(request.param, "rows", module_server.url("x")[:-2], module_server.fault_url("x")[:-2], "STATS",
                    VANTRO_LIBVLC_STRICT="1")
     lines = [line.split(" ", 1) for line in result.stdout.splitlines()]
@@ -113,7 +113,7 @@ def test_windows_paths_and_file_addresses_play(smoke, streams, tmp_path):
     assert result.returncode == 0
 
 
-def test_a_detach_of_what_is_not_attached_ends_the_process(smoke):
+def test_detaching_a_callback_that_is_not_attached_ends_the_process(smoke):
     result = smoke("events", "detach")
     assert result.returncode != 0
     assert checks(result) == []
@@ -121,7 +121,7 @@ def test_a_detach_of_what_is_not_attached_ends_the_process(smoke):
 
 
 @pytest.mark.parametrize("guise", GUISES)
-def test_a_call_with_a_released_player_is_reported_and_ends_the_process_in_strict_mode(smoke, guise):
+def test_a_call_with_a_released_player_is_reported_and_in_strict_mode_fatal(smoke, guise):
     result = smoke(guise, "released")
     assert len(checks(result)) == 1 and result.returncode == 0
     assert "FORBIDDEN CALL of libvlc_media_player_play" in result.stdout
@@ -131,7 +131,7 @@ def test_a_call_with_a_released_player_is_reported_and_ends_the_process_in_stric
 
 @pytest.mark.time_limit(120)
 @pytest.mark.parametrize("guise", GUISES)
-def test_new_players_play_and_go_in_rounds(smoke, server, guise):
+def test_players_are_made_played_and_released_in_rounds(smoke, server, guise):
     result = smoke(guise, "rounds", server.url("red.ts"), "20")
     assert "20 of 20 rounds played" in result.stdout
     assert result.returncode == 0

@@ -1,5 +1,5 @@
-"""Several real streams in one window: where their pictures stand, which of them is heard, and how the single view
-comes back. Each stream has a colour and a tone of its own, so that picture and sound tell which one it is."""
+"""Tests several real streams in one window: the places of their pictures, which of them is heard, and the return to the
+single view. Each stream has its own colour and tone, which identify it in picture and sound."""
 
 import pytest
 
@@ -8,12 +8,12 @@ from tests.soak.multi_view_rounds import Rounds
 from tests.support.meters import Meters
 
 TONES = {"red": 330, "green": 440, "blue": 550, "yellow": 660}  # hertz
-FIVE = ("red", "green", "blue", "yellow", "green")  # the fifth lies on the fourth
+FIVE = ("red", "green", "blue", "yellow", "green")  # the fifth covers the fourth
 WM_SYSCOMMAND, SC_MAXIMIZE, SC_RESTORE = 0x112, 0xF030, 0xF120
 
 
 class Grid:
-    """A host on the screen, driven as an interface does it, and what there is to see and hear of it."""
+    """A host on the screen, controlled like by an interface, and checks of its picture and sound."""
 
     def __init__(self, host, screen, server, folder):
         self.meters = Meters(folder / "meters.jsonl")
@@ -24,14 +24,14 @@ class Grid:
         return self._server.url(f"{stream}.ts")
 
     def play(self, stream):
-        """The single view; returns the mark from which its events are."""
+        """Plays the stream in the single view. Returns the mark before its events."""
         mark = self.client.mark()
         assert self.client.invoke("setMedia", {"url": self.url(stream), "networkCacheMs": 500}) is True
         self.client.wait_for("onPlaying", after=mark)
         return mark
 
     def open(self, *streams):
-        """The single view becomes a grid of these streams. Each tile plays when this returns."""
+        """Changes the single view to a grid of these streams. Each tile plays when this returns."""
         mark = self.play(streams[0])
         assert self.client.invoke("enableMultiView") is True
         for stream in streams[1:]:
@@ -65,7 +65,7 @@ class Grid:
         self.assert_window_shows(rects_and_colours, **options)
 
     def assert_only(self, heard, among):
-        """All of these streams sound, and one of them is heard, at its tone."""
+        """Checks that all of these streams have sound and that only one is heard, with its tone."""
 
         def is_so(second):
             return (sorted(reading.stream for reading in second) == sorted(among)
@@ -82,7 +82,7 @@ def grid(screen_host, screen, server, tmp_path):
     return Grid(screen_host, screen, server, tmp_path)
 
 
-# Where the pictures stand.
+# The places of the pictures.
 
 
 def test_the_first_tile_keeps_the_place_of_the_single_view(grid):
@@ -90,20 +90,20 @@ def test_the_first_tile_keeps_the_place_of_the_single_view(grid):
     grid.assert_window_shows(lambda width, height: [(picture_in((0, TITLE_BAR, width, height)), "red")])
 
 
-def test_each_tile_shows_its_stream_in_its_cell_and_the_gaps_are_black_from_two_tiles_to_five(grid):
+def test_two_to_five_tiles_show_their_streams_in_their_cells_with_black_gaps(grid):
     grid.open(FIVE[0])
     for count in (2, 3, 4, 5):
         grid.add(FIVE[count - 1])
         grid.assert_tiles_show(*FIVE[:count])
 
 
-def test_one_tile_that_is_laid_out_fills_the_window(grid):
+def test_a_single_tile_fills_the_window(grid):
     grid.open("red")
     assert grid.client.invoke("resizeVLCFull") is True
     grid.assert_tiles_show("red")
 
 
-def test_the_tiles_follow_the_window_to_its_new_size_while_they_play(grid):
+def test_playing_tiles_follow_the_windows_new_size(grid):
     grid.open("red", "green", "blue")
     (window,) = grid.client.windows("VantroWindowClass")
     for command in (SC_MAXIMIZE, SC_RESTORE):
@@ -113,7 +113,7 @@ def test_the_tiles_follow_the_window_to_its_new_size_while_they_play(grid):
         grid.assert_tiles_show("red", "green", "blue")
 
 
-# Which of them is heard.
+# Which tile is heard.
 
 
 def test_only_the_active_tile_is_heard_whichever_it_is(grid):
@@ -128,7 +128,7 @@ def test_only_the_active_tile_is_heard_whichever_it_is(grid):
 # Changing the tiles.
 
 
-def test_swapped_tiles_change_places_and_the_active_one_stays_heard(grid):
+def test_swapped_tiles_change_places_and_the_active_one_is_still_heard(grid):
     streams = ("red", "green", "blue")
     grid.open(*streams)
     assert grid.client.invoke("mvSwapTiles", {"from": 0, "to": 2}) is True
@@ -136,7 +136,7 @@ def test_swapped_tiles_change_places_and_the_active_one_stays_heard(grid):
     grid.assert_only("red", among=streams)
 
 
-def test_a_replaced_tile_shows_and_sounds_its_new_stream_in_the_same_place(grid):
+def test_a_replaced_tile_plays_its_new_stream_in_the_same_place(grid):
     grid.open("red", "green")
     grid.activate(1)
     windows = [window.handle for window in grid.video_windows()]
@@ -146,7 +146,7 @@ def test_a_replaced_tile_shows_and_sounds_its_new_stream_in_the_same_place(grid)
     assert [window.handle for window in grid.video_windows()] == windows
 
 
-def test_a_removed_tile_leaves_its_place_to_the_later_ones_and_the_one_before_it_is_heard(grid):
+def test_after_a_removed_tile_later_ones_move_up_and_the_one_before_is_heard(grid):
     grid.open("red", "green", "blue", "yellow")
     grid.activate(2)
     assert grid.client.invoke("mvRemoveActive") is True
@@ -155,10 +155,10 @@ def test_a_removed_tile_leaves_its_place_to_the_later_ones_and_the_one_before_it
     assert len(grid.video_windows()) == 3
 
 
-# The way back.
+# Leaving the grid.
 
 
-def test_leaving_lets_the_original_stream_play_on_without_a_break_in_its_time(grid):
+def test_the_original_stream_continues_without_a_gap_when_the_grid_ends(grid):
     client, began = grid.client, grid.open("red", "green", "blue")
     grid.assert_tiles_show("red", "green", "blue")
     left = client.mark()
@@ -171,7 +171,7 @@ def test_leaving_lets_the_original_stream_play_on_without_a_break_in_its_time(gr
     assert [event.method for event in events].count("onOpening") == 1
     assert not {"onStopped", "onPaused", "onEndReached", "onError"} & {event.method for event in events}
     times = [(event.time * 1000, int(event.arguments)) for event in events if event.method == "onTimeChanged"]
-    # The stream's time against the clock: it neither stands, jumps nor goes back.
+    # The stream's time against the clock: it neither stops, jumps nor goes back.
     lags = [clock - time for clock, time in times]
     assert [time for _, time in times] == sorted(time for _, time in times)
     assert max(lags) - min(lags) < 2000, times
@@ -181,14 +181,14 @@ def test_leaving_lets_the_original_stream_play_on_without_a_break_in_its_time(gr
 
 def test_leaving_fullscreen_ends_the_grid_and_hides_no_overlay(grid):
     grid.open("red", "green")
-    grid.assert_tiles_show("red", "green")  # the tiles are scaled behind onPlaying, on libvlc's thread
+    grid.assert_tiles_show("red", "green")  # the tiles are scaled after onPlaying, on libvlc's thread
     mark = grid.client.mark()
     assert grid.client.invoke("mvExitFullscreen") is True
     grid.assert_window_shows(lambda width, height: [(picture_in((0, 0, width, height)), "red")])
     assert "hideMultiViewOverlay" not in [event.method for event in grid.client.since(mark)]
 
 
-def test_a_promoted_stream_is_opened_anew_in_the_single_view(grid):
+def test_a_promoted_stream_is_opened_again_in_the_single_view(grid):
     grid.open("red", "green", "blue")
     grid.assert_tiles_show("red", "green", "blue")
     grid.activate(2)
@@ -208,27 +208,27 @@ def test_an_original_that_was_not_the_active_tile_is_heard_when_the_grid_ends(gr
     grid.assert_only("red", among=("red",))
 
 
-# What comes and goes with the tiles.
+# Players and windows of the tiles.
 
 
-def test_rounds_of_add_swap_replace_remove_and_each_way_out_leave_one_player_and_one_window(grid):
+def test_rounds_of_grid_changes_leave_one_player_and_one_window(grid):
     rounds = Rounds(grid.client, grid.meters, grid.url)
     rounds.begin()
     for number in range(1, 10):
         rounds.play(count_players=number % 3 == 0)
 
 
-def test_the_window_of_a_tile_swapped_to_the_front_stays_when_the_grid_ends_and_no_player_does(grid):
+def test_a_tile_swapped_to_the_front_leaves_its_window_but_no_player(grid):
     grid.open("red", "green", "blue")
     assert grid.client.invoke("mvSwapTiles", {"from": 0, "to": 1}) is True
     assert grid.client.invoke("disableMultiView") is True
     assert len(grid.video_windows()) == 2  # the single view's own and the former tile's
     assert grid.client.invoke("setMedia", {"url": grid.url("red")}) is False
-    grid.add("yellow")  # outside the grid: a player to be seen among the missing ones
+    grid.add("yellow")  # outside the grid: a player that would be visible beside leftover ones
     grid.meters.wait(grid.client, lambda second: [one.stream for one in second] == ["yellow"], "no player but yellow's")
 
 
-def test_a_stream_added_outside_the_grid_is_silent_and_leaves_its_window_to_the_next_grid(grid):
+def test_a_stream_added_outside_the_grid_is_silent_and_keeps_its_window(grid):
     grid.play("red")
     grid.add("green")
     grid.meters.wait(grid.client, lambda second: {one.stream: (one.volume, one.heard) for one in second}

@@ -1,4 +1,4 @@
-"""Streams of every kind play through the built host: replies, events, and a host that still answers."""
+"""Tests that streams of every kind play through the built host: replies, events, and that the host still answers."""
 
 import dataclasses
 import itertools
@@ -48,14 +48,14 @@ def each(streams):
 
 
 def load(client, url, **options):
-    """Loads the stream; gives the place in the events where it begins."""
+    """Loads the stream. Returns the position in the events where it begins."""
     mark = client.mark()
     assert client.invoke("setMedia", {"url": url, "networkCacheMs": CACHE_MS, **options}) is True
     return mark
 
 
 def load_and_wait_for_change(client, url, **options):
-    """As load; gives the event with which the stream's own events begin, behind late ones of the stream before."""
+    """Like load, but returns the stream's first own event, after late ones of the previous stream."""
     return client.wait_for("onMediaChanged", after=load(client, url, **options))
 
 
@@ -64,7 +64,7 @@ def wait_for_time(client, milliseconds, mark):
 
 
 def assert_orderly_end(host, mark):
-    """The events since the mark keep the rules, the host answers, and it ends well."""
+    """Checks that the events since the mark keep the rules, that the host answers, and that it ends with 0."""
     client = host.client
     assert broken_rules(client.since(mark), client.hello["thread"]) == []
     assert isinstance(client.invoke("getPosition"), int)
@@ -84,7 +84,7 @@ def test_a_stream_plays_and_its_time_runs(player_host, server, stream):
 
 
 @each(ENDING)
-def test_a_stream_that_ends_in_whatever_way_is_told_once_as_stopped(player_host, server, stream):
+def test_every_end_of_a_stream_is_reported_once_as_stopped(player_host, server, stream):
     host = player_host()
     mark = load(host.client, stream.address(server), **stream.options)
     host.client.wait_for("onStopped", after=mark)
@@ -95,7 +95,7 @@ def test_a_stream_that_ends_in_whatever_way_is_told_once_as_stopped(player_host,
 
 
 @each(FAILING)
-def test_a_stream_that_cannot_be_had_is_told_as_error_and_then_as_stopped(player_host, server, stream):
+def test_an_unavailable_stream_is_reported_as_error_and_then_as_stopped(player_host, server, stream):
     host = player_host()
     mark = load(host.client, stream.address(server), **stream.options)
     host.client.wait_for("onStopped", after=mark)
@@ -106,7 +106,7 @@ def test_a_stream_that_cannot_be_had_is_told_as_error_and_then_as_stopped(player
     assert_orderly_end(host, mark)
 
 
-def test_a_stream_that_the_network_holds_back_stands_still_and_runs_on(player_host, server):
+def test_a_stream_stops_while_the_network_stalls_and_then_continues(player_host, server):
     host = player_host()
     held_back_at = 150000
     mark = load(host.client, server.fault_url(f"stall?at={held_back_at}&for=3.5"))
@@ -119,7 +119,7 @@ def test_a_stream_that_the_network_holds_back_stands_still_and_runs_on(player_ho
     assert_orderly_end(host, mark)
 
 
-def test_a_host_plays_on_after_streams_that_failed(player_host, server):
+def test_a_host_plays_streams_after_others_failed(player_host, server):
     host = player_host()
     for stream in [*FAILING, *FAILING]:
         mark = load(host.client, stream.address(server))
@@ -130,7 +130,7 @@ def test_a_host_plays_on_after_streams_that_failed(player_host, server):
 
 
 def test_a_load_after_a_stop_does_not_hide_the_next_stop(player_host, server):
-    # A load stops the player unseen. A player that had stopped already answers that with a stop of its own, so the next
+    # A load stops the player without an event. A player that had already stopped reports that stop itself, so the next
     # one is reported.
     client = player_host().client
     for _ in range(3):
@@ -139,7 +139,7 @@ def test_a_load_after_a_stop_does_not_hide_the_next_stop(player_host, server):
         assert [event.method for event in client.since(mark)].count("onStopped") == 1
 
 
-def test_a_change_of_stream_is_not_told_as_a_stop(player_host, server):
+def test_a_change_of_stream_is_not_reported_as_a_stop(player_host, server):
     host = player_host()
     mark = load(host.client, server.url("red.ts"))
     wait_for_time(host.client, 500, mark)
@@ -150,7 +150,7 @@ def test_a_change_of_stream_is_not_told_as_a_stop(player_host, server):
     assert_orderly_end(host, changed)
 
 
-def test_a_stop_is_told_and_the_stream_can_be_played_again(player_host, server):
+def test_a_stop_is_reported_and_the_stream_can_be_played_again(player_host, server):
     host = player_host()
     mark = load(host.client, server.url("test.ts"))
     wait_for_time(host.client, 500, mark)
@@ -162,7 +162,7 @@ def test_a_stop_is_told_and_the_stream_can_be_played_again(player_host, server):
     host.client.wait_for("onPlaying", after=again)
 
 
-def test_a_film_starts_where_it_is_told_to(player_host, server):
+def test_a_film_starts_at_its_initial_position(player_host, server):
     host = player_host()
     mark = load(host.client, server.url("tracks.mp4"), isLiveStream=False, initialSeekPositionMs=20000)
     host.client.wait_for("onTimeChanged", after=mark)
@@ -170,7 +170,7 @@ def test_a_film_starts_where_it_is_told_to(player_host, server):
     assert_orderly_end(host, mark)
 
 
-def test_a_film_tells_its_length_and_goes_where_it_is_sent(player_host, server):
+def test_a_film_reports_its_length_and_seeks(player_host, server):
     host = player_host()
     mark = load(host.client, server.url("tracks.mp4"), isLiveStream=False)
     host.client.wait_for("onTimeChanged", after=mark)
@@ -183,7 +183,7 @@ def test_a_film_tells_its_length_and_goes_where_it_is_sent(player_host, server):
     assert_orderly_end(host, mark)
 
 
-def test_asking_for_tracks_raises_both_track_events_without_arguments(player_host, server):
+def test_requesting_tracks_raises_both_track_events_without_arguments(player_host, server):
     host = player_host()
     mark = load(host.client, server.url("tracks.mp4"), isLiveStream=False)
     host.client.wait_for("onTimeChanged", after=mark)
@@ -194,7 +194,7 @@ def test_asking_for_tracks_raises_both_track_events_without_arguments(player_hos
     assert {event.thread for event in raised} == {host.client.hello["thread"]}
 
 
-def test_the_chosen_audio_track_is_the_one_that_is_heard(player_host, server, tmp_path):
+def test_the_selected_audio_track_is_heard(player_host, server, tmp_path):
     meters = Meters(tmp_path / "meters.txt")
     client = player_host(environment=meters.environment).client
     mark = load(client, server.url("tracks.mp4"), isLiveStream=False)
@@ -204,25 +204,25 @@ def test_the_chosen_audio_track_is_the_one_that_is_heard(player_host, server, tm
     meters.wait(client, lambda second: abs(second[0].frequency - 880) < 20, "the second track's 880 Hz")
 
 
-def test_the_chosen_subtitles_stand_in_the_picture(player_host, server):
+def test_the_selected_subtitles_are_in_the_picture(player_host, server):
     host = player_host()
     mark = load(host.client, server.url("tracks.mp4"), isLiveStream=False)
     host.client.wait_for("onTimeChanged", after=mark)
     (window,) = host.client.windows("VantroVlcHostWindow")
 
     def brightest():
-        # The film is no brighter than 60 in its first seconds. A line of text is white.
+        # The film is no brighter than 60 in its first seconds; a line of text is white.
         picture = host.client.capture(window.handle)
         return max(picture[int.from_bytes(picture[10:14], "little")::4])
 
     host.client.poll(brightest, lambda level: 30 < level < 100, "the picture without a line")
     assert host.client.invoke("setSpu", {"id": 0}) is True
-    # Only lines that begin after the choice are shown: the next one begins at 10 s.
+    # Only lines that begin after the selection are shown. The next one begins at 10 s.
     assert host.client.invoke("seek", {"positionMs": 10000}) is True
     host.client.poll(brightest, lambda level: level > 200, "a white line in the picture")
 
 
-def test_a_stream_is_opened_without_the_agent_that_was_set(player_host, server):
+def test_a_stream_is_opened_without_the_user_agent_that_was_set(player_host, server):
     host = player_host()
     assert host.client.invoke("setUserAgent", {"UA": "Telltale/1.0"}) is True
     mark = load(host.client, server.url("test.ts"))

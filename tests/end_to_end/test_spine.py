@@ -1,10 +1,10 @@
-"""A request goes in, a real stream plays in a real window, and what happens comes back."""
+"""Tests the main path: a request is sent, a real stream plays in a real window, and events come back."""
 
 from tests.support.pictures import bmp_colours, screen_colours
 
 
 def video_window(client):
-    """The child window of the main window that libvlc draws into."""
+    """Returns the child window of the main window in which libvlc draws."""
     (window,) = client.windows("VantroVlcHostWindow")
     return window
 
@@ -26,7 +26,7 @@ def test_a_stream_over_http_opens_plays_and_its_time_rises(player_host, server):
     assert times == sorted(times) and len(times) > 2
 
 
-def test_the_picture_stands_in_the_video_window(player_host, server):
+def test_the_picture_is_in_the_video_window(player_host, server):
     client = player_host().client
     playing(client, server.url("red.ts"))
     red = client.poll(lambda: bmp_colours(client.capture(video_window(client).handle)),
@@ -42,7 +42,7 @@ def test_the_picture_is_on_the_screen_below_the_title_bar(screen_host, screen, s
                 "red on the screen")
 
 
-def test_an_address_that_answers_404_yields_on_error(player_host, server):
+def test_an_address_that_answers_404_raises_on_error(player_host, server):
     client = player_host().client
     mark = client.mark()
     assert client.invoke("setMedia", {"url": server.url("missing.ts")}) is True
@@ -56,7 +56,7 @@ def test_events_come_from_threads_of_libvlc_and_not_from_the_main_thread(player_
     assert client.wait_for("onPlaying", after=mark).thread != client.hello["thread"]
 
 
-def test_a_paused_stream_stands_still_and_goes_on(player_host, server):
+def test_a_paused_streams_time_stops_and_then_continues(player_host, server):
     client = player_host().client
     mark = playing(client, server.url("test.ts"))
     client.wait_for("onTimeChanged", after=mark)
@@ -68,7 +68,7 @@ def test_a_paused_stream_stands_still_and_goes_on(player_host, server):
     client.wait_for("onPlaying", after=paused)
 
 
-def test_a_file_is_sought_in(player_host, server):
+def test_a_seek_changes_the_time_of_a_file(player_host, server):
     client = player_host().client
     playing(client, server.url("tracks.mp4"), isLiveStream=False)
     client.poll(lambda: client.invoke("getDuration"), lambda duration: duration == 60000, "the length")

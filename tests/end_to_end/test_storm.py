@@ -1,4 +1,4 @@
-"""The short form of the playback storm: the stream changes faster than it can open, and the process stays level."""
+"""Short form of the playback storm: the stream changes faster than it can open, and threads and files do not grow."""
 
 import pytest
 
@@ -8,12 +8,12 @@ ROUNDS = 40
 
 
 @pytest.mark.time_limit(120)
-def test_forty_changes_of_stream_leave_threads_and_files_level_and_a_host_that_plays(player_host, server):
+def test_forty_changes_of_stream_leave_no_threads_or_files_and_a_playing_host(player_host, server):
     host = player_host(log=False)
     storm = Storm(host, server)
     storm.run(ROUNDS, seconds=90, between=10)
     assert storm.rounds == ROUNDS
-    # Too few rounds to tell growth of memory from its noise: ./dev soak does that.
+    # Too few rounds to tell memory growth from noise; ./dev soak does that.
     assert storm.uneven() == []
     mark = host.client.mark()
     assert host.client.invoke("setMedia", {"url": server.url("test.ts"), "networkCacheMs": 300}) is True

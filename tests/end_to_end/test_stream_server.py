@@ -1,4 +1,4 @@
-"""The server of the end-to-end tests gives what it promises: a broken server would make broken streams look healthy."""
+"""Tests the server of the end-to-end tests, because with a broken server the broken streams could be healthy."""
 
 import socket
 import time
@@ -13,7 +13,7 @@ def get(url, **headers):
 
 
 def received_before_the_end(url):
-    """The bytes of the body until the connection ends in any way, and whether it ended by a reset."""
+    """Returns the bytes of the body until the connection ends in any way, and whether it ended with a reset."""
     address = url.removeprefix("http://").split("/", 1)
     host, port = address[0].split(":")
     with socket.create_connection((host, int(port)), timeout=20) as connection:
@@ -28,22 +28,22 @@ def received_before_the_end(url):
 
 
 @pytest.mark.parametrize("name", ["test.ts", "tracks.mp4", "hls/index.m3u8", "redirect/test.ts"])
-def test_a_file_comes_whole(server, streams, name):
+def test_a_file_is_sent_completely(server, streams, name):
     assert get(server.url(name)).read() == (streams / name.removeprefix("redirect/")).read_bytes()
 
 
-def test_a_range_of_a_file_comes_alone(server, streams):
+def test_only_the_requested_range_of_a_file_is_sent(server, streams):
     answer = get(server.url("tracks.mp4"), Range="bytes=100-199")
     assert answer.status == 206
     assert answer.read() == (streams / "tracks.mp4").read_bytes()[100:200]
 
 
-def test_a_name_that_is_not_there_answers_404(server):
+def test_an_unknown_name_answers_404(server):
     with pytest.raises(urllib.error.HTTPError, match="404"):
         get(server.url("missing.ts"))
 
 
-def test_the_live_playlist_slides_and_stands_still_while_its_encoder_is_stopped(server):
+def test_the_live_playlist_slides_except_while_its_encoder_is_stopped(server):
     def sequence():
         lines = get(server.live_url()).read().decode().splitlines()
         return next(int(line.split(":")[1]) for line in lines if line.startswith("#EXT-X-MEDIA-SEQUENCE"))
@@ -64,7 +64,7 @@ def test_the_live_playlist_slides_and_stands_still_while_its_encoder_is_stopped(
     assert wait_beyond(stopped) > first
 
 
-def test_a_stall_holds_the_rest_back(server, streams):
+def test_a_stall_delays_the_rest(server, streams):
     content = (streams / "test.ts").read_bytes()
     answer = get(server.fault_url("stall?at=1000&for=1"))
     start = time.monotonic()
@@ -72,13 +72,13 @@ def test_a_stall_holds_the_rest_back(server, streams):
     assert time.monotonic() - start > 0.5
 
 
-def test_a_reset_comes_behind_the_bytes_before_it(server, streams):
+def test_a_reset_comes_after_the_bytes_before_it(server, streams):
     body, reset = received_before_the_end(server.fault_url("reset?at=50000"))
     assert reset
     assert body == (streams / "test.ts").read_bytes()[:50000]
 
 
-def test_garbage_is_the_same_each_time_and_no_stream(server):
+def test_garbage_is_the_same_each_time_and_is_no_stream(server):
     first = get(server.fault_url("garbage?bytes=5000")).read()
     assert first == get(server.fault_url("garbage?bytes=5000")).read()
     assert len(first) == 5000
@@ -91,7 +91,7 @@ def test_a_slow_start_answers_late(server):
     assert time.monotonic() - start > 0.9
 
 
-def test_a_paced_stream_takes_its_time(server, streams):
+def test_a_paced_stream_lasts_the_given_seconds(server, streams):
     start = time.monotonic()
     assert get(server.fault_url("paced?file=short.ts&seconds=1")).read() == (streams / "short.ts").read_bytes()
     assert time.monotonic() - start > 0.8

@@ -1,4 +1,4 @@
-"""Preview frames of a real film over the thumbnail channel, beside what ffmpeg takes at the same time."""
+"""Compares preview frames of a real film over the thumbnail channel with ffmpeg's frames at the same times."""
 
 import os
 import subprocess
@@ -10,8 +10,8 @@ from vantro_interface.client import THUMBNAIL_CHANNEL
 from vantro_interface.codec import MethodError, NotImplementedByHost
 
 WIDTH, HEIGHT = 320, 180
-# The film's grey rises by 3 levels a second, which are 3.5 of the full range. A frame of the second before or after is
-# beyond this bound, the two decoders' rounding is well within.
+# The film's grey rises by 3 levels a second, which is 3.5 in the full range. A frame one second off exceeds this bound,
+# while the two decoders' rounding is well within it.
 BOUND = 1.5
 
 
@@ -25,7 +25,7 @@ def get_frame(client, url, time_seconds, **other):
 
 
 def pixels(*source, picture=None):
-    """The one frame that ffmpeg decodes, as bytes of red, green, blue."""
+    """Returns the one frame that ffmpeg decodes, as bytes of red, green, blue."""
     command = ["ffmpeg", "-hide_banner", "-loglevel", "error", *source, "-frames:v", "1", "-vf",
                f"scale={WIDTH}:{HEIGHT}", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"]
     return subprocess.run(command, input=picture, check=True, capture_output=True, timeout=30).stdout
@@ -42,14 +42,14 @@ def png_size(data):
 
 @pytest.fixture
 def worker(player_host):
-    """The client of a host whose thumbnail worker is ready."""
+    """Returns the client of a host whose thumbnail worker is ready."""
     client = player_host().client
     assert ask(client, "initialize") is True
     return client
 
 
-# Between two full seconds: the film runs on for the half second that the worker waits after its seek. The long form
-# takes one of each second.
+# Times between two full seconds, because the film plays on during the half second that the worker waits after its seek.
+# The long form takes one frame of each second.
 TIMES = [second + 0.2 for second in range(58)] if os.environ.get("VANTRO_EVERY_FRAME") else [0.0, 10.2, 33.3, 57.2]
 
 
@@ -62,14 +62,14 @@ def test_a_frame_is_the_one_that_ffmpeg_takes_at_that_time(worker, server, strea
     assert mean_difference(taken, expected) < BOUND
 
 
-def test_the_bytes_are_a_png_of_the_wanted_size_and_no_file_stays(worker, server, wine_prefix):
+def test_the_bytes_are_a_png_of_the_requested_size_and_no_file_is_left(worker, server, wine_prefix):
     picture = get_frame(worker, server.url("tracks.mp4"), 5.2)["bytes"]
     assert picture.startswith(b"\x89PNG\r\n\x1a\n")
     assert png_size(picture) == (WIDTH, HEIGHT)
     assert list(wine_prefix.temp.glob("vantro_thumb_*")) == []
 
 
-def test_the_film_goes_on_in_the_window_while_frames_are_taken(worker, server):
+def test_the_film_continues_in_the_window_while_frames_are_taken(worker, server):
     mark = worker.mark()
     assert worker.invoke("setMedia", {"url": server.url("test.ts"), "networkCacheMs": 500}) is True
     worker.wait_for("onTimeChanged", after=mark)
@@ -89,13 +89,13 @@ def test_no_window_appears_while_a_frame_is_taken(screen_host, screen, server, t
     assert (tmp_path / "while-a-frame-is-taken.png").exists()
 
 
-def test_an_address_without_a_film_gives_no_frame_and_the_next_request_does(worker, server):
-    # libvlc 4 reports success for a snapshot without a picture, and leaves no file.
+def test_an_address_without_a_film_returns_no_frame_but_the_next_request_does(worker, server):
+    # libvlc 4 reports success for a snapshot without a picture, but writes no file.
     assert get_frame(worker, server.url("missing.mp4"), 1.0) == {"success": False, "error": "Failed to read snapshot"}
     assert get_frame(worker, server.url("tracks.mp4"), 1.2)["success"] is True
 
 
-def test_no_frame_before_initialize_or_after_dispose_and_again_after_another(player_host, server):
+def test_frames_are_taken_only_between_initialize_and_dispose(player_host, server):
     client = player_host().client
     not_ready = {"success": False, "error": "Worker not initialized"}
     url = server.url("tracks.mp4")

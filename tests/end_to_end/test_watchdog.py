@@ -1,10 +1,10 @@
-"""The stall watchdog over real streams: a wedged one is nudged, a wedged tile is reloaded, a frozen one left alone.
+"""Tests the stall watchdog with real streams: a wedged one is nudged, a wedged tile reloaded, a frozen one left alone.
 
-One host plays everything side by side, because each wedge takes its 8 s of healthy stream and some seconds of checks:
+One host plays everything at the same time, because each wedge takes 8 s of healthy stream and some seconds of checks:
 window 1 a stream whose pictures stop, window 2 one whose sound stops, window 3 a grid whose original tile gets no more
-data and whose other tiles are wedged in both ways, window 4 a grid with a tile that a reload cures for 2 s only. The
-tests look at what was recorded. Their upper bounds leave room for a loaded machine; the verdicts over a scripted clock
-are exact elsewhere.
+data and whose other tiles are wedged in both ways, window 4 a grid with a tile that a reload repairs for only 2 s. The
+tests check the record of this run. Their upper bounds leave room for a loaded machine. Unit tests check the exact
+decisions with a scripted clock.
 """
 
 import dataclasses
@@ -29,18 +29,18 @@ GIVING_UP = "Playback issue detected. Please try again."
 
 @dataclasses.dataclass
 class Record:
-    """What one run left: its log lines as (seconds, text), its events, and how often the server was asked."""
+    """The record of one run: its log lines as (seconds, text), its events, and the number of requests to the server."""
 
     lines: list
     events: list
-    asked: dict  # the wedged tile's name: requests before its reload, and in all
-    frozen_plays: bool  # asked behind the events, when the original tile was the single view again
+    asked: dict  # the wedged tile's name: requests before its reload, and in total
+    frozen_plays: bool  # read after the events, when the original tile was the single view again
 
     def stalls(self, fragment=""):
         return [(at, text) for at, text in self.lines if "[StallDetector]" in text and fragment in text]
 
     def stall(self, fragment):
-        """The seconds of the first such line."""
+        """Returns the seconds of the first such line."""
         assert self.stalls(fragment), f"no log line with {fragment!r}"
         return self.stalls(fragment)[0][0]
 
@@ -56,7 +56,7 @@ def log_lines(host):
 
 
 def open_window(prefix, folder, client):
-    """A second launch makes the running host open a window."""
+    """Makes the running host open a window by a second launch."""
     count = len(client.engines)
     with Host(prefix, folder, libraries=player_libraries()) as launch:
         launch.start(connect=False).wait()
@@ -75,7 +75,7 @@ def enter_grid(client, window):
 
 
 def play_all(client, server, hopeless):
-    # The original tiles get no more data after a while: the end of one would turn its window's watchdog off.
+    # The original tiles get no more data after a while. If one ended, its window's watchdog would be switched off.
     frozen = server.fault_url(f"stall?at={BYTES_BEFORE_FREEZING}&for=600")
     for window, url in ((PICTURES_STOP, server.url("video-stops.ts")), (SOUND_STOPS, server.url("audio-stops.ts")),
                         (GRID, frozen), (HOPELESS_GRID, frozen)):
@@ -119,7 +119,7 @@ def record(wine_prefix, streams, tmp_path_factory):
 
 
 @pytest.mark.parametrize("window, reason", WEDGED)
-def test_three_wedge_checks_are_a_detection_and_a_nudge(record, window, reason):
+def test_three_wedge_checks_lead_to_a_detection_and_a_nudge(record, window, reason):
     checks = record.stalls(f"primary wedge tick ({reason})")[:3]
     assert [text.rsplit("=", 1)[1] for _, text in checks] == ["1", "2", "3"]
     assert 1.5 < checks[2][0] - checks[0][0] < 6
@@ -128,7 +128,7 @@ def test_three_wedge_checks_are_a_detection_and_a_nudge(record, window, reason):
 
 
 @pytest.mark.parametrize("window, reason", WEDGED)
-def test_a_nudge_pauses_the_stream_for_300_ms_and_plays_it_on(record, window, reason):
+def test_a_nudge_pauses_the_stream_for_300_ms_and_resumes_it(record, window, reason):
     first_pause, *_ = record.of(window, "onPaused")
     resumed = [event for event in record.of(window, "onPlaying") if event.time > first_pause.time]
     assert 0.25 < resumed[0].time - first_pause.time < 2
@@ -150,17 +150,17 @@ def test_a_tile_is_nudged_and_then_reloaded_three_seconds_later(record, tile, re
 
 
 @pytest.mark.parametrize("tile, reason", TILES)
-def test_a_reloaded_tile_asks_for_its_stream_again(record, tile, reason):
+def test_a_reloaded_tile_requests_its_stream_again(record, tile, reason):
     before, in_all = record.asked[tile]
     assert 0 < before < in_all
 
 
-def test_a_reloaded_tile_tells_a_change_of_media(record):
-    # One load before, the original's: that of a further tile is over before its events are attached.
+def test_a_reloaded_tile_reports_a_change_of_media(record):
+    # One load comes before, the original's. A further tile's load is over before its events are attached.
     assert len(record.of(GRID, "onMediaChanged")) >= 3
 
 
-def test_a_tile_s_pause_is_not_told_and_its_resume_is(record):
+def test_a_tiles_pause_is_not_reported_but_its_resume_is(record):
     assert record.of(GRID, "onPaused") == []
     assert len(record.of(GRID, "onPlaying")) >= 5
 
@@ -173,7 +173,7 @@ def test_a_stream_that_gets_no_more_data_is_left_alone(record):
     assert record.stalls("mv_primary") == []
 
 
-def test_a_tile_that_no_reload_cures_is_given_up_after_three_reloads_within_a_minute(record):
+def test_a_tile_is_given_up_after_three_reloads_within_a_minute(record):
     rungs = {"cheap pause/resume nudge": "nudge", "restarting media": "reload", "disabling stall watchdog": "end"}
     climbed = [rung for _, text in record.stalls(f"mv_{HOPELESS} ") for ending, rung in rungs.items()
                if text.endswith(ending)]
@@ -182,7 +182,7 @@ def test_a_tile_that_no_reload_cures_is_given_up_after_three_reloads_within_a_mi
     assert climbed.index("end") == len(climbed) - 1
 
 
-def test_giving_up_is_told_once_and_in_the_window_concerned_only(record):
+def test_giving_up_is_reported_once_and_only_in_its_window(record):
     errors = [(event.engine, event.arguments) for event in record.events if event.method == "onError"]
     assert errors == [(HOPELESS_GRID, GIVING_UP)]
     assert len(record.stalls("restart budget exceeded")) == 1
@@ -191,5 +191,5 @@ def test_giving_up_is_told_once_and_in_the_window_concerned_only(record):
 def test_giving_up_stops_the_check_timer(record):
     texts = [text for _, text in record.lines]
     (gave_up,) = [place for place, text in enumerate(texts) if "restart budget exceeded" in text]
-    # Other windows write into the same log.
+    # Other windows write to the same log.
     assert any(text.startswith("[VLCPlayer] Stopped stall watchdog timer") for text in texts[gave_up:gave_up + 4])

@@ -1,4 +1,4 @@
-"""Three windows in one process, each with a stream of its own, opened by second launches."""
+"""Tests three windows in one process, opened by second launches, each with its own stream."""
 
 import pytest
 
@@ -10,7 +10,8 @@ COLOURS = ("red", "green", "blue")
 
 
 def open_windows(starter, server):
-    """A host with three windows, in which red, green and blue play; the windows in the order of their opening."""
+    """Returns a host with three windows, in which red, green and blue play, and the windows in the order of their
+    opening."""
     host = starter()
     client = host.client
     opened = [window.handle for window in client.windows(MAIN_WINDOW)]
@@ -18,7 +19,7 @@ def open_windows(starter, server):
         assert starter(connect=False).wait() == 0
         client.wait_until(lambda: len(client.engines) == count, f"engine {count}")
         seen = client.poll(lambda: client.windows(MAIN_WINDOW), lambda seen: len(seen) == count, f"{count} windows")
-        opened += [window.handle for window in seen if window.handle not in opened]  # handles rise and fall
+        opened += [window.handle for window in seen if window.handle not in opened]  # the order of handles is arbitrary
     for engine, colour in enumerate(COLOURS, 1):
         url = server.url(f"{colour}.ts")
         assert client.invoke("setMedia", {"url": url, "networkCacheMs": 500}, engine=engine) is True
@@ -48,11 +49,11 @@ def test_three_playing_windows_close_in_any_order_and_the_process_ends_with_0(th
     assert [line for line in host.log if line.endswith("Application terminated")] == ["INFO Application terminated"]
 
 
-def test_three_windows_with_video_stand_on_one_screen(screen_host, screen, server, tmp_path):
+def test_three_windows_show_their_video_on_one_screen(screen_host, screen, server, tmp_path):
     host, windows = open_windows(screen_host, server)
 
     def strips():
-        """What is seen at the lower edge of each video, where a window that was opened later does not cover it."""
+        """Returns the colours at the lower edge of each video, where no later window covers it."""
         seen = []
         for window in windows:
             left, _, _, bottom = video_in(host.client, window).rect

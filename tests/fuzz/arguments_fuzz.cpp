@@ -1,5 +1,5 @@
-// Whatever a request carries, each reader gives the value under its key or its default: no conversion is undefined, and
-// a value of another type is never taken for one.
+// For any request, each reader returns the value under its key or its default. No conversion is undefined, and a value
+// of another type is never accepted.
 #include <cmath>
 
 #include "channel/argument_readers.h"
@@ -26,7 +26,7 @@ void CheckKey(const MethodCall& call, const EncodableMap& map, const std::string
   if (!isNarrow && !isWide && !real) REQUIRE(asNumber == kNumberFallback);
   if (!value.Get<bool>()) REQUIRE(ReadBoolArgument(call, key, true) && !ReadBoolArgument(call, key, false));
   REQUIRE(ReadStringArgument(call, key) == text.value_or(""));
-  // The other readers of numbers that arrive from outside.
+  // The other readers of numbers that come from outside.
   if (real) {
     static_cast<void>(vod_thumbnail::SeekTargetMs(*real));
     REQUIRE(vod_thumbnail::SnapshotFileName(key, *real).ends_with(".jpg"));

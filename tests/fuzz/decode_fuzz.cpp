@@ -1,4 +1,4 @@
-// Any bytes decode to the value that a plain decoder makes of them, and fail where it fails.
+// Any bytes decode to the same value as in a plain decoder, and fail where it fails.
 #include "flutter_host/standard_codec_serializer.h"
 #include "tests/fuzz/plain_decoder.h"
 #include "tests/fuzz/require.h"
@@ -11,7 +11,7 @@ void CheckBytes(const Plain& plain, const void* bytes, size_t size) {
   REQUIRE(size == 0 || std::memcmp(plain.bytes.data(), bytes, size) == 0);
 }
 
-// To the bit, so that 0 and -0 are two.
+// Compares bit by bit, so that 0 and -0 differ.
 void Check(const EncodableValue& value, const Plain& plain) {
   REQUIRE(value.kind() == plain.kind);
   if (const auto map = value.Get<EncodableMap>()) {
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   PlainDecoder decoder(data, size);
   const Plain plain = decoder.Read();
   REQUIRE(reader.failed() == decoder.failed());
-  // A list that claims more than the message holds is taken for cut before anything inside it is found too deep.
+  // A list that claims more than the message holds is refused as truncated before anything inside it is found too deep.
   REQUIRE(decoder.isTooDeep() || !reader.isRefused());
   if (!reader.isRefused()) Check(value, plain);
   return 0;

@@ -8,7 +8,7 @@
 
 namespace vantro {
 
-// A value as the bytes that the codec gives it: tells apart what "==" does not, such as 0 and -0.
+// Returns the codec's bytes of a value. They differ where "==" does not, such as for 0 and -0.
 inline std::vector<uint8_t> Encoded(const EncodableValue& value) {
   ByteVector bytes;
   ByteBufferStreamWriter writer(&bytes);

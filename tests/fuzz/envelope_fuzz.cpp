@@ -1,5 +1,5 @@
-// An answer of the interface, whole or broken, answers a result once or is refused; what was understood is encoded to
-// an envelope that is understood in the same way.
+// An answer of the interface, whole or broken, either answers a result once or is refused. An accepted answer is
+// encoded to an envelope that decodes to the same answer.
 #include "flutter_host/standard_method_codec.h"
 #include "tests/fuzz/require.h"
 

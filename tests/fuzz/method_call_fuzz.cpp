@@ -1,5 +1,5 @@
-// Bytes from the interface go through a channel: each message is answered exactly once or by its handler, and a call
-// that comes through survives being sent on.
+// Bytes from the interface pass through a channel. Each message is answered exactly once, by the channel or by its
+// handler. A call that reaches the handler is unchanged when it is encoded again.
 #include <memory>
 #include <utility>
 

@@ -1,5 +1,5 @@
-// The standard message codec's reading once more, written for plainness: a tree of vectors, no thought of speed, and
-// no line shared with the product. What both make of the same bytes must be the same.
+// A second, plain decoder of the standard message codec: a tree of vectors, without regard to speed, and without shared
+// code. Both must read the same bytes as the same value.
 #pragma once
 
 #include <algorithm>
@@ -14,8 +14,8 @@ namespace vantro {
 
 struct Plain {
   EncodableKind kind = EncodableKind::kNull;
-  std::vector<uint8_t> bytes;   // of a number, of text or of a typed list
-  std::vector<Plain> children;  // of a list; of a map each key and, behind it, its value
+  std::vector<uint8_t> bytes;   // of a number, a text or a typed list
+  std::vector<Plain> children;  // of a list; of a map each key followed by its value
 };
 
 class PlainDecoder {
@@ -29,7 +29,7 @@ class PlainDecoder {
     using enum EncodableKind;
     static constexpr struct {
       EncodableKind kind;
-      size_t size;  // of a scalar or of an element
+      size_t size;  // of a scalar or an element
       size_t alignment;
     } kTypes[] = {{kNull, 0, 1},      {kBool, 0, 1},       {kBool, 0, 1},   {kInt32, 4, 1},    {kInt64, 8, 1},
                   {kString, 1, 1},    {kDouble, 8, 8},     {kString, 1, 1}, {kByteList, 1, 1}, {kInt32List, 4, 4},
@@ -58,7 +58,7 @@ class PlainDecoder {
  private:
   static constexpr int kDeepest = 256;
 
-  // Nothing, from the first time that fewer are left.
+  // Returns nothing from the first call for which too few bytes are left.
   std::vector<uint8_t> Take(size_t count) {
     if (failed_ || count > static_cast<size_t>(end_ - at_)) {
       failed_ = true;
@@ -117,7 +117,7 @@ class PlainDecoder {
       T a, b;
       std::memcpy(&a, left.bytes.data() + at * sizeof(T), sizeof(T));
       std::memcpy(&b, right.bytes.data() + at * sizeof(T), sizeof(T));
-      if (a != a || b != b) {  // NaN comes last
+      if (a != a || b != b) {  // NaN is sorted last
         if (const int order = (a != a) - (b != b)) return order;
       } else if (a != b) {
         return a < b ? -1 : 1;

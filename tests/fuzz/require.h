@@ -1,4 +1,4 @@
-// What a fuzz target expects to hold; the fuzzer keeps the input that breaks it.
+// Checks a condition of a fuzz target. The fuzzer keeps the input that breaks it.
 #pragma once
 
 #include <cstdio>

@@ -1,5 +1,5 @@
-// Whatever was decoded, from whole or broken bytes, encodes to bytes that decode to it again, to the last byte, and so
-// does a copy of it.
+// A value decoded from any bytes, whole or broken, encodes to bytes that decode completely to the same value. So does a
+// copy of it.
 #include "tests/fuzz/encoded.h"
 #include "tests/fuzz/require.h"
 

@@ -1,4 +1,4 @@
-"""Fixtures for tests of the built host as a black box: requests go in as bytes, replies and events come out."""
+"""Fixtures for black-box tests of the built host: tests send requests as bytes and check replies and events."""
 
 import pathlib
 import sys

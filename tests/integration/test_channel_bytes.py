@@ -1,4 +1,4 @@
-"""What the host makes of bytes on its player channel."""
+"""Tests how the host reads bytes on its player channel."""
 
 import pytest
 
@@ -33,7 +33,7 @@ HOSTILE = {
 }
 
 
-def test_hostile_bytes_are_survived_and_the_next_request_is_answered(host):
+def test_the_next_request_after_hostile_bytes_is_answered(host):
     client = host().client
     for name, data in HOSTILE.items():
         client.send_bytes(data)

@@ -1,4 +1,4 @@
-"""The database key in its file, over runs of the executable."""
+"""Tests the database key in its file, over several runs of the executable."""
 
 import pytest
 
@@ -9,19 +9,19 @@ ASK = "getDatabaseEncryptionKey"
 
 @pytest.fixture
 def key_file(wine_prefix):
-    """Where the key lies; the folder is not there yet."""
+    """Returns the path of the key file, whose folder does not exist yet."""
     return wine_prefix.local_app_data / "Vantro/db.key"
 
 
 def key_of_a_new_run(host):
-    """The key as a fresh start of the executable gives it, which then ends in order."""
+    """Returns the key of a fresh start of the executable, which then ends normally."""
     vantro = host()
     key = vantro.client.invoke(ASK)
     assert vantro.quit() == 0
     return key
 
 
-def test_the_first_call_makes_a_key_and_every_later_one_gives_it_again(host, key_file):
+def test_the_first_call_makes_a_key_and_every_later_one_returns_it(host, key_file):
     assert not key_file.parent.exists()
     client = host().client
     key = client.invoke(ASK)
@@ -30,23 +30,23 @@ def test_the_first_call_makes_a_key_and_every_later_one_gives_it_again(host, key
     assert client.invoke(ASK) == key
 
 
-def test_the_key_survives_a_restart_of_the_executable(host):
+def test_the_key_is_the_same_after_a_restart(host):
     assert key_of_a_new_run(host) == key_of_a_new_run(host)
 
 
-def test_the_key_survives_a_process_that_dies(host):
+def test_the_key_is_the_same_after_a_process_was_killed(host):
     vantro = host()
     key = vantro.client.invoke(ASK)
     vantro.kill()
     assert key_of_a_new_run(host) == key
 
 
-def test_the_key_is_not_in_its_file_in_the_clear(host, key_file):
+def test_the_key_file_does_not_contain_the_plain_key(host, key_file):
     key = key_of_a_new_run(host)
     assert key not in key_file.read_bytes()
 
 
-def test_a_key_file_of_another_run_unwraps(host, key_file):
+def test_a_key_file_of_another_run_is_decrypted(host, key_file):
     first = key_of_a_new_run(host)
     kept = key_file.read_bytes()
     key_file.unlink()
@@ -60,7 +60,7 @@ def test_a_key_file_of_another_run_unwraps(host, key_file):
     lambda content: b"", lambda content: b"garbage" * 40, lambda content: content[:-1],
     lambda content: bytes([content[0] ^ 0xFF]) + content[1:],
 ], ids=["empty", "garbage", "cut", "first byte flipped"])
-def test_a_damaged_file_is_replaced_by_a_new_key_that_lasts(host, key_file, damage):
+def test_a_damaged_file_is_replaced_by_a_new_lasting_key(host, key_file, damage):
     lost = key_of_a_new_run(host)
     key_file.write_bytes(damage(key_file.read_bytes()))
     vantro = host()
@@ -71,7 +71,7 @@ def test_a_damaged_file_is_replaced_by_a_new_key_that_lasts(host, key_file, dama
     assert key_of_a_new_run(host) == new
 
 
-def test_a_folder_that_was_removed_comes_back_with_a_new_key(host, key_file):
+def test_a_removed_folder_is_made_again_with_a_new_key(host, key_file):
     client = host().client
     lost = client.invoke(ASK)
     key_file.unlink()
@@ -81,8 +81,8 @@ def test_a_folder_that_was_removed_comes_back_with_a_new_key(host, key_file):
     assert key_file.exists()
 
 
-def test_a_key_that_cannot_be_stored_is_not_handed_out(host, key_file):
-    key_file.mkdir(parents=True)  # a folder in the place of the file
+def test_a_key_that_cannot_be_stored_is_not_returned(host, key_file):
+    key_file.mkdir(parents=True)  # a folder with the file's name
     client = host().client
     with pytest.raises(MethodError):
         client.invoke(ASK)

@@ -1,9 +1,9 @@
-"""The life of the process as its user and its interface see it."""
+"""Tests the life of the process from its start to its end."""
 
 from tests.support.messages import VK_F11, WM_KEYDOWN
 
 
-def test_a_start_brings_up_one_window_with_its_overlay_and_view(host):
+def test_a_start_opens_one_window_with_its_overlay_and_view(host):
     client = host().client
     (window,) = client.windows("VantroWindowClass")
     (overlay,) = client.windows("VantroFlutterOverlay")
@@ -51,7 +51,7 @@ def test_a_key_on_the_overlay_reaches_the_view(host):
     client.wait_until(lambda: (WM_KEYDOWN, ord("A")) in [(key.message, key.wparam) for key in client.inputs], "the key")
 
 
-def test_f11_on_the_overlay_fills_the_screen_and_comes_back(host):
+def test_f11_on_the_overlay_enters_and_leaves_fullscreen(host):
     client = host().client
     (overlay,) = client.windows("VantroFlutterOverlay")
     (window,) = client.windows("VantroWindowClass")

@@ -1,4 +1,4 @@
-"""The program's manifest, as the built executable carries it."""
+"""Tests the program's manifest in the built executable."""
 
 import xml.etree.ElementTree as ElementTree
 

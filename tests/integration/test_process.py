@@ -1,4 +1,4 @@
-"""The process: one instance, windows by second launches, the end, the dump of a crash."""
+"""Tests the process: one instance, windows opened by second launches, the end, and the dump of a crash."""
 
 import contextlib
 import itertools
@@ -17,7 +17,7 @@ DUMP = "Vantro_Crash.dmp"
 IDOK = 1
 ACCESS_VIOLATION = 0xC0000005
 CPP_EXCEPTION = 0xE06D7363
-DUMP_LIMIT = 90  # seconds; a dump takes its time on a busy machine
+DUMP_LIMIT = 90  # seconds; writing a dump takes long on a busy machine
 TOOL = hosts.BUILD / "devkit/interface/process_tool.exe"
 
 NO_WINDOW_FOUND = "WARNING Could not find existing Vantro window - no instance running?"
@@ -34,14 +34,14 @@ def wait_for_windows(client, count):
 
 
 def wait_for_crash_box(vantro):
-    # The log first: while the dump is written, all other threads of the process stand still and answer nothing.
+    # The log comes first, because all other threads of the process are suspended while the dump is written.
     vantro.wait_for_log(" minidump file" if (vantro.folder / DUMP).is_dir() else "Minidump generated", DUMP_LIMIT)
     (box,) = vantro.client.poll(lambda: vantro.client.windows(BOX), lambda boxes: len(boxes) == 1, "a message box")
     return box
 
 
 def box_text(client, box):
-    """What the message box says: its label, beside the one that shows the icon."""
+    """Returns the text of the message box: its label beside the icon's."""
     return "".join(window.title for window in client.windows("Static") if window.parent == box.handle)
 
 
@@ -92,7 +92,7 @@ def test_arguments_change_nothing(host):
 # Starts that fail.
 
 
-def test_a_player_that_does_not_come_up_shows_a_box_and_ends_with_1(host):
+def test_a_player_that_fails_to_start_shows_a_box_and_ends_with_1(host):
     libraries = {"libvlc.dll": hosts.scripted("full")["libvlc.dll"]}  # no libvlccore.dll beside it
     vantro = host.make(libraries=libraries)
     vantro.start(connect=False)
@@ -138,7 +138,7 @@ def crash_on_the_main_thread(vantro):
 
 
 class UnansweredRequest(threading.Thread):
-    """A request that another thread waits for until the connection ends."""
+    """A request that a separate thread waits for until the connection ends."""
 
     def __init__(self, client, method, arguments, channel):
         super().__init__(daemon=True)
@@ -153,7 +153,7 @@ class UnansweredRequest(threading.Thread):
 def crash_by_an_exception_that_nothing_catches(vantro):
     frame = {"mediaId": "film", "proxyUrl": "http://host/film.mp4", "timeSeconds": 42, "width": 320, "height": 180}
     vantro.client.invoke("initialize", channel=THUMBNAIL_CHANNEL)
-    UnansweredRequest(vantro.client, "getFrame", frame, THUMBNAIL_CHANNEL)  # an integer where a double belongs
+    UnansweredRequest(vantro.client, "getFrame", frame, THUMBNAIL_CHANNEL)  # an integer in place of a double
 
 
 CRASHES = [(crash_on_the_main_thread, ACCESS_VIOLATION), (crash_on_another_thread, ACCESS_VIOLATION),
@@ -162,7 +162,7 @@ CRASHES = [(crash_on_the_main_thread, ACCESS_VIOLATION), (crash_on_another_threa
 
 @pytest.mark.time_limit(180)
 @pytest.mark.parametrize("crash, code", CRASHES)
-def test_a_crash_leaves_a_minidump_tells_the_user_and_ends_with_the_exceptions_code(host, crash, code):
+def test_a_crash_writes_a_minidump_shows_a_box_and_ends_with_its_code(host, crash, code):
     host.allow_violations = True
     vantro = host()
     crash(vantro)
@@ -177,10 +177,10 @@ def test_a_crash_leaves_a_minidump_tells_the_user_and_ends_with_the_exceptions_c
 
 
 @pytest.mark.parametrize("crash, code", CRASHES)
-def test_a_crash_that_cannot_write_its_dump_still_tells_the_user(host, crash, code):
+def test_a_crash_without_a_writable_dump_still_shows_a_box(host, crash, code):
     host.allow_violations = True
     vantro = host.make()
-    (vantro.folder / DUMP).mkdir()  # stands for a folder that can't be written to
+    (vantro.folder / DUMP).mkdir()  # in place of a folder that cannot be written to
     vantro.start()
     crash(vantro)
     box = wait_for_crash_box(vantro)

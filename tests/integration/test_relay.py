@@ -1,4 +1,5 @@
-"""Windows share the provider data of the first one: three windows and eight, in one process, over real channels."""
+"""Tests that windows share the provider data of the first one: three and eight windows in one process, over real
+channels."""
 
 import array
 
@@ -22,7 +23,7 @@ NESTED = {
 
 
 def with_windows(host, count):
-    """The client of a host with so many windows, the later ones opened by second launches."""
+    """Returns the client of a host with that many windows, the later ones opened by second launches."""
     client = host().client
     for expected in range(2, count + 1):
         assert host(connect=False).wait() == 0
@@ -31,7 +32,7 @@ def with_windows(host, count):
 
 
 def main_window_of(client, engine):
-    """Engines count in the order in which windows are made, and handles rise in it while none has been closed."""
+    """Engines are numbered in the order of their windows, and handles rise in it while none has been closed."""
     return sorted(client.windows(MAIN_WINDOW), key=lambda window: window.handle)[engine - 1]
 
 
@@ -47,14 +48,14 @@ def close(client, engine):
     client.poll(lambda: client.windows(MAIN_WINDOW), lambda windows: len(windows) == count - 1, "one window less")
 
 
-def test_the_first_window_alone_is_the_master_and_every_window_has_an_id_of_its_own(host):
+def test_only_the_first_window_is_the_master_and_every_window_has_a_unique_id(host):
     client = with_windows(host, 3)
     infos = [client.invoke("getWindowInfo", engine=engine) for engine in (1, 2, 3)]
     assert [info["isMasterWindow"] for info in infos] == [True, False, False]
     assert len({info["windowId"] for info in infos}) == 3
 
 
-def test_a_client_asks_and_the_master_alone_is_asked(host):
+def test_a_clients_request_reaches_only_the_master(host):
     client = with_windows(host, 3)
     mark = client.mark()
     assert client.invoke("requestProviderData", engine=3) is True
@@ -63,7 +64,7 @@ def test_a_client_asks_and_the_master_alone_is_asked(host):
 
 
 @pytest.mark.parametrize("count", [3, 8])
-def test_a_nested_chunk_arrives_equal_and_once_at_every_client_and_not_at_the_master(host, count):
+def test_a_nested_chunk_arrives_unchanged_once_at_every_client_but_not_the_master(host, count):
     client = with_windows(host, count)
     mark = client.mark()
     assert client.invoke("sendProviderData", NESTED, engine=1) is True
@@ -81,7 +82,7 @@ def test_a_hundred_chunks_keep_their_order_at_every_client(host):
         assert [chunk.arguments["number"] for chunk in received(client, mark, engine)] == list(range(100))
 
 
-def test_a_large_chunk_passes_whole(host):
+def test_a_large_chunk_arrives_complete(host):
     client = with_windows(host, 2)
     chunk = {"chunkType": "logos", "data": bytes(range(256)) * 20000}
     mark = client.mark()
@@ -89,14 +90,14 @@ def test_a_large_chunk_passes_whole(host):
     assert [event.arguments for event in received(client, mark, 2)] == [chunk]
 
 
-def test_a_client_that_sends_reaches_all_clients_itself_included_and_not_the_master(host):
+def test_a_clients_chunk_reaches_all_clients_and_itself_but_not_the_master(host):
     client = with_windows(host, 3)
     mark = client.mark()
     assert client.invoke("sendProviderData", {"chunkType": "mine"}, engine=3) is True
     assert sorted(chunk.engine for chunk in received(client, mark)) == [2, 3]
 
 
-def test_a_closed_master_is_still_asked(host):
+def test_a_closed_master_still_receives_requests(host):
     client = with_windows(host, 2)
     close(client, 1)
     mark = client.mark()
@@ -104,7 +105,7 @@ def test_a_closed_master_is_still_asked(host):
     assert client.wait_for("providerDataRequested", after=mark).engine == 1
 
 
-def test_a_closed_client_is_still_sent_to(host):
+def test_a_closed_client_still_receives_chunks(host):
     client = with_windows(host, 3)
     close(client, 2)
     mark = client.mark()
@@ -112,7 +113,7 @@ def test_a_closed_client_is_still_sent_to(host):
     assert sorted(chunk.engine for chunk in received(client, mark)) == [2, 3]
 
 
-def test_a_window_from_the_menu_is_a_client_like_any_other(host):
+def test_a_window_opened_from_the_menu_is_a_client(host):
     client = host().client
     client.post(main_window_of(client, 1).handle, WM_COMMAND, NEW_WINDOW_COMMAND)
     client.wait_until(lambda: len(client.engines) == 2, "the second engine")
@@ -122,7 +123,7 @@ def test_a_window_from_the_menu_is_a_client_like_any_other(host):
     assert [chunk.engine for chunk in received(client, mark)] == [2]
 
 
-def test_a_lone_master_sends_to_nobody_and_asks_itself(host):
+def test_a_lone_master_sends_to_no_window_and_receives_its_own_request(host):
     client = host().client
     mark = client.mark()
     assert client.invoke("sendProviderData", NESTED) is True
@@ -137,7 +138,7 @@ def test_a_lone_master_sends_to_nobody_and_asks_itself(host):
     (["chunkType"], MethodError("INVALID_ARGUMENTS", "Arguments must be a map", False)),
     (None, MethodError("INVALID_ARGUMENTS", "Arguments must be a map", False)),
 ], ids=["a number", "empty", "missing", "a list", "nothing"])
-def test_what_is_no_chunk_is_refused_and_sent_to_nobody(host, arguments, error):
+def test_arguments_without_a_chunk_are_refused_and_not_sent(host, arguments, error):
     client = with_windows(host, 2)
     mark = client.mark()
     with pytest.raises(MethodError) as refused:

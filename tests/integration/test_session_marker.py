@@ -1,4 +1,4 @@
-"""A process that dies is noticed at the next start: the marker it leaves, what the user and the interface are told."""
+"""Tests the session marker of a process that dies, and what the next start reports to the user and the interface."""
 
 import random
 
@@ -15,13 +15,13 @@ def marker(wine_prefix):
 
 
 def first_calls(client):
-    """The first two method calls of the host on this connection, once it has answered a request."""
+    """Returns the first two method calls of the host on this connection, once it has answered a request."""
     client.invoke("isPlaying")
     return [(event.method, event.arguments) for event in client.since()[:2]]
 
 
 def die_and_start_again(host):
-    """The process ends without its orderly end after getPosition; the client of the next one."""
+    """Ends the process abruptly after getPosition. Returns the client of the next process."""
     dying = host()
     dying.client.invoke("getPosition")
     dying.kill()
@@ -35,12 +35,12 @@ def test_a_process_that_dies_leaves_the_last_method_as_running(host, marker):
     assert marker.read()[:2] == (True, "getPosition")
 
 
-def test_the_start_after_a_death_tells_of_it_before_anything_else(host):
+def test_the_start_after_a_death_reports_it_before_anything_else(host):
     client = die_and_start_again(host)
     assert first_calls(client) == expected_report("getPosition")
 
 
-def test_a_death_is_told_once(host):
+def test_a_death_is_reported_once(host):
     client = die_and_start_again(host)
     client.invoke("play")
     host.started[-1].quit()
@@ -61,7 +61,7 @@ def test_an_orderly_end_reports_nothing(host, marker):
     assert reports(host().client) == []
 
 
-def test_a_second_window_of_a_healthy_session_is_told_the_last_method_and_the_first_one_nothing(host):
+def test_a_second_window_of_a_healthy_session_gets_the_report_and_the_first_none(host):
     client = host().client
     client.invoke("getDuration")
     mark = client.mark()
@@ -72,13 +72,13 @@ def test_a_second_window_of_a_healthy_session_is_told_the_last_method_and_the_fi
     assert [entry for entry in told if entry[0] == 1] == []
 
 
-def test_a_running_marker_without_an_action_is_told_as_unknown(host, marker):
+def test_a_running_marker_without_an_action_is_reported_as_unknown(host, marker):
     marker.write("running=true\n")
     assert first_calls(host().client) == expected_report("unknown")
 
 
-def test_a_temporary_folder_that_cannot_be_written_does_not_disturb_the_session(host, marker):
-    marker.path.mkdir()  # no file can be opened under this name
+def test_a_session_runs_with_a_temporary_folder_that_cannot_be_written(host, marker):
+    marker.path.mkdir()  # no file with this name can be opened
     try:
         vantro = host()
         assert vantro.client.invoke("setMedia", {"url": "http://host/stream.ts"}) is True
@@ -89,12 +89,12 @@ def test_a_temporary_folder_that_cannot_be_written_does_not_disturb_the_session(
 
 
 @pytest.mark.time_limit(120)
-def test_a_process_killed_at_random_moments_amid_calls_is_recovered_each_time(host, marker):
+def test_after_kills_at_random_moments_the_next_start_reports_what_the_marker_says(host, marker):
     moments = random.Random(SEED)
     for _ in range(5):
         possible = kill_amid_calls(host(), moments)
         found = marker.read()
-        # A write that the death cut short leaves nothing, which reads as an orderly end.
+        # A write that was cut short by the death leaves nothing, which reads as a normal end.
         assert found is None or (found[0] and found[1] in possible)
         assert reports(host().client) == (expected_report(found[1]) if found else [])
         host.started[-1].quit()

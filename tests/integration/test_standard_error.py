@@ -1,4 +1,4 @@
-"""What the channel layer reports stands in the file to which standard error goes, when and as it is reported."""
+"""Tests that the channel layer's reports are in the file of standard error completely and at once."""
 
 import pytest
 
@@ -12,7 +12,7 @@ NO_NAME = ["Invalid method call; method name is not a string.",
 
 
 def answer_twice(client):
-    """Has a request answered with an error and then declined. When this returns the second answer has been made too."""
+    """Makes the host answer a request with an error and then decline it. Returns after the second answer was made."""
     with pytest.raises(MethodError):
         client.invoke("mvSetActiveIndex", {"index": -1})
     client.invoke("isPlaying")
@@ -22,7 +22,7 @@ def reported(host):
     return [line for line in host.output.splitlines() if not line.startswith("loopback")]
 
 
-def test_a_line_stands_in_the_file_of_a_running_process_at_once(host):
+def test_a_line_is_in_the_file_of_a_running_process_at_once(host):
     running = host()
     answer_twice(running.client)
     assert reported(running).count(DUPLICATE) == 1
@@ -31,7 +31,7 @@ def test_a_line_stands_in_the_file_of_a_running_process_at_once(host):
     assert running.running
 
 
-def test_each_line_stands_whole_however_many_there_are(host):
+def test_each_of_many_lines_is_complete(host):
     running = host()
     for _ in range(50):
         answer_twice(running.client)

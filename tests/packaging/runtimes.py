@@ -1,4 +1,4 @@
-"""Stand-in runtimes for the packages: Windows libraries that export what a test says and do nothing."""
+"""Stand-in runtimes for the packages: Windows libraries that export the functions a test names and do nothing."""
 
 import pathlib
 import subprocess
@@ -11,12 +11,12 @@ import check_runtime  # noqa: E402
 
 
 def published(interface):
-    """The exports of a published libvlc 4 with that interface."""
+    """Returns the exports of a published libvlc 4 with that interface."""
     return {*check_runtime.needed_functions(), *interface}
 
 
 def make_library(path, names):
-    """A 64-bit library with these exports."""
+    """Makes a 64-bit library with these exports."""
     source, definition = path.with_suffix(".c"), path.with_suffix(".def")
     source.write_text("".join(f"void {name}(void) {{}}\n" for name in sorted(names)))
     definition.write_text("EXPORTS\n" + "".join(f"  {name}\n" for name in sorted(names)))
@@ -27,7 +27,7 @@ def make_library(path, names):
 
 
 def make_runtime(folder, names):
-    """A runtime folder whose libvlc.dll has these exports."""
+    """Makes a runtime folder whose libvlc.dll has these exports."""
     (folder / "plugins").mkdir(parents=True)
     (folder / "plugins" / "plugin.dll").write_bytes(b"plugin")
     (folder / "libvlccore.dll").write_bytes(b"core")

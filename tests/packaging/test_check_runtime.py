@@ -1,4 +1,4 @@
-"""Which libvlc a package takes, and what is said of one that it doesn't take."""
+"""Tests which libvlc a package accepts, and the messages for those that it refuses."""
 
 import subprocess
 
@@ -59,7 +59,7 @@ def test_unknown_interface_is_refused(tmp_path):
 
 
 @pytest.mark.parametrize("missing", ["libvlc_video_get_size", "libvlc_event_detach"])
-def test_libvlc_4_that_lacks_a_needed_function_is_refused_by_its_name(tmp_path, missing):
+def test_libvlc_4_without_a_needed_function_is_refused_with_its_name(tmp_path, missing):
     make_runtime(tmp_path / "runtime", published(EVENTS) - {missing})
     assert refusal(tmp_path / "runtime") == f"libvlc.dll: it is a libvlc 4 that lacks {missing}"
 
@@ -88,7 +88,7 @@ def test_folder_without_plugins_is_refused(runtime):
     assert "no plugins folder" in refusal(runtime)
 
 
-def test_package_is_not_made_of_a_runtime_without_its_licence(runtime):
+def test_package_is_not_made_with_a_runtime_without_its_licence(runtime):
     (runtime / "COPYING.txt").unlink()
     (runtime / "AUTHORS.txt").write_text("names are no licence")
     out = runtime.parent / "out"
@@ -99,7 +99,7 @@ def test_package_is_not_made_of_a_runtime_without_its_licence(runtime):
     assert not out.exists()
 
 
-def test_package_is_not_made_of_a_runtime_that_will_not_do(tmp_path):
+def test_package_is_not_made_with_an_unsuitable_runtime(tmp_path):
     make_runtime(tmp_path / "runtime", {"libvlc_new"})
     result = subprocess.run([ROOT / "packaging/make-package", "--runtime", tmp_path / "runtime", "--out", tmp_path / "out"],
                             capture_output=True, text=True)

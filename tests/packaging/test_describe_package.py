@@ -1,4 +1,4 @@
-"""What of others is found in a program, and what is said of it."""
+"""Tests which components of others are found in a program, and how they are described."""
 
 import os
 import subprocess
@@ -26,7 +26,7 @@ Obj: ``:
 FOREIGN = "Mod 0005 | `inflate.o`:\nObj: `{path}`:\n"
 
 
-def test_linked_is_what_comes_from_outside_the_build():
+def test_linked_files_are_used_archives_and_objects_outside_the_build():
     assert components.linked_files(MODULES.format(more="")) == {"libstdc++.a", "crt2.o"}
 
 
@@ -62,7 +62,7 @@ def stage(tmp_path):
     return tmp_path / "stage"
 
 
-def test_description_of_the_same_files_is_the_same_bytes(stage, tmp_path):
+def test_description_of_the_same_files_has_the_same_bytes(stage, tmp_path):
     written = []
     for _ in range(2):
         assert describe(stage, tmp_path).returncode == 0

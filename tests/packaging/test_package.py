@@ -1,4 +1,5 @@
-"""The packages as a user meets them: the zip is unpacked, the installer runs silently, and both go away again."""
+"""Tests the packages as a user gets them: the zip is unpacked, and the installer runs silently and is uninstalled
+again."""
 
 import hashlib
 import json
@@ -51,13 +52,13 @@ def test_zip_holds_the_host_its_texts_the_bundle_and_the_runtime(package, tmp_pa
     assert contents(tmp_path / archive.stem) == EXPECTED
 
 
-def test_adapter_is_libvlc_and_the_runtime_lies_under_it(package):
+def test_adapter_is_libvlc_dll_and_the_runtime_is_libvlc_real_dll(package):
     [stage] = [folder for folder in package.glob("vantro-*") if folder.is_dir()]
     assert "libvlc_media_player_stop" in check_runtime.exports_of(stage / "libvlc.dll")
     assert check_runtime.exports_of(stage / "libvlc-real.dll") == published(check_runtime.interfaces()[0])
 
 
-def test_notices_hold_the_licence_of_each_linked_library_and_say_where_those_of_the_runtime_are(stage):
+def test_notices_hold_each_linked_librarys_licence_and_point_to_the_runtimes(stage):
     text = (stage / "NOTICES.txt").read_bytes().decode()
     assert text.count("\n") == text.count("\r\n")
     for phrase in ("GCC RUNTIME LIBRARY EXCEPTION", "the mingw-w64 project", "Lucent Technologies", "Lockless Inc.", "NSIS",
@@ -74,7 +75,7 @@ def test_bill_of_materials_lists_every_file_with_its_checksum(stage, package):
     assert json.loads(beside.read_text()) == bill
 
 
-def test_bill_of_materials_is_whole(stage):
+def test_bill_of_materials_is_complete(stage):
     bill = json.loads((stage / "vantro.spdx.json").read_text())
     assert bill["spdxVersion"] == "SPDX-2.3"
     names = {entry["SPDXID"] for entry in bill["packages"] + bill["files"]}
@@ -116,7 +117,7 @@ def test_shipped_program_links_no_network_library(stage, name):
     assert not libraries & {"ws2_32.dll", "wsock32.dll", "winhttp.dll", "wininet.dll", "urlmon.dll", "webio.dll", "dnsapi.dll"}
 
 
-def test_silent_install_puts_every_file_in_place_and_silent_uninstall_takes_only_these_away(package, prefix):
+def test_silent_install_places_every_file_and_silent_uninstall_removes_only_these(package, prefix):
     [setup] = package.glob("vantro-*-setup.exe")
     assert run(prefix, setup, "/S") == 0
     [exe] = find(prefix, "vantro.exe")
@@ -125,7 +126,7 @@ def test_silent_install_puts_every_file_in_place_and_silent_uninstall_takes_only
 
     kept = folder / "notes of the user.txt"
     kept.write_text("mine")
-    # In place (_?=): without it the uninstaller copies itself away and ends before it is done.
+    # In place (_?=): otherwise the uninstaller copies itself elsewhere and the first process ends too early.
     target = "Z:" + str(folder).replace("/", "\\")
     assert run(prefix, folder / "uninstall.exe", "/S", f"_?={target}") == 0
     # An uninstaller that runs in place cannot delete itself.

@@ -1,11 +1,11 @@
-// faults NAME: does one wrong thing on purpose, so that a run of the checks can show first that they notice.
+// faults NAME: makes one error on purpose, so that a run of the checks can first prove that they find it.
 #include <climits>
 #include <cstdio>
 #include <cstring>
 
 int main(int argc, char** argv) {
   const char* fault = argc > 1 ? argv[1] : "";
-  // Volatile: nothing here may be optimised away.
+  // Volatile, so that nothing here is optimised away.
   if (std::strcmp(fault, "signed-overflow") == 0) {
     volatile int largest = INT_MAX;
     largest = largest + argc;

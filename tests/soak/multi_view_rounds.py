@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
-"""Goes from the single view to a grid and back, round after round, with real streams playing, and counts the players
+"""Changes from the single view to a grid and back, round after round, while real streams play, and counts the players
 and video windows after each round.
 
     multi_view_rounds.py [--rounds N] [--minutes M] [--count-players-every K]
 
-A round adds three tiles, makes another one active, swaps, replaces and removes tiles, and leaves by promotion or by one
-of the two plain ways. After it there must be one player and one video window. Two things keep a window by design and
-are left out here (test_multi_view.py has them): a tile swapped to the front, and a stream added outside the grid.
+A round adds three tiles, activates another one, swaps, replaces and removes tiles, and leaves the grid by promotion or
+in one of the two plain ways. After it there must be one player and one video window. Two actions keep a window by
+design and are left out here (test_multi_view.py tests them): a tile swapped to the front, and a stream added outside
+the grid.
 
-Prints a line of figures every ten rounds, and at the end how the process's own memory went over them; fails at the
-first round that leaves a player or a window.
+Prints a line of figures every ten rounds, and at the end the trend of the process's own memory. Fails at the first
+round that leaves a player or a window.
 """
 
 import argparse
@@ -34,11 +35,11 @@ REPORT_EVERY = 10  # rounds
 
 
 class Left(AssertionError):
-    """A round left something behind."""
+    """A round left a player or a window."""
 
 
 class Rounds:
-    """Plays rounds on a running host. url turns the name of a stream into an address."""
+    """Plays rounds on a running host. url converts the name of a stream to an address."""
 
     def __init__(self, client, meters, url):
         self.done = 0
@@ -98,7 +99,7 @@ def soak(host, meters, url, arguments):
             memory[rounds.done] = now.written_kib
             tell(rounds, began, now)
     if len(memory) > 2:
-        # Streams are opened and closed all the time, so single values scatter by some 10 MB.
+        # Streams are opened and closed all the time, so single values vary by some 10 MB.
         slope = statistics.linear_regression(list(memory), list(memory.values())).slope
         print(f"{rounds.done} rounds; the straight line through the memory rises by {slope:.1f} KiB a round")
     if (code := host.quit()) != 0:

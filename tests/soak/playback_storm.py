@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""Changes the stream again and again, on real streams healthy and broken, and looks at the process in between.
+"""Changes the stream again and again, with healthy and broken real streams, and checks the process in between.
 
     playback_storm.py [--rounds N] [--seconds S]
 
-A round is one setMedia. What follows it changes from round to round: nothing at all, the wait for onPlaying, the wait
-for a time. Every 25 rounds the player is stopped and the process is measured when it has come to rest. It must come to
-rest with the threads, files and handles that it had the first time, and its memory must not grow from one half of the
-storm to the other, which a storm of fewer than 400 rounds is too short to tell. A request without an answer within 20 s
-counts as a deadlock: the host is killed, and the kernel's view of its threads is printed.
+A round is one setMedia. The rounds differ in what follows it: nothing, the wait for onPlaying, or the wait for a time.
+Every 25 rounds the player is stopped and the process is measured when it is idle. It must then have the same threads,
+files and handles as the first time. Its memory must not grow from one half of the storm to the other, which a storm of
+fewer than 400 rounds is too short to show. A request without an answer within 20 s counts as a deadlock: the host is
+killed, and the kernel's view of its threads is printed.
 """
 
 import argparse
@@ -32,22 +32,22 @@ ROUNDS_BETWEEN_SAMPLES = 25
 REST_SECONDS = 10
 SLACK_THREADS = 2  # libvlc keeps a worker or two for a while
 SLACK_FILES = 8
-SLACK_HANDLES = 4  # ended threads whose handles the system still closes
+SLACK_HANDLES = 4  # ended threads whose handles the system has not closed yet
 GROWTH_KIB_A_ROUND = 16
-ROUNDS_TO_JUDGE_MEMORY = 400  # what is at rest at a moment differs by some MiB, which many rounds divide
+ROUNDS_TO_JUDGE_MEMORY = 400  # idle values differ by some MiB, which is small when divided by many rounds
 PROCESS_TOOL = hosts.BUILD / "devkit/interface/process_tool.exe"
 
 
 @dataclasses.dataclass(frozen=True)
 class Sample:
-    """The process at rest."""
+    """The figures of the idle process."""
 
     usage: Usage
     handles: int  # of the Windows kernel
 
 
 class Storm:
-    """Runs over a started host."""
+    """Runs on a started host."""
 
     def __init__(self, host, server):
         self.host = host
@@ -74,11 +74,11 @@ class Storm:
             each_sample(self)
 
     def deadlock(self):
-        """What to print of a host that does not answer."""
+        """Returns the lines to print about a host that does not answer."""
         return [f"no answer in round {self.rounds + 1}; its threads:", *standing(self._process)]
 
     def uneven(self):
-        """What the process holds more of at rest than it did the first time, as sentences."""
+        """Returns a sentence for each figure of the idle process that is higher than the first time."""
         first, last = self.samples[0], self.samples[-1]
         pairs = [("threads", first.usage.threads, last.usage.threads, SLACK_THREADS),
                  ("open files", first.usage.files, last.usage.files, SLACK_FILES),
@@ -86,8 +86,8 @@ class Storm:
         return [f"{before} {what} became {after}" for what, before, after, slack in pairs if after > before + slack]
 
     def growth(self):
-        """KiB a round: the written memory of the last quarter beside that of the second one, by their medians. The
-        first quarter is left out: caches fill and code is loaded."""
+        """Returns KiB a round: the median written memory of the last quarter compared with that of the second. The
+        first quarter is left out, because caches fill and code is loaded."""
         quarter = len(self.samples) // 4
         if quarter == 0:
             return 0.0
@@ -113,7 +113,7 @@ class Storm:
         try:
             client.wait_until(lambda: any(event.method in outcomes for event in client.events[mark:]), outcomes, 3)
         except WaitTimeout:
-            pass  # An end that setMedia's own stop hid is not told; that the host answers is what counts.
+            pass  # The stop inside setMedia can hide an end. The test is only that the host answers.
 
     def _rest(self):
         assert self.host.client.invoke("stop") is True

@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
-"""A long day of the built host: real streams, and whatever can go wrong with them, in an order that a seed decides.
+"""A long day of the built host: real streams and their possible failures, in an order that a seed decides.
 
-    soak.py [--seconds S] [--steps N] [--seed N]   the story
-    soak.py --kills N [--seed N]                   nothing but deaths amid calls, and the starts after them
+    soak.py [--seconds S] [--steps N] [--seed N]   the scenario
+    soak.py --kills N [--seed N]                   only deaths during calls, and the starts after them
 
-The story is a list of steps drawn with the seed: streams that play, stall, break off or are none; a server that dies;
-grids, windows, fullscreen, preview frames; hostile bytes; a damaged key file; a temporary folder that cannot be written;
-deaths and orderly ends of the process. After each step the host must answer within a limit, show as many windows as were
-opened, stay within its memory, and have broken no rule of answering. Nothing may be lost: the key stays the same over
-restarts, and every death is told at the next start.
+The scenario is a list of steps drawn with the seed: streams that play, stall, break off or are not streams; a server
+that dies; grids, windows, fullscreen, preview frames; hostile bytes; a damaged key file; a temporary folder that cannot
+be written; deaths and normal ends of the process. After each step the host must answer within a limit, show as many
+windows as were opened, stay within its memory limit, and have broken no rule of answering. The key must stay the same
+over restarts, and every death must be reported at the next start.
 
-The same seed draws the same steps; --steps ends after so many of them. The number of a failing step is printed.
+The same seed draws the same steps; --steps ends after that many. The number of a failing step is printed.
 """
 
 import argparse
@@ -37,9 +37,9 @@ from vantro_interface.codec import MethodError, NotImplementedByHost  # noqa: E4
 
 MAIN_WINDOW, OVERLAY = "VantroWindowClass", "VantroFlutterOverlay"
 CACHE_MS = 200
-ANSWER_SECONDS = 5.0  # for getWindowInfo, on a machine that does other work
+ANSWER_SECONDS = 5.0  # for getWindowInfo, on a machine with other work
 PLAY_SECONDS = 20.0
-WINDOWS_A_PROCESS = 6  # a closed window keeps its object until the process ends
+WINDOWS_A_PROCESS = 6  # a closed window's object lives until the process ends
 RESIDENT_KIB = 600 * 1024
 RESIDENT_KIB_A_WINDOW = 60 * 1024
 HOSTILE_MESSAGES = 20
@@ -49,7 +49,7 @@ MUTATED = [("setMedia", {"url": "http://127.0.0.1:9/none.ts", "networkCacheMs": 
 
 
 class Broken(AssertionError):
-    """What must hold does not."""
+    """A required condition does not hold."""
 
 
 def require(condition, what):
@@ -85,7 +85,7 @@ class Story:
         self.in_grid = False
 
     def check(self):
-        """What holds after every step."""
+        """Checks the conditions that hold after every step."""
         began = time.monotonic()
         info = self.client.invoke("getWindowInfo", timeout=ANSWER_SECONDS)
         self.slowest = max(self.slowest, time.monotonic() - began)
@@ -94,7 +94,7 @@ class Story:
             found = len(self.client.windows(name))
             require(found == self.windows, f"{found} windows of {name} instead of {self.windows}")
         require(not self.client.violations, f"rules of answering: {self.client.violations}")
-        # A relayed chunk comes back as it was sent, with the hostile text in it.
+        # A relayed chunk comes back unchanged, with the hostile text in it.
         unreadable = [data for _, data, _ in self.client.undecodable if b"providerDataReceived" not in data]
         require(not unreadable, f"undecodable: {unreadable[:3]}")
         resident = usage(self.process).resident_kib
@@ -106,7 +106,7 @@ class Story:
 
     def set_media(self, url):
         if self.in_grid:
-            self.leave_the_grid()  # a grid's player is in its tiles, and setMedia has none
+            self.leave_the_grid()  # a grid's streams play in its tiles, and setMedia has no player
         mark = self.client.mark()
         require(self.client.invoke("setMedia", {"url": url, "networkCacheMs": CACHE_MS}) is True, "setMedia failed")
         return mark
@@ -196,7 +196,7 @@ class Story:
 
     def make_the_temporary_folder_unwritable(self):
         self.marker.path.unlink(missing_ok=True)
-        self.marker.path.mkdir()  # no file can be opened under this name
+        self.marker.path.mkdir()  # no file with this name can be opened
         try:
             self.client.invoke("getPosition")
         finally:
@@ -224,7 +224,7 @@ class Story:
              (make_the_temporary_folder_unwritable, 1), (die_and_start_again, 2), (end_and_start_again, 1)]
 
     def _dwell(self):
-        # The time that a user looks at a stream; the events it raises are not known beforehand.
+        # The time that a user watches a stream; the events during it are not known beforehand.
         time.sleep(self.chance.uniform(0.2, 2.5))
 
     def _wait_for_windows(self):
@@ -233,7 +233,7 @@ class Story:
 
     def _mutated(self):
         data = bytearray(codec.encode_method_call(*self.chance.choice(MUTATED)))
-        # What names the method stays at times, so that the damage gets to the handlers.
+        # The method's name is sometimes kept, so that the damaged bytes reach the handlers.
         start = self.chance.choice([0, min(len(data) - 1, 10)])
         for _ in range(self.chance.randrange(1, 4)):
             data[self.chance.randrange(start, len(data))] = self.chance.randrange(256)
@@ -258,7 +258,7 @@ def tell_of_failure(story, number, step, error, seed):
 
 
 def run_story(prefix, folder, server, streams, arguments):
-    # The order of the steps has a generator of its own: what happens within a step does not move it.
+    # The order of the steps has its own generator, so that what happens within a step does not change it.
     order = random.Random(arguments.seed)
     story = Story(prefix, folder, server, streams, random.Random(arguments.seed + 1))
     steps, weights = zip(*Story.STEPS)

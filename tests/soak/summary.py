@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Prints, as a Markdown table, what the parts of a soak left in their logs.
+"""Prints the results in the logs of a soak's parts as a Markdown table.
 
     summary.py FOLDER
 """
@@ -8,7 +8,7 @@ import pathlib
 import re
 import sys
 
-# The lines of each part's log that tell what it did, by what they hold. The last one that matches counts.
+# A fragment of each line of a part's log that reports a result. The last matching line counts.
 PARTS = {
     "windows": ["moves and resizes", "windows at once", "windows opened and closed"],
     "player-storm": [],
@@ -26,7 +26,7 @@ def last_with(lines, text):
 
 
 def repeated_tests(lines):
-    """GoogleTest's brief output has a line for each round."""
+    """Summarises GoogleTest's brief output, which has a line for each round."""
     passed = [int(match[1]) for line in lines if (match := re.match(r"\[  PASSED  \] (\d+) test", line))]
     failed = [line for line in lines if line.startswith("[  FAILED  ]")]
     milliseconds = sum(int(match[1]) for line in lines if (match := re.search(r"ran\. \((\d+) ms total\)", line)))

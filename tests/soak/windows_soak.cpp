@@ -1,8 +1,7 @@
-// windows_soak [WINDOWS [MOVES]]: opens and closes windows one after the other, holds eight at once, then moves and
-// resizes one with its overlay. Prints what a closed window costs, since its object is kept until the process ends, and
-// fails when an overlay is ever not where it belongs, or when closed windows hold on to handles or to GDI
-// objects other than their brushes.
-// psapi.h needs windows.h before it.
+// windows_soak [WINDOWS [MOVES]]: opens and closes windows one after the other, keeps eight open at once, then moves
+// and resizes one with its overlay. Prints the cost of a closed window, because its object is kept until the process
+// ends. Fails when an overlay is ever misplaced, or when closed windows keep handles, or GDI objects other than their
+// brushes. psapi.h needs windows.h before it.
 // clang-format off
 #include <windows.h>
 #include <psapi.h>
@@ -27,8 +26,8 @@ constexpr int kShortWindows = 16;
 constexpr int kShortMoves = 400;
 constexpr int kWindowsAtOnce = 8;
 constexpr unsigned kSeed = 4;
-constexpr size_t kBrushesOfAWindow = 2;  // the object of a closed window lives on, and so do they
-constexpr size_t kSlack = 4;             // handles or objects that the system may make for itself meanwhile
+constexpr size_t kBrushesOfAWindow = 2;  // the object of a closed window is kept, and its brushes too
+constexpr size_t kSlack = 4;             // handles or objects that the system may make meanwhile
 
 struct Usage {
   size_t handles;  // of the kernel
@@ -56,7 +55,7 @@ double SecondsSince(std::chrono::steady_clock::time_point start) {
   std::_Exit(1);
 }
 
-// The overlay lies exactly over the client area below the title bar.
+// Returns whether the overlay covers exactly the client area below the title bar.
 bool OverlayIsInPlace(const VantroWindow& window) {
   RECT expected{};
   GetClientRect(window.hwnd_, &expected);
@@ -91,7 +90,7 @@ void Close(const VantroWindow& window) {
 }
 
 void OpenAndCloseOneByOne(VantroWindow& first, int count) {
-  Close(OpenAnother(first));  // what the first of its kind loads counts for none
+  Close(OpenAnother(first));  // what the first window loads is not counted
   test::DrainQueue();
   const Usage before = Measure();
   const auto start = std::chrono::steady_clock::now();
@@ -149,7 +148,7 @@ void MoveAndResize(VantroWindow& window, int count) {
 }
 
 int Run(int windows, int moves) {
-  Measure();  // what counting leaves in the heap counts for none
+  Measure();  // memory that counting itself keeps is not counted
   VantroWindow& first = OpenFirst();
   MoveAndResize(first, moves);
   OpenManyAtOnce(first);

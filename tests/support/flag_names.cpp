@@ -39,7 +39,7 @@ constexpr Name kShow[] = {NAME(SW_HIDE),     NAME(SW_SHOWNORMAL),      NAME(SW_S
                           NAME(SW_MINIMIZE), NAME(SW_SHOWMINNOACTIVE), NAME(SW_SHOWNA),
                           NAME(SW_RESTORE),  NAME(SW_SHOWDEFAULT)};
 constexpr Name kWindowLongs[] = {NAME(GWL_STYLE), NAME(GWL_EXSTYLE), NAME(GWL_ID), NAME(GWLP_USERDATA)};
-// Handles made of numbers, which are no constants of the language.
+// Handles made of numbers, which are not constants in C++.
 constexpr Name kInsertAfter[] = {{0, "HWND_TOP"}, {1, "HWND_BOTTOM"}, {-1, "HWND_TOPMOST"}, {-2, "HWND_NOTOPMOST"}};
 
 #undef NAME

@@ -1,5 +1,5 @@
-// The words of Win32's flags, so that a recorded call reads "SWP_NOACTIVATE|SWP_SHOWWINDOW" and not "80". Bits without
-// a name here stand at the end as a hexadecimal number; no bit at all reads "0".
+// The names of Win32's flags, so that a recorded call reads "SWP_NOACTIVATE|SWP_SHOWWINDOW" and not "80". Bits without
+// a name here are appended as a hexadecimal number. A value without bits reads "0".
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 namespace vantro::test {
 
 std::string PlacementFlags(UINT flags);   // of SetWindowPos
-std::string InsertAfter(HWND after);      // of SetWindowPos: "HWND_TOP", "HWND_TOPMOST"..., else the handle
+std::string InsertAfter(HWND after);      // of SetWindowPos: "HWND_TOP", "HWND_TOPMOST"..., otherwise the handle
 std::string ShowCommand(int command);     // of ShowWindow
 std::string RedrawFlags(UINT flags);      // of RedrawWindow
 std::string StyleNames(DWORD style);      // GWL_STYLE

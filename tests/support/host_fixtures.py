@@ -1,11 +1,11 @@
 """The fixtures that integration and end-to-end tests share.
 
-`host` and `player_host` are functions that start a host and return it; whatever a test starts ends with the test, and
-the end is looked at: no answer may have been given twice or left out, nothing the host said may be undecodable. A test
-that expects otherwise says so with allow_violations.
+`host` and `player_host` are functions that start a host and return it. Everything that a test starts ends with the
+test. At the end each host is checked: it must have given every answer exactly once, and all its messages must be
+decodable. A test that expects otherwise calls allow_violations.
 
-A test that does not end within its limit is ended by a watchdog that prints where every thread stands. The limit is
-60 seconds, or what the marker time_limit(seconds) says.
+A watchdog ends a test that exceeds its limit and prints the stack of every thread. The limit is 60 seconds, or that of
+the marker time_limit(seconds).
 """
 
 import faulthandler
@@ -36,27 +36,27 @@ def watchdog(request):
 
 
 def _prefix_folder(name):
-    # Beside the template, of which a prefix is a clone by hard links.
+    # In the same folder as the template, because a prefix is a clone by hard links.
     return hosts.ROOT / "out/wine" / f"{name}-{os.getpid()}"
 
 
 @pytest.fixture(scope="session")
 def wine_prefix():
-    """One prefix a test session: starting one costs more than a host. Each host begins in it without traces of earlier
-    ones."""
+    """One prefix for each test session, because starting a prefix takes longer than starting a host. Traces of earlier
+    hosts are removed before each host."""
     with hosts.Prefix(_prefix_folder("session")) as prefix:
         yield prefix
 
 
 @pytest.fixture
 def fresh_prefix():
-    """A prefix that no host has run in, for tests that change the system's side of things."""
+    """A prefix that no host has run in, for tests that change the system's settings."""
     with hosts.Prefix(_prefix_folder("fresh")) as prefix:
         yield prefix
 
 
 class HostStarter:
-    """Starts hosts for one test and ends them with it."""
+    """Starts hosts for one test and ends them with the test."""
 
     def __init__(self, prefix, folder, libraries):
         self.prefix = prefix
@@ -66,7 +66,7 @@ class HostStarter:
         self._libraries = libraries
 
     def make(self, **options):
-        """A host that is not started yet; its folder may still be changed."""
+        """Makes a host without starting it, so that its folder can be changed first."""
         options.setdefault("libraries", self._libraries)
         options.setdefault("folder", self._folder / f"host{len(self.started) + 1}")
         host = hosts.Host(self.prefix, options.pop("folder"), **options)
@@ -94,7 +94,7 @@ def _starter(prefix, folder, libraries):
 
 def _require(*files):
     missing = [str(file) for file in files if not file.exists()]
-    # A failure, not a skip: a tier that silently does not run would look green.
+    # A failure and not a skip: a tier that silently does not run would look green.
     assert not missing, f"not built: {', '.join(missing)}; ./dev test builds them"
 
 
@@ -113,26 +113,26 @@ def _player_starter(prefix, folder, libraries):
 
 @pytest.fixture
 def player_host(wine_prefix, tmp_path):
-    """Starts the built host with the adapter and the development library under it, so that real streams play. Its
-    windows have no display; their pictures come from client.capture."""
+    """Starts the built host with the adapter and the development library below it, so that real streams play. Its
+    windows have no display; client.capture takes their pictures."""
     yield from _player_starter(wine_prefix, tmp_path, hosts.player_libraries())
 
 
 @pytest.fixture
 def callbacks_host(wine_prefix, tmp_path):
-    """As player_host, with the development library in the guise of a libvlc 4 of 2026: callbacks and microseconds."""
+    """Like player_host, with the development library in the guise of a libvlc 4 of 2026: callbacks and microseconds."""
     yield from _player_starter(wine_prefix, tmp_path, hosts.player_libraries("callbacks"))
 
 
 @pytest.fixture
 def bare_host(wine_prefix, tmp_path):
-    """As player_host, on the development library without the adapter."""
+    """Like player_host, with the development library but without the adapter."""
     yield from _player_starter(wine_prefix, tmp_path, hosts.bare_libraries())
 
 
 @pytest.fixture(scope="session")
 def screen():
-    """An X server without a viewer."""
+    """An X server that nobody watches."""
     with Display(use_existing=False) as display:
         yield display
 
@@ -145,7 +145,7 @@ def screen_prefix(screen):
 
 @pytest.fixture
 def screen_host(screen_prefix, tmp_path):
-    """As player_host, with its windows on the screen, and the overlay cut away so that the video is seen."""
+    """Like player_host, with its windows on the screen. The overlay is cut away so that the video is visible."""
     for starter in _player_starter(screen_prefix, tmp_path, hosts.player_libraries()):
         make = starter.make
         starter.make = lambda **options: make(**{"glass": True, **options})

@@ -10,7 +10,7 @@ namespace vantro::test {
 
 namespace {
 
-// Turns what the codec reads into an answer.
+// Converts a decoded reply to an answer.
 class AnswerResult : public MethodResult {
  public:
   explicit AnswerResult(Answer& answer) : answer_(answer) {}

@@ -1,5 +1,5 @@
-// The interface's end of a window's channels: sends requests as bytes through the loopback engine, decodes the answers,
-// and keeps the calls that the host makes.
+// The interface's end of a window's channels. It sends requests as bytes through the loopback engine, decodes the
+// answers, and keeps the host's calls.
 #pragma once
 
 #include <ostream>
@@ -14,11 +14,11 @@ namespace vantro::test {
 constexpr char kPlayerChannel[] = "org.vantro.player/communicate";
 constexpr char kThumbnailChannel[] = "org.vantro.thumbnail/worker";
 
-// How one request was answered.
+// The answer to one request.
 struct Answer {
   enum class Kind { kSuccess, kError, kNotImplemented, kNone };
   Kind kind = Kind::kNone;
-  Value value;  // of a success, or the details of an error
+  Value value;  // the result of a success, or the details of an error
   std::string code;
   std::string message;
 
@@ -32,7 +32,7 @@ Answer NotImplemented();
 // Nobody listened, or nobody answered.
 Answer NoAnswer();
 
-// A call that the host made. No argument is a null one.
+// A call that the host made. A missing argument is null.
 struct InterfaceCall {
   std::string method;
   Value argument;
@@ -46,7 +46,7 @@ class InterfaceEnd {
   explicit InterfaceEnd(Loopback& loopback) : loopback_(loopback) {}
 
   Answer Ask(int engine, const char* channel, const std::string& method, const Value& arguments = Value());
-  // What the host called on the player channel, in order; of one engine, or of all for 0.
+  // Returns the host's calls on the player channel in order, of one engine, or of all engines for 0.
   std::vector<InterfaceCall> Calls(int engine = 0) const;
   std::vector<std::string> CallNames(int engine = 0) const;
   void ClearCalls() { sent_.Clear(); }

@@ -1,4 +1,4 @@
-// Redirects the user's local application data, for this process alone.
+// Redirects the user's local application data for this process only.
 #pragma once
 
 #include <windows.h>
@@ -8,8 +8,8 @@
 
 namespace vantro::test {
 
-// While it lives, another registry key stands in the place of HKEY_CURRENT_USER and names the folder as the local
-// application data. The folder need not exist.
+// While the object lives, HKEY_CURRENT_USER is another registry key, in which the given folder is the local application
+// data folder. The folder need not exist.
 class LocalAppDataAt {
  public:
   explicit LocalAppDataAt(const std::filesystem::path& folder);

@@ -29,7 +29,7 @@ std::string ReadFrom(long offset, long* end) {
 
 LogCapture::LogCapture() {
   debugLoggingEnabled = true;
-  WriteLog(kLogDebug, "(capture)");  // opens, and so truncates, the file before its end is taken
+  WriteLog(kLogDebug, "(capture)");  // opens and so truncates the file before its end is read
   ReadFrom(0, &start_);
 }
 
@@ -46,7 +46,7 @@ std::vector<std::string> LogCapture::Lines() const {
     if (!line.empty() && line.back() == '\r') line.pop_back();
     const size_t close = line.find("] ");
     if (line.empty() || line[0] != '[' || close == std::string::npos || line.size() < close + 2 + kTimeLength) {
-      lines.push_back(line);  // the rest of a text that holds a newline
+      lines.push_back(line);  // the rest of a text that contains a newline
     } else {
       lines.push_back(line.substr(1, close - 1) + " " + line.substr(close + 2 + kTimeLength));
     }
@@ -61,9 +61,8 @@ int LogCapture::Count(const std::string& levelAndText) const {
 
 int LogCapture::CountContaining(const std::string& fragment) const {
   const auto lines = Lines();
-  return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const std::string& line) {
-    return line.find(fragment) != std::string::npos;
-  }));
+  return static_cast<int>(std::count_if(
+      lines.begin(), lines.end(), [&](const std::string& line) { return line.find(fragment) != std::string::npos; }));
 }
 
 }  // namespace vantro::test

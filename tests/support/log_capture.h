@@ -1,4 +1,4 @@
-// Reads back what the host wrote to its log while the capture lives. Switches the log on for that time.
+// Reads back the host's log lines that are written while the capture exists. Switches the log on for that time.
 #pragma once
 
 #include <string>
@@ -13,12 +13,12 @@ class LogCapture {
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;
 
-  // The lines since the capture began, each as "LEVEL text" without the time.
+  // Returns the lines since the capture began, each as "LEVEL text" without the time.
   std::vector<std::string> Lines() const;
-  // Whether a line equals "LEVEL text", and how many do.
+  // Returns whether a line equals "LEVEL text", and how many do.
   bool Has(const std::string& levelAndText) const { return Count(levelAndText) > 0; }
   int Count(const std::string& levelAndText) const;
-  // How many lines hold the fragment.
+  // Returns how many lines contain the fragment.
   int CountContaining(const std::string& fragment) const;
 
  private:

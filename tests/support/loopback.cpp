@@ -7,7 +7,7 @@ namespace vantro::test {
 
 namespace {
 
-// Ends the program when the name is missing: every further line of a test would be wrong.
+// Ends the program when the name is missing, because the rest of a test would be wrong.
 FARPROC Find(const char* name) {
   const HMODULE engine = GetModuleHandleA("flutter_windows.dll");
   const FARPROC function = engine ? GetProcAddress(engine, name) : nullptr;

@@ -1,5 +1,5 @@
-// The control functions of the loopback engine for unit tests, found in the flutter_windows.dll that the process has
-// loaded. See devkit/engine/loopback_control.h for what each does.
+// The control functions of the loopback engine for unit tests. They are found in the flutter_windows.dll that the
+// process has loaded. devkit/engine/loopback_control.h describes each.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ using Bytes = std::vector<uint8_t>;
 
 class Loopback {
  public:
-  // Resets the engine library's faults, observers and counters, and does so again at the end.
+  // Resets the engine library's faults, observers and counters, now and in the destructor.
   Loopback();
   ~Loopback();
   Loopback(const Loopback&) = delete;
@@ -34,14 +34,14 @@ class Loopback {
   void SetTopLevelResult(UINT message, bool handled, LRESULT result);
   void SetTopLevelObserver(LoopbackTopLevelObserver observer, void* userData);
   void SetViewObserver(LoopbackViewObserver observer, void* userData);
-  // Takes the place of the observer that SentMessages uses.
+  // Replaces the observer that SentMessages uses.
   void SetSendObserver(LoopbackSendObserver observer, void* userData);
 
-  // What the host answered; nothing if nobody listened or no answer came before the call returned.
+  // Returns the host's answer, or nothing if nobody listened or no answer came before the call returned.
   std::optional<Bytes> Deliver(int engine, const std::string& channel, const Bytes& bytes);
 };
 
-// Keeps what the host sends while it lives, in the order in which it was sent. Any thread may send.
+// Keeps the messages that the host sends while the object exists, in order. Any thread may send.
 class SentMessages {
  public:
   struct Message {

@@ -1,4 +1,4 @@
-"""The session marker as it lies in the temporary folder, and what a start says that finds a dead session's."""
+"""The session marker in the temporary folder, and the report of a start that finds the marker of a dead session."""
 
 import threading
 import time
@@ -7,7 +7,7 @@ from vantro_interface.client import ConnectionLost
 
 FILE_NAME = "vantro_windows_fullscreen_native_marker.txt"
 
-# Requests that a host without a media answers, each of which the marker names while it runs.
+# Requests that a host without a media answers. The marker names each of them while it runs.
 NAMES = ["getPosition", "isPlaying", "getDuration", "getWindowInfo", "getTracksInfo", "play", "pause", "getSpuTracks"]
 
 
@@ -16,7 +16,7 @@ class MarkerFile:
         self.path = temporary_folder / FILE_NAME
 
     def read(self):
-        """(running, last action, its time in ms), or None when there is nothing in it."""
+        """Returns (running, last action, its time in ms), or None when the marker is empty."""
         if not self.path.exists():
             return None
         lines = self.path.read_bytes().decode().split("\r\n")
@@ -31,20 +31,20 @@ class MarkerFile:
 
 
 def expected_report(last_action):
-    """The host's first two calls after a death in this action."""
+    """Returns the host's first two calls after a death during this action."""
     return [("showToast", {"message": f"Recovered from crash (last: {last_action})", "short": "false"}),
             ("appEvent", {"type": "nativeCrashRecovered", "platform": "windows", "lastAction": last_action})]
 
 
 def reports(client):
-    """What the host has said about an earlier death on this connection."""
+    """Returns the host's reports of an earlier death on this connection."""
     client.settle()
     return [(event.method, event.arguments) for event in client.since() if event.method in ("showToast", "appEvent")]
 
 
 def kill_amid_calls(host, moments):
     """Calls one method after the other until the host is killed at a moment from the random generator. Returns the
-    names that its marker may then hold: of the last method that was answered, and of the one after it."""
+    names that its marker may then hold: that of the last answered method, and that of the next one."""
 
     def kill():
         time.sleep(delay)

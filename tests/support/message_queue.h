@@ -3,7 +3,7 @@
 
 namespace vantro::test {
 
-// Serves this thread's messages until there are none; returns the number of WM_QUIT among them.
+// Handles this thread's messages until there are none. Returns the number of WM_QUIT among them.
 int DrainQueue();
 
 }  // namespace vantro::test

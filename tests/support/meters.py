@@ -1,6 +1,7 @@
-"""Reads what the development library tells about its players once a second: which play, what they show and which tone is heard.
+"""Reads the development library's reports about its players, one a second: which play, what they show, and which tone
+is heard.
 
-A host gets it with environment=meters.environment; devkit/libvlc/meter_log.h describes the lines.
+A host writes them with environment=meters.environment; devkit/libvlc/meter_log.h describes the lines.
 """
 
 import dataclasses
@@ -12,7 +13,7 @@ import urllib.parse
 
 @dataclasses.dataclass(frozen=True)
 class Reading:
-    """One player in one second."""
+    """The reading of one player in one second."""
 
     player: str
     stream: str  # the last part of the address without its ending: "red" of http://.../red.ts
@@ -45,15 +46,15 @@ class Meters:
         return {"VANTRO_LIBVLC_STATS": str(self._path)}
 
     def seconds(self):
-        """For each second in which there were players a tuple of their readings, the oldest second first."""
+        """Returns a tuple of readings for each second in which there were players, the oldest second first."""
         text = self._path.read_text() if self._path.exists() else ""
         complete = text[: text.rfind("\n") + 1].splitlines()
         rows = (_reading(line) for line in complete)
         return [tuple(reading for _, reading in second) for _, second in itertools.groupby(rows, lambda row: row[0])]
 
     def wait(self, client, condition, what, timeout=None):
-        """The readings of the newest second for which the condition holds. A second counts only if it began after this
-        call: in an older one there may be sound of before."""
+        """Returns the readings of the newest second for which the condition holds. A second counts only if it began
+        after this call, because an older one may contain earlier sound."""
         whole = len(self.seconds()) + 1
 
         def newest():

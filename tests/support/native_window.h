@@ -1,4 +1,4 @@
-// A plain native window of the test's own, and where windows stand.
+// A plain native window for tests, and the positions of windows.
 #pragma once
 
 #include <windows.h>
@@ -21,7 +21,7 @@ class ParentWindow {
   HWND handle_;
 };
 
-// A child's rectangle in client coordinates of its parent.
+// Returns a child's rectangle in client coordinates of its parent.
 RECT PlaceInParent(HWND child);
 
 }  // namespace vantro::test

@@ -1,4 +1,4 @@
-"""What share of a picture has which plain colour."""
+"""Computes the share of each plain colour in a picture."""
 
 import pathlib
 import struct
@@ -12,7 +12,7 @@ _SAMPLES = 2000
 
 
 def _shares(pixels):
-    """Shares of (red, green, blue) pixels; a pixel that is neither plain nor dark counts for none."""
+    """Returns the shares of (red, green, blue) pixels. A pixel that is neither plain nor dark is not counted."""
     counts = dict.fromkeys(PLAIN, 0)
     for pixel in pixels:
         for name, wanted in PLAIN.items():
@@ -22,7 +22,7 @@ def _shares(pixels):
 
 
 def bmp_colours(data):
-    """Of a BMP with 32 bits a pixel, as the loopback engine's capture gives it."""
+    """Returns the shares of a BMP with 32 bits a pixel, the format of the loopback engine's capture."""
     (offset,) = struct.unpack_from("<I", data, 10)
     count = (len(data) - offset) // 4
     step = max(1, count // _SAMPLES)
@@ -31,7 +31,7 @@ def bmp_colours(data):
 
 
 def screen_colours(display, path, rect):
-    """Of a part (left, top, right, bottom) of the screen; the screenshot stays at the path."""
+    """Returns the shares of a part (left, top, right, bottom) of the screen. The screenshot is kept at the path."""
     display.screenshot(pathlib.Path(path))
     left, top, right, bottom = rect
     crop = f"{right - left}x{bottom - top}+{left}+{top}"

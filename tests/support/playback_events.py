@@ -1,4 +1,4 @@
-"""What holds for the events of any stream, healthy or broken, looked at as they came."""
+"""The rules for the events of any stream, healthy or broken, checked on recorded events."""
 
 import re
 
@@ -22,14 +22,15 @@ WITH_ARGUMENT = {
 
 
 def times(events):
-    """The milliseconds of the time events."""
+    """Returns the milliseconds of the time events."""
     return [int(event.arguments) for event in events if event.method == "onTimeChanged"]
 
 
 def broken_rules(events, main_thread):
-    """The rules that the events of one stream break, from its setMedia on, as sentences; none for a correct host.
+    """Returns a sentence for each rule that one stream's events break, from its setMedia on. A correct host breaks
+    none.
 
-    libvlc raises onMediaChanged inside the call that sets the media when the player is at rest, so on the main thread."""
+    When the player is idle, libvlc raises onMediaChanged inside the call that sets the media, so on the main thread."""
     return [*_wrong_arguments(events), *_wrong_order([event.method for event in events]),
             *[f"{event} came from the main thread" for event in events
               if event.thread == main_thread and event.method != "onMediaChanged"]]

@@ -1,4 +1,4 @@
-// The private state of a player and its rooms, under the names that it has there: for tests and benchmarks.
+// Gives tests and benchmarks the private state of a player and its parts, under the original names.
 #pragma once
 
 #include <string>
@@ -34,10 +34,12 @@ struct PlayerInspector {
         stallTimerId_(player.watchdog_.stallTimerId_),
         primaryStall_(player.watchdog_.primaryStall_) {}
 
-  // A pass of the watchdog at the clock's time.
+  // Runs a pass of the watchdog at the clock's time.
   void RunStallPass(StallWatchdog::TickSource clock) { player_.watchdog_.RunPass(player_.media_.get(), clock); }
   void NudgePlayer(libvlc_media_player_t* mediaPlayer) { player_.watchdog_.NudgePlayer(mediaPlayer); }
-  void AttachEventsToPlayer(libvlc_media_player_t* mediaPlayer) { player_.grid_.maker_.AttachEventsToPlayer(mediaPlayer); }
+  void AttachEventsToPlayer(libvlc_media_player_t* mediaPlayer) {
+    player_.grid_.maker_.AttachEventsToPlayer(mediaPlayer);
+  }
   void DestroyPlayerWindow(MultiViewPlayer& record) { TileMaker::DestroyPlayerWindow(record); }
 
   VLCPlayer& player_;

@@ -1,4 +1,4 @@
-"""Takes a preview frame and looks at the process's windows meanwhile."""
+"""Requests a preview frame and watches the process's windows meanwhile."""
 
 import subprocess
 from concurrent.futures import ThreadPoolExecutor
@@ -7,13 +7,13 @@ from vantro_interface import host as hosts
 from vantro_interface.client import THUMBNAIL_CHANNEL
 
 PROCESS_TOOL = hosts.BUILD / "devkit/interface/process_tool.exe"
-FRAME_SECONDS = 0.8  # the worker waits at least as long between its play and its snapshot
+FRAME_SECONDS = 0.8  # the worker waits at least this long between its play and its snapshot
 
 
 def windows_while_a_frame_is_taken(host, url, look=None):
-    """Asks for a frame of the film at the address. Returns the classes of the visible top-level windows that came up
-    during the request. `look`, if given, is called in its middle. The host's main thread is busy meanwhile, so the
-    windows are watched from another process."""
+    """Requests a frame of the film at the address. Returns the classes of the visible top-level windows that appeared
+    during the request. `look`, if given, is called halfway. The host's main thread is busy meanwhile, so another
+    process watches the windows."""
     client = host.client
     assert client.invoke("initialize", channel=THUMBNAIL_CHANNEL) is True
     arguments = {"mediaId": "film", "proxyUrl": url, "timeSeconds": 5.2, "width": 320, "height": 180}

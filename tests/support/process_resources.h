@@ -1,4 +1,4 @@
-// What this process holds of the system's resources, on systems that do not count them too.
+// Counts this process's handles and GDI objects, also on systems that do not count them.
 #pragma once
 
 #include <windows.h>
@@ -7,12 +7,12 @@
 
 namespace vantro::test {
 
-// Kernel handles. Where GetProcessHandleCount answers 0, the place of a new one tells how many there are, since the
-// lowest free place is taken.
+// Returns the number of kernel handles. Where GetProcessHandleCount returns 0, it is derived from the value of a new
+// handle, because the lowest free value is used.
 size_t HandleCount();
 
-// GDI objects. Where GetGuiResources answers 0, places are counted by making objects until there is no place left, which
-// takes some milliseconds. No other thread may need an object meanwhile.
+// Returns the number of GDI objects. Where GetGuiResources returns 0, objects are made until no more can be made, which
+// takes some milliseconds. No other thread may make an object meanwhile.
 size_t GdiObjectCount();
 
 }  // namespace vantro::test

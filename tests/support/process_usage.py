@@ -1,4 +1,4 @@
-"""What the system tells about a host's process: memory, threads, open files, and where its threads stand."""
+"""The system's figures of a host's process: memory, threads, open files, and where its threads wait."""
 
 import dataclasses
 import pathlib
@@ -11,17 +11,17 @@ _PROC = pathlib.Path("/proc")
 @dataclasses.dataclass(frozen=True)
 class Usage:
     resident_kib: int
-    written_kib: int  # pages of its own that it wrote: program code that another process maps or not does not move it
+    written_kib: int  # private pages that it wrote; unaffected by whether another process maps program code
     threads: int
-    files: int  # Wine's handles of objects are the server's; sockets, files and libvlc's pipes are here
+    files: int  # sockets, files and libvlc's pipes; Wine's object handles are in its server
 
 
 def process_of(executable):
-    """The folder in /proc of the process that runs this executable."""
+    """Returns the folder in /proc of the process that runs this executable."""
     name = windows_path(executable).encode() + b"\0"
     for entry in _PROC.glob("[0-9]*"):
         try:
-            # The launcher has the name too, as an argument.
+            # The launcher's command line also contains the name, as an argument.
             if (entry / "cmdline").read_bytes().startswith(name):
                 return entry
         except OSError:
@@ -37,7 +37,7 @@ def usage(process):
 
 
 def standing(process):
-    """One line a thread: its name, its state, and what in the kernel it waits for."""
+    """Returns one line for each thread: its name, its state, and the kernel function in which it waits."""
     lines = []
     for task in sorted((process / "task").iterdir()):
         try:

@@ -1,4 +1,4 @@
-// A folder of a test's own, gone with all its content at the end.
+// A folder for one test, deleted with its content at the end.
 #pragma once
 
 #include <filesystem>
@@ -20,7 +20,7 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
-// Makes a folder the process's temporary one while it lives. The folder need not exist.
+// Makes a folder the process's temporary folder while the object exists. The folder need not exist.
 class TemporaryFolderAt {
  public:
   explicit TemporaryFolderAt(const std::filesystem::path& folder);
@@ -32,7 +32,7 @@ class TemporaryFolderAt {
   std::wstring before_;
 };
 
-// Binary, as they stand on disk. Reading a file that is not there gives an empty text.
+// Returns the file's bytes unchanged. A missing file gives an empty text.
 std::string ReadFileBytes(const std::filesystem::path& path);
 void WriteFileBytes(const std::filesystem::path& path, const std::string& bytes);
 

@@ -9,7 +9,7 @@ namespace vantro::test {
 
 namespace {
 
-// A control function of the loaded library; a program without the scripted library beside it ends here.
+// Returns a control function of the loaded library. Ends the program when the scripted library is not beside it.
 template <typename Function>
 Function* Resolve(const char* name) {
   const auto address = GetProcAddress(GetModuleHandleA("libvlc.dll"), name);
@@ -22,7 +22,7 @@ Function* Resolve(const char* name) {
 
 #define CONTROL(name) (*Resolve<decltype(name)>(#name))
 
-// Reads a text through a copying control function, which says how long the text is.
+// Reads a text through a control function that copies it and returns its length.
 template <typename Copy>
 std::string ReadText(const Copy& copy) {
   std::string text(copy(nullptr, 0), '\0');

@@ -1,7 +1,7 @@
-"""tally.py JUNIT...: counts the tests of all tiers, names those that failed, and ends with "N passed, M failed".
+"""tally.py JUNIT...: counts the tests of all tiers, names the failed ones, and ends with "N passed, M failed".
 
-A GoogleTest program is one test of ctest but holds many: they are counted by the lines that it printed. A program that
-ended without its last line counts as one failure more. Exits with 1 when a test failed or none ran.
+A GoogleTest program is one test of ctest but contains many, which are counted by the lines that it printed. A program
+that ended without its last line counts as one more failure. Exits with 1 when a test failed or none ran.
 """
 
 import re
@@ -13,7 +13,7 @@ _FAILED = re.compile(r"^\[  FAILED  \] ([\w/.]+\.[\w/]+)(?:, where .*)? \(\d+ ms
 
 
 def tally_program(name, output, succeeded):
-    """What one test program of ctest printed: how many tests passed, and the names of those that did not."""
+    """Returns the number of passed tests and the names of the failed ones from the output of one ctest program."""
     passed = sum(int(number) for number in _PASSED.findall(output))
     failed = [f"{name}: {test}" for test in _FAILED.findall(output)]
     if not succeeded and not failed:

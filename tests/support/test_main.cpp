@@ -1,4 +1,5 @@
-// The main of every unit test program: runs the tests under a watchdog that ends a hung program and says where it hung.
+// The main of every unit test program. Runs the tests under a watchdog that ends a hung program and reports where it
+// hung.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -10,7 +11,7 @@
 namespace {
 
 constexpr int kTestLimitSeconds = 60;
-// Another limit, for runs under checks that slow the program down.
+// Sets another limit in seconds, for runs with checks that slow the program down.
 constexpr char kLimitVariable[] = "VANTRO_TEST_LIMIT";
 constexpr int kHungExitCode = 97;
 

@@ -1,4 +1,4 @@
-"""The tally counts what ran, and what did not run as well as it should."""
+"""Tests that the tally counts the tests that ran and the programs that failed."""
 
 import pytest
 
@@ -29,7 +29,7 @@ def junit(tmp_path):
     ("fail", FAILURE, THREE_PASSED, 3, ["codec_test: the program did not end as it should"]),
     ("run", "", "a program that is no GoogleTest", 1, []),
 ], ids=["all passed", "one failed", "crashed", "bad exit code", "another kind of program"])
-def test_a_program_of_many_tests_counts_as_many(junit, status, extra, output, passed, failed):
+def test_each_test_of_a_program_is_counted(junit, status, extra, output, passed, failed):
     assert tally_file(junit(PROGRAM.format(status=status, extra=extra, output=output))) == (passed, failed, 0)
 
 
@@ -43,6 +43,6 @@ def test_cases_of_pytest_count_one_each(junit):
     assert tally_file(path) == (1, ["a.bad", "a.broken"], 1)
 
 
-def test_nothing_that_ran_is_no_success(junit, capsys):
+def test_a_run_without_tests_is_a_failure(junit, capsys):
     assert main([junit("<testsuite/>")]) == 1
     assert capsys.readouterr().out.endswith("0 passed, 0 failed\n")

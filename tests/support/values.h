@@ -1,4 +1,4 @@
-// Values of the channels that own their memory, as tests write and keep them.
+// Channel values that own their memory, for tests.
 #pragma once
 
 #include <initializer_list>
@@ -10,7 +10,7 @@
 
 namespace vantro {
 
-// What GoogleTest prints of a value.
+// Lets GoogleTest print a value.
 void PrintTo(const EncodableValue& value, std::ostream* out);
 void PrintTo(const OwnedValue& value, std::ostream* out);
 
@@ -18,7 +18,7 @@ namespace test {
 
 using Value = OwnedValue;
 
-// A key that is text, or any value.
+// A key that is text or any other value.
 struct Entry {
   Value key;
   Value value;
@@ -27,7 +27,7 @@ struct Entry {
   Entry(const char* entryKey, Value entryValue) : Entry(Value(entryKey), std::move(entryValue)) {}
   Entry(const char* entryKey, const char* text) : Entry(Value(entryKey), Value(text)) {}
 };
-// Of entries in any order; of equal keys the last stays.
+// Makes a map from entries in any order. Of equal keys the last is kept.
 Value MapOf(const std::vector<Entry>& entries);
 Value ListOf(const std::vector<Value>& elements);
 

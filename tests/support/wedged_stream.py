@@ -1,4 +1,4 @@
-"""A stream whose pictures stop early while its sound goes on."""
+"""A stream whose pictures stop early while its sound continues."""
 
 import subprocess
 
