@@ -1,5 +1,5 @@
-// parse.mjs FILE...: parses Dart files and names the first fault of each. First it parses three broken texts, which have to
-// be refused: a parser that accepts everything would prove nothing.
+// parse.mjs FILE...: parses Dart files and reports the first error of each. First it parses three broken texts, which must
+// be refused, because a parser that accepts everything would prove nothing.
 import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { Language, Parser } from 'web-tree-sitter';
@@ -9,7 +9,7 @@ await Parser.init();
 const parser = new Parser();
 parser.setLanguage(await Language.load(grammar));
 
-// The first node of the tree that is an error or was made up by the parser, or null.
+// Returns the first node of the tree that is an error or was inserted by the parser, or null.
 function fault(node) {
   if (node.isError || node.isMissing) return node;
   for (const child of node.children) {

@@ -13,7 +13,7 @@ def test_forty_changes_of_stream_leave_no_threads_or_files_and_a_playing_host(pl
     storm = Storm(host, server)
     storm.run(ROUNDS, seconds=90, between=10)
     assert storm.rounds == ROUNDS
-    # Too few rounds to tell memory growth from noise; ./dev soak does that.
+    # Too few rounds to distinguish memory growth from noise; ./dev soak does that.
     assert storm.uneven() == []
     mark = host.client.mark()
     assert host.client.invoke("setMedia", {"url": server.url("test.ts"), "networkCacheMs": 300}) is True

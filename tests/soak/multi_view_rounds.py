@@ -82,7 +82,7 @@ class Rounds:
             self._meters.wait(self._client, lambda second: len(second) == 1, f"one player after round {self.done}")
 
 
-def tell(rounds, began, usage_now):
+def print_figures(rounds, began, usage_now):
     print(f"{rounds.done:5} rounds in {time.monotonic() - began:6.1f} s: 1 player, 1 video window, "
           f"{usage_now.threads} threads, {usage_now.files} files, {usage_now.written_kib} KiB", flush=True)
 
@@ -97,7 +97,7 @@ def soak(host, meters, url, arguments):
         if rounds.done % REPORT_EVERY == 0:
             now = usage(process)
             memory[rounds.done] = now.written_kib
-            tell(rounds, began, now)
+            print_figures(rounds, began, now)
     if len(memory) > 2:
         # Streams are opened and closed all the time, so single values vary by some 10 MB.
         slope = statistics.linear_regression(list(memory), list(memory.values())).slope

@@ -23,7 +23,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
 
 from tests.end_to_end.stream_server import StreamServer  # noqa: E402
-from tests.support.process_usage import Usage, process_of, standing, usage  # noqa: E402
+from tests.support.process_usage import Usage, process_of, thread_states, usage  # noqa: E402
 from vantro_interface import host as hosts  # noqa: E402
 from vantro_interface.client import WaitTimeout  # noqa: E402
 
@@ -75,7 +75,7 @@ class Storm:
 
     def deadlock(self):
         """Returns the lines to print about a host that does not answer."""
-        return [f"no answer in round {self.rounds + 1}; its threads:", *standing(self._process)]
+        return [f"no answer in round {self.rounds + 1}; its threads:", *thread_states(self._process)]
 
     def uneven(self):
         """Returns a sentence for each figure of the idle process that is higher than the first time."""
@@ -126,7 +126,7 @@ class Storm:
         self.samples.append(Sample(best, int(handles)))
 
 
-def tell(storm):
+def print_figures(storm):
     now = storm.samples[-1]
     print(f"{storm.rounds:6} rounds: {now.usage.threads} threads, {now.usage.files} files, {now.handles} handles, "
           f"{now.usage.written_kib} KiB written, {now.usage.resident_kib} KiB resident; "
@@ -147,7 +147,7 @@ def main():
         storm = Storm(host, server)
         began = time.monotonic()
         try:
-            storm.run(arguments.rounds, arguments.seconds, tell)
+            storm.run(arguments.rounds, arguments.seconds, print_figures)
             problems = storm.uneven()
             if storm.rounds >= ROUNDS_TO_JUDGE_MEMORY and storm.growth() > GROWTH_KIB_A_ROUND:
                 problems.append(f"each round left {storm.growth():.1f} KiB")

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """A long day of the built host: real streams and their possible failures, in an order that a seed decides.
 
-    soak.py [--seconds S] [--steps N] [--seed N]   the scenario
+    soak.py [--seconds S] [--steps N] [--seed N]   the story
     soak.py --kills N [--seed N]                   only deaths during calls, and the starts after them
 
-The scenario is a list of steps drawn with the seed: streams that play, stall, break off or are not streams; a server
+The story is a list of steps drawn with the seed: streams that play, stall, break off or are not streams; a server
 that dies; grids, windows, fullscreen, preview frames; hostile bytes; a damaged key file; a temporary folder that cannot
 be written; deaths and normal ends of the process. After each step the host must answer within a limit, show as many
 windows as were opened, stay within its memory limit, and have broken no rule of answering. The key must stay the same
@@ -29,7 +29,7 @@ sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
 from tests.end_to_end.stream_server import FaultServer, StreamServer  # noqa: E402
 from tests.support.marker import MarkerFile, expected_report, kill_amid_calls, reports  # noqa: E402
 from tests.support.messages import WM_CLOSE  # noqa: E402
-from tests.support.process_usage import process_of, standing, usage  # noqa: E402
+from tests.support.process_usage import process_of, thread_states, usage  # noqa: E402
 from vantro_interface import codec  # noqa: E402
 from vantro_interface import host as hosts  # noqa: E402
 from vantro_interface.client import THUMBNAIL_CHANNEL, ConnectionLost, WaitTimeout  # noqa: E402
@@ -202,21 +202,21 @@ class Story:
         finally:
             self.marker.path.rmdir()
         self.client.invoke("getPosition")
-        require(self.marker.read()[:2] == (True, "getPosition"), "the marker did not come back")
+        require(self.marker.read()[:2] == (True, "getPosition"), "the marker was not written again")
 
     def die_and_start_again(self):
         self.host.kill()
         found = self.marker.read()
         self.start()
         told = reports(self.client)
-        require(told == (expected_report(found[1]) if found else []), f"after {found} the start told {told}")
+        require(told == (expected_report(found[1]) if found else []), f"after {found} the start reported {told}")
 
     def end_and_start_again(self):
         code = self.host.quit(PLAY_SECONDS)
-        require(code == 0, f"the orderly end gave {code}")
-        require(self.marker.read()[:2] == (False, "shutdown"), f"the marker says {self.marker.read()}")
+        require(code == 0, f"the exit code of an orderly end is {code}")
+        require(self.marker.read()[:2] == (False, "shutdown"), f"the marker is {self.marker.read()}")
         self.start()
-        require(reports(self.client) == [], "a start after an orderly end told of a death")
+        require(reports(self.client) == [], "a start after an orderly end reported a death")
 
     STEPS = [(play_a_stream, 6), (play_a_broken_stream, 6), (let_the_server_die, 3), (use_the_transport, 4),
              (enter_the_grid, 4), (leave_the_grid, 3), (open_a_window, 3), (close_a_window, 3),
@@ -240,17 +240,17 @@ class Story:
         return bytes(data[:self.chance.randrange(1, len(data) + 1)] if self.chance.random() < 0.3 else data)
 
 
-def tell(story, seconds):
+def print_summary(story, seconds):
     print(f"\n{sum(story.counts.values()) - story.counts['frames taken']} steps in {seconds:.0f} s over {story.runs} "
           f"processes; slowest answer {story.slowest * 1000:.0f} ms, most memory {story.most_resident // 1024} MiB")
     for name, count in sorted(story.counts.items()):
         print(f"  {count:5} {name.replace('_', ' ')}")
 
 
-def tell_of_failure(story, number, step, error, seed):
+def print_failure(story, number, step, error, seed):
     print(f"\nfailed at step {number}, {step.__name__}: {error}\nthe same again: soak.py --seed {seed} --steps {number}")
     if story.host.running:
-        print("its threads:", *standing(story.process), sep="\n  ")
+        print("its threads:", *thread_states(story.process), sep="\n  ")
     else:
         print(f"the process ended with {story.host.exit_code:#x}")
     print("last events:", *(f"  {event}" for event in story.client.since()[-30:]), sep="\n")
@@ -273,13 +273,13 @@ def run_story(prefix, folder, server, streams, arguments):
                 step(story)
                 story.check()
             except (Broken, WaitTimeout, ConnectionLost, MethodError, NotImplementedByHost) as error:
-                tell_of_failure(story, number, step, error, arguments.seed)
+                print_failure(story, number, step, error, arguments.seed)
                 return 1
             story.counts[step.__name__] += 1
         story.end_and_start_again()
     finally:
         story.host.close()
-    tell(story, time.monotonic() - began)
+    print_summary(story, time.monotonic() - began)
     return 0
 
 
@@ -296,13 +296,14 @@ def run_kills(prefix, folder, arguments):
             following.quit()
         right = found is None or (found[0] and found[1] in possible)
         if not right or said != (expected_report(found[1]) if found else []):
-            print(f"failed at kill {number}: the marker says {found}, possible were {possible}, the start told {said}")
+            print(f"failed at kill {number}: the marker is {found}, possible were {possible}, "
+                  f"the start reported {said}")
             return 1
         told, torn = told + bool(found), torn + (found is None)
         if number % 10 == 0:
-            print(f"{number:5} kills: {told} told by the next start", flush=True)
-    print(f"{arguments.kills} kills amid calls: {told} told by the next start with the right method, {torn} fell into the "
-          "writing of the marker, which then reads as an orderly end")
+            print(f"{number:5} kills: {told} reported by the next start", flush=True)
+    print(f"{arguments.kills} kills during calls: {told} reported by the next start with the right method, {torn} fell "
+          "into the writing of the marker, which then reads as an orderly end")
     return 0
 
 

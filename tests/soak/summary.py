@@ -12,7 +12,7 @@ import sys
 PARTS = {
     "windows": ["moves and resizes", "windows at once", "windows opened and closed"],
     "player-storm": [],
-    "kills": ["kills amid calls"],
+    "kills": ["kills during calls"],
     "playback-storm": ["threads,", "rounds in"],
     "multi-view-rounds": ["rounds;"],
     "preview-frames": ["passed"],
@@ -34,11 +34,11 @@ def repeated_tests(lines):
             f"{len(failed)} failures"]
 
 
-def told(name, lines):
+def results_of(name, lines):
     failed = [line.strip() for line in lines if re.match(r"failed|FAILED", line)]
-    said = repeated_tests(lines) if name == "player-storm" else [text for part in PARTS[name]
-                                                                for text in last_with(lines, part)]
-    return "; ".join(failed + said)
+    results = repeated_tests(lines) if name == "player-storm" else [text for part in PARTS[name]
+                                                                   for text in last_with(lines, part)]
+    return "; ".join(failed + results)
 
 
 def main():
@@ -46,7 +46,7 @@ def main():
     print("| Part | What it did and found |\n|---|---|")
     for name in PARTS:
         log = folder / f"{name}.log"
-        text = told(name, log.read_text(errors="replace").splitlines()) if log.exists() else "not run"
+        text = results_of(name, log.read_text(errors="replace").splitlines()) if log.exists() else "not run"
         print(f"| {name} | {text.replace('|', '/')} |")
 
 

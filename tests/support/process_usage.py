@@ -36,7 +36,7 @@ def usage(process):
                  len(list((process / "fd").iterdir())))
 
 
-def standing(process):
+def thread_states(process):
     """Returns one line for each thread: its name, its state, and the kernel function in which it waits."""
     lines = []
     for task in sorted((process / "task").iterdir()):
