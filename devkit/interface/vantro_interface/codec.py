@@ -111,7 +111,7 @@ class Reader:
 
     def take(self, size):
         if self.at + size > len(self.data):
-            raise CodecError(f"{size} bytes wanted at {self.at} of {len(self.data)}")
+            raise CodecError(f"{size} bytes needed at {self.at} of {len(self.data)}")
         piece = self.data[self.at : self.at + size]
         self.at += size
         return piece

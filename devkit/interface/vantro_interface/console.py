@@ -142,7 +142,7 @@ def main():
     except OSError as error:
         sys.exit(f"nothing answers on port {port} ({error}): is the host still running?")
     set_up_line_editing()
-    print(f"connected to process {console.client.hello['pid']}, engines {console.client.engines}; .help tells more")
+    print(f"connected to process {console.client.hello['pid']}, engines {console.client.engines}; .help lists the commands")
     try:
         console.run()
     except ConnectionLost as error:
