@@ -46,7 +46,7 @@ typedef void (*LoopbackReply)(const uint8_t* data, size_t size, int32_t replied,
 int32_t LoopbackDeliver(int32_t engine, const char* channel, const uint8_t* bytes, size_t size, LoopbackReply reply,
                         void* userData);
 
-// Sees every message that the host sends. There is one observer for each process; null removes it.
+// Called for every message that the host sends. There is one observer for each process; null removes it.
 typedef void (*LoopbackSendObserver)(int32_t engine, const char* channel, const uint8_t* bytes, size_t size,
                                      void* userData);
 // Returns when no call of the previous observer is running, except when it is called from an observer.
@@ -59,13 +59,13 @@ void LoopbackSetSendAnswer(const uint8_t* bytes, size_t size);
 // Sets what FlutterDesktopViewControllerHandleTopLevelWindowProc does with this message: with handled 1 it returns true
 // and the result. A message that was not set is not handled.
 void LoopbackSetTopLevelResult(UINT message, int32_t handled, LRESULT result);
-// Sees every message passed to FlutterDesktopViewControllerHandleTopLevelWindowProc.
+// Called for every message passed to FlutterDesktopViewControllerHandleTopLevelWindowProc.
 typedef void (*LoopbackTopLevelObserver)(int32_t engine, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
                                          void* userData);
 void LoopbackSetTopLevelObserver(LoopbackTopLevelObserver observer, void* userData);
 
-// Sees every message that reaches a view window's procedure, posted or sent. When the observer returns 1, its answer
-// becomes the procedure's result.
+// Called for every message that reaches a view window's procedure, posted or sent. When the observer returns 1, its
+// answer becomes the procedure's result.
 typedef int32_t (*LoopbackViewObserver)(int32_t engine, HWND view, UINT message, WPARAM wParam, LPARAM lParam,
                                         LRESULT* result, void* userData);
 void LoopbackSetViewObserver(LoopbackViewObserver observer, void* userData);

@@ -22,7 +22,7 @@
 // The messenger handle that the host holds. It outlives its engine as long as the host holds references.
 struct FlutterDesktopMessenger {
   std::atomic<int32_t> references{1};  // the engine's own
-  std::mutex lock;                     // FlutterDesktopMessengerLock; the engine takes it while it is destroyed
+  std::mutex lock;                     // FlutterDesktopMessengerLock; held while the engine is destroyed
   std::atomic<int32_t> engine{0};      // the engine's number; 0 after the engine is destroyed
 };
 

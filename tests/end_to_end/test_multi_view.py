@@ -13,7 +13,7 @@ WM_SYSCOMMAND, SC_MAXIMIZE, SC_RESTORE = 0x112, 0xF030, 0xF120
 
 
 class Grid:
-    """A host on the screen, controlled like by an interface, and checks of its picture and sound."""
+    """A host on the screen, controlled as an interface controls it, with checks of its picture and sound."""
 
     def __init__(self, host, screen, server, folder):
         self.meters = Meters(folder / "meters.jsonl")
