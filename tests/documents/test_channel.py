@@ -57,13 +57,13 @@ def test_new_method_reaches_the_page_the_dart_client_and_the_unit_tests(copy):
     path = copy / "interface/channel.json"
     changed = json.loads(path.read_text())
     changed["channels"][0]["methods"].append({
-        "name": "setSpeed", "does": "plays faster or slower", "reply": {"type": "true"},
+        "name": "aNewMethod", "does": "plays faster or slower", "reply": {"type": "true"},
         "arguments": [{"key": "rate", "type": "number", "default": 1.0, "use": "the speed"}]})
     path.write_text(json.dumps(changed))
     assert generate(copy).returncode == 0
-    assert "| `setSpeed` | `rate` number (1.0) | plays faster or slower | `true`, always |" in (copy / "docs/channel.md").read_text()
-    assert "Future<void> setSpeed({double rate = 1.0}) async" in (copy / "interface/dart/lib/src/player_channel.dart").read_text()
-    assert (copy / "tests/unit/channel/channel_data.h").read_text().count('"setSpeed"') == 2
+    assert "| `aNewMethod` | `rate` number (1.0) | plays faster or slower | `true`, always |" in (copy / "docs/channel.md").read_text()
+    assert "Future<void> aNewMethod({double rate = 1.0}) async" in (copy / "interface/dart/lib/src/player_channel.dart").read_text()
+    assert (copy / "tests/unit/channel/channel_data.h").read_text().count('"aNewMethod"') == 2
 
 
 def read_arguments():
@@ -119,6 +119,13 @@ def test_events_are_named_in_the_product():
     text = sources("channel", "player", "shell")
     missing = [event["name"] for event in PLAYER["events"] if f'"{event["name"]}"' not in text]
     assert not missing
+
+
+def test_every_call_to_the_interface_is_described():
+    calls = r'(?:SendChannelEvent|InvokeMethod|BroadcastEncodableToClientWindows)\("(\w+)"'
+    sent = set(re.findall(calls, sources("channel", "player", "services", "shell")))
+    assert {"showToast", "settings_requested", "providerDataReceived"} <= sent
+    assert sent <= {event["name"] for event in PLAYER["events"]}
 
 
 def test_channels_are_those_that_the_product_serves():
