@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """report.py BUILD: reports which lines of the product the runs of an instrumented build visited.
 
-Prints a table of the folders and then the unvisited lines, each with its source. The second table of the section
+Prints a table of the folders and then the unvisited lines, each with its source. The table of the section
 "Coverage" in docs/testing.md excuses lines: a number of lines of a function, with a reason. Exits with 1 when there is
 no data, or when more lines are unvisited than are excused.
 """

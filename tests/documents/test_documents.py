@@ -25,6 +25,21 @@ def test_every_link_points_to_an_existing_file(document):
     assert not missing, f"{document.name} links to what does not exist: {missing}"
 
 
+def anchors(document):
+    """The anchors that a hosting service makes from the headings of a document."""
+    prose = re.sub(r"^```.*?^```", "", document.read_text(), flags=re.DOTALL | re.MULTILINE)
+    return {re.sub(r"[^\w\- ]", "", heading).strip().lower().replace(" ", "-")
+            for heading in re.findall(r"^#+ (.+)$", prose, re.MULTILINE)}
+
+
+@pytest.mark.parametrize("document", DOCUMENTS, ids=identifiers(DOCUMENTS))
+def test_every_link_to_a_heading_finds_it(document):
+    links = re.findall(r"\[[^\]]*\]\(([^)#\s]*)#([^)]+)\)", document.read_text())
+    missing = [f"{target}#{anchor}" for target, anchor in links if "://" not in target
+               and anchor not in anchors(document.parent / target if target else document)]
+    assert not missing, f"{document.name} links to headings that do not exist: {missing}"
+
+
 @pytest.mark.parametrize("document", DOCUMENTS, ids=identifiers(DOCUMENTS))
 def test_every_file_named_in_a_document_exists(document):
     named = {match.group(1) for match in NAMED.finditer(document.read_text())}
