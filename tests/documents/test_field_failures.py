@@ -46,6 +46,7 @@ def test_the_texts_of_boxes_and_starts_are_those_of_the_host():
     found = texts(SOURCES)
     for text in ("Failed to initialize COM", "Failed to initialize application", "Vantro has encountered a fatal error",
                  "ERROR: Failed to create Flutter controller (nullptr returned)",
-                 "SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!", "Note: app.so not found (JIT mode)",
+                 "SyncFlutterOverlayPosition: ERROR - flutterHostWindow_ is NULL!", "ERROR: libvlccore.dll not found at:",
+                 "Note: app.so not found (JIT mode)",
                  "CRITICAL ERROR: Neither kernel_blob.bin (JIT) nor app.so/app.elf (AOT) found!"):
         assert text in found and text in " ".join(PAGE.split())
