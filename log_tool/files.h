@@ -1,4 +1,4 @@
-// The tool's files and its output.
+// Reads and writes whole files, and formats paths for messages.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ enum class ReadResult { kRead, kNotReadable, kTooLarge };
 // Reads a whole file. The content is set for kRead only.
 ReadResult ReadWholeFile(const std::filesystem::path& path, std::string* content);
 
-// Writes a whole file, over one that is there. False when not all of it could be written.
+// Writes a whole file and replaces an existing one. Returns false unless all of it was written.
 bool WriteWholeFile(const std::filesystem::path& path, const std::string& content);
 
 // A path as UTF-8, for messages.

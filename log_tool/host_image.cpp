@@ -11,7 +11,7 @@ constexpr uint32_t kPeMagic = 0x00004550;
 constexpr uint16_t kMachine = 0x8664;
 constexpr uint16_t kPe32Plus = 0x20B;
 
-// Where the fields lie, in bytes from the PE header, the section header or the export directory.
+// The offsets of the fields, in bytes from the PE header, the section header or the export directory.
 constexpr uint64_t kPeHeaderAt = 0x3C;
 constexpr uint64_t kMachineAt = 4;
 constexpr uint64_t kSectionCountAt = 6;
@@ -29,7 +29,7 @@ constexpr uint64_t kFunctionsAt = 28;
 constexpr uint64_t kNamesAt = 32;
 constexpr uint64_t kOrdinalsAt = 36;
 
-// Reads little-endian numbers. A read beyond the end gives nothing.
+// Reads little-endian numbers. A read beyond the end returns nothing.
 class Reader {
  public:
   explicit Reader(std::span<const std::byte> file) : file_(file) {}
@@ -52,7 +52,7 @@ class Reader {
   std::span<const std::byte> file_;
 };
 
-// Where in the file the bytes at an offset of the loaded image lie.
+// Returns the offset in the file for an offset in the loaded image.
 std::optional<uint64_t> FileOffset(const Reader& file, uint64_t header, uint32_t imageOffset) {
   const uint64_t sections = header + kOptionalAt + file.At<uint16_t>(header + kOptionalSizeAt).value_or(0);
   const uint16_t count = file.At<uint16_t>(header + kSectionCountAt).value_or(0);
@@ -66,7 +66,8 @@ std::optional<uint64_t> FileOffset(const Reader& file, uint64_t header, uint32_t
   return std::nullopt;
 }
 
-// The PE header of a program for 64-bit Windows with an export directory.
+// Returns the offset of the PE header. Returns nothing unless the file is a program for 64-bit Windows with an export
+// directory.
 std::optional<uint64_t> HeaderOf(const Reader& file) {
   const auto header = file.At<uint32_t>(kPeHeaderAt);
   if (file.At<uint16_t>(0) != kDosMagic || !header || file.At<uint32_t>(*header) != kPeMagic) return std::nullopt;
@@ -82,7 +83,7 @@ std::optional<uint32_t> ExportOffset(std::span<const std::byte> bytes, std::stri
   const Reader file(bytes);
   const auto header = HeaderOf(file);
   if (!header) return std::nullopt;
-  // The file's offset of the table whose image offset is at this place of the file.
+  // Returns the file offset of the table whose image offset is stored at this file offset.
   const auto follow = [&](uint64_t place) -> std::optional<uint64_t> {
     const auto offset = file.At<uint32_t>(place);
     return offset ? FileOffset(file, *header, *offset) : std::nullopt;
@@ -97,7 +98,7 @@ std::optional<uint32_t> ExportOffset(std::span<const std::byte> bytes, std::stri
   const uint32_t nameCount = file.At<uint32_t>(*directory + kNameCountAt).value_or(0);
   for (uint64_t index = 0; index < nameCount; ++index) {
     const auto ordinal = file.At<uint16_t>(*ordinals + 2 * index);
-    if (!ordinal) return std::nullopt;  // a count that the file has no room for
+    if (!ordinal) return std::nullopt;  // the count is larger than the table
     const auto text = follow(*names + 4 * index);
     if (!text || !file.TextAt(*text, name)) continue;
     if (*ordinal >= functionCount) return std::nullopt;

@@ -1,4 +1,4 @@
-// Looks for the switch of the log in the file of a host. Works on plain bytes and may be called from any thread.
+// Finds the switch of the log in the file of a host. Works on plain bytes and may be called from any thread.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,8 @@
 
 namespace vantro::log_tool {
 
-// The offset, in bytes from where the image is loaded, of what a program for 64-bit Windows exports under this name.
-// Nothing when the bytes are no such program, or one without that export. The bytes may be anything.
+// Returns the offset of the export with this name, in bytes from the start of the loaded image. Returns nothing when
+// the bytes are not a program for 64-bit Windows or the program has no such export. Accepts any bytes.
 std::optional<uint32_t> ExportOffset(std::span<const std::byte> file, std::string_view name);
 
 }  // namespace vantro::log_tool

@@ -1,7 +1,7 @@
-// vantro-log: runs the host with its log on, or takes what is private out of a log.
+// vantro-log: runs the host with its log on, or removes private data from a log.
 // clang-format off
 #include <windows.h>
-#include <shellapi.h>  // takes its types from windows.h
+#include <shellapi.h>  // needs the types of windows.h
 // clang-format on
 
 #include <cstdio>

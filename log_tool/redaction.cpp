@@ -13,12 +13,13 @@ constexpr std::string_view kSearchText = "Search debounce complete, query: '";
 constexpr std::string_view kKeyCode = "key=";
 constexpr std::string_view kTime = " 0000-00-00 00:00:00.000 ";  // a 0 stands for any digit
 
-// What the host's own lines go on with after an address.
+// The fields that follow an address in the host's log lines.
 constexpr std::array<std::string_view, 4> kFieldsBehindAddress = {" isLive=", ", name=", ", time=", ", proxyUrl="};
 
 bool IsDigit(char character) { return character >= '0' && character <= '9'; }
 
-// A user info that holds a "/", "?" or "#" ends the authority early: what is left looks like a port that is no number.
+// A user info that contains a "/", "?" or "#" ends the authority early. The rest then looks like a port that is not a
+// number.
 bool MayBeCutUserInfo(std::string_view authority) {
   if (authority.starts_with('[')) return false;  // an IPv6 address
   const size_t colon = authority.find(':');

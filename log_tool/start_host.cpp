@@ -21,7 +21,7 @@ constexpr wchar_t kInstanceMutex[] = L"Vantro_SingleInstance_Mutex";
 constexpr char kSwitch[] = "debugLoggingEnabled";
 constexpr size_t kImageBaseInPeb = 0x10;  // bytes into the process environment block of a 64-bit process
 
-// A process that is ended, if it still waits for its first instruction, when this goes out of scope.
+// Owns a process that was started suspended. The destructor ends the process if it has not been resumed.
 class SuspendedProcess {
  public:
   SuspendedProcess() = default;
@@ -83,7 +83,7 @@ bool HostIsRunning() {
   return mutex || GetLastError() == ERROR_ACCESS_DENIED;
 }
 
-// Empties the log of an earlier run, so that what is there afterwards is of this one.
+// Empties the log of an earlier run, so that the file contains only the lines of this run.
 bool ClearLog(const std::filesystem::path& log) { return WriteWholeFile(log, {}); }
 
 ExitCode Fail(ExitCode code, const std::string& reason) {

@@ -1,9 +1,9 @@
-"""Says whether a folder holds a libvlc that the runtime adapter can work with.
+"""Checks whether the runtime adapter can work with the libvlc of a folder.
 
-    check_runtime.py FOLDER     prints the path of the library; or one line why it won't do, and exits with 1
+    check_runtime.py FOLDER     prints the path of the library, or prints the reason for a refusal and exits with 1
 
-The library is FOLDER/libvlc-real.dll if it is there, as in a folder that already has an adapter, else FOLDER/libvlc.dll.
-What is needed is read from the adapter's own table, so that this check and the adapter can't disagree.
+The library is FOLDER/libvlc-real.dll if that file exists, as in a folder that already has an adapter. Otherwise it is
+FOLDER/libvlc.dll. The needed functions are read from the adapter's own table, so this check and the adapter agree.
 """
 
 import pathlib
@@ -17,18 +17,19 @@ AMD64 = pefile.MACHINE_TYPE["IMAGE_FILE_MACHINE_AMD64"]
 
 
 class Unfit(Exception):
-    """Why a runtime won't do, as one sentence."""
+    """The reason why a runtime is refused, as one sentence."""
 
 
 def needed_functions():
-    """The functions that the adapter needs of either interface of libvlc 4."""
+    """The functions that the adapter needs from a libvlc 4 of either interface."""
     text = (ROOT / "runtime/real_library.h").read_text()
     table = text[text.index("#define RUNTIME_NEEDED_FUNCTIONS"):text.index("#define RUNTIME_OPTIONAL_FUNCTIONS")]
     return re.findall(r"X\((libvlc_\w+),", table)
 
 
 def interfaces():
-    """For each interface that the adapter knows, the functions that only it has, the one that marks it first."""
+    """For each interface that the adapter supports, a list of the functions that only this interface has. The first
+    function identifies the interface."""
     found = []
     for name in ("events_interface.cpp", "callbacks_interface.cpp"):
         text = (ROOT / "runtime" / name).read_text()
@@ -68,7 +69,7 @@ def judge(exports):
 
 
 def library_of(folder):
-    """The library of a runtime folder. Raises Unfit when the folder won't do."""
+    """The library of a runtime folder. Raises Unfit when the adapter can't work with the folder."""
     folder = pathlib.Path(folder)
     library = next((folder / name for name in ("libvlc-real.dll", "libvlc.dll") if (folder / name).is_file()), None)
     if not library:

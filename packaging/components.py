@@ -1,4 +1,4 @@
-"""What of others is in the programs: read from their PDBs, and matched with packaging/components.json."""
+"""Finds the third-party code in the programs: reads their PDBs and looks the files up in packaging/components.json."""
 
 import json
 import re
@@ -14,16 +14,16 @@ class Unknown(Exception):
 
 
 def linked_files(modules):
-    """The names of the libraries and objects outside the build folder that a program holds code of. The text is what
-    llvm-pdbutil tells of the modules in its PDB."""
+    """The names of the libraries and objects outside the build folder whose code is in a program. The text is the output
+    of llvm-pdbutil for the modules in the program's PDB."""
     paths = re.findall(r"^ *Obj: `(.+)`", modules, re.MULTILINE)
-    # The linker puts the build's own files, which it gets as relative paths, into a folder of this name.
+    # The build passes its own files to the linker as relative paths. The linker records them under this folder.
     foreign = [path for path in paths if not re.match(r"C:[/\\]vantro[/\\]", path)]
     return {re.split(r"[/\\]", path)[-1] for path in foreign if re.search(r"\.(a|lib|o|obj)$", path)}
 
 
 def modules_of(pdb):
-    """What llvm-pdbutil tells of the modules in a PDB."""
+    """The output of llvm-pdbutil for the modules in a PDB."""
     return subprocess.run(["llvm-pdbutil", "dump", "-modules", pdb], check=True, capture_output=True, text=True).stdout
 
 
@@ -41,7 +41,7 @@ def notice(component):
 
 
 def versions(compiler):
-    """The version of each component, by its id, as the compiler and makensis tell."""
+    """The version of each component by its id, as the compiler and makensis report it."""
     def output(*command, stdin=""):
         return subprocess.run(command, input=stdin, check=True, capture_output=True, text=True).stdout.strip()
 

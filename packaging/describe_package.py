@@ -1,7 +1,7 @@
 """describe_package.py STAGE VERSION COMPILER IMAGE=PDB ...: writes NOTICES.txt and vantro.spdx.json into a package's folder.
 
-Each PDB is that of the program IMAGE in STAGE. The same content gives the same bytes: the time in the bill of
-materials is SOURCE_DATE_EPOCH, or else that of the last commit.
+Each PDB belongs to the program IMAGE in STAGE. The same content gives the same bytes: the time in the bill of
+materials is SOURCE_DATE_EPOCH, or the time of the last commit if that is not set.
 """
 
 import datetime
@@ -86,7 +86,7 @@ def bill(stage, version, linked, numbers):
         packages.append(package_entry(identifier, component["name"], component["license"], component["copyright"],
                                       numbers[component["id"]], component["source"]))
         relations += [relation(by_name[f"./{image}"], "STATIC_LINK", identifier) for image in users]
-        if not users:  # the installer holds it, which is made of this folder
+        if not users:  # a component of the installer, which is built from this folder
             relations.append(relation(identifier, "BUILD_TOOL_OF", main["SPDXID"]))
     for part, name, _, where in added_parts(stage):
         packages.append(package_entry(f"SPDXRef-{part}", name, "NOASSERTION", "NOASSERTION") | {"comment": where})

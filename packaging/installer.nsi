@@ -1,7 +1,7 @@
 Target amd64-unicode
-; Per user, without elevation. /S installs and uninstalls silently, /D=FOLDER (last, unquoted) chooses the folder.
-; Uninstalling removes the program, its shortcut, its window settings and its session marker. It keeps the database key
-; under the local application data: without it the interface's database could never be opened again.
+; Installs per user, without elevation. /S installs and uninstalls silently. /D=FOLDER (last, unquoted) sets the folder.
+; The uninstaller removes the program, its shortcut, its window settings and its session marker. It keeps the database
+; key under the local application data, because the interface's database can't be opened without it.
 
 !include "${FILES}"
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """installer_files.py FOLDER NSH: writes the installer's lists of files to install and to remove.
 
-The uninstaller removes what was installed and nothing else: each file by its name, then the folders that are empty by
-then. A file that someone put beside the program stays.
+The uninstaller removes only the installed files: each file by its name, and then the folders that are empty. A file
+that the user added to the folder stays.
 """
 
 import sys

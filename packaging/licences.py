@@ -1,10 +1,10 @@
-"""Copies the licence files of what --bundle and --runtime add to a package.
+"""Copies the licence files of the bundle and the runtime that --bundle and --runtime add to a package.
 
     licences.py runtime FOLDER STAGE    refuses a runtime without a licence: exits with 1
-    licences.py bundle FOLDER STAGE     warns of a bundle without Flutter's collected notices
+    licences.py bundle FOLDER STAGE     warns when a bundle has no collected notices of Flutter
 
-libvlc and its plugins are under the LGPL and the GPL: who passes them on has to pass on their licences too. With STAGE left
-out nothing is copied.
+libvlc and its plugins are under the LGPL and the GPL: a package that contains them must contain their licences too.
+Without STAGE nothing is copied.
 """
 
 import re

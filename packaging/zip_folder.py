@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""zip_folder.py FOLDER ZIP: zips a folder, its name included, so that equal content gives equal bytes."""
+"""zip_folder.py FOLDER ZIP: zips a folder including its name. Equal content gives equal bytes."""
 
 import sys
 import zipfile
 from pathlib import Path
 
-# The oldest time that the format can state: the packages tell their version, not when they were packed.
+# The earliest time that the format supports. Each file gets it, so that the bytes don't depend on the time of packing.
 FIXED_TIME = (1980, 1, 1, 0, 0, 0)
 
 
