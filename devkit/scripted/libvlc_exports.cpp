@@ -1,4 +1,4 @@
-// libvlc's functions. Each records its call, runs the hook, and answers as the script says.
+// libvlc's functions. Each records its call, runs the hook, and returns the scripted result.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -31,12 +31,12 @@ std::string EventText(int type) {
   return text;
 }
 
-// A handle that the library would read through must be alive; anything else is a violation.
+// A handle that libvlc would dereference must be alive. Any other handle is a violation.
 bool IsLive(const libvlc_instance_t* instance) { return TheScript().instances.IsLive(instance); }
 bool IsLive(const libvlc_media_player_t* player) { return TheScript().players.IsLive(player); }
 bool IsLive(const libvlc_media_t* media) { return TheScript().media.IsLive(media); }
 
-// One call of one function: recorded when it is made, with the lock of the script from then on.
+// One call of one function. The constructor records the call. The object holds the script's lock.
 class Call {
  public:
   template <typename... Arguments>
@@ -44,21 +44,21 @@ class Call {
     Begin(Joined(arguments...));
   }
 
-  // Whether the handle is alive; tells a violation if not.
+  // Returns whether the handle is alive, and records a violation if not.
   template <typename Handle>
   bool Uses(Handle* handle) {
     if (IsLive(handle)) return true;
     TheScript().violations.push_back(text_ + ": not a live handle");
     return false;
   }
-  // The same for a player, whose lock it takes until the end of the call if the function does so in libvlc.
+  // The same for a player. Also holds the player's lock until the end of the call, if the function takes it in libvlc.
   bool Uses(libvlc_media_player_t* player) {
     if (IsLive(player) && TakesPlayerLock(function_, player)) LockPlayer(player);
     return Uses<libvlc_media_player_t>(player);
   }
 
   int64_t Result(int64_t own, int64_t failure = -1) { return TheScript().NextResult(function_, own, failure); }
-  // For functions that make or hand out an object.
+  // For functions that create or return an object.
   bool Succeeds() { return Result(1, 0) != 0; }
 
   const char* TextResult(const char* own) {
@@ -81,7 +81,7 @@ class Call {
     return Text(argument);
   }
 
-  // The hook runs without the lock: it may call the library.
+  // The hook runs without the lock, because it may call the library.
   void Begin(const std::string& arguments) {
     text_ = std::string(function_) + "(" + arguments + ")";
     TheScript().Record(text_);
@@ -107,7 +107,7 @@ class Call {
   std::unique_lock<std::mutex> lock_;
 };
 
-// Waits for a callback in progress, unless it is the caller's own.
+// Waits for a running callback, unless the caller is that callback.
 std::unique_lock<DeliveryLock> LockedEvents(libvlc_event_manager_t* events, const std::string& call) {
   events->lock.LockFor(call);
   return std::unique_lock<DeliveryLock>(events->lock, std::adopt_lock);
@@ -121,7 +121,7 @@ void ReleaseInstance(libvlc_instance_t* instance) {
   if (instance) TheScript().instances.Release(instance);
 }
 
-// Media creators take the string alone since libvlc 4, and the instance before it until then.
+// In libvlc 4 the media creators take only the string. In libvlc 3 they take the instance and the string.
 libvlc_media_t* NewMedia(const char* function, const void* first, const char* second) {
   std::unique_lock<std::mutex> lock(TheScript().mutex);
   const bool withInstance = TheScript().instances.Find(first) != nullptr;
@@ -140,7 +140,7 @@ int64_t PlayerValue(const char* function, libvlc_media_player_t* player, const c
   return call.Result(player->values[value], failure);
 }
 
-// A call on a player with a result that nothing in the library depends on.
+// A call on a player whose result does not change the state of the library.
 template <typename... Arguments>
 int PlayerCall(const char* function, libvlc_media_player_t* player, const Arguments&... arguments) {
   std::vector<FollowingEvent> events;

@@ -1,2 +1,2 @@
-// The scripted libvlccore.dll: loaded by the host, never called.
+// The scripted libvlccore.dll. The host loads it and never calls it.
 extern "C" int ScriptedCorePresent() { return 1; }

@@ -14,12 +14,12 @@ namespace scripted {
 
 namespace {
 
-// Longer than any callback of a test takes that returns by itself.
+// Longer than any callback of a test, except for one that never returns.
 constexpr std::chrono::seconds kLongestWait{3};
 
 thread_local const libvlc_media_player_t* playerInEvent = nullptr;
 
-// What becomes of a call inside an event of the player itself, and inside one of another player.
+// What happens to a call inside an event of the same player, and inside an event of another player.
 enum class OwnEvent { kReturns, kDeadlocks };
 enum class OtherEvent { kWithoutLock, kCouldDeadlock };
 
@@ -29,10 +29,10 @@ struct LockedFunction {
   OtherEvent other = OtherEvent::kCouldDeadlock;
 };
 
-// All that take the player's lock. The others work on the video or audio output, or on no player.
+// All functions that take the player's lock. The others use only the video or audio output, or no player.
 constexpr LockedFunction kLockedFunctions[] = {
     {"libvlc_media_player_release", OwnEvent::kDeadlocks},
-    // Waits for the Stopped event, which the thread of a callback would have to deliver itself.
+    // Waits for the Stopped event, which the waiting thread would have to deliver.
     {"libvlc_media_player_stop", OwnEvent::kDeadlocks},
     {"libvlc_media_player_stop_async"},
     {"libvlc_media_player_play"},
@@ -48,7 +48,7 @@ constexpr LockedFunction kLockedFunctions[] = {
     {"libvlc_video_get_spu_description"},
     {"libvlc_video_set_spu"},
     {"libvlc_video_take_snapshot"},
-    // The runtime adapter answers these inside another player's event from what it read before.
+    // Inside another player's event the runtime adapter returns the last known values of these.
     {"libvlc_video_get_width", OwnEvent::kReturns, OtherEvent::kWithoutLock},
     {"libvlc_video_get_height", OwnEvent::kReturns, OtherEvent::kWithoutLock},
 };
@@ -102,7 +102,7 @@ void CheckCallInEvent(const std::string& function, const libvlc_media_player_t* 
     if (Strict()) Abort(call, "waits inside an event of the same player");
     Hang();
   }
-  // Two events that call into each other's player would wait for each other: only strict mode tells before they do.
+  // Two events that call each other's player would deadlock. Strict mode reports this even if the timing avoids it.
   if (Strict() && locked->other == OtherEvent::kCouldDeadlock)
     Abort(call, "takes the player's lock inside an event of another player");
 }

@@ -22,7 +22,7 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
-// "KEY<separator>REST" in two; no separator leaves the rest empty.
+// Splits "KEY<separator>REST" in two. Without a separator the rest is empty.
 std::pair<std::string, std::string> Cut(const std::string& text, char separator) {
   const size_t at = text.find(separator);
   if (at == std::string::npos) return {text, ""};
@@ -32,7 +32,7 @@ std::pair<std::string, std::string> Cut(const std::string& text, char separator)
 }  // namespace
 
 Script& TheScript() {
-  // Never destroyed: threads of the library may outlive the process's static objects.
+  // Never destroyed, because threads of the library may outlive the static objects.
   static Script* const script = new Script;
   return *script;
 }

@@ -1,4 +1,4 @@
-// The state behind the scripted libvlc: recorded calls, the answers that a test gave, and the objects.
+// The state of the scripted libvlc: the recorded calls, the results that a test has set, and the objects.
 #pragma once
 
 #include <windows.h>
@@ -15,7 +15,7 @@
 #include "devkit/scripted/player_lock.h"
 #include "devkit/scripted/scripted_control.h"
 
-// libvlc 4's layouts, declared here once more: the product's own declarations are checked against these.
+// libvlc 4's layouts, declared independently of the product, so that tests can compare the product's declarations.
 struct libvlc_event_t {
   int32_t type;
   void* object;
@@ -66,8 +66,8 @@ struct libvlc_event_manager_t {
     bool operator==(const Listener&) const = default;
   };
   libvlc_media_player_t* player = nullptr;
-  // Held during delivery, as libvlc holds its own: attaching and detaching wait for a running callback, unless they
-  // come from it.
+  // Held during delivery, as in libvlc. Attaching and detaching wait for a running callback, unless the callback itself
+  // calls them.
   scripted::DeliveryLock lock;
   std::vector<Listener> listeners;
 };
@@ -84,14 +84,14 @@ struct libvlc_media_player_t {
   std::map<std::string, int64_t> values;
   std::map<std::string, std::vector<Track>> tracks;
   libvlc_event_manager_t events;
-  // Held during delivery, before the event manager's, and by the calls of kLockedFunctions. Taken before the script's
-  // mutex, never after it.
+  // Held during delivery and by the calls of kLockedFunctions. Taken before the event manager's lock and before the
+  // script's mutex, never after them.
   scripted::DeliveryLock lock;
 };
 
 namespace scripted {
 
-// Objects of one kind. Dead ones keep their memory, so that a stale handle is recognised.
+// The objects of one kind. A released object keeps its memory, so that a stale handle is recognised.
 template <typename T>
 class Pool {
  public:
@@ -141,19 +141,19 @@ struct Hook {
   void* userData;
 };
 
-// An event that follows a call, by the environment.
+// An event that the environment configures to follow a call.
 struct FollowingEvent {
   int32_t type;
   double value;
 };
 
-// One instance, reached through TheScript(). Everything but the constructor is used with the mutex held.
+// The single instance is TheScript(). Callers hold the mutex for everything except the constructor.
 struct Script {
   Script();
 
   void Reset();
   void Record(const std::string& text);
-  // The next answer of the function: its failure, the scripted value, or its own answer.
+  // Returns the next result of the function: its failure, the scripted value, or its own result.
   int64_t NextResult(const char* function, int64_t own, int64_t failure);
   bool NextFails(const char* function);
   std::string NameOf(const void* object) const;
@@ -181,12 +181,12 @@ struct Script {
 
 Script& TheScript();
 
-// Delivers the event to the listeners of its type on the calling thread, under the player's lock. Returns how many were
-// called. Called without the script's mutex.
+// Delivers the event to the listeners of its type on the calling thread, under the player's lock. Returns the number of
+// listeners called. The caller must not hold the script's mutex.
 int Deliver(libvlc_media_player_t* player, int32_t type, uint64_t payload);
-// The first eight bytes of the union of an event of this type that carries the value.
+// Returns the first eight bytes of the union of an event with this type and value.
 uint64_t PayloadOf(int32_t type, double value);
-// Raises the events in order on a thread of its own and does not wait.
+// Raises the events in order on a new thread and does not wait.
 void RaiseLater(libvlc_media_player_t* player, std::vector<FollowingEvent> events);
 
 }  // namespace scripted

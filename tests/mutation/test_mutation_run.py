@@ -1,4 +1,4 @@
-"""The mutation run: what it draws, which programs it asks, and that it tells a survivor from a noticed change."""
+"""The mutation run: which changes it selects, which programs it runs, and which changes it reports as survivors."""
 
 import contextlib
 import subprocess
@@ -23,7 +23,7 @@ int main() {
 
 
 class ToyWorkspace(Workspace):
-    """A tree of one file and one test, built by the compiler itself."""
+    """A tree of one file and one test, built directly by the compiler."""
 
     def __init__(self, folder):
         super().__init__(folder, folder / "worker")
@@ -85,7 +85,7 @@ def test_a_change_that_does_not_compile_is_no_mutant(toy):
 
 
 class ScriptedWorkspace:
-    """Answers each run of a program with the next of the given ones."""
+    """Returns the next of the given results for each run of a program."""
 
     def __init__(self, runs):
         self.runs = list(runs)
@@ -107,7 +107,7 @@ FAILED = Run(1, 0, False, "[  FAILED  ] Suite.Test (3 ms)\n")
 
 @pytest.mark.parametrize("runs, verdict, hung, unconfirmed", [
     ([FAILED, FAILED], trial.KILLED, False, 0),
-    ([FAILED, PASSED, FAILED], trial.KILLED, False, 0),  # it fails only behind the tests before it
+    ([FAILED, PASSED, FAILED], trial.KILLED, False, 0),  # it fails only after the tests before it
     ([FAILED, PASSED, PASSED], trial.SURVIVED, False, 1),
     ([Run(-9, 40, True, ""), Run(-9, 40, True, "")], trial.KILLED, True, 0),
     ([Run(97, 20, False, "HUNG: Suite.Test did not end\n"), PASSED, PASSED], trial.SURVIVED, False, 1),

@@ -1,4 +1,4 @@
-"""Which changes the mutation run makes of C++ text, and what it leaves alone."""
+"""Which changes the mutation run makes in C++ text, and which parts it does not change."""
 
 import pytest
 
@@ -6,7 +6,7 @@ from vantro_mutation.operators import mutants
 
 
 def changed(statement, operator=None):
-    """The changes of a statement in a function, each as the statement's new text."""
+    """The possible changes of a statement in a function, each as the new text of the statement."""
     before, after = "void F() {\n", "\n}\n"
     text = before + statement + after
     return [mutant.apply(text)[len(before):-len(after)] for mutant in mutants("player/a.cpp", text)

@@ -1,1 +1,1 @@
-"""Changes one thing at a time in the product and says which changes no test notices."""
+"""Makes one change at a time in the product and reports the changes that no test notices."""

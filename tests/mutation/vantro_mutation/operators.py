@@ -1,4 +1,4 @@
-"""What can be changed in a source file, one thing at a time."""
+"""Finds the possible changes of a source file. Each changes one place."""
 
 import dataclasses
 import re
@@ -10,7 +10,7 @@ ARITHMETIC = {"+": "-", "-": "+"}
 ASSIGNMENTS = {"+=": "-=", "-=": "+=", "++": "--", "--": "++"}
 INTEGER = re.compile(r"(0[xX][0-9a-fA-F']+|\d[\d']*)([uUlLzZ]*)$")
 FLOAT = re.compile(r"(\d+\.\d*)([fFlL]?)$")
-# A constant of the system's headers: SW_SHOWNORMAL. Names of types look the same but for their ends.
+# A constant of the system's headers, such as SW_SHOWNORMAL. Names of types look the same except for their endings.
 SYSTEM_CONSTANT = re.compile(r"(?!LOG_|VANTRO_|VLC_API)[A-Z][A-Z0-9]*_[A-Z0-9_]+$")
 SYSTEM_TYPE = re.compile(r".*(_PTR|_T|_STATE|_POINTERS|_INFO|_INFORMATION|_RECORD|_FILTER|_BLOB|_HANDLE)$")
 
@@ -99,7 +99,7 @@ class _Finder:
         source = self.source
         if match := INTEGER.match(text):
             value = int(match[1].replace("'", ""), 0 if match[1][:2] in ("0x", "0X") else 10)
-            # A buffer that is one larger behaves the same: a smaller one may not.
+            # A buffer with one more element behaves the same, so a size is halved.
             is_size = source.token(index - 1) == "[" and source.token(index + 1) == "]" and \
                 source.kind(index - 2) == "name" and (source.kind(index - 3) == "name" or source.token(index - 3) in (">", "*"))
             changed = value // 2 if is_size else value + 1
@@ -150,7 +150,7 @@ class _Finder:
     # Lists of operands and of arguments.
 
     def flags(self):
-        """Each operand of `A | B | C` is left out in turn."""
+        """Removes each operand of `A | B | C` in turn."""
         source = self.source
         for index, token in enumerate(source.tokens):
             if token.text == "|" and source.spaced(index) and not self.within_flags_before(index):
@@ -180,7 +180,7 @@ class _Finder:
         return self.source.token(index) == "|"
 
     def arguments(self):
-        """Neighbouring arguments of a call change places."""
+        """Swaps neighbouring arguments of a call."""
         source = self.source
         for index, token in enumerate(source.tokens):
             callee = source.kind(index - 1) == "name" and source.token(index - 1) not in (
@@ -188,7 +188,7 @@ class _Finder:
             if token.text != "(" or not callee or index not in source.partner or not self.in_code(index):
                 continue
             parts = self.split_arguments(index)
-            begin = 1 if source.token(index - 1).startswith("LOG_") else 0  # a format stays where it is
+            begin = 1 if source.token(index - 1).startswith("LOG_") else 0  # a format string is not swapped
             for one, other in zip(parts[begin:], parts[begin + 1:]):
                 first, second = self.text_of(*one), self.text_of(*other)
                 if first != second:
@@ -240,7 +240,7 @@ class _Finder:
         condition = range(first, last + 1)
         is_plain = not any(source.token(index) in ("&&", "||") for index in condition)
         if not (source.token(first) == "!" and is_plain):
-            # A comparison alone is negated by the change of its operator.
+            # The change of the operator already negates a single comparison.
             if not (is_plain and any(source.token(index) in ("==", "!=") for index in condition)):
                 self.add("condition", first, last, f"!({self.text_of(first, last)})")
         if not statement.has_else and self.ends_with_return(statement):
@@ -260,7 +260,7 @@ class _Finder:
 
 
 def mutants(file, text):
-    """All changes of a file, in the order of their places."""
+    """All possible changes of a file, ordered by position."""
     finder = _Finder(file, text)
     for find in (finder.literals, finder.operators, finder.flags, finder.arguments, finder.statements):
         find()

@@ -1,4 +1,4 @@
-"""Which test programs reach which lines, and in which order they are best run."""
+"""Which test programs run which lines, and the order in which to run the programs."""
 
 import collections
 import fnmatch
@@ -13,12 +13,12 @@ from .workspace import NATIVE_PRESET, WINDOWS_PRESET, failed_tests, tree_files
 PRODUCT = ("shell", "flutter_host", "channel", "player", "services", "common", "runtime")
 GCOV = "x86_64-w64-mingw32-gcov-posix"
 TABLE = pathlib.Path(__file__).resolve().parents[1] / "integration.toml"
-# What decides about the reach; documents and tools do not.
+# The files that the reach depends on. It does not depend on documents and tools.
 SOURCES = ("*.cpp", "*.h", "*CMakeLists.txt", "*.cmake", "*.def", "CMakePresets.json")
 
 
 def integration_files(file, table=None):
-    """The integration tests for a file of the product: those of the first pattern that fits."""
+    """The integration tests for a file of the product: those of the first pattern that matches."""
     rows = table if table is not None else tomllib.loads(TABLE.read_text())["rows"]
     return next((row["tests"] for row in rows if fnmatch.fnmatch(file, row["files"])), [])
 
@@ -32,7 +32,7 @@ def fingerprint(root):
 
 
 def read_counters(build, tree):
-    """{file: {line: visits}} of the product, and removes the counters."""
+    """Returns {file: {line: visits}} of the product and removes the counters."""
     counters = sorted(build.rglob("*.gcda"))
     lines = collections.defaultdict(collections.Counter)
     for begin in range(0, len(counters), 50):
@@ -55,19 +55,19 @@ class Reach:
         self.programs = {(program.preset, program.name): program for program in programs}
         self.visited = visited
         self.counted = counted
-        self.portable = portable  # files of which the native build makes something
+        self.portable = portable  # files that the native build compiles
         self.includers = includers or {}  # {file: files that include it}
         self.seconds = {}  # {(preset, name): the time of a run}
         self.kills = collections.Counter()
 
     def with_programs(self, programs):
-        """The same table for the programs of another copy. Both learn from each other's kills."""
+        """The same table for the programs of another copy. Both tables share the record of kills."""
         other = Reach(programs, self.visited, self.counted, self.portable, self.includers)
         other.kills = self.kills
         return other
 
     def programs_for(self, mutant):
-        """The native programs and then those for Windows, the likeliest to notice first."""
+        """The native programs, then the Windows programs. The most likely to notice the change come first."""
         chosen = []
         if mutant.file in self.portable:
             chosen += [key for key in self.programs if key[0] == NATIVE_PRESET]
@@ -89,8 +89,8 @@ class Reach:
         return any(len(word) > 4 and word in name for word in words)
 
     def visitors(self, mutant):
-        """Names of the programs that run one of the statement's lines. Data have no counters: for them, all programs that
-        run something of the file, or of those that include it."""
+        """Names of the programs that run one of the statement's lines. Data have no counters. For data these are all
+        programs that run a line of the file or of a file that includes it."""
         statement = set(range(mutant.first, mutant.last + 1))
         if statement & self.counted.get(mutant.file, set()):
             return {name for name, files in self.visited.items() if statement & files.get(mutant.file, set())}
@@ -105,7 +105,7 @@ class Reach:
 
 
 def measure(workspace, program):
-    """Runs a program once with counters. Returns {file: [the lines it visits, the lines that have a counter]} and the time
+    """Runs a program once with counters. Returns {file: [lines that it visits, lines that have a counter]} and the time
     of the run."""
     build = workspace.build_folder(WINDOWS_PRESET)
     read_counters(build, workspace.tree)
@@ -117,7 +117,7 @@ def measure(workspace, program):
 
 
 def includers_of(objects_by_source):
-    """{file: product files whose objects hold its text}, from {file: objects}."""
+    """Returns {file: product files whose objects contain its code}, from {file: objects}."""
     source_of = {}
     for file, objects in objects_by_source.items():
         if file.endswith(".cpp"):
@@ -129,7 +129,7 @@ def includers_of(objects_by_source):
 
 
 def load(workspace, programs, mark, out, say):
-    """The reach of the programs. What an earlier run measured is kept while the mark of the sources is the same."""
+    """The reach of the programs. Reuses the measurements of an earlier run if the mark of the sources is the same."""
     known = out / "reach.json"
     data = json.loads(known.read_text()) if known.is_file() else {}
     if data.get("mark") != mark:
@@ -148,5 +148,5 @@ def load(workspace, programs, mark, out, say):
             counted[file] |= set(lines[1])
     table = Reach(programs, visited, counted, set(workspace.objects_by_source(NATIVE_PRESET)),
                   includers_of(workspace.objects_by_source(WINDOWS_PRESET)))
-    table.seconds = seconds  # of those that were just run
+    table.seconds = seconds  # of the programs that were just run
     return table

@@ -1,4 +1,4 @@
-"""The results of a run: kept line by line as they come, and told as a table and a list."""
+"""The results of a run: stored line by line during the run, and reported as a table and a list."""
 
 import collections
 import json
@@ -26,7 +26,7 @@ def identity(file, begin, replacement, before):
 
 
 def read_judged(path, mark):
-    """{identity: record} of the file that an earlier run on the same sources left."""
+    """Returns {identity: record} from the file of an earlier run on the same sources."""
     if not path.is_file():
         return {}
     lines = path.read_text().splitlines()
@@ -42,7 +42,7 @@ def read_judged(path, mark):
 
 
 def table(records):
-    """Rows of folder, mutants, killed, survived, equivalent, not compiled; the sum last."""
+    """Rows of folder, mutants, killed, survived, equivalent, not compiled. The last row is the sum."""
     counts = collections.defaultdict(collections.Counter)
     for entry in records:
         for folder in (entry["file"].split("/")[0], "all"):

@@ -1,4 +1,4 @@
-"""A run: draws changes by a seed, has them judged by workers, and writes down what survived."""
+"""Selects changes at random by a seed, tests each one, and reports the changes that no test notices."""
 
 import argparse
 import contextlib
@@ -18,7 +18,7 @@ from .trial import EQUIVALENT, NOT_COMPILED, SURVIVED, Trial, Verdict
 from .workspace import NATIVE_PRESET, WINDOWS_PRESET, Workspace, failed_tests
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
-# Beside the unit programs: what integration tests start.
+# The programs that integration tests start, in addition to the unit test programs.
 INTEGRATION_TARGETS = ["vantro", "host_launcher", "process_tool", "loopback_engine"]
 
 
@@ -31,7 +31,7 @@ def product_files(root):
 
 
 def matching(files, patterns):
-    """The files that are named, or lie in a folder that is named; all without a name."""
+    """The named files and the files of the named folders. Without names all files."""
     if not patterns:
         return files
     chosen = []
@@ -45,15 +45,15 @@ def matching(files, patterns):
 
 
 def drawn(root, files, seed):
-    """All changes of the files in the order that the seed gives."""
+    """All possible changes of the files in a random order that depends on the seed."""
     found = [mutant for file in sorted(files) for mutant in operators.mutants(file, (root / file).read_text())]
     random.Random(seed).shuffle(found)
     return found
 
 
 class Queue:
-    """Hands out the drawn changes until so many are judged. One that does not compile is drawn again: so the judged ones
-    are the same for a seed, whichever worker takes which."""
+    """Hands out changes until the given number is judged. A change that does not compile is replaced by the next one.
+    A seed gives the same judged changes, independent of the order in which the workers take them."""
 
     def __init__(self, mutants, count):
         self._lock = threading.Lock()
@@ -79,7 +79,7 @@ class Queue:
 
 
 def build_unchanged(workspace, options):
-    """Copies and builds the tree. Returns the test programs that are asked."""
+    """Copies and builds the tree. Returns the test programs of the run."""
     workspace.update()
     for preset in (NATIVE_PRESET, WINDOWS_PRESET):
         workspace.configure(preset)
@@ -98,7 +98,7 @@ def build_unchanged(workspace, options):
 
 
 def try_unchanged(workspace, programs):
-    """Runs the programs, each once more if it fails. Returns the time that each takes."""
+    """Runs the programs, each a second time if it fails. Returns the time that each takes."""
     seconds = {}
     for program in programs:
         run = workspace.run_program(program, 300)
@@ -144,7 +144,7 @@ def main():
     out.mkdir(parents=True, exist_ok=True)
     jobs = max(1, (os.cpu_count() or 1) // options.workers)
     workspaces = [Workspace(ROOT, out / f"worker-{number + 1}", jobs) for number in range(options.workers)]
-    # An end by a signal runs the clean-up, too.
+    # SIGTERM also runs the clean-up.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     try:
         return run(options, files, mutants, seed, out, workspaces)
@@ -158,13 +158,13 @@ def main():
 
 
 def processor_seconds():
-    """What the ended children used, without Wine's services, which outlive them."""
+    """The processor time of ended children. Wine's services are not included, because they are still running."""
     usage = resource.getrusage(resource.RUSAGE_CHILDREN)
     return usage.ru_utime + usage.ru_stime
 
 
 def in_threads(functions):
-    """Runs the functions side by side; the first error is raised when all have ended."""
+    """Runs the functions in parallel. Raises the first error when all have ended."""
     errors = []
 
     def guarded(function):
@@ -223,7 +223,7 @@ def run(options, files, mutants, seed, out, workspaces):
 
     with open(journal, "a" if judged else "w") as lines:
         if judged:
-            lines.write("\n")  # behind a line that may be cut off
+            lines.write("\n")  # ends a line that may be incomplete
         else:
             lines.write(json.dumps({"mark": mark}) + "\n")
 

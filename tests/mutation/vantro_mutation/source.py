@@ -1,4 +1,4 @@
-"""C++ text as tokens, with its brackets paired and its statements found: as much of the grammar as the changes need."""
+"""Splits C++ text into tokens, pairs brackets and finds statements. Covers only the grammar that the changes need."""
 
 import bisect
 import dataclasses
@@ -35,8 +35,8 @@ class Token:
 
 @dataclasses.dataclass(frozen=True)
 class Statement:
-    """Tokens first to last, both included. kind: "if", "simple" or "other". An "if" knows the index behind its
-    condition's bracket and whether an else follows."""
+    """Tokens first to last, both included. kind is "if", "simple" or "other". For an "if", body is the index after the
+    bracket of the condition, and has_else says whether an else follows."""
 
     kind: str
     first: int
@@ -78,12 +78,13 @@ class Source:
         return self.tokens[index].kind if 0 <= index < len(self.tokens) else ""
 
     def spaced(self, index):
-        """White space stands on both sides: so the formatter leaves binary operators, and nothing else of their look."""
+        """Whether white space is on both sides. The formatter puts it around binary operators, but not around other
+        tokens with the same text."""
         token = self.tokens[index]
         return self.text[token.begin - 1].isspace() and self.text[token.end:token.end + 1].isspace()
 
     def is_expression(self, statement):
-        """A simple statement that is neither a declaration nor a jump."""
+        """Whether this is a simple statement that is neither a declaration nor a jump."""
         first, last = statement.first, statement.last
         if statement.kind != "simple" or first == last or self.token(first) in NOT_EXPRESSIONS:
             return False
@@ -142,7 +143,7 @@ class Source:
         return code
 
     def _constructor_head(self, brace):
-        """The head of a brace that follows a member initializer with braces."""
+        """The head of a brace that follows a member initializer in braces."""
         index = brace
         while index > 0 and self.token(index - 1) == "}" and index - 1 in self.partner:
             index = self.partner[index - 1]
@@ -197,7 +198,7 @@ class Source:
         return Statement("simple", index, self._to_semicolon(index, end))
 
     def _read_single(self, index, end):
-        """A statement that stands alone under if, else, for or while; without braces it is a list of one."""
+        """The statement under an if, else, for or while. Without braces it is a list with one statement."""
         statement = self._read(index, end)
         if self.token(index) != "{":
             self.statement_lists.append([statement])
@@ -211,7 +212,7 @@ class Source:
         return min(index, end - 1)
 
     def _find_untouchable(self):
-        """Tokens that no change may touch: what the compiler alone reads, and what has no value at run time."""
+        """Tokens that no change may touch: those that only matter at compile time or have no value at run time."""
         marked = set()
         for index, token in enumerate(self.tokens):
             text = token.text

@@ -1,4 +1,4 @@
-"""What becomes of one change: the programs that reach it are built and run until one notices."""
+"""Tests one change: builds and runs the programs that reach it until one notices."""
 
 import dataclasses
 import time
@@ -7,14 +7,14 @@ from . import reach as reaches
 from .workspace import NATIVE_PRESET, WINDOWS_PRESET, failed_tests
 
 KILLED, SURVIVED, EQUIVALENT, NOT_COMPILED = "killed", "survived", "equivalent", "not compiled"
-SLACK_SECONDS = 20  # beside thrice the time that the unchanged program takes
+SLACK_SECONDS = 20  # added to three times the time of the unchanged program
 INTEGRATION_SECONDS = 900
-BATCH = 4  # programs that are linked in one go, once the likeliest has noticed nothing
+BATCH = 4  # programs that are built together after the first program has not noticed the change
 
 
 @dataclasses.dataclass
 class Verdict:
-    """by names the program or test file that noticed. unconfirmed names failures that did not come again."""
+    """by is the program or test file that noticed the change. unconfirmed lists failures that did not happen again."""
 
     verdict: str
     by: str = ""
@@ -30,7 +30,7 @@ class CompileError(Exception):
 
 
 def batches(programs):
-    """The first program alone, the others in groups, never both presets in one."""
+    """Groups of programs to build together: the native ones, the first Windows program alone, then the others."""
     native = [program for program in programs if program.preset == NATIVE_PRESET]
     windows = [program for program in programs if program.preset == WINDOWS_PRESET]
     found = [native] if native else []
@@ -40,7 +40,7 @@ def batches(programs):
 
 
 class Trial:
-    """judge may be called for one mutant at a time."""
+    """Judges one mutant at a time. Not thread-safe."""
 
     def __init__(self, workspace, reach, integration=True):
         self.workspace = workspace
@@ -78,7 +78,7 @@ class Trial:
         return 3 * self.reach.seconds.get((program.preset, program.name), 10) + SLACK_SECONDS
 
     def _notices(self, program, verdict):
-        """Whether the program fails, and again when what failed is run once more."""
+        """Whether the program fails, and fails again when the failed test is run a second time."""
         run = self.workspace.run_program(program, self._limit(program))
         if run.passed:
             return False
@@ -103,7 +103,7 @@ class Trial:
         if run.passed:
             return
         tests = failed_tests(run.output)[:5]
-        if tests:  # with -x there is one
+        if tests:  # there is at most one, because of -x
             again = self.workspace.run_integration(tests, INTEGRATION_SECONDS)
             if again.passed:
                 verdict.unconfirmed += tests

@@ -1,4 +1,4 @@
-"""A copy of the tree with builds, Wine and programs of its own, in which one change at a time is tried."""
+"""A copy of the tree with its own builds and Wine prefix, in which one change at a time is tested."""
 
 import contextlib
 import dataclasses
@@ -12,11 +12,11 @@ import signal
 import subprocess
 import time
 
-# The Windows build counts its lines: once, to know which programs visit which lines.
+# The Windows build has line counters. They show which programs run which lines.
 WINDOWS_PRESET, NATIVE_PRESET = "mingw-coverage", "native-mutate"
 WINESERVER = "/usr/lib/wine/wineserver64"
 WINE = "/usr/lib/wine/wine64"
-# A changed loop may allocate or write for ever.
+# A changed loop may allocate or write without end.
 MEMORY_LIMIT = 4 << 30
 FILE_LIMIT = 256 << 20
 HUNG = 97  # the exit code of the unit tests' own watchdog
@@ -53,14 +53,14 @@ class Run:
 
 
 def tree_files(root):
-    """The files that git knows or would add."""
+    """The files that git tracks or would add."""
     listed = subprocess.run(["git", "ls-files", "-z", "-co", "--exclude-standard"], cwd=root, check=True,
                             stdout=subprocess.PIPE).stdout.decode().split("\0")
     return sorted(name for name in set(listed) if name and (root / name).is_file())
 
 
 def copy_tree(root, tree):
-    """Makes the tree equal to the root but for its folder out. Files that are equal keep their times."""
+    """Makes the tree equal to the root except for the folder out. Unchanged files keep their times."""
     names = tree_files(root)
     for name in names:
         source, target = root / name, tree / name
@@ -98,7 +98,7 @@ class Workspace:
             "PYTHONPATH": str(self.tree / "devkit/interface"), "PYTHONDONTWRITEBYTECODE": "1",
             "VANTRO_WINEPREFIX": str(self.tree / "out/wine/unit"), "VANTRO_BUILD": str(self.build_folder(WINDOWS_PRESET)),
             "WINEDEBUG": "-all", "GTEST_FAIL_FAST": "1",
-            # Where counters go that nobody asked for.
+            # The folder for counters that are not used.
             "GCOV_PREFIX": f"Z:{self.folder}/counters"}
 
     def build_folder(self, preset):
@@ -109,7 +109,7 @@ class Workspace:
         copy_tree(self.root, self.tree)
 
     def command(self, *command, seconds=None, environment=None, cwd=None, limited=False):
-        """Runs a command with everything it starts in a process group of its own, which ends with it."""
+        """Runs a command in a new process group. When the command ends, the whole group is killed."""
         if self._closed:
             raise RuntimeError("the run was ended")
         began = time.monotonic()
@@ -154,7 +154,7 @@ class Workspace:
         return [test["name"] for test in self._tests(preset)]
 
     def programs(self, preset, names):
-        """The programs of these names. They are built: ctest knows no command of one that is not there."""
+        """The programs with these names. They must be built, because ctest has no command for a program that is not."""
         folders = {path.stem: path.parts[-3] for path in self.build_folder(preset).glob("tests/unit/*/CMakeFiles/*.dir")}
         found = []
         for test in self._tests(preset):
@@ -165,7 +165,7 @@ class Workspace:
         return found
 
     def objects_by_source(self, preset):
-        """{file of the tree: objects that its text goes into}, headers too, after a build."""
+        """Returns {file of the tree: objects that are built from it}, headers included. Call it after a build."""
         build = self.build_folder(preset)
         text = subprocess.run(["ninja", "-C", build, "-t", "deps"], check=True, stdout=subprocess.PIPE, text=True).stdout
         table = {}
@@ -182,7 +182,7 @@ class Workspace:
     # Wine.
 
     def start_wine(self):
-        """Without a process that stays, each program would wait for Wine's services to start again."""
+        """Starts a process that keeps Wine's services running. Without it each program would wait for them to start."""
         self.stop_wine()
         prefix = self.environment["VANTRO_WINEPREFIX"]
         if not pathlib.Path(prefix).is_dir():
@@ -204,13 +204,13 @@ class Workspace:
             self._keeper = None
 
     def close(self):
-        """Ends what runs. A worker that goes on finds that it may not."""
+        """Ends the running command. A worker that starts another command gets an error."""
         self._closed = True
         if process := self._running:
             with contextlib.suppress(ProcessLookupError):
                 os.killpg(process.pid, signal.SIGKILL)
         self.stop_wine()
-        for prefix in self.tree.glob("out/wine/*-*"):  # those of integration tests that were ended
+        for prefix in self.tree.glob("out/wine/*-*"):  # prefixes of killed integration tests
             if (prefix / "system.reg").is_file():
                 subprocess.run([WINESERVER, "-k"], env={**self.environment, "WINEPREFIX": str(prefix)}, check=False,
                                stderr=subprocess.DEVNULL)
@@ -219,9 +219,9 @@ class Workspace:
 
     def run_program(self, program, seconds, only=None, environment=None):
         arguments = [f"--gtest_filter={only}"] if only else []
-        # Counters of another change of the same file would be told as not fitting.
+        # gcov reports an error for counters of another change of the same file.
         shutil.rmtree(self.folder / "counters", ignore_errors=True)
-        # The program's own watchdog names the test, if it comes first.
+        # The program's own watchdog ends it first and prints the name of the test.
         environment = {**self.environment, "VANTRO_TEST_LIMIT": str(max(1, int(seconds) - 5)), **(environment or {})}
         run = self.command(*program.command, *arguments, seconds=seconds, cwd=program.working_directory, limited=True,
                            environment=environment)
@@ -248,7 +248,7 @@ class Workspace:
 
 
 def failed_tests(output):
-    """What GoogleTest or pytest names as failed, or what was running when the program ended."""
+    """The tests that GoogleTest or pytest reports as failed, or the test that was running when the program ended."""
     failed = re.findall(r"^\[  FAILED  \] ([\w/.]+)", output, re.MULTILINE) or \
         re.findall(r"^FAILED (\S+)", output, re.MULTILINE) or re.findall(r"^HUNG: (\S+)", output, re.MULTILINE)
     if not failed:
