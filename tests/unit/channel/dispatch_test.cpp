@@ -1,4 +1,4 @@
-// The table of methods, the dispatch, and the requests of the program as a whole.
+// The table of methods, the dispatch, and the requests that concern the whole program.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -90,7 +90,7 @@ TEST_F(Dispatch, LibvlcEventGoesOutOnLibvlcsThread) {
   EXPECT_NE(sent.All()[0].thread, GetCurrentThreadId());
 }
 
-// One row of the table of errors: the request, its answer, and whether the handler declines it as well.
+// One row of the table of errors: the request, its answer, and the number of dropped second answers.
 struct ErrorRow {
   const char* method;
   Value arguments;
@@ -209,7 +209,7 @@ TEST_F(Dispatch, WakelockHoldsForTheThreadAndItsFlagForOneWindow) {
 
   EXPECT_EQ(Ask("isNativeWakelockEnabled"), Success(Value(true)));
   EXPECT_EQ(interface_.Ask(otherNumber, kPlayerChannel, "isNativeWakelockEnabled"), Success(Value(false)));
-  // What was set before is what the next call returns.
+  // The call returns the state that was set before.
   EXPECT_EQ(SetThreadExecutionState(ES_CONTINUOUS), 0x80000003u);
 }
 

@@ -1,4 +1,4 @@
-// What a handler does when it is made and when it goes, and in which order.
+// What the constructor and the destructor of a handler do, and in which order.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,8 +17,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// While it lives, runs an action before each registration of a channel at the engine; the action hears whether a
-// callback is registered or taken away.
+// Runs an action before each registration of a channel at the engine. The argument of the action is true if a callback
+// is registered and false if it is removed.
 class AtRegistration {
  public:
   explicit AtRegistration(std::function<void(bool registers)> action) : action_(std::move(action)) { current = this; }
@@ -87,7 +87,7 @@ TEST_F(HandlerLife, EndKeepsTheChannelUntilARunningEventReturns) {
         auto* state = static_cast<Event*>(userData);
         state->sending = true;
         while (!state->ending) std::this_thread::yield();
-        Sleep(50);  // time enough to let a channel go too early
+        Sleep(50);  // gives a wrong order time to show
         state->channelIsThere = *state->channel != nullptr;
       },
       &event);

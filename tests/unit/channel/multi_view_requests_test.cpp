@@ -15,7 +15,7 @@ const InterfaceCall kHide{"hideMultiViewOverlay", Value()};
 
 class MultiViewRequests : public PlayerChannelTest {
  protected:
-  // A grid of this many tiles, one of which played before.
+  // Creates a grid of this many tiles. The first one is the stream of the single view.
   void MakeGrid(size_t tiles) {
     LoadMedia();
     ASSERT_EQ(Ask("enableMultiView"), kTrue);

@@ -207,7 +207,7 @@ TEST_F(PlaybackRequests, PlayPauseWhilePausedPlaysAndRepliesTrue) {
 TEST_F(PlaybackRequests, StopAndOnStoppedLeaveTheStoppedEventToTheInterface) {
   for (const char* method : {"stop", "onStopped"}) {
     LoadMedia();
-    // setMedia's own stop leaves the next stopped event unreported, until one has come.
+    // setMedia stops the player itself and suppresses the next stopped event. This is that event.
     vlc_.Raise(MediaPlayer(), 0x106);
     interface_.ClearCalls();
     EXPECT_EQ(Ask(method), kTrue);

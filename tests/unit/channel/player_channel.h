@@ -1,5 +1,5 @@
-// One window's player channel over the loopback engine and the scripted libvlc: bytes in, bytes out. The window is a
-// bare one, the session marker lies in a folder of the test's own.
+// The player channel of one window over the loopback engine and the scripted libvlc. The tests send and receive bytes.
+// The window is a plain native one. The session marker is in a separate folder for each test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ constexpr char kDuplicateLine[] =
     "Error: Only one of Success, Error, or NotImplemented can be called, and it can be called exactly once. Ignoring "
     "duplicate result.";
 
-// Takes a function out of the table while it lives.
+// Removes a function from the table during the life of the object.
 template <typename Function>
 class WithoutFunction {
  public:
@@ -43,8 +43,8 @@ class WithoutFunction {
   Function before_;
 };
 
-// While it lives, notes for each call of the interface how many requests wait for their answer at that moment. It takes
-// the place of what InterfaceEnd keeps.
+// Records for each call of the interface how many requests wait for their answer at that moment. It replaces the
+// observer of InterfaceEnd.
 class PendingAtCalls {
  public:
   explicit PendingAtCalls(Loopback& loopback);
@@ -60,17 +60,17 @@ class PendingAtCalls {
 
 class PlayerChannelTest : public testing::Test {
  protected:
-  // Engine and player, with the handler behind them.
+  // Creates the engine, the player and the handler.
   PlayerChannelTest();
 
   Answer Ask(const std::string& method, const Value& arguments = Value()) {
     return interface_.Ask(engineNumber_, kPlayerChannel, method, arguments);
   }
-  // Asks while the standard error stream is caught, and says how often the line about a second answer stands in it.
+  // Sends the request and counts the lines about a second answer on the standard error stream.
   Answer AskCountingDuplicates(const std::string& method, const Value& arguments, int* duplicates);
-  // Loads a media, and forgets what that called.
+  // Loads a media and clears the recorded calls.
   void LoadMedia();
-  // Ends the handler of this test and builds another one.
+  // Destroys the handler of this test and creates another one.
   void RestartHandler();
   void EndHandler() { handler_.reset(); }
 
@@ -94,10 +94,10 @@ class PlayerChannelTest : public testing::Test {
   std::unique_ptr<MethodChannelHandler> handler_;
 };
 
-// The toast as the interface receives it.
+// Returns the call of the toast that the interface receives.
 InterfaceCall Toast(const char* message, const char* shortWord);
 
-// What many requests are answered with.
+// Common answers.
 inline const Answer kTrue = Success(Value(true));
 inline const Answer kFalse = Success(Value(false));
 inline const InterfaceCall kNotReady = Toast("Video not ready yet", "true");

@@ -1,5 +1,5 @@
-// The relay of provider data between the windows of the registry. The windows are bare objects with an engine, a player
-// and a handler: the relay looks at nothing else.
+// The relay of provider data between the windows of the registry. The windows have only an engine, a player and a
+// handler, because the relay uses nothing else.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ const InterfaceCall kRequested{"providerDataRequested", Value()};
 
 class RelayRequests : public testing::Test {
  protected:
-  // The last window goes first: a window takes itself out of the list when it is destroyed.
+  // Destroys the last window first, because a window removes itself from the list.
   ~RelayRequests() override {
     while (!GetWindowRegistry().empty()) {
       const std::unique_ptr<VantroWindow> window = std::move(GetWindowRegistry().back());
@@ -43,7 +43,7 @@ class RelayRequests : public testing::Test {
     }
     interface_.ClearCalls();
   }
-  // What the user's closing leaves in the registry.
+  // Puts the window into the state that it has in the registry after the user closes it.
   void Close(size_t window) { GetWindowRegistry()[window]->isClosing_ = true; }
   Answer Ask(size_t window, const char* method, const Value& arguments = Value()) {
     return interface_.Ask(engines_[window], kPlayerChannel, method, arguments);

@@ -18,7 +18,7 @@ InterfaceCall CrashEvent(const char* lastAction) {
 
 class SessionMarkerFile : public PlayerChannelTest {
  protected:
-  // Starts a session over a file that an earlier one left.
+  // Starts a session with the file of an earlier one.
   void StartOver(const std::string& leftBehind) {
     EndHandler();
     WriteFileBytes(MarkerFile(), leftBehind);
@@ -62,7 +62,7 @@ TEST_F(SessionMarkerFile, SaysStartupAfterTheStartAndShutdownAfterTheEnd) {
 }
 
 TEST_F(SessionMarkerFile, HoldsTheCurrentTimeInMilliseconds) {
-  // The two clocks tick apart by less than this.
+  // The two clocks differ by less than this.
   constexpr int64_t kTickMs = 16;
   const auto expectTimeOf = [this](const char* action, const std::function<void()>& act) {
     const int64_t before = SystemTimeMs();
@@ -123,11 +123,11 @@ TEST_F(SessionMarkerFile, IsReadToItsEnd) {
 TEST_F(SessionMarkerFile, CrashIsReportedOnceUnlessTheSessionCrashesAgain) {
   StartOver("running=1\nlastAction=seek\n");
   EXPECT_EQ(Marker().lastAction, "startup");
-  RestartHandler();  // an orderly end in between
+  RestartHandler();  // ends the first session normally
   interface_.ClearCalls();
   RestartHandler();
   EXPECT_THAT(interface_.Calls(), IsEmpty());
-  // A session that died at once: nobody wrote "shutdown".
+  // A session that crashed at once: "shutdown" was not written.
   StartOver("running=1\nlastAction=startup\n");
   EXPECT_THAT(interface_.Calls(), testing::Contains(CrashEvent("startup")));
 }
@@ -180,7 +180,7 @@ TEST_F(SessionMarkerFile, EndOfOneWindowEndsTheMarkerUntilTheNextCall) {
 TEST_F(SessionMarkerFile, ThatCannotBeWrittenLeavesTheSessionWorking) {
   EndHandler();
   std::filesystem::remove(MarkerFile());
-  std::filesystem::create_directory(MarkerFile());  // in the file's place: no file can be opened there
+  std::filesystem::create_directory(MarkerFile());  // a folder instead of the file, so the file can't be opened
   RestartHandler();
   EXPECT_THAT(interface_.Calls(), IsEmpty());
   EXPECT_EQ(Ask("setMedia", MapOf({{"URL", kUrl}})), Success(Value(true)));

@@ -1,4 +1,4 @@
-// Where the session marker lies.
+// The path of the session marker.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr char kName[] = "vantro_windows_fullscreen_native_marker.txt";
 
-// While it lives, GetTempPath2W is the given function, or absent for null.
+// Replaces GetTempPath2W by the given function. With null the function is missing.
 class NewerTempPath {
  public:
   using Function = DWORD WINAPI(DWORD, LPWSTR);
@@ -44,7 +44,7 @@ DWORD WINAPI FolderWithoutASeparator(DWORD, LPWSTR folder) {
 
 DWORD WINAPI FileInPlaceOfAFolder(DWORD room, LPWSTR folder) { return GetModuleFileNameW(nullptr, folder, room); }
 
-// More than there is room for; what the room holds is a folder nevertheless.
+// Returns a length that is too large for the buffer, although the buffer contains a valid folder.
 DWORD WINAPI FolderThatIsTooLong(DWORD room, LPWSTR folder) {
   lstrcpyW(folder, L"C:\\windows\\");
   return room;
@@ -100,7 +100,7 @@ std::string Narrowed(const std::wstring& wide, UINT codePage) {
 
 TEST(SessionMarkerPath, IsInTheCodePageOfTheFileFunctions) {
   const ScratchFolder folder;
-  const std::filesystem::path accented = folder / L"\x00E9";  // in both code pages, at different places
+  const std::filesystem::path accented = folder / L"\x00E9";  // a character with different codes in the two code pages
   std::filesystem::create_directory(accented);
   const TemporaryFolderAt temporary(accented);
   const std::wstring path = (accented / kName).wstring();

@@ -1,4 +1,4 @@
-// Choosing and reading tracks.
+// Selecting and reading tracks.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -35,7 +35,7 @@ class ViewRequests : public PlayerChannelTest {
   }
   void SetLevel(const Value& level) { EXPECT_EQ(Ask("setAlphaFlutterView", MapOf({{"level", level}})), kTrue); }
 
-  int styleChanges_ = 0;  // of the view's extended style
+  int styleChanges_ = 0;  // changes of the view's extended style
 };
 
 TEST_F(ViewRequests, HideAndShowSwitchTheViewInsideTheOverlay) {
@@ -47,7 +47,7 @@ TEST_F(ViewRequests, HideAndShowSwitchTheViewInsideTheOverlay) {
   EXPECT_TRUE(GetWindowLongA(View(), GWL_STYLE) & WS_VISIBLE);
 }
 
-// What the requests ask of the view's window, as one line a call. Each call goes on to the system.
+// Records the calls on the view's window, one line for each call. Each call is passed on to the system.
 class ViewCalls {
  public:
   ViewCalls() { current = this; }

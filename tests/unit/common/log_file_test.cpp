@@ -1,4 +1,4 @@
-// The file of the log, in a program of its own: it is opened once per process.
+// The file of the log. A separate program, because the file is opened once per process.
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-// One program of its own: the log file is opened once per process.
+// A separate program, because the log file is opened once per process.
 #include "common/log.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 namespace vantro {
 namespace {
 
-// Runs first by its name: nothing has switched the log on yet.
+// Its name makes it run first, so the log is still off.
 TEST(ALogThatNobodySwitchedOn, WritesNothingAndCreatesNoFile) {
   DeleteFileA("vantro_debug.log");
   EXPECT_FALSE(debugLoggingEnabled);
@@ -36,8 +36,8 @@ TEST(Log, LineHasLevelWordLocalTimeAndText) {
   std::string line, last;
   while (std::getline(file, line)) last = line;
   if (!last.empty() && last.back() == '\r') last.pop_back();
-  EXPECT_TRUE(std::regex_match(
-      last, std::regex(R"(\[WARNING\] \d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{3} value 7)"))) << last;
+  EXPECT_TRUE(std::regex_match(last, std::regex(R"(\[WARNING\] \d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{3} value 7)")))
+      << last;
 }
 
 TEST(Log, EachLevelHasItsWord) {

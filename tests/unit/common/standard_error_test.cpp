@@ -17,7 +17,8 @@ std::string FileText() {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// Sends the stream to a file for the rest of the program, with a buffer that keeps what is not flushed.
+// Redirects the stream to a file for the rest of the program. The stream is buffered, so lines that are not flushed do
+// not reach the file.
 class ReportedLines : public testing::Test {
  protected:
   static void SetUpTestSuite() {

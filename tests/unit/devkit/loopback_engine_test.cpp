@@ -17,7 +17,7 @@ FlutterDesktopEngineRef CreateEngine() {
   return FlutterDesktopEngineCreate(&properties);
 }
 
-// An engine with a view, as a host makes it.
+// An engine with a view, created as by the host.
 class LoopbackEngineTest : public testing::Test {
  protected:
   ~LoopbackEngineTest() override {
@@ -35,7 +35,7 @@ class LoopbackEngineTest : public testing::Test {
     FlutterDesktopViewControllerDestroy(controller_);
     controller_ = nullptr;
   }
-  // Registers a listener that does this with every message, and delivers one.
+  // Registers this listener and delivers one message to it.
   std::optional<Bytes> DeliverTo(FlutterDesktopMessageCallback listener, const Bytes& bytes = {1, 2, 3}) {
     FlutterDesktopMessengerSetCallback(Messenger(), kChannel, listener, this);
     return loopback_.Deliver(loopback_.NewestEngine(), kChannel, bytes);

@@ -1,4 +1,4 @@
-// Counts what this thread allocates with operator new while the meter lives.
+// Counts the bytes that this thread allocates with operator new during the life of the meter.
 #pragma once
 
 #include <cstddef>

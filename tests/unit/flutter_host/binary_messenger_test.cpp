@@ -1,4 +1,4 @@
-// The messenger over the embedding: the loopback engine stands for the interface.
+// The messenger over the embedding. The loopback engine plays the part of the interface.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -28,7 +28,7 @@ class BinaryMessengerTest : public testing::Test {
   std::optional<Bytes> Deliver(const Bytes& bytes, const std::string& channel = kChannel) {
     return loopback_.Deliver(engine_, channel, bytes);
   }
-  // Takes the reply of the next message instead of answering.
+  // Keeps the reply of the next message and does not call it.
   void KeepTheReply() {
     Messenger().SetMessageHandler(kChannel,
                                   [this](const uint8_t*, size_t, BinaryReply reply) { kept_ = std::move(reply); });
@@ -155,7 +155,7 @@ TEST_F(BinaryMessengerTest, LaterHandlerReplacesTheFormer) {
 TEST_F(BinaryMessengerTest, HandlersStayReachableWhileOthersComeAndGo) {
   Messenger().SetMessageHandler(kChannel, [](const uint8_t*, size_t, BinaryReply reply) { reply(nullptr, 0); });
   const BinaryMessageHandler silent = [](const uint8_t*, size_t, BinaryReply) {};
-  // Names on both sides of the channel's.
+  // Names that sort before and after the channel's name.
   for (char other = '0'; other <= 'z'; ++other) Messenger().SetMessageHandler(std::string(1, other), silent);
   for (char other = '0'; other <= 'z'; other += 2) Messenger().SetMessageHandler(std::string(1, other), nullptr);
   EXPECT_EQ(Deliver({1}), Bytes());

@@ -1,4 +1,4 @@
-// A bundle of the interface beside the test program, made and removed by each test.
+// A bundle of the interface beside the test program. Each test creates and removes it.
 #pragma once
 
 #include <filesystem>
@@ -8,16 +8,16 @@ namespace vantro::test {
 
 class BundleFixture {
  public:
-  // Begins without a data directory.
+  // Starts without a data directory.
   BundleFixture();
   ~BundleFixture();
   BundleFixture(const BundleFixture&) = delete;
   BundleFixture& operator=(const BundleFixture&) = delete;
 
-  // A file of so many bytes at a path below the data directory; its folders are made.
+  // Creates a file of this size in bytes at a path relative to the data directory. Creates its folders too.
   void AddFile(const std::filesystem::path& name, size_t size);
   void AddFolder(const std::filesystem::path& name);
-  // As the log writes it.
+  // The path in the form of the log.
   std::string NarrowPath(const std::filesystem::path& name) const;
   const std::filesystem::path& data() const { return data_; }
 

@@ -1,4 +1,4 @@
-// What a reader hands out of a whole message.
+// What a reader returns from a complete message.
 #include <gtest/gtest.h>
 
 #include <vector>

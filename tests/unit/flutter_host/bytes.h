@@ -15,7 +15,7 @@ namespace vantro::test {
 
 using Bytes = std::vector<uint8_t>;
 
-// "07 02 61 62" as four bytes.
+// Returns four bytes for "07 02 61 62".
 inline Bytes FromHex(const std::string& hex) {
   Bytes bytes;
   const char* at = hex.c_str();

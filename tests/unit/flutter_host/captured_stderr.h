@@ -1,4 +1,4 @@
-// What is written to the standard error stream while this lives.
+// Captures the standard error stream during the life of the object.
 #pragma once
 
 #include <gtest/gtest.h>

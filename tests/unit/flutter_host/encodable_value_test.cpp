@@ -22,7 +22,8 @@ const CustomEncodableValue* CustomAt(const int* object) {
   return reinterpret_cast<const CustomEncodableValue*>(object);
 }
 
-// One of each alternative, in the order in which alternatives compare; each value is large where the next is small.
+// One value of each alternative, in the order in which alternatives compare. Each value is larger than the next one, so
+// that only the order of the alternatives decides.
 std::vector<Value> OneOfEachAlternative() {
   static const int object = 1;
   return {Value(),
@@ -124,7 +125,7 @@ TEST(EncodableMap, NumberAndTextKeysStayApart) {
 TEST(EncodableMap, SortsItsKeysAndKeepsTheLastOfEqualOnes) {
   for (const int count : {0, 1, 2, 23, 24, 25, 26, 100, 1000}) {
     std::vector<EncodableEntry> entries;
-    // Each key twice, in an order that is neither up nor down.
+    // Each key twice, in an order that is neither ascending nor descending.
     for (int at = 0; at < 2 * count; ++at) {
       entries.push_back({EncodableValue(int32_t{at * 7919 % count}), EncodableValue(int32_t{at})});
     }

@@ -1,4 +1,4 @@
-// What a result is told of an error whose code or message is no text.
+// What a result receives for an error whose code or message is not a string.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -206,7 +206,7 @@ TEST_F(FlutterEngineTest, DestructionTakesTheViewAndTheEngine) {
   EXPECT_EQ(loopback_.EngineCount(), before);
 }
 
-// What a start does with what it finds wrong.
+// A fault that a start finds, and the result of the start.
 struct Finding {
   const char* name;
   std::function<void(test::BundleFixture&)> makeBundle;
@@ -327,7 +327,7 @@ std::string QueryErrorOf(const std::function<void()>& start) {
   return "no error";
 }
 
-// Makes the file system refuse to tell about every path that ends in the name.
+// Makes status queries fail for every path that ends in the name.
 class RefusedStatus {
  public:
   explicit RefusedStatus(std::wstring name) {
@@ -410,7 +410,7 @@ void PrintTo(const LoggedMessage& message, std::ostream* out) { *out << message.
 
 class ForwardedMessage : public FlutterEngineTest, public testing::WithParamInterface<LoggedMessage> {
  protected:
-  // The lines that the message may give, whether it was handled or not.
+  // The log lines of the message. `outcome` is the line for a handled or an unhandled message.
   std::vector<std::string> ExpectedLines(const std::string& outcome) const {
     std::vector<std::string> lines;
     const std::string number = std::to_string(GetParam().message);

@@ -1,4 +1,4 @@
-// Bytes that no honest interface sends.
+// Malformed messages.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -79,7 +79,7 @@ TEST(ReaderBeyondItsEnd, FailsInThePadding) {
 TEST(TruncatedMessage, IsReportedOnceAtEveryOffset) {
   const Bytes whole = Encode(OneOfEveryReadableType());
   for (size_t length = 0; length < whole.size(); ++length) {
-    // A block of its own size, so that a sanitizer sees any read beyond it.
+    // A block of exactly this size, so that a sanitizer reports any read beyond it.
     const Bytes cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
     CapturedStderr errors;
     const Value value = Decode(cut);
@@ -159,7 +159,7 @@ TEST(UnknownType, InsideAListLeavesTheRestReadable) {
   EXPECT_EQ(Decode(FromHex("0c 03 01 0f 02")), ListOf({Value(true), Value(), Value(false)}));
 }
 
-// Four thousand million claimed elements in a handful of bytes.
+// A few bytes that claim four thousand million elements.
 class ClaimedLength : public testing::TestWithParam<const char*> {};
 
 TEST_P(ClaimedLength, TakesNoMoreMemoryThanTheBytesThatArrived) {
@@ -181,8 +181,8 @@ INSTANTIATE_TEST_SUITE_P(HostileBytes, ClaimedLength,
                                          "0b ff ff ff ff ff 01 01 01 01 01 01", "0c ff ff ff ff ff 01 01 01 01 01 01",
                                          "0d ff ff ff ff ff 01 01 02 02 00 00", "0e ff ff ff ff ff 01 01 01 01 01 01"));
 
-// Whatever the lengths in a message claim, its values take at most 16 bytes a byte for the outermost list or map and 16
-// for all inside it, and the message is copied once.
+// For any claimed lengths, the values take at most 16 bytes for each byte of the message for the outermost list or map,
+// and 16 bytes for everything inside it. The message is copied once.
 class ClaimsInsideClaims : public testing::TestWithParam<const char*> {};
 
 TEST_P(ClaimsInsideClaims, TakeAtMost33BytesAByte) {
@@ -205,7 +205,8 @@ INSTANTIATE_TEST_SUITE_P(HostileBytes, ClaimsInsideClaims,
 
 TEST(ClaimedLength, BeyondTheEndKeepsWhatStandsCompleteBeforeIt) {
   CapturedStderr errors;
-  // A list of four thousand million, in it a whole list, a whole map, and a list that is cut short.
+  // A list that claims four thousand million elements. It contains a complete list, a complete map and a truncated
+  // list.
   EXPECT_EQ(Decode(FromHex("0c ff ff ff ff ff 0c 02 01 02 0d 01 07 01 61 0c 01 00 0c fe 00 01 01")),
             ListOf({ListOf({Value(true), Value(false)}), MapOf({{"a", ListOf({Value()})}})}));
   EXPECT_EQ(errors.Take(), kInvalidRead);
@@ -241,8 +242,8 @@ TEST(DeepNesting, OfThousandsOfLevelsKeepsTheStack) {
   EXPECT_NE(errors.Take(), "");
 }
 
-// A map of two equal keys, each of which is such a map, and so on: the comparison of the keys must not double with each
-// level. What is more than linear does not end within the watchdog's time.
+// A map with two equal keys, each of which is again such a map: the time of the comparison must not double with each
+// level. If the time is exponential, the watchdog ends the test.
 TEST(DeepNesting, OfMapsAsKeysOfMapsIsComparedInOneWalk) {
   Value value;
   for (int level = 0; level < 200; ++level) value = MapOf({{value, Value()}});

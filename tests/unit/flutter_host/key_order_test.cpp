@@ -1,4 +1,4 @@
-// The order of a map's keys where they are texts.
+// The order of string keys in a map.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace vantro {
 namespace {
 
-// The texts as keys of a map, in the map's order.
+// Returns the texts in the order that they have as keys of a map.
 std::vector<std::string> InOrder(const std::vector<std::string>& texts) {
   std::vector<EncodableEntry> entries;
   for (const std::string& text : texts) entries.push_back({EncodableValue(std::string_view(text)), EncodableValue(1)});

@@ -1,4 +1,4 @@
-// Method channels over a fake messenger: what goes out, what comes in, and the guard of the replies.
+// Method channels over a fake messenger: outgoing calls, incoming calls, and the guard against a second reply.
 #include "flutter_host/method_channel.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ class FakeMessenger : public BinaryMessenger {
       handlers.erase(channel);
     }
   }
-  // The reply to a message of the interface: empty bytes for an empty answer, nothing when none came.
+  // Returns the reply to a message of the interface: empty bytes for an empty reply, nothing without a reply.
   std::optional<Bytes> Deliver(const std::string& channel, const Bytes& message) {
     std::optional<Bytes> answer;
     handlers.at(channel)(message.data(), message.size(), [&answer](const uint8_t* reply, size_t size) {
@@ -63,7 +63,7 @@ class FakeMessenger : public BinaryMessenger {
 
 class MethodChannelTest : public testing::Test {
  protected:
-  // A call of "m" without arguments goes to this handler; its reply is the result.
+  // Sends a call of "m" without arguments to this handler and returns the reply.
   std::optional<Bytes> Call(MethodCallHandler handler) {
     channel_.SetMethodCallHandler(std::move(handler));
     return messenger_.Deliver("a/channel", FromHex("07 01 6d 00"));

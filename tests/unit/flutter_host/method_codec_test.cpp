@@ -21,8 +21,8 @@ using test::ListOf;
 using test::MapOf;
 using test::Value;
 
-// Runs after every object with static storage is destroyed that was made during main. libvlc's threads may still send
-// then. A codec that is destroyed is found here by the sanitizers, and on most runs by the comparison.
+// Runs after the destruction of every static object that was constructed during main. libvlc's threads may still send
+// then. If the codec were destroyed by that time, the sanitizers would report it, and mostly the comparison would fail.
 void EncodeAtTheEnd() {
   ByteVector envelope;
   StandardMethodCodec::GetInstance().EncodeSuccessEnvelope(EncodableValue(true), &envelope);
@@ -32,7 +32,7 @@ const int registered = std::atexit(EncodeAtTheEnd);
 
 const StandardMethodCodec& Codec() { return StandardMethodCodec::GetInstance(); }
 
-// The name and the arguments, or nothing for bytes that are no call.
+// Returns the name and the arguments, or nothing if the bytes are not a call.
 std::optional<std::pair<std::string, Value>> DecodeCall(const Bytes& bytes) {
   MethodCall call;
   if (!Codec().DecodeMethodCall(bytes.data(), bytes.size(), &call)) return std::nullopt;
@@ -57,7 +57,7 @@ Bytes ErrorEnvelope(const char* code, const char* message, const EncodableValue&
   return Bytes(envelope.data(), envelope.data() + envelope.size());
 }
 
-// What a result was told, as one line.
+// Records the result as one line.
 class TellingResult : public MethodResult {
  public:
   std::string told;

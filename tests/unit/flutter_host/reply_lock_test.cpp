@@ -1,4 +1,4 @@
-// Which calls of the embedding a message takes: the lock around a reply, and none around a send.
+// The calls of the embedding for a message: a reply is made under the lock, a send without it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -20,8 +20,8 @@ using testing::IsEmpty;
 
 constexpr char kChannel[] = "a/channel";
 
-// Records, while it lives, the calls by which the program sends, answers and asks for the engine. Each goes on to the
-// engine. Also keeps the callback that was registered last.
+// Records the calls with which the program sends, replies and gets the engine, and passes each on to the engine. Also
+// keeps the last registered callback.
 class MessengerCalls {
  public:
   MessengerCalls() { current = this; }
@@ -30,7 +30,7 @@ class MessengerCalls {
   MessengerCalls& operator=(const MessengerCalls&) = delete;
 
   const std::vector<std::string>& Names() const { return names_; }
-  // Hands a message to the registered callback as the embedding does when the interface wants no answer.
+  // Passes a message to the registered callback, as the embedding does when the interface expects no reply.
   void DeliverWithoutAHandle() {
     const uint8_t byte = 1;
     const FlutterDesktopMessage message{sizeof message, kChannel, &byte, 1, nullptr};
@@ -38,7 +38,7 @@ class MessengerCalls {
   }
 
  private:
-  // Goes on to the engine's export, which the hooks leave alone.
+  // Calls the engine's export directly, without the hooks.
   template <typename Function, typename... Arguments>
   static auto Pass(const char* name, Arguments... arguments) {
     const std::string exported = std::string("FlutterDesktopMessenger") + name;

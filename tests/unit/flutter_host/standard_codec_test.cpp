@@ -1,4 +1,4 @@
-// The wire format: bytes known from the published format, in both directions.
+// The wire format: bytes from the published format, encoded and decoded.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace vantro {
 
-// What the tests' codec extension carries.
+// The value of the tests' codec extension.
 class CustomEncodableValue {
  public:
   uint8_t number;
@@ -116,7 +116,7 @@ TEST(Codec, MapWhoseKeysComeInAnyOrderIsInTheirOrder) {
             MapOf({{Value(int32_t{7}), Value(false)}, {"", Value()}, {"a", Value(false)}, {"b", Value(true)}}));
 }
 
-// Typed lists lie in a copy of the message, aligned from its first byte, wherever the sender's bytes begin.
+// Typed lists are read from a copy of the message, which is aligned for any alignment of the sender's bytes.
 TEST(Codec, TypedListsAreAlignedWhereverTheMessageLies) {
   const Bytes message = FromHex("0b 02 00 00 00 00 00 00 00 00 00 00 00 00 f0 3f 00 00 00 00 00 00 00 40");
   for (size_t offset = 0; offset < 9; ++offset) {
@@ -143,7 +143,7 @@ TEST(Codec, LastOfTwoEqualKeysWins) {
   EXPECT_EQ(Decode(FromHex("0d 02 07 01 61 01 07 01 61 02")), MapOf({{Value("a"), Value(false)}}));
 }
 
-// A type of its own: 128 before one byte, carried as a custom value.
+// Adds a type: the type byte 128 and one byte, decoded to a custom value.
 class ExtendedSerializer : public StandardCodecSerializer {
  public:
   void WriteValue(const EncodableValue& value, ByteBufferStreamWriter* stream) const override {

@@ -1,5 +1,4 @@
-// The calls by which the host of the view takes its window: what they are given, and which lines of the log stand
-// before them.
+// The calls with which the host takes the view's window: their arguments, and the log lines before them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -21,7 +20,7 @@ using testing::ElementsAre;
 
 constexpr char kFirstLine[] = "INFO FlutterViewController created successfully";
 
-// The host's calls and lines in their order, from the line on that tells of the view.
+// The host's calls and log lines in order, starting with the line about the view.
 class Steps {
  public:
   Steps() { current = this; }
@@ -135,7 +134,7 @@ TEST_F(ViewCalls, ViewWithoutAWindowIsNotTouched) {
                                         "INFO ==== Flutter Engine Initialization Completed Successfully ===="));
 }
 
-// A view window that comes without the style of a child.
+// Returns a view window without the child style.
 HWND WINAPI PopupInsteadOfView(void*) {
   static const HWND window =
       CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_BORDER, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32_t kSwitchOffset = 0x5010;
 
-// A program with one section, whose image offsets are the file's plus 0x1000, and the exports "another" and "switch".
+// A program with one section and the exports "another" and "switch". Image offsets are file offsets plus 0x1000.
 class Image {
  public:
   Image() : bytes_(0x400) {
@@ -50,7 +50,7 @@ class Image {
   }
 
   std::optional<uint32_t> Offset(std::string_view name, size_t size = 0x400) const {
-    // A copy of exactly this size, so that a read beyond the end is seen by the sanitizer.
+    // A copy of exactly this size, so that the sanitizer reports a read beyond the end.
     const std::vector<std::byte> cut(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(size));
     return ExportOffset(cut, name);
   }
@@ -78,7 +78,7 @@ TEST(ExportOffset, IsNothingForWhatIsNoProgramForWindowsOn64Bits) {
 }
 
 TEST(ExportOffset, NeedsTheWholeTable) {
-  // The end of the last name is the last byte that is needed.
+  // The last needed byte is the end of the last name.
   for (size_t size = 0; size <= 0x2B6; ++size) EXPECT_EQ(Image().Offset("switch", size), std::nullopt) << size;
   EXPECT_EQ(Image().Offset("switch", 0x2B7), kSwitchOffset);
 }

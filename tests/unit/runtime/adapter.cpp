@@ -104,7 +104,7 @@ void AdapterTest::Reach(void* real, int stateEvent) {
                            {kStopping, published::kStopping}};
   for (const Row& row : kRows) {
     if (row.event != stateEvent) continue;
-    // Under one lock, as in libvlc: a state is never seen before its event has been told.
+    // Under one lock, as in libvlc: no thread sees the state before its event is delivered.
     published::WithLock(real, [&] {
       published::SetState(real, row.state);
       if (guise_ == Guise::kEvents) {

@@ -60,10 +60,10 @@ std::filesystem::path RealLibraryFile(Guise guise);
 // The adapter above the guise, loaded once a process.
 const Adapter& AdapterOver(Guise guise);
 
-// A copy of the adapter of its own, in a folder of its own, with the given bytes as libvlc-real.dll.
+// A separate copy of the adapter in a separate folder, with the given bytes as libvlc-real.dll.
 class FreshAdapter {
  public:
-  // No file is written for no bytes.
+  // If there are no bytes, no libvlc-real.dll is written.
   explicit FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder = L"runtime");
   ~FreshAdapter();
   FreshAdapter(const FreshAdapter&) = delete;
@@ -79,7 +79,7 @@ class FreshAdapter {
   Adapter adapter_;
 };
 
-// What a host's callback was called with.
+// The calls of a host's callback and their arguments.
 struct Received {
   std::atomic<int> calls{0};
   std::atomic<DWORD> threadId{0};
@@ -91,7 +91,8 @@ void Receive(const libvlc_event_t* event, void* received);
 using Action = std::function<void()>;
 void RunAction(const libvlc_event_t* event, void* action);
 
-// One player over the scripted library. At the end all objects must have gone and no dead one have been used.
+// One player over the scripted library. The test fails if at its end objects are still alive, or if a released object
+// has been used.
 class AdapterTest : public testing::TestWithParam<Guise> {
  protected:
   void SetUp() override { Start(GetParam()); }
@@ -110,29 +111,29 @@ class AdapterTest : public testing::TestWithParam<Guise> {
     player_ = nullptr;
   }
 
-  // What the library says by itself, on the calling thread: that the player is in a state now, with its event...
+  // Lets the library report on the calling thread that the player has reached a state, with the event of that state.
   void Reach(int stateEvent) { Reach(real_, stateEvent); }
   void Reach(void* real, int stateEvent);
-  // ... and the others, each in the manner of the guise.
+  // Let the library report other changes, in the form of the guise.
   void TellTime(int64_t milliseconds);
   void TellBuffering(float percent);
   void TellMediaChanged();
   void TellTrackSelected(published::TrackType type);
 
-  // From now on a stop of the player ends on a thread of the library, after that many milliseconds. `first` runs there
-  // before.
+  // From now on a stop of the player completes on a thread of the library after that many milliseconds. That thread
+  // runs `first` before.
   void StopsAfter(unsigned milliseconds, Action first = {});
-  // The player plays; asked to stop it says yes, and nothing follows.
+  // The player plays. A stop reports success, but the player never stops.
   void NeverStops();
 
   Guise guise_{};
   const Adapter* vlc_ = nullptr;
   libvlc_instance_t* instance_ = nullptr;
   libvlc_media_player_t* player_ = nullptr;
-  void* real_ = nullptr;  // the library's player behind player_
+  void* real_ = nullptr;  // the library's player for player_
 };
 
-// The fixture over one guise alone.
+// The fixture over only one guise.
 class EventsGuiseTest : public AdapterTest {
   void SetUp() override { Start(Guise::kEvents); }
 };
@@ -140,7 +141,7 @@ class CallbacksGuiseTest : public AdapterTest {
   void SetUp() override { Start(Guise::kCallbacks); }
 };
 
-// Milliseconds that the action takes.
+// Returns the milliseconds that the action takes.
 uint64_t Taken(const Action& action);
 
 #define OVER_BOTH_GUISES(fixture) \

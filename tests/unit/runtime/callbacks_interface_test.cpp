@@ -1,4 +1,5 @@
-// The interface with callbacks at the player's creation: how each becomes an event of the host, and its microseconds.
+// The interface whose callbacks are set when the player is created: which event of the host each callback raises, and
+// the conversion of its microseconds.
 #include <limits>
 
 #include "tests/unit/runtime/adapter.h"
@@ -21,7 +22,7 @@ class CallbacksInterface : public CallbacksGuiseTest {
   static void Keep(const libvlc_event_t* event, void* told) {
     static_cast<std::vector<libvlc_event_t>*>(told)->push_back(*event);
   }
-  // The events that a callback becomes.
+  // The events that the host receives for a callback.
   template <typename... Arguments, typename... Values>
   std::vector<libvlc_event_t> Told(void (*Callbacks::*slot)(void*, Arguments...), Values... values) {
     told_.clear();
@@ -143,7 +144,7 @@ TEST_F(CallbacksInterface, AnUnselectedTrackIsNoSelection) {
   EXPECT_THAT(published::Calls(), IsEmpty());
 }
 
-// The library tells the first state before its own creator returns.
+// The library reports the first state before the function that creates the player returns.
 TEST_F(CallbacksInterface, AnEventBeforeTheCreatorReturnsDoesNoHarm) {
   libvlc_media_player_t* const second = vlc().libvlc_media_player_new(instance_);
   EXPECT_NE(second, nullptr);

@@ -1,4 +1,4 @@
-// The host's callbacks on a player: what an event manager does, over either interface.
+// The host's callbacks on a player: the event manager's behaviour over both interfaces.
 #include <thread>
 
 #include "tests/unit/runtime/adapter.h"

@@ -1,4 +1,4 @@
-// The interface with event managers: what passes through, and a library that refuses an attachment.
+// The interface with event managers: the events that reach the host, and a library that refuses an attachment.
 #include <bit>
 
 #include "tests/unit/runtime/adapter.h"

@@ -1,4 +1,5 @@
-// Every function that the adapter exports: what it calls in the library, with what, and what it answers.
+// Every function that the adapter exports: which function of the library it calls, with which arguments, and what it
+// returns.
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -19,16 +20,16 @@ struct Host {
 };
 
 struct Row {
-  const char* function;                      // of the library
-  std::function<int64_t(const Host&)> call;  // by the host
-  const char* recorded;                      // what the library sees
-  int64_t answer;                            // of the library
-  int64_t result;                            // what the host gets
+  const char* function;                      // the library's function
+  std::function<int64_t(const Host&)> call;  // the host's call
+  const char* recorded;                      // the call that the library records
+  int64_t answer;                            // the library's result
+  int64_t result;                            // the result that the host gets
 };
 
 void* const kWindow = reinterpret_cast<void*>(0x1234);
 
-// Functions with a result: the library's answer goes through. Those without give 0 here.
+// For functions with a result the host gets the library's result. For functions without one the result is 0 here.
 const Row kRows[] = {
     {"libvlc_abi_version", [](const Host& h) { return int64_t{h.vlc.libvlc_abi_version()}; }, "libvlc_abi_version()",
      0x04123456, 0x04123456},
@@ -92,7 +93,7 @@ std::string Expected(std::string recorded) {
 }
 
 TEST_P(ForwardingTest, EachRowReachesTheLibraryAndItsAnswerTheHost) {
-  vlc().libvlc_media_player_set_hwnd(player_, kWindow);  // play says nothing of a missing window
+  vlc().libvlc_media_player_set_hwnd(player_, kWindow);  // so that play sets no option for a missing window
   for (const Row& row : kRows) {
     published::ClearCalls();
     published::SetResult(row.function, row.answer);
@@ -171,7 +172,8 @@ TEST_P(ForwardingTest, ThePictureHasTheSizeOfTheFirstVideo) {
   EXPECT_THAT(published::CallsOf("libvlc_video_get_size"), testing::Each("libvlc_video_get_size(player1, 0)"));
 }
 
-// A thread in an event holds its player's lock, and another may hold the other player's and ask for this one.
+// A thread in an event holds the lock of its player. A second thread may hold the other player's lock and wait for this
+// one, so the adapter must not take a second lock here.
 TEST_P(ForwardingTest, TheSizeOfAnotherPlayerInsideAnEventIsTheLastKnownOne) {
   libvlc_media_player_t* const other = vlc().libvlc_media_player_new(instance_);
   void* const otherReal = published::Player(2);

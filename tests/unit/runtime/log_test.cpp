@@ -1,4 +1,4 @@
-// The adapter's own log, which an environment variable switches on.
+// The adapter's own log. An environment variable switches it on.
 #include "tests/unit/runtime/adapter.h"
 
 namespace vantro::test {
@@ -13,7 +13,7 @@ class LogTest : public testing::Test {
   void SetUp() override { published::Reset(); }
   void TearDown() override { SetEnvironmentVariableW(kVariable, nullptr); }
 
-  // Makes an instance and a player, and stops it, in an adapter that finds the variable set to the path.
+  // Sets the variable to the path and loads an adapter. Creates an instance and a player, and stops the player.
   void Use(const std::filesystem::path& log) {
     SetEnvironmentVariableW(kVariable, log.c_str());
     const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)));

@@ -8,7 +8,7 @@ using testing::ElementsAre;
 
 class OutputsTest : public AdapterTest {
  protected:
-  // What the library was called with for one instance of the host.
+  // The calls of libvlc_new in the library when the host creates one instance.
   std::vector<std::string> Made(const std::vector<const char*>& arguments) {
     published::ClearCalls();
     libvlc_instance_t* const instance = New(arguments);
@@ -23,7 +23,7 @@ class OutputsTest : public AdapterTest {
   }
 
  private:
-  // A copy of the adapter that knows no outputs yet, as in a process that has just started.
+  // A copy of the adapter that has not listed the outputs yet, as in a new process.
   FreshAdapter fresh_{ReadFileBytes(RealLibraryFile(GetParam())), L"outputs"};
   const Adapter& vlc_ = fresh_.functions();
 };

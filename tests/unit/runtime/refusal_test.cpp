@@ -1,7 +1,7 @@
-// Libraries that the adapter can't use: each gives no instance, and one sentence that says why.
+// Libraries that the adapter can't use: the adapter returns no instance and one sentence with the reason.
 //
-// A library without a function is the scripted one with one name of its export table changed in the file, which leaves
-// the table in its order.
+// A library without a function is a copy of the scripted library with one changed name in its export table. The change
+// keeps the order of the table.
 #include <cstring>
 
 #include "runtime/real_library.h"
@@ -15,7 +15,8 @@ using testing::StartsWith;
 
 std::string Without(const std::string& function, Guise guise) {
   std::string bytes = ReadFileBytes(RealLibraryFile(guise));
-  const std::string name = '\0' + function + '\0';  // the forwarder's text has another character before it
+  const std::string name =
+      '\0' + function + '\0';  // in the text of a forwarder a different character precedes the name
   const size_t at = bytes.find(name);
   EXPECT_NE(at, std::string::npos) << function;
   bytes[at + function.size()] = '_';

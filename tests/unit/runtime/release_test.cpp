@@ -1,4 +1,4 @@
-// The release of a player, whoever is in the middle of something with it.
+// The release of a player while other threads or its own callbacks are using it.
 #include <thread>
 
 #include "tests/unit/runtime/adapter.h"
@@ -82,7 +82,7 @@ TEST_P(ReleaseTest, OfAPlayerAtRestGivesTheHostNoEvent) {
 TEST_P(ReleaseTest, IsFollowedByNoEvent) {
   Received received;
   Attach(kPaused, Receive, &received);
-  // The library delivers as long as it may, inside its own release too.
+  // The library may deliver events until its own release returns.
   published::OnCall("libvlc_media_player_release", [&] {
     if (guise_ == Guise::kCallbacks) Reach(kPaused);
   });

@@ -1,4 +1,4 @@
-// Volume and mute of a player, kept over a library that forgets them.
+// The adapter keeps the volume and mute of a player, because the library forgets them.
 #include "tests/unit/runtime/adapter.h"
 
 namespace vantro::test {
@@ -54,7 +54,7 @@ TEST_P(SoundTest, ANegativeVolumeIsTheLibrarysToJudgeAndIsNotKept) {
   EXPECT_EQ(vlc().libvlc_audio_get_volume(player_), 40);
 }
 
-// The library forgets what was set before its sound output began.
+// The library forgets values that are set before its sound output starts.
 TEST_P(SoundTest, IsSetAgainWhenPlaybackBegins) {
   SetVolume(40);
   SetMute(1);
@@ -117,7 +117,7 @@ TEST_P(SoundTest, BelongsToOnePlayer) {
   vlc().libvlc_media_player_release(other);
 }
 
-// The host sets a volume in the middle of the library's call that sets the kept one.
+// The host sets a volume while the adapter's call that sets the stored volume is running.
 TEST_P(SoundTest, TheHostsLastVolumeWinsOverTheKeptOneThatIsBeingSet) {
   SetVolume(40);
   published::OnCall("libvlc_audio_set_volume", [&] {

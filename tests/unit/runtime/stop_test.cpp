@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 
 constexpr uint64_t kAtOnce = 150;    // milliseconds, on a busy machine
-constexpr uint64_t kLongest = 5000;  // as promised
+constexpr uint64_t kLongest = 5000;  // the documented limit
 
 class StopTest : public AdapterTest {
  protected:
@@ -133,7 +133,7 @@ TEST_P(StopTest, RightAfterPlayWaitsForThePlaybackThatIsAboutToBegin) {
     Reach(kStopping);
     Reach(kStopped);
   });
-  vlc().libvlc_media_player_stop(player_);  // the state still reads as nothing special
+  vlc().libvlc_media_player_stop(player_);  // the library still reports the initial state
   EXPECT_EQ(stopped.calls, 1);
 }
 

@@ -1,4 +1,4 @@
-// Track lists in libvlc 3's manner, and the choice of a track by its number.
+// Track lists in the form of libvlc 3, and the selection of a track by its number.
 #include <malloc.h>
 
 #include "tests/unit/runtime/adapter.h"

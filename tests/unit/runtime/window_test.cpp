@@ -1,4 +1,4 @@
-// A player without a window: its media are told to show nothing before they play.
+// A player without a window: its media get an option that disables the video output before they play.
 #include "tests/unit/runtime/adapter.h"
 
 namespace vantro::test {
@@ -51,7 +51,7 @@ TEST_P(WindowlessTest, AMediaIsToldBeforePlayWhenTheWindowWasTakenAway) {
   Play();
   EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kTold));
   EXPECT_EQ(published::Calls().back(), "libvlc_media_player_play(player1)");
-  EXPECT_EQ(published::Calls()[1], kTold);  // behind get_media, before play
+  EXPECT_EQ(published::Calls()[1], kTold);  // after get_media, before play
 }
 
 TEST_P(WindowlessTest, EachNewMediaIsTold) {

@@ -1,4 +1,4 @@
-// The calls that the key store makes at the system: what they are given, and that memory goes back.
+// The key store's calls of the system: their arguments, and that all memory is freed.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -23,7 +23,7 @@ using testing::IsEmpty;
 
 constexpr ULONG kSystemGenerator = 2;
 
-// The memory that the Data Protection API gave out, and what was freed.
+// The memory that the Data Protection API returned, and the memory that was freed.
 std::vector<void*> blobs, freed;
 void *originalProtect, *originalUnprotect, *originalFree;
 int unwrappings;
@@ -56,7 +56,7 @@ struct RandomCall {
 };
 std::vector<RandomCall> randomCalls;
 
-// Fills what it is given with 1, 2, 3 and so on.
+// Fills the bytes with 1, 2, 3 and so on.
 NTSTATUS WINAPI CountUp(BCRYPT_ALG_HANDLE algorithm, PUCHAR bytes, ULONG size, ULONG flags) {
   randomCalls.push_back({algorithm, size, flags});
   for (ULONG at = 0; at < size; ++at) bytes[at] = static_cast<UCHAR>(at + 1);

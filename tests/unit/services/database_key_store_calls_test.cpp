@@ -1,4 +1,4 @@
-// What the key store asks of the system, where only the call shows it.
+// The key store's calls of the system whose effect only the call itself shows.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -49,7 +49,7 @@ TEST_F(KeyStoreCalls, All32BytesAreTheSystemsRandomOnes) {
   EXPECT_EQ(DatabaseKeyStore::GetOrCreateKey(), std::vector<uint8_t>(32, 7));
 }
 
-// What the store asks of the Data Protection API beside its input and output, as one line a call.
+// Records the calls of the Data Protection API as lines, without their input and output.
 class ProtectionCalls {
  public:
   ProtectionCalls() { current = this; }

@@ -1,4 +1,4 @@
-// The key store over the real Data Protection API and real files, in a local application data folder of the test's own.
+// The key store over the real Data Protection API and real files, in a separate local application data folder.
 #include "services/database_key_store.h"
 
 #include <gmock/gmock.h>
@@ -18,11 +18,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Tells a second process of this program where to save its key.
+// The variable that passes the folder of the key to a second process of this program.
 constexpr wchar_t kWriterFolder[] = L"VANTRO_TEST_KEY_FOLDER";
 constexpr DWORD kMachineFlags = 4;
 
-// What the Data Protection API makes of the bytes under the store's flags.
+// Returns the bytes as the Data Protection API encrypts them with the store's flags.
 std::string Wrapped(std::vector<uint8_t> bytes) {
   DATA_BLOB input{static_cast<DWORD>(bytes.size()), bytes.data()};
   DATA_BLOB output{};
@@ -34,7 +34,7 @@ std::string Wrapped(std::vector<uint8_t> bytes) {
 
 class DatabaseKeyStoreTest : public KeyStoreTest {
  protected:
-  // Leaves a damaged file, and expects a new key in its place.
+  // Writes a damaged file and expects the store to replace it with a new key.
   void ExpectReplaced(const std::string& damaged, const char* logLine) {
     LeaveFile(damaged);
     LogCapture log;
@@ -171,7 +171,7 @@ TEST_F(DatabaseKeyStoreTest, PathLiesInTheLocalAppDataFolder) {
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), appData_.path().wstring() + L"\\Vantro\\db.key");
 }
 
-// Runs in a process of its own, started by the test below.
+// The test below starts this one in a separate process.
 TEST(DISABLED_KeyWriter, SavesAKey) {
   wchar_t folder[MAX_PATH] = L"";
   ASSERT_NE(GetEnvironmentVariableW(kWriterFolder, folder, MAX_PATH), 0u);

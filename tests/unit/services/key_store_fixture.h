@@ -1,4 +1,4 @@
-// The key store in a local application data folder of the test's own.
+// The key store in a separate local application data folder for each test.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The steps of the thumbnail worker: which line of the log stands before and after which call.
+// The steps of the thumbnail worker: the order of its log lines and calls.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ class ThumbnailSteps : public testing::Test {
                                   {"width", Value(320)},
                                   {"height", Value(180)}}));
   }
-  // Adds each call of the function to the steps, behind the lines of the log that stand before it.
+  // Adds each call of the function to the steps, after the log lines that precede the call.
   void Note(const std::string& function) {
     vlc_.OnCall(function, [this, function] {
       CollectLines();
@@ -63,7 +63,7 @@ class ThumbnailSteps : public testing::Test {
     return steps_;
   }
 
-  // Before the plugin, whose end still makes calls.
+  // Declared before the plugin, because the plugin's destructor still makes calls.
   std::vector<std::string> steps_;
   size_t linesTaken_ = 0;
   ScratchFolder scratch_;

@@ -1,5 +1,5 @@
-// One window's thumbnail channel over the loopback engine and the scripted libvlc: bytes in, bytes out. Snapshots land
-// in a folder of the test's own.
+// The thumbnail channel of one window over the loopback engine and the scripted libvlc. The tests send and receive
+// bytes. Snapshots are written to a separate folder for each test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -51,7 +51,7 @@ class ThumbnailWorker : public testing::Test {
   }
   Answer GetFrame(const Value& arguments = FrameArguments()) { return Ask("getFrame", arguments); }
   void Initialize() { ASSERT_EQ(Ask("initialize"), Success(Value(true))); }
-  // Ready, with a picture to give.
+  // Initializes the worker and sets the picture that a snapshot writes.
   void InitializeWithPicture() {
     Initialize();
     vlc_.SetSnapshot(std::string(kJpeg, sizeof kJpeg - 1));

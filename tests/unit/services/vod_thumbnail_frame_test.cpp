@@ -1,4 +1,4 @@
-// Taking a frame: the calls, the waits, the temporary file and what can fail.
+// Taking a frame: the calls, the waits, the temporary file and the failures.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -42,14 +42,14 @@ TEST_F(ThumbnailWorker, WaitsAfterPlayAfterTheSeekAndAfterTheSnapshot) {
   vlc_.OnCall("libvlc_video_take_snapshot", [&] { snapped = steady_clock::now(); });
   GetFrame();
   const auto end = steady_clock::now();
-  // The clock of a sleep may be a little ahead of the one that measures.
+  // Sleep uses another clock than the measurement, and may end one tick early.
   constexpr milliseconds kTick{16};
   EXPECT_GE(sought - played, milliseconds(100) - kTick);
   EXPECT_GE(snapped - sought, milliseconds(500) - kTick);
   EXPECT_GE(end - snapped, milliseconds(200) - kTick);
 }
 
-// The waits of one thread, whichever function of the system the standard library uses.
+// The waits of one thread. The standard library may use any of several system functions for them.
 std::vector<DWORD> waits;
 DWORD waitingThread = 0;
 void NoteWait(DWORD time) {
@@ -141,7 +141,7 @@ TEST_F(ThumbnailWorker, EachKeyIsRequired) {
   }
 }
 
-// An answer that nobody waits for.
+// A result that ignores the answer.
 class UnreadResult : public MethodResult {
  protected:
   void SuccessInternal(const EncodableValue&) override {}
@@ -197,7 +197,7 @@ TEST_F(ThumbnailWorker, FailedSnapshotStopsThePlayerAndLeavesTheFile) {
 TEST_F(ThumbnailWorker, SnapshotFileThatCannotBeOpenedIsDeleted) {
   Initialize();
   HANDLE file = INVALID_HANDLE_VALUE;
-  // Another program holds the file so that it can be deleted and not be read.
+  // Another program has opened the file in a way that allows deletion and forbids reading.
   vlc_.OnCall("libvlc_video_take_snapshot", [&] {
     file = CreateFileW((scratch_ / "vantro_thumb_123_42.jpg").c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
                        CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -208,7 +208,7 @@ TEST_F(ThumbnailWorker, SnapshotFileThatCannotBeOpenedIsDeleted) {
   EXPECT_THAT(FilesLeft(), IsEmpty());
 }
 
-// Notes, while it lives, how often the player had been stopped at each deletion of a file.
+// Records at each deletion of a file how often the player has been stopped.
 class StopsAtDeletion {
  public:
   explicit StopsAtDeletion(const ScriptedVlc& vlc) : vlc_(vlc) { current = this; }

@@ -1,4 +1,4 @@
-// The thumbnail worker's life: initialize, dispose and destruction.
+// The thumbnail worker's lifetime: initialize, dispose and destruction.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
