@@ -24,7 +24,7 @@ TEST(AlternatingSwitch, ATurnToWhereItStandsIsNone) {
   EXPECT_TRUE(light);
 }
 
-// Writes down each turn that is carried out.
+// Records each turn that is carried out.
 struct Scribe {
   void operator()(bool on) const { written += on ? '+' : '-'; }
   std::string& written;
@@ -69,7 +69,7 @@ TEST(AlternatingSwitch, TurnsWithoutEndDoNotHoldTheThreadThatCarriesThemOut) {
 
 TEST(AlternatingSwitch, TurnsOfManyThreadsAreCarriedOutOneByOne) {
   AlternatingSwitch light;
-  std::string written;  // by the thread that carries turns out, and by no other at that time
+  std::string written;  // written only by the thread that carries out the turns
   const auto turn = [&](bool on) {
     if (light.TurnTo(on) == Turn::kOwn) light.CarryOutTurns(on, Scribe{written});
   };

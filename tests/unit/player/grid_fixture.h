@@ -1,4 +1,4 @@
-// A player whose events are recorded, and the steps that put it into a grid of several streams.
+// A player whose events are recorded, with helpers that start a grid of several streams.
 #pragma once
 
 #include <mutex>
@@ -14,7 +14,7 @@ constexpr int kMediaChanged = 0x100;
 constexpr int kPaused = 0x105;
 constexpr int kStopped = 0x106;
 
-// What reached the interface, as "name" or "name:argument". Any thread.
+// Records the events that reach the interface, as "name" or "name:argument". Thread-safe.
 class RecordedEvents {
  public:
   EventCallback Callback() {
@@ -41,8 +41,8 @@ class GridTest : public PlayerTest {
     Start();
     state_.eventCallback_ = events_.Callback();
   }
-  // The single view plays a stream, and becomes the first of the given number of tiles: the later ones play
-  // "http://host/1" and so on under the names "Tile 1" and so on.
+  // Starts a grid with the given number of tiles. The first is the stream of the single view. The others play
+  // "http://host/1" and so on, with the names "Tile 1" and so on.
   void StartGrid(int tiles) {
     StartWithEvents();
     ASSERT_TRUE(SetMedia("http://host/0"));

@@ -1,4 +1,4 @@
-// The table of libvlc's functions, the version that it infers, and the search for the libraries.
+// The table of libvlc's functions, the detected version, and the search for the libraries.
 #include "player/libvlc_functions.h"
 
 #include <gmock/gmock.h>
@@ -179,7 +179,7 @@ TEST(LibVlcLibraries, AreTheOnesThatTheProcessHasLoaded) {
   EXPECT_EQ(GetLibVlcCoreModule(), GetModuleHandleA("libvlccore.dll"));
 }
 
-// A library under another name in the folder "vlc" beside the executable.
+// A library with another file name in the folder "vlc" beside the executable.
 class BundledLibrary : public testing::Test {
  protected:
   BundledLibrary() {

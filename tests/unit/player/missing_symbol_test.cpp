@@ -1,5 +1,5 @@
-// Start-up over a libvlc that lacks one of the five functions that the player cannot start without. Built once for
-// each: VANTRO_MISSING_SYMBOL names it as the log does.
+// Start-up over a libvlc without one of the five functions that the player cannot start without. The program is built
+// once for each of them. VANTRO_MISSING_SYMBOL is the name of the function in the log.
 #include "tests/unit/player/player_fixture.h"
 
 namespace vantro::test {

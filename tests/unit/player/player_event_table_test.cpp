@@ -66,7 +66,7 @@ std::string Time(int64_t time) {
 
 std::string Seekable(int32_t seekable) {
   libvlc_event_t event{};
-  event.u.time = -1;  // the bytes behind the 32 that count
+  event.u.time = -1;  // sets the bytes after the 32 bits that are read
   event.u.seekable = seekable;
   return EventArgumentText(EventArgument::kSeekable, event).c_str();
 }

@@ -1,4 +1,4 @@
-// What an event of libvlc does to the player and tells the interface.
+// How an event of libvlc changes the player, and what it sends to the interface.
 #include "player/player_events.h"
 
 #include <gmock/gmock.h>
@@ -19,7 +19,7 @@ using testing::IsEmpty;
 class PlayerEventsTest : public GridTest {
  protected:
   void SetUp() override { StartWithEvents(); }
-  // Of the single view's player, on a thread of the library.
+  // Raises an event of the single view's player on a thread of the library.
   int Raise(int type, double value = 0) { return vlc_.Raise(vlc_.Player(), type, value); }
 };
 

@@ -16,7 +16,7 @@
 
 namespace vantro::test {
 
-// A copy of what stands in the process-wide table, put back at the end: a test empties slots in between.
+// Saves the process-wide table and restores it at the end, because tests empty slots of it.
 class TableGuard {
  public:
   TableGuard() : saved_(GetLibVlcFunctions()) {}
@@ -28,10 +28,10 @@ class TableGuard {
   LibVlcFunctions saved_;
 };
 
-// Destroyed in reverse order: the player first, the library's account of what is left last.
+// The members are destroyed in reverse order: the player first, and last the library's check for live objects.
 class PlayerTest : public testing::Test {
  protected:
-  // Starts the player and forgets the calls that it took.
+  // Starts the player and clears the recorded calls.
   void Start() {
     ASSERT_TRUE(player_.Initialize(parent_.get()));
     vlc_.ClearCalls();
@@ -48,13 +48,13 @@ class PlayerTest : public testing::Test {
   PlayerInspector state_{player_};
 };
 
-// A player that has been started, with the calls of the start forgotten.
+// A started player. The calls of the start are not in the record.
 class StartedPlayerTest : public PlayerTest {
  protected:
   void SetUp() override { Start(); }
 
   libvlc_media_player_t* Player() { return state_.mediaPlayer_.get(); }
-  // The lines of the log that hold the tag.
+  // Returns the log lines that contain the tag.
   std::vector<std::string> LinesOf(const std::string& tag) {
     std::vector<std::string> lines = log_.Lines();
     std::erase_if(lines, [&](const std::string& line) { return line.find(tag) == std::string::npos; });

@@ -1,4 +1,4 @@
-// The grid in a real window: places, messages, handles, scales, and which tile is heard.
+// The grid in a real window: positions, messages, handles, scales, and which tile is audible.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -34,14 +34,14 @@ class LayoutTest : public GridTest {
   }
 };
 
-// Writes down what a window is sent, and passes it on.
+// Records the messages that a window receives, and passes them on.
 class MessageRecorder {
  public:
   struct Message {
     UINT message;
     WPARAM wParam;
     LPARAM lParam;
-    WINDOWPOS position;  // of WM_WINDOWPOSCHANGED
+    WINDOWPOS position;  // for WM_WINDOWPOSCHANGED
   };
 
   explicit MessageRecorder(HWND window) : window_(window) {
@@ -56,7 +56,7 @@ class MessageRecorder {
   MessageRecorder(const MessageRecorder&) = delete;
   MessageRecorder& operator=(const MessageRecorder&) = delete;
 
-  // From the first WM_ENTERSIZEMOVE on, without what other messages bring about by themselves.
+  // The messages from the first WM_ENTERSIZEMOVE on, without those that other messages cause.
   std::vector<Message> ResizeSequence() const {
     const auto begin = std::find_if(messages_.begin(), messages_.end(),
                                     [](const Message& sent) { return sent.message == WM_ENTERSIZEMOVE; });
@@ -78,7 +78,7 @@ class MessageRecorder {
     Message sent{message, wParam, lParam, {}};
     if (message == WM_WINDOWPOSCHANGED) sent.position = *reinterpret_cast<const WINDOWPOS*>(lParam);
     self.messages_.push_back(sent);
-    // The default answer to a position sends a size of its own, which is not the player's doing.
+    // The default handling of this message sends WM_SIZE, which is not a call of the player.
     if (message == WM_WINDOWPOSCHANGED) return 0;
     return CallWindowProcA(self.original_, window, message, wParam, lParam);
   }
@@ -90,7 +90,7 @@ class MessageRecorder {
   bool painted_ = false;
 };
 
-// Places.
+// Positions.
 
 TEST_F(LayoutTest, EachTileStandsInItsCell) {
   StartGrid(1);

@@ -1,4 +1,5 @@
-// The player over what a current libvlc 4 exports: no synchronous stop, no URI creator, no track lists.
+// The player over the exports of a current libvlc 4, which has no synchronous stop, no libvlc_media_new_uri and no
+// track lists.
 #include "tests/unit/player/player_fixture.h"
 
 namespace vantro::test {

@@ -1,4 +1,4 @@
-// Making a media from a URL, and setting it.
+// Creating a media from a URL, and setting it.
 #include "tests/unit/player/player_fixture.h"
 
 namespace vantro::test {
@@ -7,7 +7,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Making a media.
+// Creating a media.
 
 struct UrlRow {
   const char* name;

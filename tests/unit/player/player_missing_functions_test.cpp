@@ -1,4 +1,4 @@
-// Each function that an operation of the grid or the watchdog needs, missing in turn.
+// Each operation of the grid and the watchdog without one of the functions that it needs.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -26,14 +26,14 @@ void EmptySlot(const std::string& name) {
 
 struct Missing {
   const char* function;
-  const char* line;  // of the log; null where nothing is logged
+  const char* line;  // the log line, or null if nothing is logged
 };
 
 std::string FunctionName(const testing::TestParamInfo<Missing>& row) { return row.param.function; }
 
 class MissingFunctionTest : public WatchdogTest, public testing::WithParamInterface<Missing> {
  protected:
-  // Empties the function's slot and forgets the calls until now.
+  // Empties the function's slot and clears the recorded calls.
   void LoseTheFunction() {
     EmptySlot(GetParam().function);
     vlc_.ClearCalls();

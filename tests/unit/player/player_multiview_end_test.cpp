@@ -1,4 +1,4 @@
-// The session of several streams: how it is left, by a plain end, by a promotion, and with the player.
+// The end of a session of several streams: by leaving, by a promotion, and with the player.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -222,7 +222,7 @@ TEST_F(MultiViewEndTest, AFirstTileWithoutAPlayerTakesOnlyTheNameAndUrl) {
 TEST_F(MultiViewEndTest, FiveHundredRoundsLeaveNoPlayerMediaOrWindowBehind) {
   StartWithEvents();
   ASSERT_TRUE(SetMedia("http://host/0"));
-  debugLoggingEnabled = false;  // half a million lines tell nothing more
+  debugLoggingEnabled = false;  // avoids half a million lines
   for (int round = 0; round < 500; ++round) {
     player_.EnableMultiView();
     ASSERT_TRUE(Add(1));

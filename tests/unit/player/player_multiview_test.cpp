@@ -1,4 +1,4 @@
-// The session of several streams: how it begins and changes.
+// The start and the changes of a session of several streams.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -20,7 +20,7 @@ static_assert(!std::is_copy_constructible_v<MultiViewPlayer> && !std::is_copy_as
 
 class MultiViewTest : public GridTest {
  protected:
-  // Each layout sets every tile's window handle.
+  // A layout sets the window handle of every tile.
   void ExpectLayoutBeforeAudio() {
     std::vector<std::string> steps;
     for (const std::string& call : vlc_.Calls()) {

@@ -1,4 +1,4 @@
-// What the stall watchdog does about a wedged stream: the nudge, its resume, the reload, and giving up.
+// How the stall watchdog handles a wedged stream: the nudge, its resume, the reload, and giving up.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -244,7 +244,7 @@ TEST_F(RecoveryTest, AReloadOfALiveStreamDoesNotSeek) {
 
 class TileRecoveryTest : public WatchdogTest {
  protected:
-  // Two tiles; the second one plays and wedges on every pass.
+  // Two tiles. The second one plays and can wedge.
   void SetUp() override {
     StartGrid(2);
     Watchable(TilePlayer(1));

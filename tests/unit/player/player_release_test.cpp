@@ -1,4 +1,4 @@
-// What leaves the player while an event is being handled is released before the operation returns.
+// A libvlc object that the player drops while an event is being handled is released before the operation returns.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -24,8 +24,8 @@ class ReleaseTest : public GridTest {
     if (event_.joinable()) event_.join();
   }
 
-  // Raises an event on the player, and returns once the interface is being told of it. The telling goes on for the
-  // given time, and does what is given on libvlc's thread.
+  // Raises an event on the player on a new thread. Returns when that thread is in the event callback, where it runs the
+  // given work, by default a short sleep.
   template <typename Work>
   void BeginEvent(libvlc_media_player_t* player, int type, const Work& work) {
     state_.eventCallback_ = [this, work](const char*, const char*) {
@@ -97,7 +97,7 @@ TEST_F(ReleaseTest, CleanupReleasesPlayerMediaAndInstanceInOrderWhileAnEventRuns
                                     "libvlc_release(instance1)"));
 }
 
-// A video output of libvlc sends messages to the window that it draws into.
+// A video output of libvlc sends messages to its window.
 TEST_F(ReleaseTest, SentMessagesAreAnsweredWhileAnEventIsWaitedFor) {
   StartGrid(3);
   player_.SetActiveIndexSafe(1);

@@ -1,4 +1,4 @@
-// Start-up and end of the player over a whole libvlc, and start-up failing at each stage that a call can fail at.
+// The start and the end of the player over a complete libvlc, and a start that fails at each stage.
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -314,7 +314,7 @@ INSTANTIATE_TEST_SUITE_P(
         REQUIRED(libvlc_event_attach, "(new=1, player_new=1, set_hwnd=1, event_manager=1, event_attach=0)")),
     [](const testing::TestParamInfo<RequiredSlot>& row) { return row.param.name; });
 
-// All other slots: the start goes on without any of them.
+// All other slots: the start succeeds without any one of them.
 
 class OptionalSlot : public PlayerStartup, public testing::WithParamInterface<LibVlcSlot> {};
 

@@ -1,5 +1,5 @@
-// libvlc's threads at full speed against a main thread that changes everything that they read. The scripted library
-// tells each call with a handle that is no longer alive.
+// libvlc's threads raise events at full speed while the main thread changes everything that they read. The scripted
+// library reports each call with a handle that is no longer alive.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -24,20 +24,20 @@ constexpr ULONGLONG kStormMs = 1500;
 
 class StormTest : public GridTest {
  protected:
-  // The log is off: its lines would be all that a storm does.
+  // The log is off, because writing it would take most of the storm's time.
   StormTest() { debugLoggingEnabled = false; }
 
   void StartStorm(libvlc_media_player_t* player, int threads) {
     vlc_.StartStorm(player, threads, {0x104, 0x10B, 0x100, 0x10C, 0x105, 0x103, 0x106, 0x10D, 5, 0x10A});
   }
-  // Runs the action again and again while a storm goes on.
+  // Repeats the action while a storm is running.
   template <typename Action>
   void Weather(const Action& action) {
     const ULONGLONG end = GetTickCount64() + kStormMs;
     do {
       action();
       state_.RunStallPass(GetTickCount64);
-      // The library records every call.
+      // The library records every call, so the record would grow without limit.
       vlc_.ClearCalls();
     } while (GetTickCount64() < end);
     EXPECT_GT(vlc_.StopStorms(), 0);
@@ -132,7 +132,7 @@ TEST_F(StormTest, APlayerMayBeDestroyedUnderItsOwnEvents) {
   EXPECT_EQ(vlc_.LivePlayers(), 0);
 }
 
-// Threads that do their work in step, once a round.
+// Threads that each do their work once in a round, at the same time.
 class Rounds {
  public:
   explicit Rounds(std::vector<std::function<void()>> works) : running_(works.size()) {
@@ -155,7 +155,7 @@ class Rounds {
   Rounds(const Rounds&) = delete;
   Rounds& operator=(const Rounds&) = delete;
 
-  // Returns when all have done their work once.
+  // Runs one round. Returns when all threads have done their work once.
   void Run() {
     running_ = threads_.size();
     ++round_;
@@ -171,7 +171,7 @@ class Rounds {
 
 class MeetingTest : public StormTest {
  protected:
-  // Whether the watchdog is on; fails unless its timer runs just then. Ends the timer.
+  // Returns whether the watchdog is on. Fails unless its timer runs exactly then. Ends the timer.
   bool IsOnWithItsTimer() {
     const bool isOn = state_.stallWatchdogActive_.IsOn();
     const bool hasTimer = KillTimer(parent_.get(), reinterpret_cast<UINT_PTR>(&player_)) != FALSE;

@@ -1,4 +1,4 @@
-// The watchdog's pass over the tiles of the grid, and the periods of its timers.
+// The watchdog's pass over the tiles of the grid, and the intervals of its timers.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>

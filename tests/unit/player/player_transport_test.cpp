@@ -23,7 +23,7 @@ class PlayerPlay : public StartedPlayerTest {
     return "INFO [VLCPlayer::Play] Called, mediaPlayer_.get()=" + PointerText(Player()) +
            ", volume_=" + std::to_string(volume) + ", isMultiViewMode_=0";
   }
-  // The lines of the last call of Play.
+  // The log lines of the last call of Play.
   std::vector<std::string> LastLines() {
     const std::vector<std::string> lines = LinesOf("[VLCPlayer::Play]");
     for (size_t index = lines.size(); index-- > 0;)
@@ -146,7 +146,7 @@ TEST_F(PlayerPlay, AfterVolume0EndsWithLibvlcAt100AndTheCachedVolumeAt0) {
   EXPECT_EQ(state_.volume_, 0);
 }
 
-// Pausing, asking, stopping.
+// Pausing, querying, stopping.
 
 TEST_F(StartedPlayerTest, PauseToggles) {
   player_.Pause();
@@ -177,7 +177,7 @@ TEST_F(StartedPlayerTest, StopInternalSuppressesBeforeItStops) {
   bool suppressed = false;
   vlc_.OnCall("libvlc_media_player_stop", [&] { suppressed = state_.suppressStoppedEvent_; });
   player_.StopInternal(true);
-  vlc_.OnCall("libvlc_media_player_stop", nullptr);  // the player's own end stops once more
+  vlc_.OnCall("libvlc_media_player_stop", nullptr);  // the player's destructor stops again
   EXPECT_TRUE(suppressed);
 }
 
@@ -271,7 +271,7 @@ TEST_F(PlayerTest, PositionAndDurationBeforeInitializeAreZero) {
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
-// Choosing a track.
+// Selecting a track.
 
 TEST_F(StartedPlayerTest, ATrackIsChosenByItsId) {
   player_.SetSpuTrack(3);

@@ -1,5 +1,5 @@
-// The stall watchdog over real timers, the scripted library and a clock of the test's own: how it starts, looks and
-// judges.
+// The stall watchdog over real timers, the scripted library and a clock that the test sets: its start, its stop, its
+// passes and their verdicts.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>

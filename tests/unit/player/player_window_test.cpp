@@ -1,4 +1,4 @@
-// Size and stacking of the video's window.
+// The size and the z-order of the video's window.
 #include "tests/unit/player/player_fixture.h"
 #include "tests/unit/player/window_calls.h"
 
@@ -55,7 +55,7 @@ TEST_F(StartedPlayerTest, ResizeOfAPlayerInTheParentLeavesTheParentAlone) {
   EXPECT_EQ(log_.CountContaining("EnsureZOrder"), 0);
 }
 
-// What EnsureZOrder asks of the system.
+// The system calls of EnsureZOrder.
 class Stacking : public StartedPlayerTest {
  protected:
   HWND MakeChild() {
@@ -93,7 +93,7 @@ TEST_F(Stacking, PutsAChildOverlayOnTopAndTheVideoAtTheBottom) {
 }
 
 TEST_F(Stacking, PlacesATopLevelOverlayBehindTheVideoAndShowsIt) {
-  // The system takes only a sibling as the window to insert after, so the video is a top-level window here.
+  // The system accepts only a sibling as the window to insert after, so the video is a top-level window here.
   DestroyWindow(state_.vlcWindow_);
   const ParentWindow video(60, 60);
   const ParentWindow overlay(50, 50);

@@ -1,5 +1,5 @@
-// The player in a process that has no libvlc.dll at all. The functions that the host imports directly are defined here,
-// so that the program starts without the library; they count what is released.
+// The player in a process without libvlc.dll. This file defines the functions that the host imports directly, so that
+// the program starts without the library. They count the releases.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -37,7 +37,7 @@ class PlayerWithoutLibVlc : public testing::Test {
  protected:
   PlayerWithoutLibVlc() { releasedInstances = releasedPlayers = releasedMedia = 0; }
 
-  // As if an instance and a player had been made: the operations go on to ask for the table.
+  // Sets handles as if an instance and a player existed, so that the operations go on and load the table.
   void GiveHandles(VLCPlayer& player) {
     PlayerInspector(player).vlcInstance_.reset(reinterpret_cast<libvlc_instance_t*>(&handles[0]));
     PlayerInspector(player).mediaPlayer_.reset(reinterpret_cast<libvlc_media_player_t*>(&handles[1]));

@@ -1,4 +1,4 @@
-// The player in a process in which the class of its child window cannot be registered: the name is taken.
+// The player in a process in which the class of its child window can't be registered, because the name is in use.
 #include "tests/unit/player/player_fixture.h"
 
 namespace vantro::test {

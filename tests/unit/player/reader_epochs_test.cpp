@@ -15,7 +15,7 @@
 namespace vantro {
 namespace {
 
-// A thread that waits for the readers, and whether it has ended.
+// A thread that waits for the readers.
 class Waiter {
  public:
   explicit Waiter(ReaderEpochs& epochs)
@@ -27,7 +27,7 @@ class Waiter {
   Waiter(const Waiter&) = delete;
   Waiter& operator=(const Waiter&) = delete;
 
-  // Gives it ample time to end before it says that it has not.
+  // Returns whether the wait ends within the limit.
   bool EndsWithin(std::chrono::milliseconds limit) const {
     const auto end = std::chrono::steady_clock::now() + limit;
     while (!ended_ && std::chrono::steady_clock::now() < end) std::this_thread::yield();
@@ -62,7 +62,7 @@ TEST(ReaderEpochs, ReadersThatFollowOneAnotherDoNotHoldUpAWait) {
   ReaderEpochs epochs;
   auto reader = std::make_unique<ReaderEpochs::Reader>(epochs);
   const Waiter waiter(epochs);
-  // At each moment one reader at least is inside.
+  // At least one reader is inside at any time.
   const auto end = std::chrono::steady_clock::now() + kLongEnoughToEnd;
   while (!waiter.EndsWithin(std::chrono::milliseconds(1)) && std::chrono::steady_clock::now() < end) {
     auto next = std::make_unique<ReaderEpochs::Reader>(epochs);
@@ -103,7 +103,7 @@ TEST(Published, HandsBackTheObjectThatWasReplaced) {
   EXPECT_EQ(*published.Replace(std::make_unique<int>(2)), 1);
 }
 
-// Objects that readers check while they hold them: a freed one has lost its mark.
+// An object that readers check while they hold it. A freed object no longer has its mark.
 struct Marked {
   static constexpr uint32_t kAlive = 0xA11CE;
   ~Marked() { mark = 0; }

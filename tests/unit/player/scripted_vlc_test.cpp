@@ -1,4 +1,4 @@
-// The scripted library itself: what the other tests of the player lean on.
+// The scripted library itself, which the other tests of the player use.
 #include "tests/support/scripted_vlc.h"
 
 #include <gmock/gmock.h>
@@ -137,7 +137,7 @@ TEST_F(ScriptedVlcTest, StatisticsArriveInTheProductsLayout) {
   EXPECT_EQ(stats.i_played_abuffers, 7u);
 }
 
-// This program again as a child that runs one test of its own, and what came of it.
+// Runs this program as a child process with one test, and returns its exit code and errors.
 constexpr char kChildVariable[] = "VANTRO_SCRIPTED_TEST_CHILD";
 constexpr char kErrorFile[] = "scripted_child_errors.txt";
 
@@ -150,7 +150,7 @@ struct Environment {
 
 struct ChildEnd {
   DWORD code = 0;
-  std::string errors;  // what it wrote on standard error
+  std::string errors;  // the child's standard error
 };
 
 HANDLE CreateInheritedFile(const char* name) {
@@ -185,7 +185,7 @@ ChildEnd RunAsChild(const std::string& test, const std::vector<Environment>& env
   return end;
 }
 
-// The lock of a player during its events. Each deadlock is provoked in a child.
+// The lock of a player during its events. A child process causes each deadlock.
 
 class DeadlockTest : public ScriptedVlcTest {
  protected:
@@ -196,7 +196,7 @@ class DeadlockTest : public ScriptedVlcTest {
         functions_.libvlc_media_player_event_manager(player), 0x104,
         [](const libvlc_event_t*, void* userData) { (*static_cast<Action*>(userData))(); }, action);
   }
-  // Does the action inside an event of the first player.
+  // Runs the action inside an event of the first player.
   void DoInEvent(Action action) {
     Listen(first_.get(), &action);
     EXPECT_EQ(vlc_.Raise(first_.get(), 0x104), 1);
@@ -306,7 +306,7 @@ TEST_F(ScriptedVlcTest, AReleasedPlayerDeliversNoEvent) {
   EXPECT_EQ(received.calls, calls);
 }
 
-// Scripting by the environment, as a program sees it that is tested from outside.
+// Scripting by the environment, for a program that is tested from outside.
 
 void BehaveAsTheScriptedProgram() {
   EXPECT_EQ(libvlc_new(0, nullptr), nullptr);

@@ -1,4 +1,4 @@
-// The watchdog's verdicts, its ladder and its restore rule over plain values, with a clock of the test's own.
+// The watchdog's verdicts, its ladder and its restore rule over plain values, with times that the tests set.
 #include "player/stall_decisions.h"
 
 #include <gmock/gmock.h>
@@ -15,7 +15,7 @@ using testing::IsEmpty;
 
 StallSample Sample(int displayed, int audio) { return {displayed, audio, true, true}; }
 
-// One check of the record, as the watchdog makes it.
+// One check of the state, as in the watchdog.
 bool Check(StallState& state, const StallSample& sample) {
   return RecordStallCheck(state, sample, JudgeStall(state, sample));
 }
@@ -34,7 +34,7 @@ struct VerdictRow {
   StallVerdict verdict;
 };
 
-// Against a last check with 100 pictures and 200 buffers.
+// Compares with a last check of 100 pictures and 200 buffers.
 class StallVerdictTest : public testing::TestWithParam<VerdictRow> {};
 
 TEST_P(StallVerdictTest, IsAsTheCountersSay) {
@@ -163,7 +163,7 @@ TEST(StallLadder, ThreeRestartsWithinTheMinuteGiveUp) {
   EXPECT_EQ(state.stalledTicks, 0);
 }
 
-// Each check finds a wedge, a second after the one before it.
+// There is one check a second, and each finds a wedge.
 TEST(StallLadder, AWedgedTileIsNudgedReloadedThreeTimesNudgedAndGivenUp) {
   StallState state = Counters(100, 0);
   std::vector<std::pair<int, StallRung>> course;

@@ -13,7 +13,7 @@ struct CellRow {
   Rect cell;
 };
 
-// A client area of odd size, so that the halves are cut: half the width is 400, half the height 300.
+// A client area of odd size, so that the halves are rounded down: half the width is 400, half the height 300.
 constexpr int kWidth = 801;
 constexpr int kHeight = 601;
 

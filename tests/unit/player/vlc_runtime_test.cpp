@@ -1,4 +1,4 @@
-// The search for an installed VLC, over real folders.
+// The search for an installed VLC in real folders.
 #include "player/vlc_runtime.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// A folder of this program's own, gone at the end.
+// A temporary folder of this program, removed at the end.
 class RuntimeFolders : public testing::Test {
  protected:
   RuntimeFolders() {
@@ -48,7 +48,7 @@ class RuntimeFolders : public testing::Test {
     return text;
   }
 
-  // A VLC with plugins and both libraries.
+  // Installs a VLC with plugins and both libraries.
   void Install() {
     fs::create_directories(installed_ / "plugins");
     Write(installed_ / "libvlc.dll", "installed vlc");
@@ -216,7 +216,7 @@ TEST_F(RuntimeFolders, APluginsFolderThatCannotBeMadeStopsNothing) {
   EXPECT_FALSE(fs::exists(local_));
 }
 
-// The folder that Windows says programs lie in, put elsewhere for this process: the system reads it from the registry.
+// Redirects the program files folders of Windows for this process. The system reads them from the registry.
 class ProgramFilesFolder : public RuntimeFolders {
  protected:
   ProgramFilesFolder() {

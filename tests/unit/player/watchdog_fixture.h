@@ -1,4 +1,4 @@
-// A player with streams that wedge on command: counters, checks and the time between them are the test's.
+// A player whose streams the test can wedge. The test sets the counters and the time, and runs the checks.
 #pragma once
 
 #include <windows.h>
@@ -22,7 +22,7 @@ class WatchdogTest : public GridTest {
     Watchable(vlc_.Player());
     vlc_.ClearCalls();
   }
-  // Plays a picture and sound, so that the counters are judged.
+  // Makes the player play a picture and sound, so that the watchdog compares its counters.
   void Watchable(libvlc_media_player_t* player) {
     vlc_.SetPlaying(player, true);
     vlc_.SetSize(player, 640, 360);
@@ -32,9 +32,9 @@ class WatchdogTest : public GridTest {
     fakeNow += 1000;
     state_.RunStallPass(FakeClock);
   }
-  // The counters of every media.
+  // Sets the counters of every media.
   void SetCounters(uint64_t displayed, uint64_t audio) { vlc_.SetStats(nullptr, displayed, audio); }
-  // A pass that finds sound going on over a still picture.
+  // A pass in which the sound has advanced and the picture has not.
   void WedgedPass() {
     audio_ += 40;
     SetCounters(displayed_, audio_);

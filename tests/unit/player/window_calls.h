@@ -1,5 +1,5 @@
-// Records, as readable lines and in order, how the player places and repaints windows, while it lives. Each call goes
-// on to the system.
+// Records as text lines, in order, the calls with which the player moves and repaints windows. Each call is passed on
+// to the system.
 #pragma once
 
 #include <windows.h>
@@ -13,20 +13,20 @@
 
 namespace vantro::test {
 
-// One at a time.
+// Only one object may exist at a time.
 class WindowCalls {
  public:
-  // How windows read in the lines, as target and as the window to insert after.
+  // The names of windows in the lines, both for the moved window and for the window to insert after.
   using Names = std::vector<std::pair<HWND, std::string>>;
 
-  // Without names every window reads "window".
+  // Without names every window appears as "window".
   explicit WindowCalls(Names names = {}) : names_(std::move(names)) { recorder_ = this; }
   ~WindowCalls() { recorder_ = nullptr; }
   WindowCalls(const WindowCalls&) = delete;
   WindowCalls& operator=(const WindowCalls&) = delete;
 
-  // For example "SetWindowPos tile HWND_TOP 405,0 395x600 SWP_SHOWWINDOW". Calls on windows without a name are left
-  // out.
+  // For example "SetWindowPos tile HWND_TOP 405,0 395x600 SWP_SHOWWINDOW". If there are names, calls on other windows
+  // are not recorded.
   const std::vector<std::string>& Lines() const { return lines_; }
 
  private:

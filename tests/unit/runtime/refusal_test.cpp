@@ -15,8 +15,8 @@ using testing::StartsWith;
 
 std::string Without(const std::string& function, Guise guise) {
   std::string bytes = ReadFileBytes(RealLibraryFile(guise));
-  const std::string name =
-      '\0' + function + '\0';  // in the text of a forwarder a different character precedes the name
+  // In the text of a forwarder a different character precedes the name.
+  const std::string name = '\0' + function + '\0';
   const size_t at = bytes.find(name);
   EXPECT_NE(at, std::string::npos) << function;
   bytes[at + function.size()] = '_';
