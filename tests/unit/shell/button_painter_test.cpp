@@ -1,4 +1,4 @@
-// Each title bar button in each state, against a picture that was looked at.
+// Compares each title bar button in each state with a reviewed picture.
 #include "shell/button_painter.h"
 
 #include <gtest/gtest.h>
@@ -52,19 +52,18 @@ TEST_P(PaintedButtons, EqualTheirPicture) {
   canvas.ExpectEqualsPicture(button.picture);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    TitleBar, PaintedButtons,
-    testing::Values(PaintedButton{"close", kCloseButtonId, 0, false},
-                    PaintedButton{"close_pressed", kCloseButtonId, ODS_SELECTED, false},
-                    PaintedButton{"close_hot", kCloseButtonId, ODS_HOTLIGHT, false},
-                    PaintedButton{"maximize", kMaximizeButtonId, 0, false},
-                    PaintedButton{"maximize_pressed", kMaximizeButtonId, ODS_SELECTED, false},
-                    PaintedButton{"maximize_hot", kMaximizeButtonId, ODS_HOTLIGHT, false},
-                    PaintedButton{"maximize_fullscreen", kMaximizeButtonId, 0, true},
-                    PaintedButton{"minimize", kMinimizeButtonId, 0, false},
-                    PaintedButton{"minimize_pressed", kMinimizeButtonId, ODS_SELECTED, false},
-                    PaintedButton{"minimize_hot", kMinimizeButtonId, ODS_HOTLIGHT, false}),
-    [](const auto& button) { return std::string(button.param.picture); });
+INSTANTIATE_TEST_SUITE_P(TitleBar, PaintedButtons,
+                         testing::Values(PaintedButton{"close", kCloseButtonId, 0, false},
+                                         PaintedButton{"close_pressed", kCloseButtonId, ODS_SELECTED, false},
+                                         PaintedButton{"close_hot", kCloseButtonId, ODS_HOTLIGHT, false},
+                                         PaintedButton{"maximize", kMaximizeButtonId, 0, false},
+                                         PaintedButton{"maximize_pressed", kMaximizeButtonId, ODS_SELECTED, false},
+                                         PaintedButton{"maximize_hot", kMaximizeButtonId, ODS_HOTLIGHT, false},
+                                         PaintedButton{"maximize_fullscreen", kMaximizeButtonId, 0, true},
+                                         PaintedButton{"minimize", kMinimizeButtonId, 0, false},
+                                         PaintedButton{"minimize_pressed", kMinimizeButtonId, ODS_SELECTED, false},
+                                         PaintedButton{"minimize_hot", kMinimizeButtonId, ODS_HOTLIGHT, false}),
+                         [](const auto& button) { return std::string(button.param.picture); });
 
 TEST_F(ButtonPainter, PressedColourWinsOverTheCloseButtonsHotRed) {
   const test::Canvas canvas(kButtonWidth, kButtonHeight);
@@ -89,21 +88,18 @@ TEST_P(StateColours, FillTheWholeItem) {
   for (const COLORREF corner : corners) EXPECT_EQ(corner, GetParam().color);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    TitleBar, StateColours,
-    testing::Values(StateColour{"Normal", kMinimizeButtonId, 0, RGB(70, 70, 95)},
-                    StateColour{"Pressed", kMinimizeButtonId, ODS_SELECTED, RGB(55, 55, 80)},
-                    StateColour{"ClosePressed", kCloseButtonId, ODS_SELECTED, RGB(55, 55, 80)},
-                    StateColour{"Hot", kMinimizeButtonId, ODS_HOTLIGHT, RGB(65, 65, 90)},
-                    StateColour{"CloseHot", kCloseButtonId, ODS_HOTLIGHT, RGB(200, 50, 50)},
-                    StateColour{"FilePressed", kFileButtonId, ODS_SELECTED, RGB(55, 55, 80)},
-                    StateColour{"Focused", kMinimizeButtonId, ODS_FOCUS, RGB(70, 70, 95)}),
-    [](const auto& colour) { return std::string(colour.param.name); });
+INSTANTIATE_TEST_SUITE_P(TitleBar, StateColours,
+                         testing::Values(StateColour{"Normal", kMinimizeButtonId, 0, RGB(70, 70, 95)},
+                                         StateColour{"Pressed", kMinimizeButtonId, ODS_SELECTED, RGB(55, 55, 80)},
+                                         StateColour{"ClosePressed", kCloseButtonId, ODS_SELECTED, RGB(55, 55, 80)},
+                                         StateColour{"Hot", kMinimizeButtonId, ODS_HOTLIGHT, RGB(65, 65, 90)},
+                                         StateColour{"CloseHot", kCloseButtonId, ODS_HOTLIGHT, RGB(200, 50, 50)},
+                                         StateColour{"FilePressed", kFileButtonId, ODS_SELECTED, RGB(55, 55, 80)},
+                                         StateColour{"Focused", kMinimizeButtonId, ODS_FOCUS, RGB(70, 70, 95)}),
+                         [](const auto& colour) { return std::string(colour.param.name); });
 
-// The font is the system's, so text is told by its ink and not by its pixels.
-int InkOf(const test::Canvas& canvas) {
-  return canvas.Width() * canvas.Height() - canvas.Count(kTitleBarColor);
-}
+// The number of painted pixels. Text uses the system's font, so it can't be compared pixel by pixel.
+int InkOf(const test::Canvas& canvas) { return canvas.Width() * canvas.Height() - canvas.Count(kTitleBarColor); }
 
 TEST_F(ButtonPainter, DrawsTheTextOfFileAndHelp) {
   const test::Canvas file(35, 20), help(35, 20);
@@ -126,7 +122,7 @@ TEST_F(ButtonPainter, CentresTheGlyphInAnItemThatDoesNotBeginAtZero) {
   DRAWITEMSTRUCT item = Item(canvas, kMinimizeButtonId, 0);
   item.rcItem = {20, 10, 65, 37};
   PaintTitleBarButton(item, false, titleBarBrush_);
-  // The stroke is 11 pixels long, from 5 left of the centre to 5 right of it.
+  // The line is 11 pixels long, from 5 left of the centre to 5 right of it.
   EXPECT_EQ(canvas.Count(RGB(255, 255, 255)), 11);
   EXPECT_EQ(canvas.Pixel(37, 23), RGB(255, 255, 255));
   EXPECT_EQ(canvas.Pixel(47, 23), RGB(255, 255, 255));

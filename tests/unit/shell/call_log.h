@@ -1,6 +1,6 @@
-// Records, as readable lines and in order, the calls by which the shell changes windows, timers and focus, while it
-// lives. Each call goes on to the system. Only calls that the code under test makes itself are recorded: a call made
-// from a window procedure that another recorded call entered is not.
+// Records as text lines, in order, the calls with which the shell changes windows, timers and focus. Each call is
+// passed on to the system. Only direct calls of the code under test are recorded. A call is not recorded if a window
+// procedure makes it during another recorded call.
 #pragma once
 
 #include <windows.h>
@@ -17,7 +17,8 @@ class VantroWindow;
 
 namespace vantro::test {
 
-// One at a time. Windows read by their place in the given window: "main", "overlay", "view", "close", "search"...
+// Only one object may exist at a time. Windows appear by their role in the given window: "main", "overlay", "view",
+// "close", "search" and so on.
 class CallLog {
  public:
   explicit CallLog(VantroWindow& window);

@@ -1,8 +1,7 @@
-// What the title bar asks of the system where the result can't be seen on the window, and that painting gives back
-// what it takes.
+// The title bar's system calls whose result is not visible on the window, and that painting releases its resources.
 #include <gtest/gtest.h>
 #include <windows.h>
-// After windows.h, whose types it uses.
+// After windows.h, because it needs its types.
 #include <commctrl.h>
 
 #include <string>
@@ -52,7 +51,7 @@ HANDLE WINAPI OnLoadImage(HINSTANCE, const char* name, UINT type, int width, int
 
 class TitleBarCalls : public test::ShellTest {
  protected:
-  // A second set of controls on the same window.
+  // Creates a second set of controls on the same window.
   void CreateControls() { Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr)); }
 };
 

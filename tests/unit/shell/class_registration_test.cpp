@@ -1,4 +1,4 @@
-// A program of its own: each window class is registered once a process.
+// A separate program, because each window class is registered once per process.
 #include <string>
 
 #include "tests/unit/shell/import_hook.h"
@@ -8,7 +8,7 @@ namespace vantro {
 namespace {
 
 std::wstring refusedClass;
-std::wstring earlierClass;  // registered by somebody else just before
+std::wstring earlierClass;  // registered by other code just before
 DWORD refusalError = 0;
 decltype(&RegisterClassExW) realRegister = nullptr;
 ATOM WINAPI RefuseOneClass(const WNDCLASSEXW* windowClass) {

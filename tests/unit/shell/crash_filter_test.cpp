@@ -1,5 +1,4 @@
-// What the crash filter asks of the system. That a real crash ends so is seen from outside, in the tests of whole
-// hosts.
+// The system calls of the crash filter. The integration tests check a real crash of a whole host.
 #include "shell/crash_filter.h"
 
 #include <gtest/gtest.h>
@@ -47,7 +46,7 @@ BOOL WINAPI OnWriteDump(HANDLE process, DWORD processId, HANDLE file, MINIDUMP_T
   EXPECT_EQ(callback, nullptr);
   Note("MiniDumpWriteDump type " + std::to_string(type) + " client pointers " +
        std::to_string(exception->ClientPointers));
-  return FALSE;  // nobody looks at it
+  return FALSE;  // the result is ignored
 }
 BOOL WINAPI OnCloseHandle(HANDLE handle) {
   if (handle == kFile) Note("CloseHandle of the file");

@@ -1,4 +1,4 @@
-// Which monitor fullscreen takes, which offset the overlay has on the way, and the bar's painting at once.
+// The monitor of fullscreen, the offsets of the overlay during the change, and the immediate painting of the bar.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -42,7 +42,7 @@ TEST_F(FullscreenCalls, TakeTheWholeMonitorOfTheWindowOrElseThePrimaryOne) {
             "SetWindowPos main after=HWND_TOP -3000,-200 2000x1100 SWP_FRAMECHANGED|SWP_SHOWWINDOW");
 }
 
-// The line of a sync that put the overlay over the main window's client area below an offset.
+// Returns the log line of a sync that moves the overlay over the main window's client area below an offset.
 std::string SyncLine(HWND window, int offset) {
   RECT client{};
   GetClientRect(window, &client);
@@ -71,7 +71,7 @@ TEST_F(FullscreenCalls, MoveOutOfFullscreenStillSyncsOverTheBarAndIsRepaired) {
 std::vector<RECT> filledStrips;
 HBRUSH stripBrush = nullptr;
 int WINAPI OnFillRect(HDC, const RECT* rect, HBRUSH brush) {
-  if (rect->top == 0 && rect->bottom > 0) {  // a paint message's begins above
+  if (rect->top == 0 && rect->bottom > 0) {  // in a paint message the rectangle starts above 0
     filledStrips.push_back(*rect);
     stripBrush = brush;
   }

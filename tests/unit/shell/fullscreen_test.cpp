@@ -1,4 +1,4 @@
-// Fullscreen and the title bar that comes and goes, on a real window.
+// Fullscreen and its automatic title bar, on a real window.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -18,7 +18,7 @@ using test::LogCapture;
 using test::PumpUntil;
 using Lines = std::vector<std::string>;
 
-// The three flags that make the state.
+// The three flags of the state.
 struct BarState {
   bool isFullscreen;
   bool isTitleBarVisible;
@@ -36,7 +36,7 @@ class Fullscreen : public test::ShellTest {
   Fullscreen() {
     GetWindowRect(Window().hwnd_, &normalRect_);
     monitor_ = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-    // Away from the top, so that a real tick of the tracking timer changes nothing.
+    // Far from the top, so that a real tick of the tracking timer changes nothing.
     SetCursorPos(monitor_.right / 2, monitor_.bottom - 10);
   }
 
@@ -54,7 +54,7 @@ class Fullscreen : public test::ShellTest {
     return rect;
   }
   static DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)); }
-  // A point of the main window's client area on the screen.
+  // Converts a point of the main window's client area to screen coordinates.
   POINT OnScreen(int x, int y) {
     POINT point{x, y};
     ClientToScreen(Window().hwnd_, &point);
@@ -151,7 +151,7 @@ TEST_F(Fullscreen, SavedStateIsLoggedWithPositionSizeAndStyles) {
 TEST_F(Fullscreen, LeavingTakesItsEffectsInOrder) {
   Window().ToggleFullscreen();
   Inside(Window()).savedWindowRect_ = {40, 30, 940, 630};
-  Inside(Window()).savedStyle_ = WS_THICKFRAME | WS_CLIPSIBLINGS;  // without WS_VISIBLE, which is forced on
+  Inside(Window()).savedStyle_ = WS_THICKFRAME | WS_CLIPSIBLINGS;  // without WS_VISIBLE, which the host adds
   Inside(Window()).savedExStyle_ = WS_EX_WINDOWEDGE;
   PointerAt(10);
   PointerAt(100);
@@ -170,7 +170,7 @@ TEST_F(Fullscreen, LeavingTakesItsEffectsInOrder) {
                 "SetWindowPos main after=HWND_NOTOPMOST 40,30 900x600 SWP_FRAMECHANGED|SWP_SHOWWINDOW",
                 "KillTimer main 1002",
             }));
-  // Back below the bar, and without a second move: the bar's own overlay branch belongs to fullscreen.
+  // The overlay is below the bar again, after one move. The bar moves the overlay itself only in fullscreen.
   EXPECT_EQ(calls.Of("SetWindowPos").size(), 3u);
   EXPECT_TRUE(made[5].starts_with("SetWindowPos overlay after=HWND_TOP "));
   EXPECT_TRUE(made[5].ends_with(" SWP_SHOWWINDOW"));
@@ -277,7 +277,7 @@ TEST_F(Fullscreen, ShowingTheBarPaintsItAtOnce) {
   ReleaseDC(Window().hwnd_, dc);
 }
 
-// The reachable states, one transition a test.
+// The reachable states, one transition in each test.
 
 TEST_F(Fullscreen, StartsNormalWithoutTimers) {
   EXPECT_EQ(State(), kNormal);
@@ -349,7 +349,7 @@ TEST_F(Fullscreen, ToggleLeavesFromEveryFullscreenState) {
   leave();  // the pointer is at the top
   PointerAt(10);
   PointerAt(100);
-  leave();  // counting down
+  leave();  // the hide timer is running
 }
 
 TEST_F(Fullscreen, RestartedCountdownReplacesTheRunningOne) {

@@ -14,7 +14,7 @@ T* At(HMODULE module, uint64_t offset) {
   return reinterpret_cast<T*>(reinterpret_cast<uint8_t*>(module) + offset);
 }
 
-// The slot through which the program calls the function, or null.
+// Returns the import slot through which the program calls the function, or null.
 void** FindImport(const char* library, const char* function) {
   const HMODULE program = GetModuleHandleW(nullptr);
   const auto* dos = At<IMAGE_DOS_HEADER>(program, 0);

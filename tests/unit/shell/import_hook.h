@@ -1,5 +1,5 @@
-// Puts a function of the test in the place of one that this program imports from a library, so that a test sees the
-// very call and its arguments. Works on the program's own import table: calls that a library makes are not seen.
+// Replaces a function that this program imports from a library, so that a test sees each call and its arguments. Works
+// on the program's own import table, so calls from inside libraries are not replaced.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@ namespace vantro::test {
 
 class ImportHook {
  public:
-  // Fails the test when the program does not import the function.
+  // Fails the test if the program does not import the function.
   ImportHook(const char* library, const char* function, void* replacement);
   ~ImportHook();
   ImportHook(const ImportHook&) = delete;

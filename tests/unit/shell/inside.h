@@ -1,4 +1,4 @@
-// What a window keeps to itself, for tests that set it up or look at it.
+// Access to the private state of a window, for tests that set or read it.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 
 namespace vantro::test {
 
-// The private state of a window's rooms under the names of the members, whichever room holds them.
+// The private members of a window and its rooms, each under the name of the member.
 struct WindowInside {
   TitleBar& titleBar_;
   FlutterOverlay& overlay_;
@@ -62,14 +62,14 @@ struct WindowInside {
 
 namespace vantro {
 
-// The one friend of the window and its rooms.
+// The only friend of the window and its rooms.
 struct RoomPeer {
   // The steps of a start, one by one.
   static bool InitializeWindow(VantroWindow& window) { return window.InitializeWindow(); }
   static bool InitializeVLC(VantroWindow& window) { return window.InitializeVLC(); }
   static bool InitializeFlutter(VantroWindow& window) { return window.InitializeFlutter(); }
 
-  // WM_DRAWITEM of a window that has no native one.
+  // Handles WM_DRAWITEM for an object without a native window.
   static LRESULT DrawItem(VantroWindow& window, const DRAWITEMSTRUCT& item) {
     return window.OnDrawItem(reinterpret_cast<LPARAM>(&item));
   }

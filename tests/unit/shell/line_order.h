@@ -1,4 +1,4 @@
-// The order of lines in the log, of calls noted among them included.
+// The order of lines in the log, and of calls that tests write into it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,10 +11,10 @@
 
 namespace vantro::test {
 
-// Writes a call into the log, so that one look tells its place among the host's own lines.
+// Writes a call into the log, so that its position among the host's lines can be checked.
 inline void Note(const std::string& call) { WriteLog(kLogDebug, ("(call) " + call).c_str()); }
 
-// Whether all the fragments are there, each in a line after the one before.
+// Returns whether the log contains all fragments, each in a line after the previous one.
 inline testing::AssertionResult InOrder(const LogCapture& log, const std::vector<std::string>& fragments) {
   const std::vector<std::string> lines = log.Lines();
   size_t from = 0;

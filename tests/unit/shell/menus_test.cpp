@@ -1,4 +1,4 @@
-// The File and Help menus as they open, and every command's effect.
+// The File and Help menus, and the effect of every command.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -25,7 +25,7 @@ constexpr UINT kGetMenuOfPopup = 0x1E1;  // MN_GETHMENU
 
 std::string Narrow(const std::wstring& text) { return std::string(text.begin(), text.end()); }
 
-// A menu as lines: "[x]" checked, "[-]" grey, submenus indented.
+// Writes a menu as lines: "[x]" for checked, "[-]" for grey, submenus indented.
 void Describe(HMENU menu, const std::string& indent, Lines* lines) {
   for (int i = 0; i < GetMenuItemCount(menu); ++i) {
     wchar_t text[128] = L"";
@@ -49,7 +49,8 @@ void Describe(HMENU menu, const std::string& indent, Lines* lines) {
   }
 }
 
-// What the test does once the menu stands: its modal loop runs timers.
+// What the test reads from an open menu and the keys that it presses. A timer does this, because the menu's modal loop
+// runs timers.
 struct OpenMenu {
   Lines lines;
   RECT place{};
@@ -71,7 +72,7 @@ void CALLBACK LookAtMenu(HWND, UINT, UINT_PTR timer, DWORD) {
 
 class Menus : public test::ShellTest {
  protected:
-  // Opens a menu for real, reads it, then presses the keys in it, or closes it if there are none.
+  // Opens a real menu, reads it, and presses the keys in it. Closes it if there are no keys.
   OpenMenu Open(const std::function<void()>& show, std::vector<WPARAM> keys = {}) {
     OpenMenu menu;
     menu.keys = std::move(keys);
@@ -395,7 +396,7 @@ TEST_F(Commands, ThisWindowChosenWhileGreyFlipsTheFlagAndNothingElse) {
   EXPECT_TRUE(Inside(Window()).alwaysOnTopThisWindow_);
   EXPECT_TRUE(calls.Calls().empty());
   EXPECT_EQ(log.Lines().back(), "INFO Global always on top is enabled - window-specific setting has no effect");
-  // The next toggle without the setting goes by the flag as it flips then.
+  // After the global setting is off, the next toggle flips the flag and applies it.
   Inside(Window()).alwaysOnTop_ = false;
   Inside(Window()).commands_.HandleMenuCommand(40006);
   EXPECT_EQ(calls.Calls().front(), "SetWindowPos main after=HWND_NOTOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE");

@@ -1,4 +1,4 @@
-// What a new window asks of the system, and a broadcast that runs into one.
+// The system calls of a new window, and a new window during a broadcast.
 #include <string>
 
 #include "flutter_host/embedding_api.h"
@@ -50,7 +50,7 @@ TEST_F(NewWindow, GoesByTheWorkAreaOfTheMonitorNearestToTheReference) {
   VantroWindow& reference = OpenWindow();
   const ImportHook from("user32.dll", "MonitorFromWindow", reinterpret_cast<void*>(OnMonitorFromWindow));
   const ImportHook info("user32.dll", "GetMonitorInfoA", reinterpret_cast<void*>(OnGetMonitorInfo));
-  // Over the right and the lower edge of that area, so that the place starts over inside its corner.
+  // The reference is over the right and the lower edge of that area, so the new window goes to its upper left corner.
   SetWindowPos(reference.hwnd_, nullptr, 3800, 800, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   CreateNewWindow(reference);
   EXPECT_EQ(askedWindow, reference.hwnd_);

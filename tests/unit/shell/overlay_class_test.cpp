@@ -1,4 +1,4 @@
-// The overlay's class, and the hook when what it ran has changed the newest window.
+// The overlay's class, and the hook after its own sync has changed the newest window.
 #include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
@@ -27,7 +27,7 @@ TEST_F(OverlayClass, IsBlackHearsDoubleClicksAndHasNoIconsAndMenu) {
 
 class HookChain : public test::WindowTest {
  protected:
-  // What the procedure hands on for a move of the window that is the newest now.
+  // Returns the hook that the procedure passes to CallNextHookEx for a move of the newest window.
   static HHOOK HandedOnFor(const VantroWindow& newest) {
     CWPSTRUCT sent{0, 0, WM_MOVE, newest.hwnd_};
     const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(ChangeTheNewest));
@@ -36,7 +36,7 @@ class HookChain : public test::WindowTest {
     FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
     return handedOn_;
   }
-  // In the place of the overlay's move: the newest window is another one from here on.
+  // Replaces the overlay's move, and makes another window the newest one.
   static BOOL WINAPI ChangeTheNewest(HWND, HWND, int, int, int, int, UINT) {
     VantroWindow::instance_ = next_;
     return TRUE;

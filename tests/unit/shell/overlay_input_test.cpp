@@ -1,5 +1,4 @@
-// What the overlay does with each kind of input: what the engine is offered, what the view receives, where the focus
-// goes, what is returned.
+// How the overlay handles each kind of input: the messages for the engine and for the view, the focus, and the result.
 #include "shell/overlay_input.h"
 
 #include "shell/window_manager.h"
@@ -16,7 +15,7 @@ using test::SeenMessage;
 
 constexpr WPARAM kKey = 'A';
 
-// Whether a mouse button is held is what the test says.
+// The state of the mouse buttons, which the test sets.
 SHORT heldState = 0;
 SHORT WINAPI SaidKeyState(int) { return heldState; }
 
@@ -27,7 +26,7 @@ class OverlayInput : public test::WindowTest {
   }
   void Open() { window_ = &OpenWindow(); }
   HWND Child() const { return FlutterChild(window_->flutterEngine_); }
-  // The view's window goes, as if the engine had lost it.
+  // Destroys the view's window, as if the engine had lost it.
   void LoseTheView() { DestroyWindow(Child()); }
 
   VantroWindow* window_ = nullptr;

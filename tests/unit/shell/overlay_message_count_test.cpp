@@ -1,4 +1,4 @@
-// A program of its own: the count is the process's.
+// A separate program, because the process has one message count.
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

@@ -1,5 +1,5 @@
-// The overlay's creation, its place, its raise and its turn from click-through to capturing; the hook that follows the
-// newest window.
+// The overlay's creation, its position, its raise, and its change from click-through to capturing input; and the hook
+// that follows the newest window.
 #include <dwmapi.h>
 
 #include "shell/window_manager.h"
@@ -25,7 +25,7 @@ struct PlaceCall {
   bool operator==(const PlaceCall&) const = default;
 };
 
-// Records what the program itself asks of SetWindowPos, and carries it out.
+// Records the program's own calls of SetWindowPos and passes them on.
 std::vector<PlaceCall> placeCalls;
 decltype(&SetWindowPos) realSetWindowPos = nullptr;
 BOOL WINAPI RecordSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
@@ -71,7 +71,7 @@ int SyncsLogged(const test::LogCapture& log) {
 
 class Overlay : public test::WindowTest {};
 
-// A main window without the rest of a start.
+// A main window on which the rest of a start has not run.
 class BareOverlay : public test::WindowTest {
  protected:
   BareOverlay() : window_(GetModuleHandleA(nullptr)) {
@@ -241,7 +241,7 @@ TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
 
 TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
   VantroWindow& window = OpenWindow();
-  // Something above it, or there is nothing to raise.
+  // A window above the overlay, so that the overlay has to be raised.
   const HWND other =
       CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
@@ -298,7 +298,7 @@ TEST_F(Overlay, ShowingReachesTheNewestWindowOnly) {
   EXPECT_EQ(SyncsLogged(log_) - before, 1);
 }
 
-// Another program's hook, which hands a copy of the message on.
+// A hook of another program that passes on a copy of the message.
 LRESULT CALLBACK HandOnACopy(int code, WPARAM wParam, LPARAM lParam) {
   CWPSTRUCT copy = *reinterpret_cast<const CWPSTRUCT*>(lParam);
   return CallNextHookEx(nullptr, code, wParam, reinterpret_cast<LPARAM>(&copy));

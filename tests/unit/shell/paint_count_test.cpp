@@ -1,5 +1,5 @@
-// How often the main window and each control of the title bar are painted in one change, on a real window. What waits
-// in the queue at the end of a change belongs to it.
+// How often the main window and each control of the title bar are painted during a change of a real window. Messages in
+// the queue at the end of the change are part of it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -23,7 +23,7 @@ using Counts = std::map<std::string, Paints>;
 class PaintCount : public test::ShellTest {
  protected:
   PaintCount() {
-    // Away from the top, so that no tick of the tracking timer shows the bar.
+    // Far from the top, so that the tracking timer does not show the bar.
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN) / 2, GetSystemMetrics(SM_CYSCREEN) - 10);
     DrainQueue();
   }
@@ -36,7 +36,7 @@ class PaintCount : public test::ShellTest {
     return counter.Counts();
   }
 
-  // The main window so often, and each of its controls so often.
+  // The expected counts for this number of paints of the main window and of each control.
   static Counts Each(int main, int control) {
     const Paints drawnBySystem{control, 0};
     const Paints ownerDrawn{control, control};
@@ -58,7 +58,7 @@ TEST_F(PaintCount, EnteringFullscreenPaintsTheWindowOnceAndNoControl) {
   EXPECT_EQ(CountsOf([this] { Window().ToggleFullscreen(); }), Each(1, 0));
 }
 
-// Once at once, when the controls are shown, and once after the whole window has been invalidated.
+// Once immediately when the controls are shown, and once more because the whole window is invalidated.
 TEST_F(PaintCount, LeavingFullscreenPaintsEachControlTwice) {
   Window().ToggleFullscreen();
   DrainQueue();

@@ -1,4 +1,4 @@
-// Counts what the windows of the chrome are asked to paint.
+// Counts the paint messages of the main window and its title bar controls.
 #pragma once
 
 #include <windows.h>
@@ -15,13 +15,13 @@ namespace vantro::test {
 
 struct Paints {
   int paints = 0;  // WM_PAINT
-  int draws = 0;   // WM_DRAWITEM, which the main window gets for an owner-drawn control
+  int draws = 0;   // WM_DRAWITEM messages to the main window for an owner-drawn control
 
   bool operator==(const Paints&) const = default;
 };
 std::ostream& operator<<(std::ostream& out, const Paints& paints);
 
-// Counts while it lives, by the names "main", "close", "search" and so on. One at a time.
+// Counts under the names "main", "close", "search" and so on. Only one object may exist at a time.
 class PaintCounter {
  public:
   explicit PaintCounter(VantroWindow& window);
@@ -29,7 +29,7 @@ class PaintCounter {
   PaintCounter(const PaintCounter&) = delete;
   PaintCounter& operator=(const PaintCounter&) = delete;
 
-  // Of the main window and of each control, by name.
+  // The counts of the main window and of each control, by name.
   std::map<std::string, Paints> Counts() const;
 
  private:

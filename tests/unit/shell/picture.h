@@ -1,4 +1,4 @@
-// Renders into memory and compares with a picture that lies beside the tests, pixel by pixel.
+// Renders into memory and compares pixel by pixel with a picture in the folder of the tests.
 #pragma once
 
 #include <windows.h>
@@ -9,8 +9,8 @@
 
 namespace vantro::test {
 
-// Bitmap and device context of one size, filled with a colour that nothing of the shell paints, so that an untouched
-// pixel shows.
+// A bitmap and device context of a fixed size. The bitmap is filled with a colour that the shell never paints, so that
+// a pixel that was not painted is visible.
 class Canvas {
  public:
   static constexpr COLORREF kUntouched = RGB(255, 0, 255);
@@ -25,12 +25,12 @@ class Canvas {
   int Width() const { return width_; }
   int Height() const { return height_; }
   COLORREF Pixel(int x, int y) const;
-  // How many pixels have the colour.
+  // Returns the number of pixels with the colour.
   int Count(COLORREF color) const;
 
-  // Fails the current test unless every pixel equals the picture "<name>.png". A difference is told by its first pixel,
-  // and what was drawn is left beside the test program as "<name>.actual.png". With VANTRO_UPDATE_PICTURES set in the
-  // environment the picture is written instead, to be looked at before it is committed.
+  // Fails the current test unless every pixel equals the picture "<name>.png". Reports the first different pixel and
+  // writes the drawn picture to "<name>.actual.png" beside the test program. If the environment variable
+  // VANTRO_UPDATE_PICTURES is set, writes "<name>.png" instead. Look at it before you commit it.
   void ExpectEqualsPicture(const std::string& name) const;
   void SavePng(const std::wstring& path) const;
 

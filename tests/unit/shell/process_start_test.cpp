@@ -1,5 +1,5 @@
-// The process's own start and end, called as the system calls them. A program of its own: it installs the process's
-// filters, and shutting down can't be undone.
+// The start and the end of the process. A separate program, because it installs the process's filters and a shutdown
+// can't be undone.
 #include <gtest/gtest.h>
 #include <windows.h>
 // After windows.h.
@@ -30,9 +30,9 @@ using test::Note;
 HRESULT comResult = S_OK;
 HANDLE mutex = nullptr;
 bool anotherInstance = false;
-std::vector<std::pair<int, MSG>> loopSteps;  // what GetMessageA answers, call by call
+std::vector<std::pair<int, MSG>> loopSteps;  // the results of GetMessageA, call by call
 
-// The functions in the places of the system's: each notes its call and what of its arguments matters.
+// The replacements of the system's functions. Each records its call and the arguments that the tests check.
 LPTOP_LEVEL_EXCEPTION_FILTER WINAPI OnSetFilter(LPTOP_LEVEL_EXCEPTION_FILTER) {
   Note("SetUnhandledExceptionFilter");
   return nullptr;
@@ -41,7 +41,7 @@ HANDLE WINAPI OnCreateMutex(SECURITY_ATTRIBUTES* attributes, BOOL owned, const w
   const std::wstring wide = name;
   Note("CreateMutexW " + std::string(wide.begin(), wide.end()) + (owned ? " owned" : " unowned") +
        (attributes ? " with attributes" : ""));
-  mutex = CreateEventA(nullptr, FALSE, FALSE, nullptr);  // a handle, and no mutex that outlives the test
+  mutex = CreateEventA(nullptr, FALSE, FALSE, nullptr);  // an event, so that no mutex remains after the test
   SetLastError(anotherInstance ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
   return mutex;
 }
@@ -145,7 +145,7 @@ TEST_F(Process, AsASecondInstanceTouchesNoComAndClosesTheMutex) {
   EXPECT_EQ(log_.CountContaining("CoInitializeEx"), 0);
 }
 
-// The last: shutting down can't be undone.
+// This test is the last one, because a shutdown can't be undone.
 TEST_F(Process, RunsItsStepsInOrderFromTheCrashFilterToTheMutex) {
   Hook("user32.dll", "ShowWindow", OnShowWindow);
   Hook("user32.dll", "UpdateWindow", OnUpdateWindow);
@@ -156,7 +156,7 @@ TEST_F(Process, RunsItsStepsInOrderFromTheCrashFilterToTheMutex) {
   message.message = WM_APP;
   quit.message = WM_QUIT;
   quit.wParam = 7;
-  // A failure (-1) is not told apart from a message: the one before is served again.
+  // A failure (-1) is handled like a message, so the previous message is dispatched again.
   loopSteps = {{1, message}, {-1, {}}, {0, quit}};
 
   EXPECT_EQ(Run(SW_SHOWMINNOACTIVE), 7);

@@ -1,4 +1,4 @@
-// The search box: typing restarts a wait, and the end of the wait sends the text.
+// The search box: typing restarts a timer, and the timer sends the text.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -22,7 +22,7 @@ class Search : public test::ShellTest {
  protected:
   Search() { sent_.Clear(); }
 
-  // As a key typed into the box: EN_CHANGE follows.
+  // Types a character into the box, which causes EN_CHANGE.
   void Type(char character) { SendMessageA(Inside(Window()).searchBox_, WM_CHAR, static_cast<WPARAM>(character), 0); }
   void SetText(const wchar_t* text) { SetWindowTextW(Inside(Window()).searchBox_, text); }
   void EndOfTheWait() { SendMessageA(Window().hwnd_, WM_TIMER, kSearchDebounceTimerId, 0); }

@@ -1,4 +1,4 @@
-// How the settings open their registry key.
+// The calls with which the settings open their registry key.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -14,7 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// The registry keys that the program opens or makes while this lives, as one line a call. Each call goes on.
+// Records the calls with which the program opens or creates registry keys, one line for each. Each call is passed on.
 class RegistryCalls {
  public:
   RegistryCalls() { current = this; }

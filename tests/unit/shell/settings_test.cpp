@@ -1,4 +1,4 @@
-// The window's settings in a registry key of the test's own.
+// The window's settings in a separate registry key for each test.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -45,7 +45,7 @@ StoredValue Dword(DWORD number) {
   return {REG_DWORD, {bytes, bytes + sizeof number}};
 }
 
-// As the host writes a text: with its terminator and one further zero.
+// A text in the form that the host writes: with its terminator and another zero.
 StoredValue Text(const std::wstring& text) {
   const std::wstring terminated = text + std::wstring(2, L'\0');
   const auto* bytes = reinterpret_cast<const BYTE*>(terminated.data());
@@ -65,7 +65,7 @@ bool KeyExists() {
   return true;
 }
 
-// Settings need no native window unless always-on-top is applied.
+// These tests need no native window, because they do not apply always-on-top.
 class Settings : public testing::Test {
  protected:
   void SetEveryMember() {
@@ -235,7 +235,7 @@ TEST_F(Settings, TextIsCutAtItsFirstZero) {
 
 TEST_F(Settings, TextWithoutATerminatorEndsWithItsData) {
   StoredValue value = Text(L"none");
-  value.type = REG_BINARY;  // a text would get its terminator on the way in
+  value.type = REG_BINARY;  // the registry would add a terminator to a text
   value.data.resize(4 * sizeof(wchar_t));
   Store(L"VLCHwAccel", value);
   Inside(window_).commands_.LoadSettings();
@@ -291,7 +291,7 @@ TEST_F(Settings, WindowDestroyedLastDecidesWhatTheNextStartFinds) {
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
 }
 
-// The registry's answers when it refuses.
+// The registry functions with a failure.
 LSTATUS WINAPI RefuseCreate(HKEY, LPCWSTR, DWORD, LPWSTR, DWORD, REGSAM, LPSECURITY_ATTRIBUTES, PHKEY, LPDWORD) {
   return ERROR_ACCESS_DENIED;
 }
@@ -325,8 +325,7 @@ TEST_F(SettingsOfAWindow, StoredAlwaysOnTopIsAppliedToWindowAndOverlay) {
   EXPECT_EQ(calls.Calls(),
             (std::vector<std::string>{"SetWindowPos main after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
                                       "SetWindowPos overlay after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE"}));
-  // Wine raises an owner's popup into the topmost band and leaves the owner itself out of it, so only the overlay's
-  // style can be looked at.
+  // Wine makes the popup of an owner topmost, but not the owner itself, so only the overlay's style can be checked.
   EXPECT_TRUE(GetWindowLongA(Inside(Window()).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
 }
 

@@ -41,8 +41,8 @@ bool PumpUntil(const std::function<bool()>& condition) {
   return true;
 }
 
-// A window's destructor unregisters the class, which works only while no window of it lives, and the process registers
-// it once: one window of the test's own keeps the class for the next test.
+// A window's destructor unregisters the class. That fails while another window of the class exists, and the process
+// registers the class only once. So one extra window keeps the class for the next test.
 void KeepWindowClass() {
   static const HWND keeper = CreateWindowExW(0, L"VantroWindowClass", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
                                              GetModuleHandleW(nullptr), nullptr);
@@ -56,13 +56,13 @@ ShellTest::ShellTest() {
 }
 
 ShellTest::~ShellTest() {
-  // Out of the list first: the destructors look for themselves in it.
+  // Removed from the list first, because the destructors search the list for their window.
   std::vector<std::unique_ptr<VantroWindow>> windows = std::exchange(GetWindowRegistry(), {});
   for (const auto& window : windows) {
     if (IsWindow(window->hwnd_)) DestroyWindow(window->hwnd_);
   }
   windows.clear();
-  // An object that goes while no other window is registered asks the message loop to end; a test's loop goes on.
+  // The destructor of the last window posts a quit message. It must not reach the message loop of the next test.
   DrainQueue();
 }
 
@@ -101,7 +101,7 @@ void ShellTest::SetClientWidth(VantroWindow& window, int width) {
   GetWindowRect(window.hwnd_, &outer);
   GetClientRect(window.hwnd_, &client);
   const int frame = (outer.right - outer.left) - client.right;
-  // Without WM_WINDOWPOSCHANGING, which would cut the window to the screen's size.
+  // Without WM_WINDOWPOSCHANGING, which would limit the window to the screen's size.
   SetWindowPos(window.hwnd_, nullptr, 0, 0, width + frame, outer.bottom - outer.top,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOSENDCHANGING);
 }

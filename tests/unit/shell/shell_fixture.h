@@ -1,4 +1,4 @@
-// A live main window for tests: real Win32, the scripted libvlc, the loopback engine, a registry of its own.
+// A real main window for tests, over the scripted libvlc, the loopback engine and a separate registry.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@
 
 namespace vantro::test {
 
-// Sends everything under HKEY_CURRENT_USER to an empty key of this process while it lives.
+// Redirects HKEY_CURRENT_USER to an empty key of this process during the life of the object.
 class ScratchRegistry {
  public:
   ScratchRegistry();
@@ -26,11 +26,11 @@ class ScratchRegistry {
   ScratchRegistry& operator=(const ScratchRegistry&) = delete;
 };
 
-// Dispatches the thread's messages until the condition holds; false after five seconds.
+// Dispatches the thread's messages until the condition is true. Returns false after five seconds.
 bool PumpUntil(const std::function<bool()>& condition);
 
-// To be called once a window has come up, before the first one dies: keeps the windows' class, which the last window of
-// a process takes along.
+// Keeps the window class registered, which the last window of a process unregisters. Call it after the start of the
+// first window and before its end.
 void KeepWindowClass();
 
 class ShellTest : public testing::Test {
@@ -38,15 +38,15 @@ class ShellTest : public testing::Test {
   ShellTest();
   ~ShellTest() override;
 
-  // The first window: initialized, shown and registered, as the process has it.
+  // The first window, initialized, shown and registered as by the process.
   VantroWindow& Window() { return *window_; }
-  // One more, as CreateNewWindow makes it.
+  // Adds a window as CreateNewWindow does.
   VantroWindow& AddWindow();
-  // Initialized and shown, with the caller as its owner and not registered.
+  // Creates a window that is initialized and shown, but not registered. The caller owns it.
   static std::unique_ptr<VantroWindow> MakeWindow();
-  // What the host called on the interface since sent_ began, as "method" or, with a string argument, "method(text)".
+  // The host's calls of the interface since the start of sent_, as "method" or, with a string argument, "method(text)".
   std::vector<std::string> CallsToInterface() const;
-  // The client area gets this width; its height stays.
+  // Sets the width of the client area and keeps its height.
   static void SetClientWidth(VantroWindow& window, int width);
 
   ScratchRegistry registry_;

@@ -1,4 +1,4 @@
-// What the log tells of the files that a start needs, for each way in which they can be missing.
+// The log lines about the files that a start needs, for each way in which they can be missing.
 #include "shell/startup_diagnostics.h"
 
 #include <gtest/gtest.h>
@@ -20,8 +20,7 @@ using test::ImportHook;
 using test::LogCapture;
 using Lines = std::vector<std::string>;
 
-// Hides every path with this end from the file system: looking at it fails with the error, which is that of an absent
-// path unless another one is given.
+// Makes status queries fail for every path that ends in the given text. The default error is that of a missing path.
 class HiddenPath {
  public:
   explicit HiddenPath(std::wstring end, int lookError = ENOENT) {
@@ -44,7 +43,7 @@ class HiddenPath {
   ImportHook hook_{"msvcrt.dll", "_wstat64", reinterpret_cast<void*>(&Status)};
 };
 
-// Without a backslash at its end: so the file system's query names it.
+// Returns the program's folder without a backslash at the end, in the form of the status query.
 std::wstring ProgramFolder() {
   wchar_t path[MAX_PATH];
   GetModuleFileNameW(nullptr, path, MAX_PATH);
@@ -52,7 +51,7 @@ std::wstring ProgramFolder() {
   return full.substr(0, full.rfind(L'\\'));
 }
 
-// Puts a value in the place of a variable of the process, or takes it away.
+// Sets or removes an environment variable of the process, and restores it at the end.
 class Variable {
  public:
   Variable(const char* name, const char* value) : name_(name) {

@@ -1,7 +1,7 @@
-// The title bar's controls on a real window: how each is created, where each stands, what the system is told.
+// The title bar's controls on a real window: their creation, their positions, and the calls of the system.
 #include <gtest/gtest.h>
 #include <windows.h>
-// After windows.h, whose types it uses.
+// After windows.h, because it needs its types.
 #include <commctrl.h>
 
 #include <string>
@@ -88,7 +88,7 @@ TEST_F(ControlsOfTheTitleBar, HaveTheirClassTextStylesAndId) {
   }
 }
 
-// The system's calls that create windows, as the title bar makes them.
+// Records the title bar's calls of CreateWindowExW.
 std::vector<std::string>* created = nullptr;
 HWND WINAPI RecordCreate(DWORD exStyle, LPCWSTR className, LPCWSTR text, DWORD style, int x, int y, int width,
                          int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
@@ -102,7 +102,7 @@ HWND WINAPI RecordCreate(DWORD exStyle, LPCWSTR className, LPCWSTR text, DWORD s
 
 class TitleBar : public ShellTest {
  protected:
-  // A second set of controls on the same window: what CreateCustomTitleBar does, seen alone.
+  // Creates a second set of controls on the same window and returns only the calls of CreateCustomTitleBar.
   std::vector<std::string> RecordCreation() {
     std::vector<std::string> calls;
     created = &calls;
@@ -196,13 +196,13 @@ TEST_F(TitleBar, ColoursBorderAndCaptionThenAppliesTheFrame) {
 }
 
 TEST_F(TitleBar, MissingIconResourceLeavesTheIconStaticEmpty) {
-  // The test program carries no icon resource.
+  // The test program has no icon resource.
   ASSERT_EQ(FindResourceA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(101), RT_GROUP_ICON), nullptr);
   EXPECT_EQ(SendMessageA(Inside(Window()).appIconStatic_, STM_GETICON, 0, 0), 0);
   EXPECT_EQ(PlaceOf(Inside(Window()).appIconStatic_), (Place{8, 7, 16, 16}));
 }
 
-// The bring-up's own situation: no engine yet, so nothing redirects the focus.
+// A window during its start: there is no engine yet, so nothing redirects the focus.
 class TitleBarOfANewWindow : public ShellTest {
  protected:
   ~TitleBarOfANewWindow() override { DestroyWindow(fresh_.hwnd_); }
@@ -249,7 +249,7 @@ TEST_F(TitleBar, LogsItsCreationInOrder) {
   EXPECT_EQ(lines.back(), "INFO Custom title bar controls created in DWM extended area");
 }
 
-// Refuses to create the search box, and whatever else the class name says.
+// Refuses to create controls of one class, such as the search box.
 const wchar_t* refusedClass = nullptr;
 HWND WINAPI RefuseCreate(DWORD exStyle, LPCWSTR className, LPCWSTR text, DWORD style, int x, int y, int width,
                          int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {

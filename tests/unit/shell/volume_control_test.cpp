@@ -1,4 +1,4 @@
-// The volume slider and the speaker: clicks, drags, what reaches the player, what is drawn.
+// The volume slider and the speaker: clicks, drags, the calls of the player, and the drawing.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -24,7 +24,7 @@ using Lines = std::vector<std::string>;
 
 class VolumeControl : public test::ShellTest {
  protected:
-  // Puts the pointer at a place of the slider.
+  // Moves the pointer to a point of the slider.
   void PointAt(int x, int y) {
     POINT point{x, y};
     ClientToScreen(Inside(Window()).volumeControl_, &point);
@@ -156,7 +156,7 @@ class VolumeDrawing : public testing::Test {
     item.rcItem = canvas.Area();
     return item;
   }
-  // In a working directory that holds only what the test put there; the log stays where it is read.
+  // Draws with a working directory that contains only the test's files. The log stays in the usual directory.
   LRESULT Draw(const Canvas& canvas, UINT id) {
     DRAWITEMSTRUCT item = Item(canvas, id);
     std::filesystem::current_path(folder_);
@@ -240,7 +240,7 @@ TEST_F(VolumeDrawing, SpeakerWithoutAFileIsDrawnByHandAtEachPaint) {
   EXPECT_EQ(Lines(lines.begin(), lines.begin() + 5), Lines(lines.begin() + 5, lines.end()));
 }
 
-// The picture files are one flat orange; a drawn one fills the 16 by 16 square in the middle.
+// The picture files are plain orange. A drawn picture fills the 16 by 16 square in the middle.
 constexpr COLORREF kOrange = RGB(255, 128, 0);
 
 void ExpectOrangeSquare(const Canvas& canvas) {

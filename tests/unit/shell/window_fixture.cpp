@@ -41,7 +41,7 @@ WindowTest::WindowTest() {
 WindowTest::~WindowTest() {
   auto& registry = GetWindowRegistry();
   while (!registry.empty()) {
-    // Out of the list first: the destructor looks for the window in it.
+    // Removed from the list first, because the destructor searches the list for the window.
     std::unique_ptr<VantroWindow> window = std::move(registry.back());
     registry.pop_back();
     Destroy(std::move(window));

@@ -1,5 +1,5 @@
-// For tests that bring up windows one by one: records what the Flutter views and the engines are offered, and takes
-// everything down again. For a test that works with one window that is simply there, see shell_fixture.h.
+// For tests that start windows one by one. Records the messages that the Flutter views and the engines receive, and
+// destroys everything at the end. For tests with one window that already exists, see shell_fixture.h.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 
 namespace vantro::test {
 
-// A message as a view's procedure or an engine's top-level hook saw it.
+// A message that a view's procedure or an engine's top-level hook received.
 struct SeenMessage {
   HWND window;
   UINT message;
@@ -25,7 +25,7 @@ struct SeenMessage {
 };
 
 RECT WindowRectOf(HWND window);
-// The client area on the screen.
+// Returns the client area in screen coordinates.
 RECT ClientRectOnScreen(HWND window);
 bool operator==(const RECT& a, const RECT& b);
 
@@ -34,18 +34,18 @@ class WindowTest : public testing::Test {
   WindowTest();
   ~WindowTest() override;
 
-  // A window that came up, was shown and registered, as the process does it.
+  // Starts, shows and registers a window, as the process does.
   VantroWindow& OpenWindow();
-  // A window that came up and nothing more.
+  // Starts a window that is neither shown nor registered.
   static std::unique_ptr<VantroWindow> BringUp();
-  // Ends the object, then what is left of its native window.
+  // Destroys the object, and then its native window if that still exists.
   static void Destroy(std::unique_ptr<VantroWindow> window);
 
-  // What reached the views, and what the engines were offered, since the last Forget.
+  // The messages that the views and the engines have received since the last Forget.
   std::vector<SeenMessage> ViewSaw(UINT message) const;
   std::vector<SeenMessage> EngineOffered(UINT message) const;
   void Forget();
-  // The answer of every view's procedure to this message from now on.
+  // Sets the result of every view's procedure for this message.
   void AnswerInView(UINT message, LRESULT result) { viewAnswer_ = {message, result}; }
 
   ScratchRegistry registry_;

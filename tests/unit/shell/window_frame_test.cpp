@@ -1,4 +1,4 @@
-// The main window's frame, the notifications of its controls and the buttons that a drag of the volume ignores.
+// The main window's frame, the notifications of its controls, and the mouse buttons that a drag of the volume ignores.
 #include "shell/shell_ids.h"
 #include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"

@@ -1,4 +1,4 @@
-// How a window comes up, where its start can fail, and how its object ends.
+// The start of a window, the failures of a start, and the end of a window object.
 #include <cstdlib>
 #include <new>
 #include <stdexcept>
@@ -15,7 +15,7 @@ namespace {
 size_t refusedSize = 0;
 }
 
-// The whole program's: refuses objects of one size.
+// Replaces operator new for the whole program. Returns null for objects of one size.
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
   return size == refusedSize ? nullptr : std::malloc(size);
 }
@@ -31,7 +31,7 @@ using test::Inside;
 
 class WindowStart : public test::WindowTest {
  protected:
-  // Runs a start that is to fail; the object is gone afterwards.
+  // Runs a start, expects it to fail, and destroys the object.
   void FailToStart() {
     auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
     EXPECT_FALSE(window->Initialize());
@@ -129,7 +129,7 @@ TEST_F(WindowStart, WithoutIconResourcesTheSystemIconStandsIn) {
   EXPECT_EQ(registered.cbWndExtra, 8);
 }
 
-// Where it can fail.
+// Failures of a start.
 
 HWND WINAPI FailToCreateMainWindow(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND, HMENU,
                                    HINSTANCE, void*) {
@@ -138,7 +138,7 @@ HWND WINAPI FailToCreateMainWindow(DWORD, const wchar_t*, const wchar_t*, DWORD,
 }
 
 TEST_F(WindowStart, FailsWithoutANativeWindowAndDiagnoses) {
-  Destroy(BringUp());  // the class is there and stays
+  Destroy(BringUp());  // registers the class, which stays registered
   const test::LogCapture failure;
   const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(FailToCreateMainWindow));
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
@@ -380,7 +380,7 @@ TEST_F(WindowStart, EndDestroysALiveOverlayButNotTheMainWindow) {
   window.reset();
   EXPECT_FALSE(IsWindow(overlay));
   ASSERT_TRUE(IsWindow(native));
-  // The system alone answers its messages now.
+  // Only the system's default procedure handles its messages now.
   EXPECT_EQ(SendMessageA(native, WM_VANTRO_NEW_WINDOW, 0, 0), 0);
   EXPECT_EQ(log_.CountContaining("RECEIVED WM_VANTRO_NEW_WINDOW"), 0);
   DestroyWindow(native);

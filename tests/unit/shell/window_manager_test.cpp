@@ -1,4 +1,4 @@
-// The list of windows: who is in it, where a new one goes, who hears a broadcast, what closing does.
+// The list of windows: its entries, the place of a new window, the receivers of a broadcast, and closing.
 #include "shell/window_manager.h"
 
 #include <algorithm>
@@ -111,7 +111,7 @@ TEST_F(Windows, NewWindowGoesBelowTheReferenceWhereThatFits) {
   VantroWindow& reference = OpenWindow();
   RECT work;
   SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
-  // Too wide for a place beside it, low enough for one below: the least size of a window is 640 by 360.
+  // Too wide for a window beside it, but low enough for one below. The minimum size of a window is 640 by 360.
   SetWindowPos(reference.hwnd_, nullptr, 10, 0, work.right - 100, 362, SWP_NOZORDER);
   Inside(reference).height_ = 200;
   CreateNewWindow(reference);
@@ -170,7 +170,7 @@ TEST_F(Windows, ReferenceInFullscreenGivesTheLargeOffset) {
   EXPECT_EQ(placed.top, work.top + 50);
 }
 
-// The windows of the main windows' class, registered or not.
+// Returns the number of windows of the main window class, in the list or not.
 int CountMainWindows() {
   int count = 0;
   HWND window = nullptr;

@@ -1,4 +1,4 @@
-// The main window's messages: what each does, what it returns, where the focus goes.
+// The main window's messages: their effects, their results, and the focus.
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
 #include "tests/support/interface_end.h"
@@ -42,7 +42,7 @@ class MainWindow : public test::WindowTest {
 TEST_F(MainWindow, CreateDoesNothing) {
   Open();
   const test::LogCapture log;
-  // The system reads the structure on the way, and drops the message without one.
+  // The system reads this structure while it delivers the message, and drops a message without one.
   CREATESTRUCTA create{};
   create.lpszName = create.lpszClass = "";
   EXPECT_EQ(Send(WM_CREATE, 0, reinterpret_cast<LPARAM>(&create)), 0);
@@ -148,7 +148,7 @@ TEST_P(ControlColour, IsWhiteOnTheTitleBarsColour) {
 INSTANTIATE_TEST_SUITE_P(OfEachKind, ControlColour,
                          testing::Values(WM_CTLCOLOREDIT, WM_CTLCOLORBTN, WM_CTLCOLORSTATIC));
 
-// The default road.
+// Default handling.
 
 TEST_F(MainWindow, UnservedMessageIsOfferedToTheEngineFirst) {
   Open();

@@ -1,5 +1,4 @@
-// How a native window is asked for, and the orders of a window's start and end in which later steps lean on earlier
-// ones.
+// The creation of a native window, and the order of the steps of a start and an end that depend on each other.
 #include <string>
 
 #include "shell/gdiplus_drawing.h"
@@ -16,7 +15,7 @@ using test::InOrder;
 using test::Inside;
 using test::Note;
 
-// Calls the system's own function, which import hooks leave alone.
+// Calls the system's function directly, without import hooks.
 template <typename Function, typename... Arguments>
 auto CallSystem(const char* library, const char* name, Function*, Arguments... arguments) {
   return reinterpret_cast<Function*>(GetProcAddress(GetModuleHandleA(library), name))(arguments...);
@@ -75,7 +74,7 @@ TEST_F(WindowOrders, StartEnablesInputThenRaisesThenLoadsTheSettings) {
   RegSetValueExW(key, L"AlwaysOnTop", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), sizeof on);
   RegCloseKey(key);
   Hook("user32.dll", "SetWindowPos", OnSetWindowPos);
-  Hook("user32.dll", "GetTopWindow", NothingOnTop);  // or there is nothing to raise
+  Hook("user32.dll", "GetTopWindow", NothingOnTop);  // so that the overlay has to be raised
 
   const auto window = BringUp();
 
@@ -137,7 +136,7 @@ void WINAPI OnGdiplusShutdown(ULONG_PTR token) {
 }
 
 TEST_F(WindowOrders, EndGivesBackOverlayThenClassThenBrushesThenGdiplus) {
-  OpenWindow();  // keeps the process from being asked to end
+  OpenWindow();  // another window, so that the process is not asked to end
   auto window = BringUp();
   ending = window.get();
   const HWND native = window->hwnd_;

@@ -1,4 +1,4 @@
-// A program of its own: shutting down can't be undone.
+// A separate program, because a shutdown can't be undone.
 #include "shell/window_manager.h"
 #include "tests/unit/shell/window_fixture.h"
 
