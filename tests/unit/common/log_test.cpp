@@ -36,8 +36,8 @@ TEST(Log, LineHasLevelWordLocalTimeAndText) {
   std::string line, last;
   while (std::getline(file, line)) last = line;
   if (!last.empty() && last.back() == '\r') last.pop_back();
-  EXPECT_TRUE(std::regex_match(last, std::regex(R"(\[WARNING\] \d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{3} value 7)")))
-      << last;
+  EXPECT_TRUE(std::regex_match(
+      last, std::regex(R"(\[WARNING\] \d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{3} value 7)"))) << last;
 }
 
 TEST(Log, EachLevelHasItsWord) {

@@ -91,8 +91,8 @@ COLORREF Canvas::Pixel(int x, int y) const {
 
 int Canvas::Count(COLORREF color) const {
   GdiFlush();
-  return static_cast<int>(
-      std::count_if(pixels_, pixels_ + width_ * height_, [&](uint32_t pixel) { return ColorFrom(pixel) == color; }));
+  return static_cast<int>(std::count_if(pixels_, pixels_ + width_ * height_,
+                                        [&](uint32_t pixel) { return ColorFrom(pixel) == color; }));
 }
 
 void Canvas::ExpectEqualsPicture(const std::string& name) const {
@@ -115,8 +115,8 @@ void Canvas::SavePng(const std::wstring& path) const {
   StartGdiplus();
   GdiFlush();
   Gdiplus::GpBitmap* bitmap = nullptr;
-  gdip::GdipCreateBitmapFromScan0(width_, height_, width_ * 4, PixelFormat32bppRGB, reinterpret_cast<BYTE*>(pixels_),
-                                  &bitmap);
+  gdip::GdipCreateBitmapFromScan0(width_, height_, width_ * 4, PixelFormat32bppRGB,
+                                  reinterpret_cast<BYTE*>(pixels_), &bitmap);
   EXPECT_EQ(gdip::GdipSaveImageToFile(bitmap, path.c_str(), &kPngEncoder, nullptr), Gdiplus::Ok);
   gdip::GdipDisposeImage(bitmap);
 }
