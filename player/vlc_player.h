@@ -1,10 +1,9 @@
 // The player of one top-level window. It contains the single view, the grid and the stall watchdog.
 //
 // Main thread, except VlcEventCallback and everything that it calls. libvlc calls it on its own threads, without a
-// lock, and these threads never wait for the main thread. They share three things with the main thread: relaxed
-// atomics, each consistent by itself but not with the others; the watchdog's switch; and data that the main thread
-// publishes, and releases only when the events in progress have ended (player/reader_epochs.h). Releasing a player ends
-// its events. libvlc itself must therefore stop an event that it is about to deliver while the player is destroyed.
+// lock, and these threads never wait for the main thread. They share three things: relaxed atomics, each consistent by
+// itself but not with the others; the watchdog's switch; and data that the main thread publishes, and releases only
+// when the events in progress have ended (player/reader_epochs.h). No event may follow the release of its player.
 #pragma once
 
 #include <windows.h>
@@ -38,9 +37,8 @@ class VLCPlayer {
 
   // Makes the video's child window in the given window, the libvlc instance and the player, and attaches the events.
   // Events may arrive from then on. The window is borrowed and must outlive the player's timers. If libvlc cannot be
-  // used, returns false and logs the reason; the operations below then find no player and do nothing. If the child
-  // window cannot be made, the video goes into the given window, which is not a failure. If the window class cannot be
-  // registered, libvlc gets no window.
+  // used, returns false and logs the reason; the operations below then do nothing. If the child window cannot be made,
+  // the video goes into the given window. If the window class cannot be registered, libvlc gets no window.
   bool Initialize(HWND parentWindow);
   // Undoes Initialize. May be called twice. Waits for the events in progress, so an event must not call it. The volume
   // and the last request are kept.
@@ -50,7 +48,6 @@ class VLCPlayer {
   // Media and transport of the single view (vlc_player_transport.cpp) and its window (vlc_player_window.cpp). Each
   // operation does nothing without a player, and logs an error if the library cannot be used. If the library lacks a
   // function, the step that needs it is silently skipped.
-  //
   // Stops the stream without telling the interface, and plays the requested one. If the media cannot be played, returns
   // false and logs the reason. If the media cannot be made, the stream is stopped and no media is set.
   bool SetMedia(MediaRequest request);
@@ -72,8 +69,7 @@ class VLCPlayer {
   // Milliseconds as libvlc reports them; 0 without a player or without the function.
   int64_t GetPosition();
   int64_t GetDuration();
-  // Moves the video's window; client pixels of the parent. While the grid is on, the grid is laid out over the whole
-  // parent instead.
+  // Moves the video's window; client pixels of the parent. While the grid is on, lays out the grid instead.
   void Resize(int x, int y, int width, int height);
   void EnsureZOrder();
   // Read the track list and send the interface an event without the entries.
@@ -90,12 +86,10 @@ class VLCPlayer {
   // Events (vlc_player_events.cpp). On libvlc's threads. Must not wait for the main thread, and may call only those
   // libvlc functions that libvlc allows in a callback. The user data is the VLCPlayer; null is ignored.
   static void VlcEventCallback(const libvlc_event_t* event, void* userData);
-  // Sends the event to the interface, then performs its effect (player/player_events.h). Does not check which player
-  // sent it.
+  // Sends the event to the interface, then performs its effect (player/player_events.h), whichever player sent it.
   void ProcessVLCEvent(const libvlc_event_t* event);
 
-  // Stall watchdog (player/stall_watchdog.h). OnStallWatchdogTick is for the timer whose id is the address of this
-  // object.
+  // Stall watchdog (player/stall_watchdog.h). OnStallWatchdogTick serves the timer whose id is this object's address.
   void StartStallWatchdog() { watchdog_.Start(); }
   void StopStallWatchdog() { watchdog_.Stop(); }
   void OnStallWatchdogTick() { watchdog_.RunPass(media_.get(), GetTickCount64); }
@@ -103,9 +97,8 @@ class VLCPlayer {
   // Reloads the single view's stream, and seeks to its last time if ShouldRestorePosition returns true.
   void RestartMediaPreservingTime();
 
-  // Grid (player/multi_view_grid.h). EnableMultiView and DisableMultiView always return true.
+  // Grid (player/multi_view_grid.h). The first two always return true. The end of a grid sets the volume to 100.
   bool EnableMultiView();
-  // Sets the volume to 100 if the grid was on.
   bool DisableMultiView();
   bool MvAddStream(const std::string& url, const std::string& name) { return grid_.AddStream(url, name); }
   bool MvReplaceActive(const std::string& url, const std::string& name) { return grid_.ReplaceActive(url, name); }

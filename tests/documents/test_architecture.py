@@ -62,6 +62,8 @@ def test_no_folders_include_each_other_in_a_circle():
 
 # A longer source file does more than one thing.
 LONGEST_SOURCE = 350
+# The window and the player's front only forward to their parts.
+LONGEST_FRONT = 150
 
 
 def test_no_source_file_of_the_product_is_too_long():
@@ -71,3 +73,9 @@ def test_no_source_file_of_the_product_is_too_long():
     lengths = {str(path.relative_to(ROOT)): len(path.read_text().splitlines()) for path in sources}
     long = {name: length for name, length in lengths.items() if length > LONGEST_SOURCE}
     assert not long, f"more than {LONGEST_SOURCE} lines: {long}"
+
+
+def test_the_headers_of_window_and_player_stay_short():
+    lengths = {name: len((ROOT / name).read_text().splitlines()) for name in ("shell/vantro_window.h", "player/vlc_player.h")}
+    long = {name: length for name, length in lengths.items() if length > LONGEST_FRONT}
+    assert not long, f"more than {LONGEST_FRONT} lines: {long}"
