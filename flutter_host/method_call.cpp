@@ -9,7 +9,7 @@ namespace {
 // A message up to this size, with the values decoded from it, mostly fits into the call's own memory.
 constexpr size_t kShortMessage = 640;
 // For a longer message, its lists and maps get twice its bytes at first, but at most this much.
-constexpr size_t kMostFirstRoom = 64 * 1024;
+constexpr size_t kMostFirstRoom = size_t{64} * 1024;
 
 std::string_view CopyText(std::string_view text, ValueArena& memory) {
   return *memory.Copy(EncodableValue(text)).Get<std::string_view>();

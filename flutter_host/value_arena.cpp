@@ -9,7 +9,7 @@ namespace vantro {
 namespace {
 
 constexpr size_t kSmallestBlock = 1024;
-constexpr size_t kLargestBlock = 1024 * 1024;  // except for a larger single piece
+constexpr size_t kLargestBlock = size_t{1024} * 1024;  // except for a larger single piece
 
 }  // namespace
 

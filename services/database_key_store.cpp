@@ -17,7 +17,7 @@ namespace vantro {
 namespace {
 
 constexpr size_t kKeyLength = 32;
-constexpr std::streamoff kLargestFile = 64 * 1024;  // an encrypted key takes about 300 bytes
+constexpr std::streamoff kLargestFile = std::streamoff{64} * 1024;  // an encrypted key takes about 300 bytes
 constexpr wchar_t kFolderName[] = L"\\Vantro";
 constexpr wchar_t kFileName[] = L"\\db.key";
 constexpr wchar_t kBlobDescription[] = L"Vantro Database Key";

@@ -168,6 +168,8 @@ class Demo:
             parts = {"File": (left + 95, top + 8, left + 125, top + 26),
                      "the close button": (right - 32, top + 6, right - 10, top + 26)}
             missing = [part for part, rect in parts.items() if region_colours(path, rect)[0] < 2]
+            if region_colours(path, video_area(self.client))[0] < 16:
+                missing.append("the picture")
             return missing if all(abs(a - b) < 12 for a, b in zip(free, TITLE_BAR)) else ["the bar", *missing]
 
         self.client.poll(look, lambda missing: not missing, "the title bar above the video", pause=0.3)
