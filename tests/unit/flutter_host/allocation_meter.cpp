@@ -11,16 +11,24 @@ thread_local size_t allocatedBytes = 0;
 
 }  // namespace
 
-void* operator new(size_t size) {
+// All forms are replaced, because AddressSanitizer replaces each that a program does not.
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
   if (isMetering) {
     ++allocations;
     allocatedBytes += size;
   }
-  if (void* block = std::malloc(size ? size : 1)) return block;
+  return std::malloc(size ? size : 1);
+}
+void* operator new(size_t size) {
+  if (void* block = operator new(size, std::nothrow)) return block;
   throw std::bad_alloc();
 }
+void* operator new[](size_t size) { return operator new(size); }
+void* operator new[](size_t size, const std::nothrow_t&) noexcept { return operator new(size, std::nothrow); }
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, size_t) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete[](void* block, size_t) noexcept { std::free(block); }
 
 namespace vantro::test {
 
