@@ -11,9 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "services/database_key_store.h"
-#include "tests/support/local_app_data.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/unit/services/key_store_fixture.h"
 #include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
@@ -70,7 +68,7 @@ BOOL WINAPI MakeNoFolder(LPCWSTR path, SECURITY_ATTRIBUTES* attributes) {
   return FALSE;
 }
 
-class DatabaseKeyCalls : public testing::Test {
+class DatabaseKeyCalls : public KeyStoreTest {
  protected:
   DatabaseKeyCalls() {
     blobs.clear();
@@ -85,10 +83,6 @@ class DatabaseKeyCalls : public testing::Test {
 
   static int TimesFreed(const void* memory) { return static_cast<int>(std::count(freed.begin(), freed.end(), memory)); }
 
-  std::filesystem::path Folder() const { return appData_ / "Vantro"; }
-
-  ScratchFolder appData_;
-  LocalAppDataAt redirection_{appData_.path()};
   const std::vector<uint8_t> key_ = std::vector<uint8_t>(32, 7);
   ImportHook protect_{"crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(Protect)};
   ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(Unprotect)};
@@ -104,15 +98,14 @@ TEST_F(DatabaseKeyCalls, EachBlobOfTheApiIsFreedOnce) {
 }
 
 TEST_F(DatabaseKeyCalls, BlobIsFreedAlsoWhenTheFileCannotBeWritten) {
-  std::filesystem::create_directories(Folder() / "db.key");
+  std::filesystem::create_directories(KeyFile());
   EXPECT_FALSE(DatabaseKeyStore::SaveKey(key_));
   ASSERT_EQ(blobs.size(), 1u);
   EXPECT_EQ(TimesFreed(blobs[0]), 1);
 }
 
 TEST_F(DatabaseKeyCalls, NothingIsFreedWhenNothingWasUnwrapped) {
-  std::filesystem::create_directories(Folder());
-  WriteFileBytes(Folder() / "db.key", "garbage");
+  LeaveFile("garbage");
   EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
   EXPECT_EQ(TimesFreed(nullptr), 0);
 }
@@ -136,20 +129,13 @@ TEST_F(DatabaseKeyCalls, FolderThatIsAbsentIsMadeWithoutAttributes) {
   EXPECT_EQ(foldersMade[0].second, nullptr);
 }
 
-TEST_F(DatabaseKeyCalls, FolderThatIsThereIsNotMadeAgain) {
-  std::filesystem::create_directory(Folder());
-  const ImportHook make("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(MakeNoFolder));
-  DatabaseKeyStore::GetKeyFilePath();
-  EXPECT_THAT(foldersMade, IsEmpty());
-}
-
 TEST_F(DatabaseKeyCalls, FolderThatCannotBeMadeStillHasItsPath) {
   const ImportHook make("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(MakeNoFolder));
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), appData_.path().wstring() + L"\\Vantro\\db.key");
 }
 
 TEST_F(DatabaseKeyCalls, FolderWithTheFilesNameIsNotUnwrapped) {
-  std::filesystem::create_directories(Folder() / "db.key");
+  std::filesystem::create_directories(KeyFile());
   EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
   EXPECT_EQ(unwrappings, 0);
 }

@@ -3,17 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "flutter_host/flutter_engine.h"
-#include "services/vod_thumbnail_worker_plugin.h"
-#include "tests/support/interface_end.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/loopback.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/scripted_vlc.h"
+#include "tests/unit/services/thumbnail_worker.h"
 
 namespace vantro::test {
 namespace {
@@ -22,24 +15,11 @@ using testing::ElementsAre;
 
 constexpr char kPrefix[] = "VodThumbnailWorkerPlugin: ";
 
-class ThumbnailSteps : public testing::Test {
+class ThumbnailSteps : public ThumbnailWorker {
  protected:
-  ThumbnailSteps() {
-    EXPECT_TRUE(engine_.Initialize(nullptr));
-    engineNumber_ = loopback_.NewestEngine();
-    plugin_ = std::make_unique<vod_thumbnail::VodThumbnailWorkerPlugin>(engine_.GetMessenger());
-  }
+  // The plugin's destructor still makes calls, which the steps must outlive.
+  ~ThumbnailSteps() override { plugin_.reset(); }
 
-  Answer Ask(const std::string& method, const Value& arguments = Value()) {
-    return interface_.Ask(engineNumber_, kThumbnailChannel, method, arguments);
-  }
-  Answer GetFrame() {
-    return Ask("getFrame", MapOf({{"mediaId", "123"},
-                                  {"proxyUrl", "http://host/film.mp4"},
-                                  {"timeSeconds", Value(42.7)},
-                                  {"width", Value(320)},
-                                  {"height", Value(180)}}));
-  }
   // Adds each call of the function to the steps, after the log lines that precede the call.
   void Note(const std::string& function) {
     vlc_.OnCall(function, [this, function] {
@@ -63,18 +43,8 @@ class ThumbnailSteps : public testing::Test {
     return steps_;
   }
 
-  // Declared before the plugin, because the plugin's destructor still makes calls.
   std::vector<std::string> steps_;
   size_t linesTaken_ = 0;
-  ScratchFolder scratch_;
-  TemporaryFolderAt temporaryFolder_{scratch_.path()};
-  LogCapture log_;
-  ScriptedVlc vlc_;
-  Loopback loopback_;
-  InterfaceEnd interface_{loopback_};
-  FlutterEngine engine_;
-  int engineNumber_ = 0;
-  std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin> plugin_;
 };
 
 TEST_F(ThumbnailSteps, InitializingLogsEachStepBeforeOrAfterItsCall) {
