@@ -22,7 +22,8 @@ namespace {
 constexpr char kUsage[] =
     "usage: vantro-log                          starts the vantro.exe beside it with its log on, and waits for its end\n"
     "       vantro-log --redact LOGFILE [OUT]   writes the log without user info and queries of addresses and without\n"
-    "                                           search text; OUT is LOGFILE with \".redacted.log\" if it is left out\n";
+    "                                           search text and key codes; without OUT the copy is\n"
+    "                                           LOGFILE with \".redacted.log\"\n";
 
 ExitCode Fail(ExitCode code, const std::filesystem::path& file, const char* reason) {
   std::fprintf(stderr, "vantro-log: %s %s\n", Utf8(file).c_str(), reason);
