@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "devkit/scripted/script.h"
 
@@ -25,7 +26,18 @@ std::string Text(float number) {
   std::snprintf(text, sizeof text, "%g", static_cast<double>(number));
   return text;
 }
+// The name that libvlc 4's header gives the event, without its prefix. A type that is not listed here appears as a
+// number.
 std::string EventText(int type) {
+  static constexpr const char* kFromMediaChanged[] = {
+      "MediaPlayerMediaChanged",    "MediaPlayerNothingSpecial",   "MediaPlayerOpening",
+      "MediaPlayerBuffering",       "MediaPlayerPlaying",          "MediaPlayerPaused",
+      "MediaPlayerStopped",         "MediaPlayerForward",          "MediaPlayerBackward",
+      "MediaPlayerStopping",        "MediaPlayerEncounteredError", "MediaPlayerTimeChanged",
+      "MediaPlayerPositionChanged", "MediaPlayerSeekableChanged"};
+  constexpr int kMediaChanged = 0x100;
+  const int row = type - kMediaChanged;
+  if (row >= 0 && row < static_cast<int>(std::size(kFromMediaChanged))) return kFromMediaChanged[row];
   char text[32];
   std::snprintf(text, sizeof text, "0x%X", static_cast<unsigned>(type));
   return text;

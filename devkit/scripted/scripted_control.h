@@ -28,7 +28,8 @@ void ScriptedReset(void);
 void ScriptedSetStrict(int32_t strict);
 
 // The calls, in order, as text: libvlc_media_player_set_time(player1, 5000, 0). Strings are quoted, objects appear by
-// name, null as null, other pointers (windows) as %p, and event types as 0x104. Each function with a buffer writes at
+// name, null as null, other pointers (windows) as %p, and event types by
+// libvlc's names, MediaPlayerPlaying. Each function with a buffer writes at
 // most size bytes including a terminating zero, and returns the length of the whole text.
 int32_t ScriptedCallCount(void);
 size_t ScriptedCall(int32_t index, char* buffer, size_t size, uint32_t* threadId);

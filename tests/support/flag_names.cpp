@@ -39,6 +39,7 @@ constexpr Name kShow[] = {NAME(SW_HIDE),     NAME(SW_SHOWNORMAL),      NAME(SW_S
                           NAME(SW_MINIMIZE), NAME(SW_SHOWMINNOACTIVE), NAME(SW_SHOWNA),
                           NAME(SW_RESTORE),  NAME(SW_SHOWDEFAULT)};
 constexpr Name kWindowLongs[] = {NAME(GWL_STYLE), NAME(GWL_EXSTYLE), NAME(GWL_ID), NAME(GWLP_USERDATA)};
+constexpr Name kMessages[] = {NAME(WM_CLOSE), NAME(WM_SIZE), NAME(WM_COMMAND), NAME(WM_TIMER), NAME(WM_APP)};
 // Handles made of numbers, which are not constants in C++.
 constexpr Name kInsertAfter[] = {{0, "HWND_TOP"}, {1, "HWND_BOTTOM"}, {-1, "HWND_TOPMOST"}, {-2, "HWND_NOTOPMOST"}};
 
@@ -78,6 +79,7 @@ std::string ShowCommand(int command) { return NameOf(command, kShow); }
 std::string RedrawFlags(UINT flags) { return JoinBits(flags, kRedraw); }
 std::string StyleNames(DWORD style) { return JoinBits(style, kStyles); }
 std::string ExStyleNames(DWORD exStyle) { return JoinBits(exStyle, kExStyles); }
+std::string MessageName(UINT message) { return NameOf(message, kMessages); }
 std::string WindowLongName(int index) { return NameOf(index, kWindowLongs); }
 
 }  // namespace vantro::test

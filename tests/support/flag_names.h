@@ -14,6 +14,7 @@ std::string ShowCommand(int command);     // of ShowWindow
 std::string RedrawFlags(UINT flags);      // of RedrawWindow
 std::string StyleNames(DWORD style);      // GWL_STYLE
 std::string ExStyleNames(DWORD exStyle);  // GWL_EXSTYLE
+std::string MessageName(UINT message);    // "WM_CLOSE"...
 std::string WindowLongName(int index);    // of SetWindowLong: "GWL_STYLE"...
 
 }  // namespace vantro::test

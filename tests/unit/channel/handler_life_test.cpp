@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "flutter_host/embedding_api.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/channel/player_channel.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

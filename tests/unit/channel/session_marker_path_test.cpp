@@ -7,8 +7,8 @@
 #include <string>
 
 #include "channel/method_channel_handler.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

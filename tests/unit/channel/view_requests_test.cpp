@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "shell/vantro_window.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/channel/player_channel.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "flutter_host/flutter_view_controller.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
 #include "tests/unit/flutter_host/bundle_fixture.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro {
 namespace {

@@ -8,9 +8,9 @@
 
 #include "flutter_host/embedding_api.h"
 #include "flutter_host/flutter_view_controller.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/loopback.h"
 #include "tests/unit/flutter_host/captured_stderr.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

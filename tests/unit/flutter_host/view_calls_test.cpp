@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "flutter_host/flutter_engine.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

@@ -9,9 +9,9 @@
 
 #include "player/tile_layout.h"
 #include "player/video_scale.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/player/grid_fixture.h"
 #include "tests/unit/player/window_calls.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {
@@ -355,6 +355,17 @@ TEST_F(LayoutTest, RescalingOutsideTheGridDoesNothing) {
   ASSERT_TRUE(Add(1));
   player_.UpdateMultiViewScaling();
   EXPECT_EQ(log_.CountContaining("[UpdateMultiViewScaling]"), 0);
+}
+
+TEST_F(LayoutTest, RescalingAfterASwapFitsEachVideoToItsNewTile) {
+  StartGrid(3);
+  vlc_.SetSize(TilePlayer(0), 800, 600);
+  vlc_.SetSize(TilePlayer(1), 790, 300);
+  ASSERT_TRUE(player_.MvSwapTiles(0, 1));
+  vlc_.ClearCalls();
+  player_.UpdateMultiViewScaling();
+  EXPECT_THAT(vlc_.CallsOf("libvlc_video_set_scale"),
+              ElementsAre("libvlc_video_set_scale(player2, 0.983333)", "libvlc_video_set_scale(player1, 0.491667)"));
 }
 
 TEST_F(LayoutTest, RescalingReachesATileBehindOneWithoutAPlayer) {

@@ -19,15 +19,27 @@ using testing::IsEmpty;
 
 constexpr char kFourArguments[] =
     "libvlc_new(4, \"--intf=dummy\", \"--no-video-title-show\", \"--aout=directsound\", \"--http-reconnect\")";
-constexpr int kEventTypes[] = {0x102, 0x103, 0x104, 0x100, 0x105, 0x106, 5, 0x10A, 0x10C, 0x10B, 0x10D};
+struct AttachedEvent {
+  int type;
+  const char* name;
+};
+
+// The events in the order in which they are attached.
+constexpr AttachedEvent kEvents[] = {{0x102, "MediaPlayerOpening"},
+                                     {0x103, "MediaPlayerBuffering"},
+                                     {0x104, "MediaPlayerPlaying"},
+                                     {0x100, "MediaPlayerMediaChanged"},
+                                     {0x105, "MediaPlayerPaused"},
+                                     {0x106, "MediaPlayerStopped"},
+                                     {5, "0x5"},
+                                     {0x10A, "MediaPlayerEncounteredError"},
+                                     {0x10C, "MediaPlayerPositionChanged"},
+                                     {0x10B, "MediaPlayerTimeChanged"},
+                                     {0x10D, "MediaPlayerSeekableChanged"}};
 
 std::vector<std::string> EventCalls(const std::string& function) {
   std::vector<std::string> calls;
-  for (const int type : kEventTypes) {
-    char text[64];
-    std::snprintf(text, sizeof text, "(player1, 0x%X)", static_cast<unsigned>(type));
-    calls.push_back(function + text);
-  }
+  for (const AttachedEvent& event : kEvents) calls.push_back(function + "(player1, " + event.name + ")");
   return calls;
 }
 
@@ -119,9 +131,9 @@ TEST_F(PlayerStartup, WithAPluginPathLooksForNoInstalledVlc) {
 TEST_F(PlayerStartup, AttachesTheElevenEventsWithThePlayerAsUserData) {
   ASSERT_TRUE(Initialize());
   const auto attached = vlc_.Attached(state_.mediaPlayer_.get());
-  ASSERT_EQ(attached.size(), std::size(kEventTypes));
+  ASSERT_EQ(attached.size(), std::size(kEvents));
   for (size_t index = 0; index < attached.size(); ++index) {
-    EXPECT_EQ(attached[index].type, kEventTypes[index]);
+    EXPECT_EQ(attached[index].type, kEvents[index].type);
     EXPECT_EQ(attached[index].userData, &player_);
     EXPECT_EQ(attached[index].callback, reinterpret_cast<void*>(&VLCPlayer::VlcEventCallback));
   }
@@ -451,7 +463,9 @@ TEST_F(PlayerStartup, CleanupAmidAStormOfEventsLetsNoneFollow) {
   Start();
   std::atomic<int> told{0};
   state_.eventCallback_ = [&](const char*, const char*) { ++told; };
-  vlc_.StartStorm(state_.mediaPlayer_.get(), 2, {std::begin(kEventTypes), std::end(kEventTypes)});
+  std::vector<int> types;
+  for (const AttachedEvent& event : kEvents) types.push_back(event.type);
+  vlc_.StartStorm(state_.mediaPlayer_.get(), 2, types);
   while (told < 50) SwitchToThread();
   player_.Cleanup();
   const int toldByThen = told;

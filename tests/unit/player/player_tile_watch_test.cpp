@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "tests/support/import_hook.h"
 #include "tests/unit/player/watchdog_fixture.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

@@ -28,6 +28,16 @@ TEST_F(WatchdogTest, WithoutAPlayerAStartDoesNothing) {
   EXPECT_FALSE(state_.stallWatchdogActive_);
 }
 
+TEST_F(WatchdogTest, AfterAGridWithoutAFirstPlayerAStartDoesNothing) {
+  StartWithEvents();
+  state_.mediaPlayer_.reset();
+  ASSERT_TRUE(player_.EnableMultiView());
+  ASSERT_TRUE(Add(1));
+  ASSERT_TRUE(player_.DisableMultiView());
+  player_.StartStallWatchdog();
+  EXPECT_FALSE(state_.stallWatchdogActive_);
+}
+
 TEST_F(WatchdogTest, AStartRunsTheTimerOfItsAddress) {
   Start();
   player_.StartStallWatchdog();

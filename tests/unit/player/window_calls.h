@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tests/support/flag_names.h"
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 
 namespace vantro::test {
 

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/import_hook.h"
 #include "tests/unit/services/key_store_fixture.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

@@ -7,8 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "tests/support/import_hook.h"
 #include "tests/unit/services/thumbnail_worker.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro::test {
 namespace {

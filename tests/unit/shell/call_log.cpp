@@ -76,8 +76,8 @@ struct RecordedCalls {
   static HWND WINAPI OnSetCapture(HWND window) { return PASS(SetCapture, Name(window), window); }
   static BOOL WINAPI OnPostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return PASS(PostMessageA,
-                Name(window) + Format(" %u %llu %lld", message, static_cast<unsigned long long>(wParam),
-                                      static_cast<long long>(lParam)),
+                Name(window) + " " + MessageName(message) +
+                    Format(" %llu %lld", static_cast<unsigned long long>(wParam), static_cast<long long>(lParam)),
                 window, message, wParam, lParam);
   }
   static BOOL WINAPI OnTrackPopupMenu(HMENU menu, UINT flags, int x, int y, int reserved, HWND window,

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 
 namespace vantro {
 class VantroWindow;

@@ -9,9 +9,9 @@
 
 #include "shell/button_painter.h"
 #include "shell/shell_ids.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/process_resources.h"
 #include "tests/unit/shell/call_log.h"
-#include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/picture.h"
 #include "tests/unit/shell/shell_fixture.h"
 

@@ -1,7 +1,7 @@
 // A separate program, because each window class is registered once per process.
 #include <string>
 
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

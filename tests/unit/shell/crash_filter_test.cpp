@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
+#include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
-#include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/line_order.h"
 
 namespace vantro {

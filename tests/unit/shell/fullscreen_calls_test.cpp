@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/call_log.h"
-#include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/line_order.h"
 #include "tests/unit/shell/shell_fixture.h"
 

@@ -425,7 +425,7 @@ TEST_F(Commands, ExitAndTheCloseButtonPostTheSameCloseToThisWindow) {
   LogCapture log;
   Inside(Window()).commands_.HandleMenuCommand(40004);
   Inside(Window()).commands_.HandleMenuCommand(999);
-  EXPECT_EQ(calls.Calls(), (Lines{"PostMessageA main 16 0 0", "PostMessageA main 16 0 0"}));
+  EXPECT_EQ(calls.Calls(), (Lines{"PostMessageA main WM_CLOSE 0 0", "PostMessageA main WM_CLOSE 0 0"}));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Exit menu item selected"));
   EXPECT_TRUE(log.Has("INFO HandleMenuCommand: Close button clicked"));
 }

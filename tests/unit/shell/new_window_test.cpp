@@ -3,9 +3,9 @@
 
 #include "flutter_host/embedding_api.h"
 #include "shell/window_manager.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/interface_end.h"
 #include "tests/unit/shell/call_log.h"
-#include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

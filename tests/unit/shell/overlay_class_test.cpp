@@ -1,5 +1,5 @@
 // The overlay's class, and the hook after its own sync has changed the newest window.
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "common/log.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro {
 namespace {
@@ -35,7 +35,7 @@ class Popup {
 
 struct NamedWindow {
   const char* name;
-  HWND StackedWindows::* window;  // null for a window of another program
+  HWND StackedWindows::*window;  // null for a window of another program
   const char* line;
 };
 void PrintTo(const NamedWindow& row, std::ostream* out) { *out << row.name; }
@@ -53,13 +53,13 @@ TEST_P(WindowUnderTheCursor, IsNamed) {
   EXPECT_TRUE(log.Has(std::string("DEBUG EnableOverlayMouseInput: Intercepting window ") + GetParam().line));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, WindowUnderTheCursor,
-    testing::Values(NamedWindow{"Overlay", &StackedWindows::overlay, "IS our overlay window!"},
-                    NamedWindow{"Main", &StackedWindows::mainWindow, "IS our main window!"},
-                    NamedWindow{"Flutter", &StackedWindows::flutterChild, "IS our Flutter window!"},
-                    NamedWindow{"Unknown", nullptr, "is UNKNOWN - not one of ours!"}),
-    [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Rows, WindowUnderTheCursor,
+                         testing::Values(NamedWindow{"Overlay", &StackedWindows::overlay, "IS our overlay window!"},
+                                         NamedWindow{"Main", &StackedWindows::mainWindow, "IS our main window!"},
+                                         NamedWindow{"Flutter", &StackedWindows::flutterChild,
+                                                     "IS our Flutter window!"},
+                                         NamedWindow{"Unknown", nullptr, "is UNKNOWN - not one of ours!"}),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(WindowAtTheOverlaysCentre, IsTheOverlayWhereNothingCoversIt) {
   const Popup overlay(100);

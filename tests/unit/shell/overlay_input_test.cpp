@@ -2,7 +2,7 @@
 #include "shell/overlay_input.h"
 
 #include "shell/window_manager.h"
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

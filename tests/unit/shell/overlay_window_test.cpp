@@ -3,7 +3,7 @@
 #include <dwmapi.h>
 
 #include "shell/window_manager.h"
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "tests/support/flag_names.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
 #include "tests/support/message_queue.h"
 #include "tests/support/scripted_vlc.h"
-#include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/line_order.h"
 #include "tests/unit/shell/shell_fixture.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/shell_fixture.h"
 
 namespace vantro::test {

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "player/vlc_runtime.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
 #include "tests/unit/flutter_host/bundle_fixture.h"
-#include "tests/unit/shell/import_hook.h"
 
 namespace vantro {
 namespace {

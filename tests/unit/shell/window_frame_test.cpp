@@ -1,6 +1,6 @@
 // The main window's frame, the notifications of its controls, and the mouse buttons that a drag of the volume ignores.
 #include "shell/shell_ids.h"
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

@@ -7,7 +7,7 @@
 #include "player/libvlc_functions.h"
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 

@@ -6,8 +6,8 @@
 
 #include "flutter_host/encodable_value.h"
 #include "shell/shell_ids.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/interface_end.h"
-#include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

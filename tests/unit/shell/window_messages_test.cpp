@@ -1,9 +1,9 @@
 // The main window's messages: their effects, their results, and the focus.
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/interface_end.h"
 #include "tests/support/player_inspector.h"
-#include "tests/unit/shell/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

@@ -3,7 +3,7 @@
 
 #include "shell/gdiplus_drawing.h"
 #include "tests/support/flag_names.h"
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 #include "tests/unit/shell/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 

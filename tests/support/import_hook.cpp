@@ -1,4 +1,4 @@
-#include "tests/unit/shell/import_hook.h"
+#include "tests/support/import_hook.h"
 
 #include <gtest/gtest.h>
 
