@@ -34,6 +34,9 @@ class ToyWorkspace(Workspace):
     def build(self, preset, targets):
         return self.command("g++", "-o", "test", "test.cpp", PRODUCT_FILE)
 
+    def compare_log_page(self):
+        return Run(0, 0, False, "")
+
 
 @pytest.fixture
 def toy(tmp_path):
@@ -76,6 +79,15 @@ def test_a_workspace_that_was_closed_runs_nothing_more(toy):
         toy.build(NATIVE_PRESET, [])
 
 
+def test_a_changed_line_of_the_log_is_noticed_by_the_page_before_any_program():
+    log_workspace = ScriptedWorkspace([])
+    log_workspace.compare_log_page = lambda: FAILED
+    program = Program("limit_test", NATIVE_PRESET, "player", ("./test",), ".")
+    table = reach.Reach([program], {}, {}, portable={PRODUCT_FILE})
+    found = trial.Trial(log_workspace, table, integration=False).judge(mutants(PRODUCT_FILE, PRODUCT)[0])
+    assert (found.verdict, found.by, found.ran) == (trial.KILLED, trial.LOG_PAGE, [])
+
+
 def test_a_change_that_does_not_compile_is_no_mutant(toy):
     program = Program("limit_test", NATIVE_PRESET, "player", ("./test",), str(toy.tree))
     (toy.tree / "test.cpp").write_text("not C++")
@@ -96,6 +108,9 @@ class ScriptedWorkspace:
 
     def build(self, preset, targets):
         return Run(0, 0, False, "")
+
+    def compare_log_page(self):
+        return PASSED
 
     def run_program(self, program, seconds, only=None, environment=None):
         return self.runs.pop(0)

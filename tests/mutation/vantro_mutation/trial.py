@@ -9,6 +9,7 @@ from .workspace import NATIVE_PRESET, WINDOWS_PRESET, failed_tests
 KILLED, SURVIVED, EQUIVALENT, NOT_COMPILED = "killed", "survived", "equivalent", "not compiled"
 SLACK_SECONDS = 20  # added to three times the time of the unchanged program
 INTEGRATION_SECONDS = 900
+LOG_PAGE = "page of the log's lines"
 BATCH = 4  # programs that are built together after the first program has not noticed the change
 
 
@@ -65,14 +66,23 @@ class Trial:
             raise CompileError
 
     def _run_unit_programs(self, mutant, verdict):
-        for batch in batches(self.reach.programs_for(mutant)):
+        for number, batch in enumerate(batches(self.reach.programs_for(mutant))):
             self._build(batch[0].preset, [program.name for program in batch])
+            # The page is compared after the first build, because a change that does not compile is no mutant.
+            if number == 0 and self._log_page_notices(verdict):
+                return
             for program in batch:
                 verdict.ran.append(str(program))
                 if self._notices(program, verdict):
                     self.reach.note_kill(mutant, program)
                     verdict.verdict, verdict.by = KILLED, str(program)
                     return
+
+    def _log_page_notices(self, verdict):
+        if self.workspace.compare_log_page().passed:
+            return False
+        verdict.verdict, verdict.by = KILLED, LOG_PAGE
+        return True
 
     def _limit(self, program):
         return 3 * self.reach.seconds.get((program.preset, program.name), 10) + SLACK_SECONDS

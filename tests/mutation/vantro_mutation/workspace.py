@@ -229,6 +229,10 @@ class Workspace:
             self.start_wine()
         return run
 
+    def compare_log_page(self):
+        """The document test that compares docs/log-lines.md with the sources."""
+        return self.command("/usr/bin/python3", "devkit/log_lines.py", "--check")
+
     def run_integration(self, files, seconds):
         launcher = os.environ.get("VANTRO_MUTATE_LAUNCHER", "").split()
         return self.command(*launcher, "/usr/bin/python3", "-m", "pytest", "-x", "-q", "-p", "no:cacheprovider", *files,

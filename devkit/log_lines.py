@@ -1,0 +1,86 @@
+#!/usr/bin/env python3
+"""log_lines.py [--check]: writes docs/log-lines.md, the list of all lines that the host writes to its log.
+
+The list is made from the log statements of the sources. With --check nothing is written: if the page is out of date,
+the differences are printed and the exit code is 1.
+"""
+
+import difflib
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+FOLDERS = ("shell", "channel", "player", "services", "flutter_host", "common")
+PAGE = "docs/log-lines.md"
+
+STATEMENT = re.compile(r"\bLOG_(DEBUG|INFO|WARNING|ERROR)\(")
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+TOKEN = re.compile(r'"(?:[^"\\\n]|\\.)*"|//[^\n]*|[(),]')
+
+INTRODUCTION = """# The lines of the log
+
+Every line that the host can write to its log, by source file, in the order of the source. `devkit/log_lines.py`
+makes this page from the sources. Search it for a line of a customer's log to find the level and the source file.
+
+The placeholders are those of `printf`: `%s` is a text, `%d`, `%ld` and `%zu` are whole numbers, `%f` is a decimal number,
+`%p` is a handle or an address, `%%` is a percent sign. [field-failures.md](field-failures.md#the-log) says how to switch
+the log on and what to look for in it, and [log-tool.md](log-tool.md) how to remove private data from it.
+"""
+
+
+def first_argument(source, begin):
+    """Returns the text from begin to the comma or parenthesis that ends the first argument of a call."""
+    depth = 0
+    for token in TOKEN.finditer(source, begin):
+        if token[0] == "(":
+            depth += 1
+        elif token[0] in "),":
+            if depth == 0:
+                return source[begin:token.start()]
+            depth -= token[0] == ")"
+    raise ValueError("a log statement does not end")
+
+
+def lines_of(source):
+    """Returns (level, text) of each log statement of a source."""
+    found = []
+    for statement in STATEMENT.finditer(source):
+        literals = LITERAL.findall(first_argument(source, statement.end()))
+        if not literals:
+            raise ValueError(f"the text of a log statement is not a literal: {source[statement.start():][:60]}")
+        found.append((statement[1], "".join(literals).replace('\\"', '"').replace("\\\\", "\\")))
+    return found
+
+
+def page(root=ROOT):
+    """Returns the text of the page."""
+    text = INTRODUCTION
+    for folder in FOLDERS:
+        for path in sorted((root / folder).glob("*.cpp")):
+            rows = lines_of(path.read_text())
+            if not rows:
+                continue
+            name = path.relative_to(root).as_posix()
+            text += f"\n## [`{name}`](../{name})\n\n| Level | Text |\n|---|---|\n"
+            for level, line in rows:
+                text += f"| {level} | `{line.replace('|', chr(92) + '|')}` |\n"
+    return text
+
+
+def main(arguments):
+    if arguments not in ([], ["--check"]):
+        print(__doc__, file=sys.stderr)
+        return 2
+    wanted, path = page(), ROOT / PAGE
+    present = path.read_text() if path.exists() else ""
+    if not arguments:
+        path.write_text(wanted)
+        print(f"{PAGE}: {len(wanted.splitlines())} lines")
+        return 0
+    sys.stderr.writelines(difflib.unified_diff(present.splitlines(True), wanted.splitlines(True), PAGE, "the sources"))
+    return int(present != wanted)
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
