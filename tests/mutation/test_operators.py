@@ -2,7 +2,7 @@
 
 import pytest
 
-from vantro_mutation.operators import mutants
+from vantro_mutation.operators import are_independent, mutants
 
 
 def changed(statement, operator=None):
@@ -88,3 +88,27 @@ def test_a_change_knows_its_lines():
     (constant,) = [found for found in mutants("player/a.cpp", "void F() {\n  G(\n    1);\n}\n") if found.operator == "constant"]
     assert (constant.line, constant.first, constant.last) == (3, 2, 3)
     assert str(constant) == "player/a.cpp:3: constant: 1); -> 2);"
+
+
+@pytest.mark.parametrize("first, second, expected", [
+    ("wc.hCursor = LoadCursor(nullptr, IDC_ARROW);", "wc.hbrBackground = brush_;", True),
+    ("strip.top = 0;", "strip.bottom = 30;", True),
+    ("a = 1;", "b = 2;", True),
+    ("a = 1;", "b = a;", False),
+    ("b = a;", "a = 1;", False),
+    ("a = 1;", "a = 2;", False),
+    ("wc.a = First();", "wc.b = Second();", False),
+    ("activeIndex_ = 0;", "next = Index();", False),
+    ("state_.a = 0;", "state_.b = Read();", False),
+    ("rect.a = 0;", "rect.b = Measure(rect);", False),
+    ("a += 1;", "b = 2;", False),
+    ("Call();", "b = 2;", False),
+])
+def test_assignments_are_independent_when_neither_uses_the_other(first, second, expected):
+    assert are_independent(first, second) is expected
+
+
+def test_independent_assignments_are_not_exchanged():
+    text = "void F() {\n  strip.top = 0;\n  strip.bottom = 30;\n  Draw(strip);\n}\n"
+    assert [found.after for found in mutants("a.cpp", text) if found.operator == "order"] == \
+        ["Draw(strip); strip.bottom = 30;"]

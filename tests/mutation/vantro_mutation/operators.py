@@ -15,6 +15,10 @@ SYSTEM_CONSTANT = re.compile(r"(?!LOG_|VANTRO_|VLC_API)[A-Z][A-Z0-9]*_[A-Z0-9_]+
 SYSTEM_TYPE = re.compile(r".*(_PTR|_T|_STATE|_POINTERS|_INFO|_INFORMATION|_RECORD|_FILTER|_BLOB|_HANDLE)$")
 
 
+# A plain assignment to a variable or to a member of an object.
+ASSIGNMENT = re.compile(r"(?P<target>(?:(?P<object>\w+)\.)?\w+)\s*=(?!=)(?P<value>[^=;]*);", re.DOTALL)
+
+
 @dataclasses.dataclass(frozen=True)
 class Mutant:
     """Replaces text[begin:end] of a file. first and last are the lines, counted from 1, of the statement around it."""
@@ -39,6 +43,19 @@ class Mutant:
 
 def collapse(text):
     return " ".join(text.split())
+
+
+def are_independent(first, second):
+    """Whether two statements are assignments whose order has no effect: to different variables without a call, or to
+    different members of one local object with a call in one of them."""
+    one, other = ASSIGNMENT.match(first), ASSIGNMENT.match(second)
+    if not one or not other or one["target"] == other["target"]:
+        return False
+    calls = ("(" in one["value"]) + ("(" in other["value"])
+    used = [re.search(rf"\b{re.escape(by['target'].split('.')[0])}\b", of["value"])
+            for by, of in ((one, other), (other, one))]
+    same_object = one["object"] is not None and one["object"] == other["object"] and not one["object"].endswith("_")
+    return not any(used) and (calls == 0 or calls == 1 and same_object)
 
 
 class _Finder:
@@ -225,7 +242,7 @@ class _Finder:
             for one, other in zip(statements, statements[1:]):
                 if source.is_expression(one) and source.is_expression(other):
                     first, second = self.text_of(one.first, one.last), self.text_of(other.first, other.last)
-                    if first != second:
+                    if first != second and not are_independent(first, second):
                         between = self.text[source.tokens[one.last].end:source.tokens[other.first].begin]
                         self.add("order", one.first, other.last, second + between + first)
 
