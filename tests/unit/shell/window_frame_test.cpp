@@ -1,4 +1,9 @@
 // The main window's frame, the notifications of its controls, and the mouse buttons that a drag of the volume ignores.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <vector>
+
 #include "shell/shell_ids.h"
 #include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
@@ -37,6 +42,7 @@ LRESULT WINAPI OnDefault(HWND window, UINT message, WPARAM wParam, LPARAM lParam
 TEST_F(MainWindowMessages, FramePaintFillsAStripOfThreePixelsAndNothingElse) {
   const ImportHook fill("user32.dll", "FillRect", reinterpret_cast<void*>(OnFillRect));
   const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(OnDefault));
+  SetWindowPos(window_.hwnd_, nullptr, 50, 60, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   fills = defaultPaintings = 0;
   EXPECT_EQ(Send(WM_NCPAINT, 1), 0);
   const RECT outer = WindowRectOf(window_.hwnd_);
@@ -47,6 +53,54 @@ TEST_F(MainWindowMessages, FramePaintFillsAStripOfThreePixelsAndNothingElse) {
   EXPECT_EQ(filled.bottom, 3);
   EXPECT_EQ(filledWith, Inside(window_).titleBarBrush_);
   EXPECT_EQ(defaultPaintings, 0);
+}
+
+// Messages that are left to the system.
+
+struct LeftToTheSystem {
+  HWND window;
+  UINT message;
+  WPARAM wParam;
+  LPARAM lParam;
+
+  bool operator==(const LeftToTheSystem&) const = default;
+};
+
+std::vector<LeftToTheSystem> leftToTheSystem;
+LRESULT WINAPI Record(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  leftToTheSystem.push_back({window, message, wParam, lParam});
+  return 77;
+}
+
+TEST_F(MainWindowMessages, TheSystemReceivesAMessageWithItsArgumentsAndGivesTheResult) {
+  constexpr WPARAM kFirst = MK_CONTROL;
+  constexpr LPARAM kSecond = MAKELPARAM(300, 200);
+  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  for (const UINT message : {WM_SETFOCUS, WM_KILLFOCUS, WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP, WM_RBUTTONUP,
+                             WM_MBUTTONUP, WM_LBUTTONDBLCLK, WM_RBUTTONDOWN, WM_RBUTTONDBLCLK, WM_MBUTTONDOWN,
+                             WM_MBUTTONDBLCLK, WM_MOUSEWHEEL, WM_CLOSE, WM_APP + 77}) {
+    leftToTheSystem.clear();
+    EXPECT_EQ(SendMessageA(window_.hwnd_, message, kFirst, kSecond), 77) << message;
+    const LeftToTheSystem expected{window_.hwnd_, message, kFirst, kSecond};
+    EXPECT_NE(std::find(leftToTheSystem.begin(), leftToTheSystem.end(), expected), leftToTheSystem.end()) << message;
+  }
+}
+
+TEST_F(MainWindowMessages, TheOverlayLeavesOtherMessagesToTheSystemWithTheirArguments) {
+  const HWND overlay = Inside(window_).flutterHostWindow_;
+  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  leftToTheSystem.clear();
+  EXPECT_EQ(SendMessageA(overlay, WM_APP + 77, 5, 9), 77);
+  EXPECT_THAT(leftToTheSystem, testing::ElementsAre(LeftToTheSystem{overlay, WM_APP + 77, 5, 9}));
+}
+
+TEST_F(MainWindowMessages, AClickOnTheSearchBoxIsLeftToTheSystemWithItsArguments) {
+  const RECT box = WindowRectOf(Inside(window_).searchBox_);
+  SetCursorPos(static_cast<int>(box.left + box.right) / 2, static_cast<int>(box.top + box.bottom) / 2);
+  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  leftToTheSystem.clear();
+  EXPECT_EQ(SendMessageA(window_.hwnd_, WM_LBUTTONDOWN, MK_LBUTTON, 9), 77);
+  EXPECT_THAT(leftToTheSystem, testing::Contains(LeftToTheSystem{window_.hwnd_, WM_LBUTTONDOWN, MK_LBUTTON, 9}));
 }
 
 // Notifications.
