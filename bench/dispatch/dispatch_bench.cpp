@@ -84,7 +84,7 @@ std::pair<Cost, Cost> MeasureBeside(int rounds, Bare bare, Work work, int batche
 }
 
 void PrintHead() {
-  std::printf("| What | Time | Times the bare work | Allocations | Bytes |\n|---|---:|---:|---:|---:|\n");
+  std::printf("| What | Time | Ratio to the row above | Allocations | Bytes |\n|---|---:|---:|---:|---:|\n");
 }
 void Print(const char* name, const Cost& cost, const Cost* bare = nullptr) {
   std::printf("| %s | %.0f ns | ", name, cost.nanoseconds);
@@ -221,7 +221,7 @@ void BenchRelay(HWND parent) {
   constexpr size_t kSizes[] = {1000, 100000, 1000000, 10000000};
   constexpr size_t kClients[] = {1, 2, 4, 8};
   std::printf(
-      "\n| Chunk | Clients | Relay | Decoded once, encoded for each client | Relay to that |\n"
+      "\n| Chunk | Clients | Relay | Decoded once, encoded for each client | Ratio |\n"
       "|---:|---:|---:|---:|---:|\n");
   const StandardMethodCodec& codec = StandardMethodCodec::GetInstance();
   for (size_t clients : kClients) {
@@ -272,7 +272,7 @@ void BenchFrame(Window& window) {
                         }));
       },
       kFewBatches);
-  std::printf("\n`getFrame` beyond its waits of 800 ms together: %.2f ms\n", frame.nanoseconds / 1e6 - 800);
+  std::printf("\n`getFrame` without its waits, which are 800 ms: %.2f ms\n", frame.nanoseconds / 1e6 - 800);
 }
 
 void Run() {

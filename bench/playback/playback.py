@@ -34,7 +34,7 @@ STREAMS = ["test.ts", "red.ts", "green.ts", "blue.ts", "yellow.ts"]
 TILE_COUNTS = [1, 2, 4, 8, 16]
 TILE_SECONDS = 4.0
 WM_NEW_WINDOW = 0x400 + 1
-PATIENCE = 30.0
+TIMEOUT_SECONDS = 30.0
 MOMENTS = {
     "request": "request to first picture",
     "call": "first libvlc call to first picture",
@@ -48,7 +48,7 @@ def clock():
     return time.clock_gettime(time.CLOCK_MONOTONIC_RAW)
 
 
-def wait_for(condition, what, seconds=PATIENCE):
+def wait_for(condition, what, seconds=TIMEOUT_SECONDS):
     limit = time.monotonic() + seconds
     while not (value := condition()):
         if time.monotonic() > limit:
@@ -76,7 +76,7 @@ class QuietInterface:
     host needs. The host's messages wait in the socket meanwhile."""
 
     def __init__(self, port):
-        self._socket = socket.create_connection(("127.0.0.1", port), PATIENCE)
+        self._socket = socket.create_connection(("127.0.0.1", port), TIMEOUT_SECONDS)
         self._engine = json.loads(self._read(Kind.HELLO).payload)["engines"][0]
         self._id = 0
 
@@ -260,7 +260,7 @@ class BareProgram(Program):
 
     def close(self):
         self.popen.stdin.close()
-        self.popen.wait(PATIENCE)
+        self.popen.wait(TIMEOUT_SECONDS)
 
     def command(self, line):
         self.begin(line)
@@ -457,18 +457,18 @@ def main():
                                      "" if moment == "play" else "1.02")
             print_comparison("stop: request to answer; bare: call to Stopped", stops["host"], stops["bare"], "+20 ms")
         if wanted("tiles"):
-            print_table_head("Tiles", "Host", "Bare", "Pictures/s, host", "Pictures/s, bare", "Ratio a picture", "Aim",
-                             "Host, MiB", "Bare, MiB")
+            print_table_head("Tiles", "Host", "Bare", "Pictures/s, host", "Pictures/s, bare", "Ratio per picture",
+                             "Aim", "Host, MiB", "Bare, MiB")
             tiles = measure_tiles(prefix, folder, server, options.tile_rounds)
             host, bare = (slope([(count, row[name]["kilobytes"]) for count, row in tiles.items()])
                           for name in ("host", "bare"))
-            print_table_head("Memory of one more", "Host", "Bare", "Beyond the bare one")
+            print_table_head("Memory of one more", "Host", "Bare", "Difference")
             print_row("tile", f"{host:.0f} KiB", f"{bare:.0f} KiB", f"{host - bare:.0f} KiB")
         if wanted("windows"):
             memory = measure_windows(prefix, folder)
             beyond = memory["host"] - sum(memory[what] for what in ("bare", "engine", "popup"))
-            print_table_head("Memory of one more", "Host", "Bare window with its libvlc", "Engine", "Second surface",
-                             "Beyond these")
+            print_table_head("Memory of one more", "Host", "Bare window with its libvlc", "Engine",
+                             "Second top-level window", "Host minus the others")
             print_row("window", *(f"{memory[what]:.0f} KiB" for what in ("host", "bare", "engine", "popup")),
                       f"{beyond:.0f} KiB")
 

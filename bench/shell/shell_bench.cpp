@@ -52,7 +52,7 @@ Result Measure(const char* name, size_t rounds, double seconds, Action action) {
 }
 
 void PrintTimes(const std::vector<Result>& results) {
-  std::printf("| What | Rounds | Median | 99 of 100 within |\n|---|---:|---:|---:|\n");
+  std::printf("| What | Rounds | Median | 99th percentile |\n|---|---:|---:|---:|\n");
   for (const Result& result : results) {
     std::printf("| %s | %zu | %.0f us | %.0f us |\n", result.name, result.microseconds.size(), result.At(0.5),
                 result.At(0.99));
@@ -64,7 +64,7 @@ long long Difference(size_t before, size_t after) {
 }
 
 void PrintResources(const std::vector<Result>& results) {
-  std::printf("\n| More or fewer after | Rounds | Handles | GDI objects |\n|---|---:|---:|---:|\n");
+  std::printf("\n| Change after all rounds | Rounds | Handles | GDI objects |\n|---|---:|---:|---:|\n");
   for (const Result& result : results) {
     std::printf("| %s | %zu | %+lld | %+lld |\n", result.name, result.microseconds.size(),
                 Difference(result.before.handles, result.after.handles),
@@ -108,13 +108,13 @@ int main(int argc, char** argv) {
   std::vector<Result> results;
   results.push_back(
       Measure("repaint of the bar with all its controls", 10000, seconds, [&] { repaint(window.hwnd_); }));
-  results.push_back(Measure("of it, the speaker without files", 1000, seconds,
+  results.push_back(Measure("repaint of the speaker alone, without its files", 1000, seconds,
                             [&] { repaint(GetDlgItem(window.hwnd_, vantro::kSpeakerIconId)); }));
-  results.push_back(Measure("of it, the volume slider", 1000, seconds,
+  results.push_back(Measure("repaint of the volume slider alone", 1000, seconds,
                             [&] { repaint(GetDlgItem(window.hwnd_, vantro::kVolumeControlId)); }));
-  results.push_back(Measure("of it, the close button", 1000, seconds,
+  results.push_back(Measure("repaint of the close button alone", 1000, seconds,
                             [&] { repaint(GetDlgItem(window.hwnd_, vantro::kCloseButtonId)); }));
-  results.push_back(Measure("fullscreen or back until the overlay stands", 1000, seconds, changeFullscreen));
+  results.push_back(Measure("fullscreen or back until the overlay is placed", 1000, seconds, changeFullscreen));
   results.push_back(Measure("File menu opened, and closed by a timer of 10 ms", 50, seconds, openMenu));
   PrintTimes(results);
   PrintResources(results);

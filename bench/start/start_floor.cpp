@@ -239,7 +239,7 @@ void LookAtBundle(const std::filesystem::path& data) {
 
 void IgnoreMessage(FlutterDesktopMessengerRef, const FlutterDesktopMessage*, void*) {}
 
-// Writes the file that tells the next start how this one ended.
+// Writes the file from which the next start reads how this one ended.
 void WriteMarker() {
   wchar_t folder[MAX_PATH + 1];
   GetTempPathW(MAX_PATH + 1, folder);

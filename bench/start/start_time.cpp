@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr double kPatienceMs = 60000;
+constexpr double kTimeoutMs = 60000;
 
 double Now() {
   LARGE_INTEGER count, frequency;
@@ -33,7 +33,7 @@ Start TimeStart(const char* windowClass, char* executable) {
   const double began = Now();
   if (!CreateProcessA(executable, executable, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &result.process))
     return result;
-  while (result.took < 0 && Now() - began < kPatienceMs &&
+  while (result.took < 0 && Now() - began < kTimeoutMs &&
          WaitForSingleObject(result.process.hProcess, 1) == WAIT_TIMEOUT) {
     const HWND window = FindWindowA(windowClass, nullptr);
     if (window && IsWindowVisible(window)) result.took = Now() - began;

@@ -4,7 +4,7 @@ import random
 
 import pytest
 
-from tests.support.marker import MarkerFile, expected_report, kill_amid_calls, reports
+from tests.support.marker import MarkerFile, expected_report, kill_during_calls, reports
 
 SEED = 7
 
@@ -53,7 +53,7 @@ def test_a_second_death_right_after_the_start_names_the_startup(host):
     assert first_calls(host().client) == expected_report("startup")
 
 
-def test_an_orderly_end_reports_nothing(host, marker):
+def test_a_normal_end_reports_nothing(host, marker):
     vantro = host()
     vantro.client.invoke("getPosition")
     assert vantro.quit() == 0
@@ -67,9 +67,9 @@ def test_a_second_window_of_a_healthy_session_gets_the_report_and_the_first_none
     mark = client.mark()
     assert host(connect=False).wait() == 0
     client.wait_for("appEvent", engine=2, after=mark)
-    told = [(event.engine, event.method, event.arguments) for event in client.since(mark)]
-    assert told[:2] == [(2, method, arguments) for method, arguments in expected_report("getDuration")]
-    assert [entry for entry in told if entry[0] == 1] == []
+    sent = [(event.engine, event.method, event.arguments) for event in client.since(mark)]
+    assert sent[:2] == [(2, method, arguments) for method, arguments in expected_report("getDuration")]
+    assert [entry for entry in sent if entry[0] == 1] == []
 
 
 def test_a_running_marker_without_an_action_is_reported_as_unknown(host, marker):
@@ -92,7 +92,7 @@ def test_a_session_runs_with_a_temporary_folder_that_cannot_be_written(host, mar
 def test_after_kills_at_random_moments_the_next_start_reports_what_the_marker_says(host, marker):
     moments = random.Random(SEED)
     for _ in range(5):
-        possible = kill_amid_calls(host(), moments)
+        possible = kill_during_calls(host(), moments)
         found = marker.read()
         # A write that was cut short by the death leaves nothing, which reads as a normal end.
         assert found is None or (found[0] and found[1] in possible)

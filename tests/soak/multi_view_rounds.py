@@ -101,7 +101,7 @@ def soak(host, meters, url, arguments):
     if len(memory) > 2:
         # Streams are opened and closed all the time, so single values vary by some 10 MB.
         slope = statistics.linear_regression(list(memory), list(memory.values())).slope
-        print(f"{rounds.done} rounds; the straight line through the memory rises by {slope:.1f} KiB a round")
+        print(f"{rounds.done} rounds; memory rises by {slope:.1f} KiB a round (linear fit)")
     if (code := host.quit()) != 0:
         raise Left(f"the host ended with {code:#x}")
 

@@ -155,9 +155,9 @@ def main():
         except WaitTimeout as error:
             print("\n".join([f"failed: {error}", *storm.deadlock()]))
             return 1
-    print(f"{storm.rounds} rounds in {time.monotonic() - began:.0f} s, {storm.growth():.2f} KiB a round")
+    print(f"{storm.rounds} rounds in {time.monotonic() - began:.0f} s, memory rises by {storm.growth():.2f} KiB a round")
     problems += [f"the host ended with {code:#x}"] if code else []
-    print("\n".join(f"failed: {problem}" for problem in problems) or "level")
+    print("\n".join(f"failed: {problem}" for problem in problems) or "no growth")
     return 1 if problems else 0
 
 

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""A long day of the built host: real streams and their possible failures, in an order that a seed decides.
+"""Plays random steps on the built host: real streams and their possible failures, in an order given by a seed.
 
-    soak.py [--seconds S] [--steps N] [--seed N]   the story
-    soak.py --kills N [--seed N]                   only deaths during calls, and the starts after them
+    soak.py [--seconds S] [--steps N] [--seed N]   random steps
+    soak.py --kills N [--seed N]                   only kills during calls, and the starts after them
 
-The story is a list of steps drawn with the seed: streams that play, stall, break off or are not streams; a server
-that dies; grids, windows, fullscreen, preview frames; hostile bytes; a damaged key file; a temporary folder that cannot
-be written; deaths and normal ends of the process. After each step the host must answer within a limit, show as many
-windows as were opened, stay within its memory limit, and have broken no rule of answering. The key must stay the same
-over restarts, and every death must be reported at the next start.
+The steps are drawn with the seed: streams that play, stall, break off or are not streams; a server
+that ends; grids, windows, fullscreen, preview frames; hostile bytes; a damaged key file; a temporary folder that cannot
+be written; kills and normal ends of the process. After each step the host must answer within a limit, show as many
+windows as were opened, stay within its memory limit, and have answered each message once. The key must stay the same
+over restarts, and every kill must be reported at the next start.
 
 The same seed draws the same steps; --steps ends after that many. The number of a failing step is printed.
 """
@@ -27,7 +27,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "devkit/interface"), str(ROOT)]
 
 from tests.end_to_end.stream_server import FaultServer, StreamServer  # noqa: E402
-from tests.support.marker import MarkerFile, expected_report, kill_amid_calls, reports  # noqa: E402
+from tests.support.marker import MarkerFile, expected_report, kill_during_calls, reports  # noqa: E402
 from tests.support.messages import WM_CLOSE  # noqa: E402
 from tests.support.process_usage import process_of, thread_states, usage  # noqa: E402
 from vantro_interface import codec  # noqa: E402
@@ -57,7 +57,7 @@ def require(condition, what):
         raise Broken(what)
 
 
-class Story:
+class Soak:
     def __init__(self, prefix, folder, server, streams, chance):
         self.prefix, self.folder, self.server, self.streams = prefix, folder, server, streams
         self.chance = chance
@@ -89,11 +89,11 @@ class Story:
         began = time.monotonic()
         info = self.client.invoke("getWindowInfo", timeout=ANSWER_SECONDS)
         self.slowest = max(self.slowest, time.monotonic() - began)
-        require(info["isMasterWindow"] is True, f"the first window says {info}")
+        require(info["isMasterWindow"] is True, f"the first window returned {info}")
         for name in (MAIN_WINDOW, OVERLAY):
             found = len(self.client.windows(name))
             require(found == self.windows, f"{found} windows of {name} instead of {self.windows}")
-        require(not self.client.violations, f"rules of answering: {self.client.violations}")
+        require(not self.client.violations, f"not answered once: {self.client.violations}")
         # A relayed chunk comes back unchanged, with the hostile text in it.
         unreadable = [data for _, data, _ in self.client.undecodable if b"providerDataReceived" not in data]
         require(not unreadable, f"undecodable: {unreadable[:3]}")
@@ -123,13 +123,13 @@ class Story:
         self.set_media(self.server.fault_url(fault))
         self._dwell()
 
-    def let_the_server_die(self):
-        dying = FaultServer(self.streams)
+    def end_the_server(self):
+        server = FaultServer(self.streams)
         try:
-            mark = self.set_media(f"http://127.0.0.1:{dying.port}/paced?seconds=30")
+            mark = self.set_media(f"http://127.0.0.1:{server.port}/paced?seconds=30")
             self.client.wait_for("onPlaying", after=mark, timeout=PLAY_SECONDS)
         finally:
-            dying.close()
+            server.close()
         self._dwell()
 
     def use_the_transport(self):
@@ -204,27 +204,27 @@ class Story:
         self.client.invoke("getPosition")
         require(self.marker.read()[:2] == (True, "getPosition"), "the marker was not written again")
 
-    def die_and_start_again(self):
+    def kill_and_start_again(self):
         self.host.kill()
         found = self.marker.read()
         self.start()
-        told = reports(self.client)
-        require(told == (expected_report(found[1]) if found else []), f"after {found} the start reported {told}")
+        reported = reports(self.client)
+        require(reported == (expected_report(found[1]) if found else []), f"after {found} the start reported {reported}")
 
     def end_and_start_again(self):
         code = self.host.quit(PLAY_SECONDS)
-        require(code == 0, f"the exit code of an orderly end is {code}")
+        require(code == 0, f"the exit code of a normal end is {code}")
         require(self.marker.read()[:2] == (False, "shutdown"), f"the marker is {self.marker.read()}")
         self.start()
-        require(reports(self.client) == [], "a start after an orderly end reported a death")
+        require(reports(self.client) == [], "a start after a normal end reported a kill")
 
-    STEPS = [(play_a_stream, 6), (play_a_broken_stream, 6), (let_the_server_die, 3), (use_the_transport, 4),
+    STEPS = [(play_a_stream, 6), (play_a_broken_stream, 6), (end_the_server, 3), (use_the_transport, 4),
              (enter_the_grid, 4), (leave_the_grid, 3), (open_a_window, 3), (close_a_window, 3),
              (take_a_preview_frame, 2), (send_hostile_bytes, 4), (ask_for_the_key, 2), (damage_the_key_file, 1),
-             (make_the_temporary_folder_unwritable, 1), (die_and_start_again, 2), (end_and_start_again, 1)]
+             (make_the_temporary_folder_unwritable, 1), (kill_and_start_again, 2), (end_and_start_again, 1)]
 
     def _dwell(self):
-        # The time that a user watches a stream; the events during it are not known beforehand.
+        # A pause as long as a user might watch a stream.
         time.sleep(self.chance.uniform(0.2, 2.5))
 
     def _wait_for_windows(self):
@@ -240,28 +240,28 @@ class Story:
         return bytes(data[:self.chance.randrange(1, len(data) + 1)] if self.chance.random() < 0.3 else data)
 
 
-def print_summary(story, seconds):
-    print(f"\n{sum(story.counts.values()) - story.counts['frames taken']} steps in {seconds:.0f} s over {story.runs} "
-          f"processes; slowest answer {story.slowest * 1000:.0f} ms, most memory {story.most_resident // 1024} MiB")
-    for name, count in sorted(story.counts.items()):
+def print_summary(soak, seconds):
+    print(f"\n{sum(soak.counts.values()) - soak.counts['frames taken']} steps in {seconds:.0f} s over {soak.runs} "
+          f"processes; slowest answer {soak.slowest * 1000:.0f} ms, most memory {soak.most_resident // 1024} MiB")
+    for name, count in sorted(soak.counts.items()):
         print(f"  {count:5} {name.replace('_', ' ')}")
 
 
-def print_failure(story, number, step, error, seed):
-    print(f"\nfailed at step {number}, {step.__name__}: {error}\nthe same again: soak.py --seed {seed} --steps {number}")
-    if story.host.running:
-        print("its threads:", *thread_states(story.process), sep="\n  ")
+def print_failure(soak, number, step, error, seed):
+    print(f"\nfailed at step {number}, {step.__name__}: {error}\nto repeat it: soak.py --seed {seed} --steps {number}")
+    if soak.host.running:
+        print("threads of the process:", *thread_states(soak.process), sep="\n  ")
     else:
-        print(f"the process ended with {story.host.exit_code:#x}")
-    print("last events:", *(f"  {event}" for event in story.client.since()[-30:]), sep="\n")
-    print("last output:", *story.host.output.splitlines()[-8:], sep="\n  ")
+        print(f"the process ended with {soak.host.exit_code:#x}")
+    print("last events:", *(f"  {event}" for event in soak.client.since()[-30:]), sep="\n")
+    print("last output:", *soak.host.output.splitlines()[-8:], sep="\n  ")
 
 
-def run_story(prefix, folder, server, streams, arguments):
+def run_soak(prefix, folder, server, streams, arguments):
     # The order of the steps has its own generator, so that what happens within a step does not change it.
     order = random.Random(arguments.seed)
-    story = Story(prefix, folder, server, streams, random.Random(arguments.seed + 1))
-    steps, weights = zip(*Story.STEPS)
+    soak = Soak(prefix, folder, server, streams, random.Random(arguments.seed + 1))
+    steps, weights = zip(*Soak.STEPS)
     began = time.monotonic()
     number = 0
     try:
@@ -270,40 +270,40 @@ def run_story(prefix, folder, server, streams, arguments):
             (step,) = order.choices(steps, weights)
             print(f"{time.monotonic() - began:7.1f} s  {number:5}  {step.__name__.replace('_', ' ')}", flush=True)
             try:
-                step(story)
-                story.check()
+                step(soak)
+                soak.check()
             except (Broken, WaitTimeout, ConnectionLost, MethodError, NotImplementedByHost) as error:
-                print_failure(story, number, step, error, arguments.seed)
+                print_failure(soak, number, step, error, arguments.seed)
                 return 1
-            story.counts[step.__name__] += 1
-        story.end_and_start_again()
+            soak.counts[step.__name__] += 1
+        soak.end_and_start_again()
     finally:
-        story.host.close()
-    print_summary(story, time.monotonic() - began)
+        soak.host.close()
+    print_summary(soak, time.monotonic() - began)
     return 0
 
 
 def run_kills(prefix, folder, arguments):
     moments = random.Random(arguments.seed)
     marker = MarkerFile(prefix.temp)
-    told = torn = 0
+    reported = cut = 0
     for number in range(1, arguments.kills + 1):
-        with hosts.Host(prefix, folder / "dying", libraries=hosts.scripted("full"), log=False) as dying:
-            possible = kill_amid_calls(dying.start(), moments)
+        with hosts.Host(prefix, folder / "killed", libraries=hosts.scripted("full"), log=False) as killed:
+            possible = kill_during_calls(killed.start(), moments)
         found = marker.read()
         with hosts.Host(prefix, folder / "next", libraries=hosts.scripted("full"), log=False) as following:
-            said = reports(following.start().client)
+            calls = reports(following.start().client)
             following.quit()
         right = found is None or (found[0] and found[1] in possible)
-        if not right or said != (expected_report(found[1]) if found else []):
+        if not right or calls != (expected_report(found[1]) if found else []):
             print(f"failed at kill {number}: the marker is {found}, possible were {possible}, "
-                  f"the start reported {said}")
+                  f"the start reported {calls}")
             return 1
-        told, torn = told + bool(found), torn + (found is None)
+        reported, cut = reported + bool(found), cut + (found is None)
         if number % 10 == 0:
-            print(f"{number:5} kills: {told} reported by the next start", flush=True)
-    print(f"{arguments.kills} kills during calls: {told} reported by the next start with the right method, {torn} fell "
-          "into the writing of the marker, which then reads as an orderly end")
+            print(f"{number:5} kills: {reported} reported by the next start", flush=True)
+    print(f"{arguments.kills} kills during calls: {reported} reported by the next start with the right method, {cut} "
+          "during a write of the marker, which then reads as a normal end")
     return 0
 
 
@@ -312,7 +312,7 @@ def main():
     parser.add_argument("--seconds", type=float, default=3600, help="end after this time (3600)")
     parser.add_argument("--steps", type=int, default=10**9, help="end after so many steps")
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--kills", type=int, metavar="N", help="kill and start N times instead of the story")
+    parser.add_argument("--kills", type=int, metavar="N", help="kill and start the host N times instead")
     arguments = parser.parse_args()
     streams = ROOT / "out/streams"
     subprocess.run([ROOT / "devkit/streams/make-streams", streams], check=True, stdin=subprocess.DEVNULL)
@@ -320,7 +320,7 @@ def main():
         if arguments.kills:
             return run_kills(prefix, pathlib.Path(folder), arguments)
         with StreamServer(streams) as server:
-            return run_story(prefix, pathlib.Path(folder), server, streams, arguments)
+            return run_soak(prefix, pathlib.Path(folder), server, streams, arguments)
 
 
 if __name__ == "__main__":

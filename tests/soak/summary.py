@@ -16,7 +16,7 @@ PARTS = {
     "playback-storm": ["threads,", "rounds in"],
     "multi-view-rounds": ["rounds;"],
     "preview-frames": ["passed"],
-    "story": ["steps in"],
+    "random-steps": ["steps in"],
 }
 
 
@@ -43,7 +43,7 @@ def results_of(name, lines):
 
 def main():
     folder = pathlib.Path(sys.argv[1])
-    print("| Part | What it did and found |\n|---|---|")
+    print("| Part | Result |\n|---|---|")
     for name in PARTS:
         log = folder / f"{name}.log"
         text = results_of(name, log.read_text(errors="replace").splitlines()) if log.exists() else "not run"

@@ -42,7 +42,7 @@ def reports(client):
     return [(event.method, event.arguments) for event in client.since() if event.method in ("showToast", "appEvent")]
 
 
-def kill_amid_calls(host, moments):
+def kill_during_calls(host, moments):
     """Calls one method after the other until the host is killed at a moment from the random generator. Returns the
     names that its marker may then hold: that of the last answered method, and that of the next one."""
 
