@@ -42,8 +42,8 @@ def notices(stage, used):
 def moment():
     stamp = os.environ.get("SOURCE_DATE_EPOCH")
     if not stamp:
-        told = subprocess.run(["git", "log", "-1", "--format=%ct"], cwd=components.HERE, capture_output=True, text=True)
-        stamp = told.stdout.strip() or datetime.datetime.now().timestamp()
+        commit = subprocess.run(["git", "log", "-1", "--format=%ct"], cwd=components.HERE, capture_output=True, text=True)
+        stamp = commit.stdout.strip() or datetime.datetime.now().timestamp()
     return datetime.datetime.fromtimestamp(int(stamp), datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")
 
 

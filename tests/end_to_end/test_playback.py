@@ -63,7 +63,7 @@ def wait_for_time(client, milliseconds, mark):
     client.wait_for("onTimeChanged", lambda event: int(event.arguments) >= milliseconds, after=mark)
 
 
-def assert_orderly_end(host, mark):
+def assert_normal_end(host, mark):
     """Checks that the events since the mark keep the rules, that the host answers, and that it ends with 0."""
     client = host.client
     assert broken_rules(client.since(mark), client.hello["thread"]) == []
@@ -80,7 +80,7 @@ def test_a_stream_plays_and_its_time_runs(player_host, server, stream):
     assert host.client.invoke("getPosition") >= 800
     ran = times(host.client.since(mark))
     assert ran == sorted(ran) or not stream.steady
-    assert_orderly_end(host, mark)
+    assert_normal_end(host, mark)
 
 
 @each(ENDING)
@@ -91,7 +91,7 @@ def test_every_end_of_a_stream_is_reported_once_as_stopped(player_host, server, 
     assert host.client.invoke("isPlaying") is False
     assert host.client.invoke("getPosition") == 0
     assert "onError" not in [event.method for event in host.client.since(mark)]
-    assert_orderly_end(host, mark)
+    assert_normal_end(host, mark)
 
 
 @each(FAILING)
@@ -103,7 +103,7 @@ def test_an_unavailable_stream_is_reported_as_error_and_then_as_stopped(player_h
     assert methods.count("onError") == 1 and methods.index("onError") < methods.index("onStopped")
     assert "onPlaying" not in methods and "onTimeChanged" not in methods
     assert host.client.invoke("isPlaying") is False
-    assert_orderly_end(host, mark)
+    assert_normal_end(host, mark)
 
 
 def test_a_stream_stops_while_the_network_stalls_and_then_continues(player_host, server):
@@ -116,7 +116,7 @@ def test_a_stream_stops_while_the_network_stalls_and_then_continues(player_host,
     assert longest > 1.5
     assert times(events) == sorted(times(events))
     assert "onPaused" not in [event.method for event in host.client.since(mark)]
-    assert_orderly_end(host, mark)
+    assert_normal_end(host, mark)
 
 
 def test_a_host_plays_streams_after_others_failed(player_host, server):
@@ -126,7 +126,7 @@ def test_a_host_plays_streams_after_others_failed(player_host, server):
         host.client.wait_for("onError", after=mark)
     mark = host.client.events.index(load_and_wait_for_change(host.client, server.url("test.ts")))
     wait_for_time(host.client, 500, mark)
-    assert_orderly_end(host, mark)
+    assert_normal_end(host, mark)
 
 
 def test_a_load_after_a_stop_does_not_hide_the_next_stop(player_host, server):
@@ -147,7 +147,7 @@ def test_a_change_of_stream_is_not_reported_as_a_stop(player_host, server):
     changed = host.client.events.index(load_and_wait_for_change(host.client, server.url("green.ts")))
     wait_for_time(host.client, 500, changed)
     assert "onStopped" not in [event.method for event in host.client.since(mark)]
-    assert_orderly_end(host, changed)
+    assert_normal_end(host, changed)
 
 
 def test_a_stop_is_reported_and_the_stream_can_be_played_again(player_host, server):
@@ -167,7 +167,7 @@ def test_a_film_starts_at_its_initial_position(player_host, server):
     mark = load(host.client, server.url("tracks.mp4"), isLiveStream=False, initialSeekPositionMs=20000)
     host.client.wait_for("onTimeChanged", after=mark)
     assert 19000 <= min(times(host.client.since(mark))) <= 22000
-    assert_orderly_end(host, mark)
+    assert_normal_end(host, mark)
 
 
 def test_a_film_reports_its_length_and_seeks(player_host, server):
@@ -180,7 +180,7 @@ def test_a_film_reports_its_length_and_seeks(player_host, server):
         assert host.client.invoke("seekTo", {"positionMs": position}) is True
         host.client.wait_for("onTimeChanged", lambda event: position - 1000 <= int(event.arguments) <= position + 3000,
                              after=sought)
-    assert_orderly_end(host, mark)
+    assert_normal_end(host, mark)
 
 
 def test_requesting_tracks_raises_both_track_events_without_arguments(player_host, server):

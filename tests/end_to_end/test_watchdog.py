@@ -91,7 +91,7 @@ def play_all(client, server, hopeless):
 
 @pytest.fixture(scope="module")
 def record(wine_prefix, streams, tmp_path_factory):
-    wine_prefix.forget()
+    wine_prefix.remove_traces()
     folder = tmp_path_factory.mktemp("wedged")
     with StreamServer(streams) as server, StreamServer(make_hopeless(folder / "streams")) as hopeless, \
             Host(wine_prefix, folder / "host", libraries=player_libraries(), timeout=90) as host:
@@ -166,10 +166,10 @@ def test_a_tiles_pause_is_not_reported_but_its_resume_is(record):
 
 
 def test_a_stream_that_gets_no_more_data_is_left_alone(record):
-    told = record.of(GRID, "onTimeChanged")
+    events = record.of(GRID, "onTimeChanged")
     assert record.frozen_plays is True
-    assert record.events[-1].time - told[-1].time > 5, "it was not frozen"
-    assert times(told)[-1] < BYTES_BEFORE_FREEZING / (2622976 / 30) * 1000 + 1000
+    assert record.events[-1].time - events[-1].time > 5, "it was not frozen"
+    assert times(events)[-1] < BYTES_BEFORE_FREEZING / (2622976 / 30) * 1000 + 1000
     assert record.stalls("mv_primary") == []
 
 

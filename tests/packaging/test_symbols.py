@@ -57,14 +57,14 @@ def test_shipped_executable_holds_no_symbols_itself(stage):
 
 
 def offset_of(pdb, program, name):
-    """Where a function of the program lies, in bytes from where the program is loaded."""
+    """The place of a function in the loaded program, in bytes from its start."""
     symbol = re.search(rf"`{re.escape(name)}`\n +flags = function, addr = (\d+):(\d+)", pdbutil("-publics", pdb))
     section, offset = map(int, symbol.groups())
     return pefile.PE(program, fast_load=True).sections[section - 1].VirtualAddress + offset
 
 
 def symbolize(program, pdb, address, folder):
-    """What llvm-symbolizer, with nothing but the shipped program and its PDB, tells of an address."""
+    """The output of llvm-symbolizer for an address. It has only the shipped program and its PDB."""
     for file in (program, pdb):
         (folder / file.name).write_bytes(file.read_bytes())
     return subprocess.run(["llvm-symbolizer", "--no-inlines", f"--obj={folder / program.name}", hex(address)], check=True,
@@ -85,6 +85,6 @@ def test_pdb_names_the_function_where_the_shipped_executable_crashed(host, packa
     assert dump.code == ACCESS_VIOLATION
     module = dump.module_at_fault()
     assert module.name.split("\\")[-1] == "vantro.exe"
-    told = symbolize(program, pdb, dump.address - module.base + preferred, tmp_path)
-    assert told.splitlines()[0].startswith(FUNCTION), told
-    assert re.search(rf"{SOURCE}:\d+", told)
+    symbol = symbolize(program, pdb, dump.address - module.base + preferred, tmp_path)
+    assert symbol.splitlines()[0].startswith(FUNCTION), symbol
+    assert re.search(rf"{SOURCE}:\d+", symbol)

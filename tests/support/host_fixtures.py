@@ -86,7 +86,7 @@ class HostStarter:
 
 
 def _starter(prefix, folder, libraries):
-    prefix.forget()
+    prefix.remove_traces()
     starter = HostStarter(prefix, folder, libraries)
     yield starter
     starter.finish()
@@ -94,7 +94,7 @@ def _starter(prefix, folder, libraries):
 
 def _require(*files):
     missing = [str(file) for file in files if not file.exists()]
-    # A failure and not a skip: a tier that silently does not run would look green.
+    # A failure and not a skip, because skipped tests would look like passed ones.
     assert not missing, f"not built: {', '.join(missing)}; ./dev test builds them"
 
 
@@ -120,7 +120,7 @@ def player_host(wine_prefix, tmp_path):
 
 @pytest.fixture
 def callbacks_host(wine_prefix, tmp_path):
-    """Like player_host, with the development library in the guise of a libvlc 4 of 2026: callbacks and microseconds."""
+    """Like player_host, with the development library as a libvlc 4 of 2026: callbacks and microseconds."""
     yield from _player_starter(wine_prefix, tmp_path, hosts.player_libraries("callbacks"))
 
 
@@ -132,7 +132,7 @@ def bare_host(wine_prefix, tmp_path):
 
 @pytest.fixture(scope="session")
 def screen():
-    """An X server that nobody watches."""
+    """An X server without a screen."""
     with Display(use_existing=False) as display:
         yield display
 

@@ -1,4 +1,4 @@
-"""Reads of a minidump what a crash needs: the exception and the modules."""
+"""Reads the exception and the modules of a minidump."""
 
 import pathlib
 import struct
@@ -24,7 +24,7 @@ class Minidump:
     modules: tuple
 
     def module_at_fault(self):
-        """The module that the faulting address lies in."""
+        """The module that contains the faulting address."""
         [module] = [module for module in self.modules if 0 <= self.address - module.base < module.size]
         return module
 

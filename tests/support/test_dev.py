@@ -1,4 +1,4 @@
-"""./dev and the person at the terminal: what it asks before it installs packages as root."""
+"""Tests that ./dev asks the person at the terminal before it installs packages as root."""
 
 import os
 import pathlib
@@ -15,7 +15,7 @@ COMMAND = ["console", "--help"]
 
 @pytest.fixture
 def machine(tmp_path):
-    """A search path on which no package is installed, and a file that says what apt-get was told."""
+    """A search path on which no package is installed, and a file with the arguments of each call of apt-get."""
     calls = tmp_path / "calls"
     calls.touch()
     scripts = {"dpkg-query": "exit 1", "apt-get": f'echo "$@" >>"{calls}"', "sudo": '"$@"'}

@@ -48,15 +48,15 @@ class Chrome:
         self.user.click(x + self._shift, y)
 
     def drag(self, start, end):
-        """Drags the window by its bar or frame. The movement begins when the window has the pointer.
+        """Drags the window by its bar or frame. The pointer moves when the window has captured it.
 
-        The button is released only after the window has followed. An X server reports the pointer relative to the
-        window, and Wine would add the movement a second time to a release that came before the window had moved."""
+        The button is released after the window has moved. An X server reports the pointer relative to the window. If
+        the button were released earlier, Wine would add the movement twice."""
         before = self.window.rect
         self.user.press(*start)
         self.client.poll(lambda: self.client.focus()["capture"], lambda seen: seen == self.window.handle, "the capture")
         self.user.move(*end)
-        self.client.poll(lambda: self.window.rect, lambda rect: rect != before, "the window's following")
+        self.client.poll(lambda: self.window.rect, lambda rect: rect != before, "a moved window")
         self.user.release()
 
     def click_caption(self):

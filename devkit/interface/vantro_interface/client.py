@@ -187,7 +187,7 @@ class Client:
         """Returns the window's picture as the bytes of a BMP file."""
         return self.command("capture", struct.pack("<Q", handle))
 
-    # Waiting. None of these polls the host.
+    # Waiting. Only poll asks the host repeatedly.
 
     def mark(self):
         """Returns a position in the events. wait_for ignores the events before the position that it is given."""
@@ -217,8 +217,8 @@ class Client:
         self._wait(lambda: self._closed is not None, timeout, "the end of the connection", end=False)
 
     def poll(self, question, condition, what, timeout=None, pause=0.02):
-        """Repeats the question until its answer meets the condition, and returns the answer; for state without an
-        event."""
+        """Calls question until the condition holds for its answer, and returns the answer. For state that no event
+        reports."""
         limit = time.monotonic() + (timeout or self.timeout)
         while True:
             answer = question()

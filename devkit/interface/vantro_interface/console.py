@@ -4,8 +4,8 @@
     seek positionMs=5000
     getFrame {"mediaId": "1", "proxyUrl": "http://...", "timeSeconds": 4.0, "width": 320, "height": 0}
 
-Arguments are key=value pairs or one JSON value. The value of a pair is read as JSON; what is not JSON is taken as text.
-The tabulator key completes names and keys. The history is kept in out/console_history. Lines that begin with a dot are
+Arguments are key=value pairs or one JSON value. Each value of a pair is read as JSON, or as text if it is
+not JSON. The tabulator key completes names and keys. The history is kept in out/console_history. Lines that begin with a dot are
 commands to the console itself.
 """
 
@@ -134,7 +134,7 @@ def main():
     port = parser.parse_args().port
     if port is None:
         if not PORT_FILE.exists():
-            sys.exit("no host runs: start one with ./dev demo --stay in another terminal, or name its port")
+            sys.exit("no host runs: start one with ./dev demo --stay in another terminal, or give its port")
         port = int(PORT_FILE.read_text())
     console = Console(None)
     try:

@@ -37,16 +37,16 @@ def scripted(variant="full"):
     }
 
 
-def player_libraries(guise="events"):
-    """The libraries that a user has: the runtime adapter, and below it the development library in the given guise."""
-    folder = BUILD / "libvlc" / guise
+def player_libraries(variant="events"):
+    """The libraries that a user has: the runtime adapter, and below it the development library in the given variant."""
+    folder = BUILD / "libvlc" / variant
     return {"libvlc.dll": BUILD / "runtime/libvlc.dll", "libvlc-real.dll": folder / "libvlc-real.dll",
             "libvlccore.dll": folder / "libvlccore.dll"}
 
 
-def bare_libraries(guise="events"):
-    """The development library without the adapter, as the host finds it when the adapter is missing."""
-    folder = BUILD / "libvlc" / guise
+def bare_libraries(variant="events"):
+    """The development library without the adapter. The host loads it directly."""
+    folder = BUILD / "libvlc" / variant
     return {name: folder / name for name in ("libvlc.dll", "libvlccore.dll")}
 
 
@@ -107,7 +107,7 @@ class Prefix:
                            stderr=subprocess.STDOUT, timeout=timeout, check=False)
         return output.read_text(errors="replace")
 
-    def forget(self):
+    def remove_traces(self):
         """Removes what an earlier host left in the registry and the user's folders."""
         self.run("reg", "delete", r"HKCU\Software\Vantro", "/f")
         shutil.rmtree(self.local_app_data / "Vantro", ignore_errors=True)
@@ -151,11 +151,11 @@ class Host:
     def __exit__(self, *exception):
         self.close()
 
-    # Life.
+    # Start and end.
 
     def start(self, *arguments, connect=True):
-        """Starts the process. With connect it returns when an interface is connected and the message loop runs;
-        without, at once."""
+        """Starts the process. With connect it returns when an interface is connected and the message loop
+        runs, otherwise at once."""
         self.launch(*arguments)
         if connect:
             self.connect().settle(START_TIMEOUT)
@@ -172,9 +172,9 @@ class Host:
         limit = time.monotonic() + timeout
         while not self._port.exists():
             if self.process.poll() is not None:
-                raise RuntimeError(f"the host ended before it listened{self._last_words()}")
+                raise RuntimeError(f"the host ended before it listened{self._last_lines()}")
             if time.monotonic() > limit:
-                raise WaitTimeout(f"the host did not listen within {timeout} s{self._last_words()}")
+                raise WaitTimeout(f"the host did not listen within {timeout} s{self._last_lines()}")
             time.sleep(0.01)
         self.client = Client(int(self._port.read_text()), timeout=self.timeout, on_event=self._on_event)
         return self.client
@@ -184,7 +184,7 @@ class Host:
         try:
             self.process.wait(timeout or self.timeout)
         except subprocess.TimeoutExpired:
-            raise WaitTimeout(f"the host did not end within {timeout or self.timeout} s{self._last_words()}") from None
+            raise WaitTimeout(f"the host did not end within {timeout or self.timeout} s{self._last_lines()}") from None
         return self.exit_code
 
     def quit(self, timeout=None):
@@ -252,10 +252,10 @@ class Host:
     def _status_text(self):
         return self._status.read_text() if self._status.exists() else ""
 
-    def _last_words(self):
-        words = [f"; exit code {self.exit_code:#x}"] if self.exit_code is not None else []
+    def _last_lines(self):
+        code = [f"; exit code {self.exit_code:#x}"] if self.exit_code is not None else []
         tail = (self.log or self.output.splitlines())[-5:]
-        return "".join(words) + ("; last lines:\n  " + "\n  ".join(tail) if tail else "")
+        return "".join(code) + ("; last lines:\n  " + "\n  ".join(tail) if tail else "")
 
     def _place(self, source, name=None):
         # A copy and not a link: Wine names a module by its real path and looks for libraries beside that path.

@@ -12,7 +12,7 @@ import sys
 from ..client import THUMBNAIL_CHANNEL, ConnectionLost, WaitTimeout
 from ..display import Display, region_colours
 from ..host import BUILD, ROOT, Host, Prefix, player_libraries
-from .teller import StoryFailed, Teller
+from .reporter import Reporter, StepFailed
 
 sys.path.append(str(ROOT))
 from tests.end_to_end.stream_server import StreamServer  # noqa: E402
@@ -38,18 +38,18 @@ def colour_name(path, rect):
 
 
 class Demo:
-    def __init__(self, teller, out, display, prefix, host):
-        self.teller, self.out, self.display, self.prefix, self.host = teller, out, display, prefix, host
+    def __init__(self, reporter, out, display, prefix, host):
+        self.reporter, self.out, self.display, self.prefix, self.host = reporter, out, display, prefix, host
         self.pictures = []
 
     @property
     def client(self):
         return self.host.client
 
-    # Helpers of several chapters.
+    # Helpers of several steps.
 
     def call(self, method, arguments=None, **options):
-        self.teller.expect(self.client, method, arguments, **options)
+        self.reporter.expect(self.client, method, arguments, **options)
 
     def play(self, url, **options):
         """Loads a stream and waits until it plays and its time rises."""
@@ -60,7 +60,7 @@ class Demo:
                                "onPlaying", START)
         for event in self.client.since(mark):
             if event.method == "onError":
-                raise StoryFailed(f"{url} can't be played: the host reported onError ({event.arguments}). "
+                raise StepFailed(f"{url} can't be played: the host reported onError ({event.arguments}). "
                                   "Does the address answer, and is there a stream?")
         self.rising_time(mark)
 
@@ -86,7 +86,7 @@ class Demo:
             return region_colours(path, video_area(self.client))[0]
 
         seen = self.client.poll(look, lambda count: count >= colours, f"a picture in the video area ({name})")
-        self.teller.line(f"   screenshot {name}.png: {seen} colours in the video area")
+        self.reporter.line(f"   screenshot {name}.png: {seen} colours in the video area")
         self.pictures.append(f"{name}.png")
 
     def filled_picture(self, name):
@@ -98,7 +98,7 @@ class Demo:
             return max(region_colours(path, (right - 60, bottom - 60, right, bottom))[1])
 
         self.client.poll(look, lambda brightest: brightest > 60, "a picture over the whole screen", pause=0.3)
-        self.teller.line(f"   screenshot {name}.png: the picture fills the screen")
+        self.reporter.line(f"   screenshot {name}.png: the picture fills the screen")
         self.pictures.append(f"{name}.png")
 
     def yellow_picture(self, name):
@@ -109,16 +109,16 @@ class Demo:
             return colour_name(path, video_area(self.client))
 
         self.client.poll(look, lambda colour: colour == "yellow", "yellow in the second window", pause=0.3)
-        self.teller.line(f"   screenshot {name}.png: yellow in the second window, the test picture in the first")
+        self.reporter.line(f"   screenshot {name}.png: yellow in the second window, the test picture in the first")
         self.pictures.append(f"{name}.png")
 
-    # The chapters.
+    # The steps.
 
-    def tell_playback(self, server):
-        with self.teller.step("Playing a stream over HTTP"):
+    def show_playback(self, server):
+        with self.reporter.step("Playing a stream over HTTP"):
             self.play(server.url("test.ts"), title="Test picture")
             self.picture("1-playing")
-        with self.teller.step("Pause, and on"):
+        with self.reporter.step("Pausing and resuming"):
             mark = self.client.mark()
             self.call("pause")
             self.client.wait_for("onPaused", after=mark)
@@ -127,22 +127,22 @@ class Demo:
             self.call("play")
             self.rising_time(mark, 500)
 
-    def tell_seeking(self, server):
-        with self.teller.step("Seeking and tracks in a file"):
+    def show_seeking(self, server):
+        with self.reporter.step("Seeking and tracks in a file"):
             self.play(server.url("film.mp4"), title="Film", isLiveStream=False)
-            self.teller.invoke(self.client, "getDuration")
+            self.reporter.invoke(self.client, "getDuration")
             mark = self.client.mark()
             self.call("seek", {"positionMs": 30000})
             self.client.wait_for("onTimeChanged", lambda event: int(event.arguments) >= 29000, after=mark)
-            self.teller.invoke(self.client, "getPosition")
+            self.reporter.invoke(self.client, "getPosition")
             mark = self.client.mark()
             self.call("getTracksInfo")
             self.client.wait_for("spuTracks", after=mark)
             self.client.wait_for("audioTracks", after=mark)
             self.picture("2-seeked")
 
-    def tell_grid(self, server):
-        with self.teller.step("A grid of four"):
+    def show_grid(self, server):
+        with self.reporter.step("A grid of four"):
             self.play(server.url("test.ts"), title="First tile")
             mark = self.client.mark()
             self.call("enableMultiView")
@@ -173,7 +173,7 @@ class Demo:
             return missing if all(abs(a - b) < 12 for a, b in zip(free, TITLE_BAR)) else ["the bar", *missing]
 
         self.client.poll(look, lambda missing: not missing, "the title bar above the video", pause=0.3)
-        self.teller.line(f"   screenshot {name}.png: the title bar is back")
+        self.reporter.line(f"   screenshot {name}.png: the title bar is back")
         self.pictures.append(f"{name}.png")
 
     def tile_pictures(self):
@@ -190,11 +190,11 @@ class Demo:
 
         self.client.poll(show, lambda seen: all(name == colour for name, colour in seen.items()),
                          "red, green and blue in their tiles", pause=0.3)
-        self.teller.line("   screenshot 4-grid.png: red, green, blue and the test picture in their tiles")
+        self.reporter.line("   screenshot 4-grid.png: red, green, blue and the test picture in their tiles")
         self.pictures.append("4-grid.png")
 
-    def tell_fullscreen(self, server):
-        with self.teller.step("Fullscreen, and back"):
+    def show_fullscreen(self, server):
+        with self.reporter.step("Entering and leaving fullscreen"):
             self.play(server.url("test.ts"))
             before = self.client.windows("VantroWindowClass")[0].size
             self.call("toggleFullscreen")
@@ -205,74 +205,74 @@ class Demo:
             self.client.poll(lambda: self.client.windows("VantroWindowClass")[0].size, lambda size: size == before,
                              "the window's former size")
 
-    def tell_second_window(self, server):
-        with self.teller.step("A second window in the same process"):
+    def show_second_window(self, server):
+        with self.reporter.step("A second window in the same process"):
             second = Host(self.prefix, self.out / "second-launch", libraries=player_libraries(), glass=True)
             second.start(connect=False)
             code = second.wait()
-            self.teller.line(f"   the second launch ended with {code}")
+            self.reporter.line(f"   the second launch ended with {code}")
             self.client.wait_until(lambda: len(self.client.engines) == 2, "the second engine")
             engine = self.client.engines[-1]
             self.client.poll(lambda: self.client.windows("VantroWindowClass"), lambda windows: len(windows) == 2,
                              "the second window")
-            self.teller.invoke(self.client, "getWindowInfo", engine=engine)
+            self.reporter.invoke(self.client, "getWindowInfo", engine=engine)
             self.call("setMedia", {"url": server.url("yellow.ts")}, engine=engine)
             self.client.wait_for("onPlaying", engine=engine, timeout=START)
             self.yellow_picture("6-two-windows")
 
-    def tell_thumbnail(self, server):
-        with self.teller.step("A thumbnail of a moment in a film"):
+    def show_thumbnail(self, server):
+        with self.reporter.step("A thumbnail of a moment in a film"):
             self.call("initialize", channel=THUMBNAIL_CHANNEL)
             request = {"mediaId": "demo", "proxyUrl": server.url("film.mp4"), "timeSeconds": 20.0, "width": 320,
                        "height": 180}
-            reply = self.teller.invoke(self.client, "getFrame", request, channel=THUMBNAIL_CHANNEL, timeout=30)
+            reply = self.reporter.invoke(self.client, "getFrame", request, channel=THUMBNAIL_CHANNEL, timeout=30)
             if not reply.get("success"):
-                raise StoryFailed(f"no thumbnail: {reply.get('error')}")
+                raise StepFailed(f"no thumbnail: {reply.get('error')}")
             path = self.out / "7-thumbnail.png"
             path.write_bytes(reply["bytes"])
             seen, _ = region_colours(path, (0, 0, request["width"], request["height"]))
-            self.teller.line(f"   thumbnail {path.name}: {seen} colours")
+            self.reporter.line(f"   thumbnail {path.name}: {seen} colours")
             if seen < 16:
-                raise StoryFailed("the thumbnail does not show the film")
+                raise StepFailed("the thumbnail does not show the film")
             self.pictures.append(path.name)
             self.call("dispose", reply=None, channel=THUMBNAIL_CHANNEL)
 
-    def tell_addresses(self, urls):
+    def show_addresses(self, urls):
         for number, url in enumerate(urls, 1):
-            with self.teller.step(f"Playing {url}"):
+            with self.reporter.step(f"Playing {url}"):
                 self.play(url)
                 mark = self.client.mark()
                 self.rising_time(mark, int(LISTEN * 1000))
-                self.teller.invoke(self.client, "getTracksInfo")
+                self.reporter.invoke(self.client, "getTracksInfo")
                 self.picture(f"address-{number}")
 
-    def tell_end(self):
-        with self.teller.step("Closing the windows"):
+    def close_windows(self):
+        with self.reporter.step("Closing the windows"):
             code = self.host.quit()
-            self.teller.line(f"   the process ended with {code}")
+            self.reporter.line(f"   the process ended with {code}")
             if code != 0:
-                raise StoryFailed(f"the host ended with {code:#x}, not 0")
+                raise StepFailed(f"the host ended with {code:#x}, not 0")
             if self.client.violations:
-                raise StoryFailed(f"the host broke the rules of answering: {self.client.violations}")
+                raise StepFailed(f"the host did not answer every message once: {self.client.violations}")
 
 
-def tell(demo, urls, stay):
+def run_steps(demo, urls, stay):
     if urls:
-        demo.tell_addresses(urls)
+        demo.show_addresses(urls)
     else:
         streams = ROOT / "out/streams"
-        with demo.teller.step("Making the test streams"):
+        with demo.reporter.step("Making the test streams"):
             subprocess.run([ROOT / "devkit/streams/make-streams", streams], check=True, stdin=subprocess.DEVNULL)
         with StreamServer(streams) as server:
             # Fullscreen comes before the grid, because the scale that the end of the grid sets is kept when the window
             # grows.
-            for chapter in (demo.tell_playback, demo.tell_seeking, demo.tell_fullscreen, demo.tell_grid,
-                            demo.tell_second_window, demo.tell_thumbnail):
-                chapter(server)
+            for step in (demo.show_playback, demo.show_seeking, demo.show_fullscreen, demo.show_grid,
+                         demo.show_second_window, demo.show_thumbnail):
+                step(server)
             if stay:
                 wait_for_the_user(demo, server)
     if not stay:
-        demo.tell_end()
+        demo.close_windows()
     elif urls:
         wait_for_the_user(demo, None)
 
@@ -280,18 +280,18 @@ def tell(demo, urls, stay):
 def wait_for_the_user(demo, server):
     """Leaves the host running for ./dev console until the user presses Ctrl-C."""
     demo.client.close()
-    demo.teller.line("the host goes on; ./dev console in another terminal talks to it. Ctrl-C ends it.")
+    demo.reporter.line("the host keeps running; ./dev console in another terminal talks to it. Ctrl-C ends it.")
     if server:
-        demo.teller.line(f"streams for it: {server.url('test.ts')} {server.url('film.mp4')}")
+        demo.reporter.line(f"streams for it: {server.url('test.ts')} {server.url('film.mp4')}")
     try:
         demo.host.process.wait()
     except KeyboardInterrupt:
         pass
 
 
-def summarise(teller, out, pictures, failure):
-    lines = [f"{'failed' if failure else 'passed'}: {teller.requests} requests, {teller.events} events"]
-    lines += [f"  {seconds:6.1f} s  {title}" for title, seconds in teller.steps]
+def summarise(reporter, out, pictures, failure):
+    lines = [f"{'failed' if failure else 'passed'}: {reporter.requests} requests, {reporter.events} events"]
+    lines += [f"  {seconds:6.1f} s  {title}" for title, seconds in reporter.steps]
     lines += [f"  picture {out / picture}" for picture in pictures]
     if failure:
         lines.append(f"  reason: {failure}")
@@ -308,25 +308,26 @@ def main():
     out = arguments.out.absolute()
     shutil.rmtree(out, ignore_errors=True)
     out.mkdir(parents=True)
-    teller = Teller(out / "trace.txt")
+    reporter = Reporter(out / "trace.txt")
     pictures, failure = [], None
     try:
         with Display() as display, Prefix(ROOT / "out/wine/demo", "x11", display.name) as prefix, \
-                Host(prefix, out / "host", libraries=player_libraries(), glass=True, on_event=teller.on_event) as host:
-            with teller.step(f"Starting {BUILD / 'vantro.exe'}"):
+                Host(prefix, out / "host", libraries=player_libraries(), glass=True,
+                     on_event=reporter.on_event) as host:
+            with reporter.step(f"Starting {BUILD / 'vantro.exe'}"):
                 host.start()
-                teller.line(f"   process {host.client.hello['pid']} on display {display.name}")
-            demo = Demo(teller, out, display, prefix, host)
+                reporter.line(f"   process {host.client.hello['pid']} on display {display.name}")
+            demo = Demo(reporter, out, display, prefix, host)
             pictures = demo.pictures
             try:
-                tell(demo, arguments.urls, arguments.stay)
-            except (StoryFailed, WaitTimeout, ConnectionLost) as error:
+                run_steps(demo, arguments.urls, arguments.stay)
+            except (StepFailed, WaitTimeout, ConnectionLost) as error:
                 failure = str(error)
                 display.screenshot(out / "failure.png")
     except (RuntimeError, WaitTimeout) as error:
         failure = str(error)
-    teller.close()
-    summarise(teller, out, pictures, failure)
+    reporter.close()
+    summarise(reporter, out, pictures, failure)
     return 1 if failure else 0
 
 

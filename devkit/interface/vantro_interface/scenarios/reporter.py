@@ -1,4 +1,4 @@
-"""Reports a scenario while it is played: each request, reply and event with its time, and a progress line."""
+"""Reports a scenario while it runs: each request, reply and event with its time, and a progress line."""
 
 import contextlib
 import sys
@@ -12,11 +12,11 @@ from ..codec import MethodError, NotImplementedByHost
 FREQUENT = {"onTimeChanged", "onPositionChanged", "onBuffering"}
 
 
-class StoryFailed(Exception):
-    """A step failed; the text is for the reader of the demo."""
+class StepFailed(Exception):
+    """A step failed. The text is shown to the user of the demo."""
 
 
-class Teller:
+class Reporter:
     def __init__(self, trace_path):
         self._began = time.monotonic()
         self._trace = open(trace_path, "w", encoding="utf-8")
@@ -43,7 +43,7 @@ class Teller:
 
     @contextlib.contextmanager
     def step(self, title):
-        """Runs one chapter. Its duration goes into the summary."""
+        """Runs one step. Its duration goes into the summary."""
         self.line(f"== {title}")
         began = time.monotonic()
         yield
@@ -60,16 +60,16 @@ class Teller:
     def invoke(self, client, method, arguments=None, *, engine=None, channel=PLAYER_CHANNEL, timeout=None):
         """Sends a request and reports it and its reply."""
         self.requests += 1
-        told = "" if arguments is None else f" {shorten(arguments)}"
-        self.line(f"-> {f'[{engine}] ' if engine else ''}{method}{told}")
+        text = "" if arguments is None else f" {shorten(arguments)}"
+        self.line(f"-> {f'[{engine}] ' if engine else ''}{method}{text}")
         try:
             reply = client.invoke(method, arguments, engine=engine, channel=channel, timeout=timeout)
         except MethodError as error:
             self.line(f" = error {error.code}: {error.message}")
-            raise StoryFailed(f"{method} was refused: {error.code}: {error.message}") from error
+            raise StepFailed(f"{method} failed: {error.code}: {error.message}") from error
         except NotImplementedByHost as error:
             self.line(" = not implemented")
-            raise StoryFailed(f"the host does not know {method}") from error
+            raise StepFailed(f"the host has no method {method}") from error
         self.line(f" = {shorten(reply)}")
         return reply
 
@@ -77,7 +77,7 @@ class Teller:
         """Like invoke, for a request whose reply is known."""
         actual = self.invoke(client, method, arguments, **options)
         if actual != reply:
-            raise StoryFailed(f"{method} answered {actual!r}, not {reply!r}")
+            raise StepFailed(f"{method} answered {actual!r}, not {reply!r}")
 
     def _show_progress(self):
         # A terminal is updated often, a log file gets one line a second.
