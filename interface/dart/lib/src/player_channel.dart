@@ -45,7 +45,7 @@ class PlayerChannel {
   /// - [url]: the address of the stream
   /// - [title]: the media's title; optional
   /// - [networkCacheMs]: network cache in milliseconds, not checked; optional
-  /// - [initialSeekPositionMs]: the start position in milliseconds; with 0 and below the stream
+  /// - [initialSeekPositionMs]: the start position in milliseconds; with 0 or less the stream
   /// starts at the beginning; optional
   /// - [isLiveStream]: whether the stream is live, which is the default; optional
   /// - [supportsTimeshift]: whether a live stream can be rewound; optional
@@ -119,7 +119,7 @@ class PlayerChannel {
 
   /// `getDuration`: Returns the length.
   ///
-  /// Reply: 64-bit integer, ms; as `getPosition`.
+  /// Reply: 64-bit integer, ms; 0 or -1 in the same cases as `getPosition`.
   Future<int> getDuration() async {
     final reply = await _invoke<int>('getDuration');
     return reply!;
@@ -224,12 +224,12 @@ class PlayerChannel {
     await _invoke<Object?>('vlcViewBack');
   }
 
-  /// `getTracksInfo`: Raises `spuTracks`, then `audioTracks`.
+  /// `getTracksInfo`: Sends `spuTracks`, then `audioTracks`.
   Future<void> getTracksInfo() async {
     await _invoke<Object?>('getTracksInfo');
   }
 
-  /// `showAvailableSubtitles`: Raises `spuTracks`.
+  /// `showAvailableSubtitles`: Sends `spuTracks`.
   Future<void> showAvailableSubtitles() async {
     await _invoke<Object?>('showAvailableSubtitles');
   }
@@ -242,7 +242,7 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `getSpuTracks`: Raises `spuTracks`.
+  /// `getSpuTracks`: Sends `spuTracks`.
   Future<void> getSpuTracks() async {
     await _invoke<Object?>('getSpuTracks');
   }
@@ -277,7 +277,7 @@ class PlayerChannel {
 
   /// `setFontSize`: Checks the size and changes nothing.
   ///
-  /// Reply: `true` above 0; otherwise, and without a media, `false` and a toast.
+  /// Reply: `true` for a size above 0; `false` and a toast for another size, or without a media.
   ///
   /// - [size]: the size to check; optional
   Future<bool> setFontSize({int size = 16}) async {
@@ -304,12 +304,12 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `onStopped`: As `stop`: a request, not an event.
+  /// `onStopped`: Does the same as `stop`; it is a request, not an event.
   Future<void> onStoppedRequest() async {
     await _invoke<Object?>('onStopped');
   }
 
-  /// `setMediaTitle`: Stores the title, which nothing reads.
+  /// `setMediaTitle`: Stores the title, which the host does not use.
   ///
   /// - [title]: the title
   Future<void> setMediaTitle({required String title}) async {
@@ -318,7 +318,8 @@ class PlayerChannel {
     });
   }
 
-  /// `setUserAgent`: Stores the agent, which nothing reads, so streams are opened without it.
+  /// `setUserAgent`: Stores the user agent, which the host does not use: streams are opened without
+  /// it.
   ///
   /// - [userAgent]: the agent
   Future<void> setUserAgent({required String userAgent}) async {
@@ -345,14 +346,14 @@ class PlayerChannel {
     return WindowInfo.fromMap(reply!);
   }
 
-  /// `requestProviderData`: Raises `providerDataRequested` in the first window.
+  /// `requestProviderData`: Sends `providerDataRequested` to the first window.
   ///
   /// Throws a [HostException] with the code NO_MASTER.
   Future<void> requestProviderData() async {
     await _invoke<Object?>('requestProviderData');
   }
 
-  /// `sendProviderData`: Raises `providerDataReceived` in every window but the first.
+  /// `sendProviderData`: Sends `providerDataReceived` to every window except the first.
   ///
   /// - [chunkType]: the type of the chunk, not empty
   /// - [entries]: the chunk's other entries, of any type that the codec supports
@@ -368,7 +369,7 @@ class PlayerChannel {
     });
   }
 
-  /// `enableMultiView`: Changes the single view to a grid, then raises `showMultiViewOverlay`, also
+  /// `enableMultiView`: Changes the single view to a grid, then sends `showMultiViewOverlay`, also
   /// when the grid is on already.
   ///
   /// Reply: `true`, or error.
@@ -379,8 +380,8 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `disableMultiView`: Changes the grid to a single view, then raises `hideMultiViewOverlay`,
-  /// also when there is no grid.
+  /// `disableMultiView`: Changes the grid to a single view, then sends `hideMultiViewOverlay`, also
+  /// when there is no grid.
   ///
   /// Reply: `true`, or error.
   ///
@@ -464,7 +465,7 @@ class PlayerChannel {
   }
 
   /// `mvPromoteActiveAndExit`: Ends the grid and shows the active tile's stream in the single view;
-  /// opens that stream again unless tile 0 is active; raises no `hideMultiViewOverlay`.
+  /// opens that stream again unless tile 0 is active; sends no `hideMultiViewOverlay`.
   ///
   /// Reply: Boolean, or error.
   ///
@@ -474,7 +475,7 @@ class PlayerChannel {
     return reply!;
   }
 
-  /// `mvExitFullscreen`: As `disableMultiView`, without the event.
+  /// `mvExitFullscreen`: Does the same as `disableMultiView`, but sends no event.
   ///
   /// Reply: `true`, or error.
   ///
@@ -522,13 +523,13 @@ class PlayerChannel {
   /// `providerDataRequested`: To the first window, when any window calls `requestProviderData`.
   Stream<void> get providerDataRequested => _on('providerDataRequested');
 
-  /// `providerDataReceived`: To every window but the first.
+  /// `providerDataReceived`: To every window except the first.
   /// Argument: the map given to `sendProviderData`, with its keys sorted.
   Stream<Map<Object?, Object?>> get providerDataReceived =>
       _on('providerDataReceived').map<Map<Object?, Object?>>((MethodCall call) => call.arguments as Map<Object?, Object?>);
 
-  /// `spuTracks`: When the subtitle tracks are requested, also when there are none; not without a
-  /// player, and not when libvlc lacks the track functions; it carries no ids or names.
+  /// `spuTracks`: After a request for the subtitle tracks, also when there are none; not sent
+  /// without a player, or when libvlc lacks the track functions; it has no ids or names.
   Stream<void> get spuTracks => _on('spuTracks');
 
   /// `audioTracks`: The same for the audio tracks.
