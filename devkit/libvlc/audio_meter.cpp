@@ -17,12 +17,12 @@ std::atomic<bool> sessionMute{false};
 AudioMeter::Level AudioMeter::Session() { return {sessionVolume.load(), sessionMute.load()}; }
 
 // Call with the lock held.
-AudioMeter::Level AudioMeter::Heard() const { return ofPlayer_ ? own_ : Session(); }
+AudioMeter::Level AudioMeter::Effective() const { return ofPlayer_ ? own_ : Session(); }
 
 void AudioMeter::Configure(char* format, unsigned rate, unsigned channels) {
   memcpy(format, "S16N", 4);
   std::lock_guard guard(lock_);
-  told_ = true;
+  muteKnown_ = true;
   own_ = {};
   rate_ = rate;
   channels_ = channels ? channels : 1;
@@ -42,8 +42,8 @@ void AudioMeter::Play(const void* samples, unsigned count) {
     crossings += above && !positive;
     positive = above;
   }
-  Level heard = Heard();
-  double gain = heard.mute ? 0.0 : heard.volume / 100.0 / kFullScale;
+  Level level = Effective();
+  double gain = level.mute ? 0.0 : level.volume / 100.0 / kFullScale;
   positive_ = positive;
   energy_ += static_cast<double>(energy) * gain * gain;
   crossings_ += crossings;
@@ -61,19 +61,19 @@ bool AudioMeter::SetVolume(int percent) {
 
 int AudioMeter::volume() const {
   std::lock_guard guard(lock_);
-  return Heard().volume;
+  return Effective().volume;
 }
 
 void AudioMeter::SetMute(bool mute) {
   std::lock_guard guard(lock_);
-  told_ = true;
+  muteKnown_ = true;
   own_.mute = mute;
   if (!ofPlayer_) sessionMute.store(mute);
 }
 
 int AudioMeter::mute() const {
   std::lock_guard guard(lock_);
-  return told_ ? Heard().mute : -1;
+  return muteKnown_ ? Effective().mute : -1;
 }
 
 int64_t AudioMeter::Played() const {

@@ -45,12 +45,12 @@ class AudioMeter {
     bool mute = false;
   };
   static Level Session();
-  Level Heard() const;
+  Level Effective() const;
 
   const bool ofPlayer_;
   mutable std::mutex lock_;
-  bool told_ = false;  // there was an output or a call about mute
-  Level own_;          // of the output since it began, or the values set since then
+  bool muteKnown_ = false;  // there was an output or a call about mute
+  Level own_;               // of the output since it began, or the values set since then
   unsigned rate_ = 0;
   unsigned channels_ = 1;
   double playedSeconds_ = 0;

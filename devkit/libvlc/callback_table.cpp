@@ -12,7 +12,7 @@ void Call(Callback callback, void* opaque, Arguments... arguments) {
 
 }  // namespace
 
-void TellCallbacks(const PlayerCallbacks* callbacks, void* opaque, const Notice& notice) {
+void NotifyCallbacks(const PlayerCallbacks* callbacks, void* opaque, const Notice& notice) {
   if (!callbacks) return;
   const std::string id = TrackId(notice.trackType, notice.trackNumber);
   const std::string previous = TrackId(notice.trackType, notice.previousTrack);

@@ -8,6 +8,6 @@ namespace vantro::devlib {
 
 // Calls the member of `callbacks` for `notice`, with `opaque` and times in microseconds. The structure and each of its
 // pointers may be null. Windows threads only.
-void TellCallbacks(const PlayerCallbacks* callbacks, void* opaque, const Notice& notice);
+void NotifyCallbacks(const PlayerCallbacks* callbacks, void* opaque, const Notice& notice);
 
 }  // namespace vantro::devlib

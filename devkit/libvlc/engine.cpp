@@ -154,8 +154,8 @@ void Engine::Seek(uint64_t input, int64_t milliseconds) {
   });
 }
 
-void Engine::Stop(uint64_t input, int patience) {
-  thread_->Post([this, input, patience] { DoStop(input, patience); });
+void Engine::Stop(uint64_t input, int minimum) {
+  thread_->Post([this, input, minimum] { DoStop(input, minimum); });
 }
 
 void Engine::Close(std::function<void()> closed) {
@@ -196,8 +196,8 @@ void Engine::DoStart(uint64_t input, MediaRef media, int64_t startMilliseconds, 
   sink_(failed);
 }
 
-void Engine::DoStop(uint64_t input, int patience) {
-  auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(patience);
+void Engine::DoStop(uint64_t input, int minimum) {
+  auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(minimum);
   if (input_.load() == input) {
     input_.store(0);
     libvlc_media_player_stop(native_);

@@ -66,8 +66,8 @@ class Engine {
   void Start(uint64_t input, MediaRef media, int64_t startMilliseconds, const void* player);
   void SetPause(uint64_t input, bool pause);
   void Seek(uint64_t input, int64_t milliseconds);
-  // Ends the input, which takes at least `patience` milliseconds, and then reports kClosed.
-  void Stop(uint64_t input, int patience);
+  // Ends the input, which takes at least `minimum` milliseconds, and then reports kClosed.
+  void Stop(uint64_t input, int minimum);
   // Stops and releases libvlc's player, then calls `closed` last. Call nothing after it.
   void Close(std::function<void()> closed);
 
@@ -80,7 +80,7 @@ class Engine {
   void ListenToLibvlc();
   void OnLibvlcEvent(const libvlc_event_t& event);
   void DoStart(uint64_t input, MediaRef media, int64_t startMilliseconds, const void* player);
-  void DoStop(uint64_t input, int patience);
+  void DoStop(uint64_t input, int minimum);
 
   Instance* instance_ = nullptr;
   libvlc_media_player_t* native_ = nullptr;

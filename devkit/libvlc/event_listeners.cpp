@@ -56,7 +56,7 @@ void EventListeners::Detach(int32_t type, EventCallback callback, void* userData
   listeners_.erase(found);
 }
 
-void EventListeners::Tell(const Notice& notice) {
+void EventListeners::Notify(const Notice& notice) {
   Event event;
   switch (notice.kind) {
     case Notice::Kind::kMediaChanged:

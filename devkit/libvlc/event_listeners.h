@@ -21,7 +21,7 @@ class EventListeners {
   void Detach(int32_t type, EventCallback callback, void* userData);
 
   // Calls the attached callbacks. Windows threads only.
-  void Tell(const Notice& notice);
+  void Notify(const Notice& notice);
 
   // After this no callback is called.
   void Close();

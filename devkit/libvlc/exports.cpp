@@ -1,4 +1,4 @@
-// The functions of libvlc 4 that both guises have: instance, media, and the player functions without a time argument.
+// The functions of libvlc 4 that both variants have: instance, media, and the player functions without a time argument.
 #include "exports.h"
 
 #include <vlc/vlc.h>
@@ -17,10 +17,10 @@ using vantro::devlib::Misuse;
 using vantro::devlib::Player;
 using vantro::devlib::PlayerRegistry;
 
-void* vantro::devlib::NewPlayer(void* instance, Guise guise, const PlayerCallbacks* callbacks, void* opaque) {
+void* vantro::devlib::NewPlayer(void* instance, Variant variant, const PlayerCallbacks* callbacks, void* opaque) {
   if (!instance) return nullptr;
   StartMeterLog();
-  std::shared_ptr<Player> player = Player::Create(static_cast<Instance*>(instance), guise, callbacks, opaque);
+  std::shared_ptr<Player> player = Player::Create(static_cast<Instance*>(instance), variant, callbacks, opaque);
   if (!player) return nullptr;
   PlayerRegistry::Add(player);
   return player.get();

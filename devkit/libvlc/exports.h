@@ -22,6 +22,6 @@ inline Media* AsMedia(void* handle, const char* function) {
 }
 
 // Returns a new player's handle, null on failure.
-void* NewPlayer(void* instance, Guise guise, const PlayerCallbacks* callbacks, void* opaque);
+void* NewPlayer(void* instance, Variant variant, const PlayerCallbacks* callbacks, void* opaque);
 
 }  // namespace vantro::devlib

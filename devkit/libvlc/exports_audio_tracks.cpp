@@ -1,4 +1,4 @@
-// The functions of libvlc 4 for sound and tracks, which both guises have.
+// The functions of libvlc 4 for sound and tracks, which both variants have.
 #include <cstdlib>
 #include <cstring>
 

@@ -1,22 +1,22 @@
-// The functions that only the guise "callbacks" has, and those that use microseconds there.
+// The functions that only the variant "callbacks" has, and those that use microseconds there.
 #include "exports.h"
 #include "microseconds.h"
 
-using vantro::devlib::Guise;
 using vantro::devlib::Media;
 using vantro::devlib::MediaRef;
 using vantro::devlib::Microseconds;
 using vantro::devlib::Milliseconds;
 using vantro::devlib::PlayerCallbacks;
 using vantro::devlib::PlayerRegistry;
+using vantro::devlib::Variant;
 
 EXPORTED void* devlib_callbacks_player_new(void* instance, const PlayerCallbacks* callbacks, void* opaque) {
-  return vantro::devlib::NewPlayer(instance, Guise::kCallbacks, callbacks, opaque);
+  return vantro::devlib::NewPlayer(instance, Variant::kCallbacks, callbacks, opaque);
 }
 
 EXPORTED void* devlib_callbacks_player_new_from_media(void* instance, void* media, const PlayerCallbacks* callbacks,
                                                       void* opaque) {
-  void* handle = vantro::devlib::NewPlayer(instance, Guise::kCallbacks, callbacks, opaque);
+  void* handle = vantro::devlib::NewPlayer(instance, Variant::kCallbacks, callbacks, opaque);
   if (!handle) return nullptr;
   auto player = PlayerRegistry::Find(handle, "libvlc_media_player_new_from_media");
   player->SetMedia(MediaRef(static_cast<Media*>(media)));

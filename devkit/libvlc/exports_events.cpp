@@ -1,12 +1,12 @@
-// The functions that only the guise "events" has, and those that use milliseconds there.
+// The functions that only the variant "events" has, and those that use milliseconds there.
 #include "exports.h"
 
 using vantro::devlib::EventCallback;
-using vantro::devlib::Guise;
 using vantro::devlib::PlayerRegistry;
+using vantro::devlib::Variant;
 
 EXPORTED void* devlib_events_player_new(void* instance) {
-  return vantro::devlib::NewPlayer(instance, Guise::kEvents, nullptr, nullptr);
+  return vantro::devlib::NewPlayer(instance, Variant::kEvents, nullptr, nullptr);
 }
 
 EXPORTED void* devlib_media_player_event_manager(void* handle) {

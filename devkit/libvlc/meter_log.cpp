@@ -38,14 +38,14 @@ void WriteLine(FILE* file, double at, Player& player) {
   MediaRef media = player.media();
   MediaStats stats{};
   if (media) media->GetStats(&stats);
-  AudioMeter::Reading heard = player.audio().Take();
+  AudioMeter::Reading reading = player.audio().Take();
   fprintf(file,
           "{\"at\":%.3f,\"player\":\"%016" PRIXPTR "\",\"url\":%s,\"state\":\"%s\",\"time\":%" PRId64
           ",\"volume\":%d,\"mute\":%s,\"rms\":%.5f,\"frequency\":%.1f,\"displayed\":%" PRIu64 ",\"abuffers\":%" PRIu64
           "}\n",
           at, reinterpret_cast<uintptr_t>(&player), Quoted(media ? media->text() : "").c_str(), NameOf(player.state()),
-          player.time(), player.audio().volume(), player.audio().mute() == 1 ? "true" : "false", heard.rms,
-          heard.frequency, stats.displayedPictures, stats.playedAudioBuffers);
+          player.time(), player.audio().volume(), player.audio().mute() == 1 ? "true" : "false", reading.rms,
+          reading.frequency, stats.displayedPictures, stats.playedAudioBuffers);
 }
 
 void Run(FILE* file) {

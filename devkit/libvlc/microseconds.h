@@ -1,4 +1,4 @@
-// Times of the guise that counts in microseconds.
+// Times of the variant that counts in microseconds.
 #pragma once
 
 #include <cstdint>

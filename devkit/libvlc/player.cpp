@@ -17,15 +17,15 @@ namespace vantro::devlib {
 namespace {
 
 // The minimum time in milliseconds that the old input takes to close at a change of media.
-constexpr int kChangePatience = 50;
+constexpr int kChangeDelay = 50;
 constexpr size_t kCrowdedQueue = 1000;
 
 bool IsKnown(TrackType type) { return type >= TrackType::kAudio && type <= TrackType::kText; }
 
 }  // namespace
 
-Player::Player(Guise guise, bool soundOfPlayer, const PlayerCallbacks* callbacks, void* opaque)
-    : guise_(guise),
+Player::Player(Variant variant, bool soundOfPlayer, const PlayerCallbacks* callbacks, void* opaque)
+    : variant_(variant),
       callbacks_(callbacks),
       opaque_(opaque),
       thread_(std::make_shared<TaskThread>()),
@@ -35,9 +35,9 @@ Player::Player(Guise guise, bool soundOfPlayer, const PlayerCallbacks* callbacks
 
 Player::~Player() = default;
 
-std::shared_ptr<Player> Player::Create(Instance* instance, Guise guise, const PlayerCallbacks* callbacks,
+std::shared_ptr<Player> Player::Create(Instance* instance, Variant variant, const PlayerCallbacks* callbacks,
                                        void* opaque) {
-  std::shared_ptr<Player> player(new Player(guise, instance->soundOfPlayer(), callbacks, opaque));
+  std::shared_ptr<Player> player(new Player(variant, instance->soundOfPlayer(), callbacks, opaque));
   if (!PictureWindows::Start() || !Painter::Add(player->canvas_) || !player->thread_->StartWindows()) return nullptr;
   Player* self = player.get();
   player->engine_ = Engine::Create(instance, player->canvas_, &player->audio_, [self](const EngineEvent& event) {
@@ -62,14 +62,14 @@ void Player::SetMedia(MediaRef media) {
   following_ = nullptr;
   if (!started_ && !closing_) {
     media_ = std::move(media);
-    TellMedia();
+    ReportMedia();
     return;
   }
   next_ = std::move(media);
   hasNext_ = true;
   if (closing_) return;
-  CloseInput(kChangePatience);
-  Post([this] { TellCapabilities(0); });
+  CloseInput(kChangeDelay);
+  Post([this] { ReportCapabilities(0); });
 }
 
 void Player::SetNextMedia(MediaRef media) {
@@ -106,7 +106,7 @@ void Player::SeekTo(int64_t milliseconds) {
   std::lock_guard guard(lock_);
   if (started_ && !closing_) {
     engine_->Seek(input_, milliseconds);
-  } else if (!closing_ || (guise_ == Guise::kCallbacks && hasNext_)) {
+  } else if (!closing_ || (variant_ == Variant::kCallbacks && hasNext_)) {
     startAt_ = std::max<int64_t>(milliseconds, 0);
   }
 }
@@ -119,7 +119,7 @@ bool Player::Stop() {
   started_ = false;
   // After an input that is already closing, Stopped may come first.
   Post([this] {
-    if (closing_ && !started_) TellStopping(StopReason::kUser);
+    if (closing_ && !started_) ReportStopping(StopReason::kUser);
   });
   if (!closing_) CloseInput(0);
   return true;
@@ -203,17 +203,17 @@ void Player::OpenInput() {
   ++input_;
   running_ = false;
   time_ = startAt_;
-  toldTime_ = -1;
+  reportedTime_ = -1;
   engine_->Start(input_, media_, std::exchange(startAt_, 0), this);
 }
 
-void Player::CloseInput(int patience) {
+void Player::CloseInput(int minimum) {
   closing_ = true;
   running_ = false;
   time_ = 0;
   length_ = -1;
   std::fill(std::begin(selectedTracks_), std::end(selectedTracks_), -1);
-  engine_->Stop(input_, patience);
+  engine_->Stop(input_, minimum);
 }
 
 }  // namespace vantro::devlib

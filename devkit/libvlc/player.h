@@ -31,14 +31,14 @@ class Instance;
 class TrackList;
 
 // How a player reports to its program: through an event manager, or through the callbacks that it is made with.
-enum class Guise { kEvents, kCallbacks };
+enum class Variant { kEvents, kCallbacks };
 
 class Player : public std::enable_shared_from_this<Player> {
  public:
   // Returns null when libvlc makes no player or Windows no thread. Windows threads only. The program's handle of the
   // player is the object's address. The object lives until Close has taken effect and nothing uses it. `callbacks` and
-  // `opaque` are only for the guise kCallbacks.
-  static std::shared_ptr<Player> Create(Instance* instance, Guise guise, const PlayerCallbacks* callbacks,
+  // `opaque` are only for the variant kCallbacks.
+  static std::shared_ptr<Player> Create(Instance* instance, Variant variant, const PlayerCallbacks* callbacks,
                                         void* opaque);
   ~Player();
 
@@ -78,12 +78,12 @@ class Player : public std::enable_shared_from_this<Player> {
   bool InOwnCallback() const;
 
  private:
-  Player(Guise guise, bool soundOfPlayer, const PlayerCallbacks* callbacks, void* opaque);
+  Player(Variant variant, bool soundOfPlayer, const PlayerCallbacks* callbacks, void* opaque);
 
-  void Tell(const Notice& notice);
-  void TellState(State state);
-  void TellMedia();
-  void TellCapabilities(int32_t now);
+  void Report(const Notice& notice);
+  void ReportState(State state);
+  void ReportMedia();
+  void ReportCapabilities(int32_t now);
 
   // The player's thread; each is called with the lock held.
   void Handle(const EngineEvent& event);
@@ -92,15 +92,15 @@ class Player : public std::enable_shared_from_this<Player> {
   void HandleFigure(const EngineEvent& event);
   void HandleTrack(const EngineEvent& event, Notice::Kind kind);
   void RememberTime(int64_t milliseconds);
-  void TellStopping(StopReason reason);
+  void ReportStopping(StopReason reason);
   void Post(std::function<void()> task);
 
   void OpenInput();
-  void CloseInput(int patience);
+  void CloseInput(int minimum);
 
   static constexpr int kAnyTrack = INT32_MIN;
 
-  const Guise guise_;
+  const Variant variant_;
   const PlayerCallbacks* const callbacks_;
   void* const opaque_;
   std::atomic<int> references_{1};
@@ -124,9 +124,9 @@ class Player : public std::enable_shared_from_this<Player> {
   int64_t startAt_ = 0;   // milliseconds; where the next input begins
   int32_t capabilities_ = 0;
   int64_t length_ = -1;
-  int64_t time_ = 0;        // of the last time event, or the start of the input
-  int64_t toldTime_ = -1;   // of the last time event, -1 before it
-  int64_t timePlayed_ = 0;  // sound played up to that event
+  int64_t time_ = 0;           // of the last time event, or the start of the input
+  int64_t reportedTime_ = -1;  // of the last time event, -1 before it
+  int64_t timePlayed_ = 0;     // sound played up to that event
   std::chrono::steady_clock::time_point timeAt_{};
   int wantedTracks_[3] = {kAnyTrack, kAnyTrack, kAnyTrack};
   int selectedTracks_[3] = {-1, -1, -1};

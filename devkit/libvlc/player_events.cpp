@@ -22,49 +22,49 @@ Notice Of(Notice::Kind kind) {
 
 bool Player::InOwnCallback() const { return callbackOf == this; }
 
-// --- Telling ------------------------------------------------------------------------------------------------------
+// --- Reports ------------------------------------------------------------------------------------------------------
 
-void Player::Tell(const Notice& notice) {
+void Player::Report(const Notice& notice) {
   if (closed_) return;
   const Player* before = std::exchange(callbackOf, this);
-  if (guise_ == Guise::kEvents) {
-    listeners_.Tell(notice);
+  if (variant_ == Variant::kEvents) {
+    listeners_.Notify(notice);
   } else {
-    TellCallbacks(callbacks_, opaque_, notice);
+    NotifyCallbacks(callbacks_, opaque_, notice);
   }
   callbackOf = before;
 }
 
 // A state is reported only when it differs from the last one.
-void Player::TellState(State state) {
+void Player::ReportState(State state) {
   if (state_ == state) return;
   state_ = state;
   Notice notice = Of(Notice::Kind::kState);
   notice.state = state;
-  Tell(notice);
+  Report(notice);
 }
 
-void Player::TellMedia() {
+void Player::ReportMedia() {
   Notice notice = Of(Notice::Kind::kMediaChanged);
   notice.media = media_;
-  Tell(notice);
+  Report(notice);
 }
 
-void Player::TellCapabilities(int32_t now) {
+void Player::ReportCapabilities(int32_t now) {
   if (capabilities_ == now) return;
   Notice notice = Of(Notice::Kind::kCapabilities);
   notice.before = std::exchange(capabilities_, now);
   notice.now = now;
-  Tell(notice);
+  Report(notice);
 }
 
-void Player::TellStopping(StopReason reason) {
-  TellState(State::kStopping);
+void Player::ReportStopping(StopReason reason) {
+  ReportState(State::kStopping);
   Notice notice = Of(Notice::Kind::kMediaStopping);
   notice.media = media_;
   notice.reason = reason;
-  Tell(notice);
-  TellCapabilities(0);
+  Report(notice);
+  ReportCapabilities(0);
 }
 
 // --- The player's thread ------------------------------------------------------------------------------------------
@@ -85,24 +85,24 @@ void Player::Handle(const EngineEvent& event) {
   switch (event.kind) {
     case EngineEvent::Kind::kOpening:
       // At a change of media the state stays Playing.
-      if (state_ != State::kPlaying) TellState(State::kOpening);
-      if (guise_ == Guise::kCallbacks) Tell(Of(Notice::Kind::kBuffering));
+      if (state_ != State::kPlaying) ReportState(State::kOpening);
+      if (variant_ == Variant::kCallbacks) Report(Of(Notice::Kind::kBuffering));
       return;
     case EngineEvent::Kind::kPlaying:
       running_ = true;
       RememberTime(time_);
-      return TellState(State::kPlaying);
+      return ReportState(State::kPlaying);
     case EngineEvent::Kind::kPaused:
       RememberTime(time());
-      return TellState(State::kPaused);
+      return ReportState(State::kPaused);
     case EngineEvent::Kind::kEnded:
       return HandleEnd(StopReason::kEnd);
     case EngineEvent::Kind::kError:
       return HandleEnd(StopReason::kError);
     case EngineEvent::Kind::kSeekable:
-      return TellCapabilities(event.able ? capabilities_ | kCanSeek : capabilities_ & ~kCanSeek);
+      return ReportCapabilities(event.able ? capabilities_ | kCanSeek : capabilities_ & ~kCanSeek);
     case EngineEvent::Kind::kPausable:
-      return TellCapabilities(event.able ? capabilities_ | kCanPause : capabilities_ & ~kCanPause);
+      return ReportCapabilities(event.able ? capabilities_ | kCanPause : capabilities_ & ~kCanPause);
     case EngineEvent::Kind::kTrackAdded:
       return HandleTrack(event, Notice::Kind::kTrackAdded);
     case EngineEvent::Kind::kTrackRemoved:
@@ -123,8 +123,8 @@ void Player::HandleFigure(const EngineEvent& event) {
   notice.pictures = static_cast<unsigned>(event.number);
   if (event.kind == EngineEvent::Kind::kTime) {
     // libvlc 3 repeats a time that does not change.
-    if (event.time == toldTime_) return;
-    toldTime_ = event.time;
+    if (event.time == reportedTime_) return;
+    reportedTime_ = event.time;
     RememberTime(event.time);
     notice.kind = Notice::Kind::kTime;
   } else if (event.kind == EngineEvent::Kind::kLength) {
@@ -133,7 +133,7 @@ void Player::HandleFigure(const EngineEvent& event) {
   } else {
     notice.kind = event.kind == EngineEvent::Kind::kBuffering ? Notice::Kind::kBuffering : Notice::Kind::kPictures;
   }
-  Tell(notice);
+  Report(notice);
 }
 
 void Player::RememberTime(int64_t milliseconds) {
@@ -148,11 +148,11 @@ void Player::HandleEnd(StopReason reason) {
   if (reason == StopReason::kEnd && following_) {
     next_ = std::exchange(following_, nullptr);
     hasNext_ = true;
-    return TellCapabilities(0);
+    return ReportCapabilities(0);
   }
   started_ = false;
-  if (reason == StopReason::kError) Tell(Of(Notice::Kind::kError));
-  TellStopping(reason);
+  if (reason == StopReason::kError) Report(Of(Notice::Kind::kError));
+  ReportStopping(reason);
 }
 
 void Player::HandleTrack(const EngineEvent& event, Notice::Kind kind) {
@@ -168,7 +168,7 @@ void Player::HandleTrack(const EngineEvent& event, Notice::Kind kind) {
     devlib::SelectTrack(engine_->native(), event.trackType, event.number);
     wantedTracks_[type] = kAnyTrack;
   }
-  Tell(notice);
+  Report(notice);
 }
 
 // Handles the end of closing: reports the state of a stop, and opens a media that was set meanwhile.
@@ -178,12 +178,12 @@ void Player::HandleClosed() {
   const bool hasNext = std::exchange(hasNext_, false);
   MediaRef next = std::exchange(next_, nullptr);
   if (hasNext && !next) started_ = false;
-  if (!started_) TellState(State::kStopped);
+  if (!started_) ReportState(State::kStopped);
   // A callback may have opened another input.
   if (input_ != closed) return;
   if (hasNext) {
     media_ = std::move(next);
-    TellMedia();
+    ReportMedia();
   }
   if (started_ && !closing_ && input_ == closed) OpenInput();
 }

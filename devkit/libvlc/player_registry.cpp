@@ -12,7 +12,7 @@
 namespace vantro::devlib {
 namespace {
 
-constexpr int kPatienceRounds = 2000;
+constexpr int kMaxRounds = 2000;
 constexpr DWORD kRound = 5;  // milliseconds
 
 // Never destroyed, because libvlc's threads may still run while the process ends.
@@ -63,7 +63,7 @@ void PlayerRegistry::CountClosed() {
 }
 
 bool PlayerRegistry::WaitForClosed() {
-  for (int round = 0; round < kPatienceRounds; ++round) {
+  for (int round = 0; round < kMaxRounds; ++round) {
     {
       std::lock_guard guard(registry().lock);
       if (!registry().closing) return true;

@@ -1,4 +1,4 @@
-"""Tests the development library alone, through a separate Windows program, in both guises. Each row tests one known
+"""Tests the development library alone, through a separate Windows program, in both variants. Each row tests one known
 behaviour of libvlc 4."""
 
 import shutil
@@ -9,7 +9,7 @@ import pytest
 from vantro_interface import host as hosts
 
 PROGRAM = hosts.BUILD / "libvlc/devlib_smoke.exe"
-GUISES = ("events", "callbacks")
+VARIANTS = ("events", "callbacks")
 
 # The name of the row in the program, and its rule.
 ROWS = {
@@ -19,7 +19,7 @@ ROWS = {
     "calls_in_callbacks": "calls from callbacks return, for the same and another player; a seek and a stop take effect",
     "lock_in_callbacks": "a callback holds the player's lock: another thread's call into the player waits",
     "detach_waits": "a detach waits for a running callback",
-    "no_event_behind_release": "no event comes after a release",
+    "no_event_after_release": "no event comes after a release",
     "media_changed_inside_set_media": "an idle player reports MediaChanged inside set_media, on the calling thread",
     "first_play": "MediaChanged, Opening, Buffering, Playing, times; all but the first on one thread of the library",
     "change_while_playing": "Seekable 0, MediaChanged some 50 ms later, Buffering, Seekable 1, times; state Playing",
@@ -56,19 +56,19 @@ ROWS = {
     "track_selection": "a track is selected by object and by id, and unselected by kind",
     "picture_size": "the size of video 0 is returned once it is known, otherwise -1",
 }
-# Rows that do not apply to the other guise; the program prints "-" there.
-OF_ONE_GUISE = ("detach_waits",)
+# Rows that do not apply to the other variant; the program prints "-" there.
+OF_ONE_VARIANT = ("detach_waits",)
 
 
 @pytest.fixture(scope="module")
 def smoke(wine_prefix, tmp_path_factory):
-    """Runs the program with the library in one guise beside it: smoke(guise, argument...) returns its result with the
-    printed lines, and its folder."""
+    """Runs the program with one variant of the library beside it: smoke(variant, argument...) returns its result with
+    the printed lines, and its folder."""
 
-    def run(guise, *arguments, **environment):
-        folder = tmp_path_factory.mktemp(guise)
+    def run(variant, *arguments, **environment):
+        folder = tmp_path_factory.mktemp(variant)
         shutil.copy(PROGRAM, folder)
-        for name, library in hosts.bare_libraries(guise).items():
+        for name, library in hosts.bare_libraries(variant).items():
             shutil.copy(library, folder / name)
         stats = folder / "stats"
         result = subprocess.run(
@@ -82,7 +82,7 @@ def smoke(wine_prefix, tmp_path_factory):
     return run
 
 
-@pytest.fixture(scope="module", params=GUISES)
+@pytest.fixture(scope="module", params=VARIANTS)
 def rows(request, smoke, module_server):
     """Returns the program's line for each row, by its name."""
     result = smoke(request.param, "rows", module_server.url("x")[:-2], module_server.fault_url("x")[:-2], "STATS",
@@ -97,7 +97,7 @@ def rows(request, smoke, module_server):
 @pytest.mark.parametrize("row", ROWS, ids=ROWS.get)
 def test_row(rows, row):
     assert rows[row] in (f"ok {row}", f"- {row}")
-    assert rows[row].startswith("ok ") or row in OF_ONE_GUISE
+    assert rows[row].startswith("ok ") or row in OF_ONE_VARIANT
 
 
 def checks(result):
@@ -120,18 +120,18 @@ def test_detaching_a_callback_that_is_not_attached_ends_the_process(smoke):
     assert "libvlc_event_detach: the callback is not attached to event 0x104" in result.stdout
 
 
-@pytest.mark.parametrize("guise", GUISES)
-def test_a_call_with_a_released_player_is_reported_and_in_strict_mode_fatal(smoke, guise):
-    result = smoke(guise, "released")
+@pytest.mark.parametrize("variant", VARIANTS)
+def test_a_call_with_a_released_player_is_reported_and_in_strict_mode_fatal(smoke, variant):
+    result = smoke(variant, "released")
     assert len(checks(result)) == 1 and result.returncode == 0
     assert "FORBIDDEN CALL of libvlc_media_player_play" in result.stdout
-    result = smoke(guise, "released", VANTRO_LIBVLC_STRICT="1")
+    result = smoke(variant, "released", VANTRO_LIBVLC_STRICT="1")
     assert result.returncode != 0 and checks(result) == []
 
 
 @pytest.mark.time_limit(120)
-@pytest.mark.parametrize("guise", GUISES)
-def test_players_are_made_played_and_released_in_rounds(smoke, server, guise):
-    result = smoke(guise, "rounds", server.url("red.ts"), "20")
+@pytest.mark.parametrize("variant", VARIANTS)
+def test_players_are_made_played_and_released_in_rounds(smoke, server, variant):
+    result = smoke(variant, "rounds", server.url("red.ts"), "20")
     assert "20 of 20 rounds played" in result.stdout
     assert result.returncode == 0

@@ -1,9 +1,9 @@
-// Tests the development library through GetProcAddress, as the host and the runtime adapter use it, in whichever guise
+// Tests the development library through GetProcAddress, as the host and the runtime adapter use it, in the variant that
 // is beside it.
 //
 //   devlib_smoke rows SERVER_URL FAULT_URL STATS_FILE [NAME...]
 //       runs the rows of rows.h, or the named ones, and prints one line each: "ok NAME", "FAILED NAME: REASON", or
-//       "- NAME" for a row that does not apply to this guise
+//       "- NAME" for a row that does not apply to this variant
 //   devlib_smoke play TEXT...
 //       plays each TEXT, which is a path if it has no "://"
 //   devlib_smoke rounds URL COUNT

@@ -135,7 +135,7 @@ void DetachWaits(Trial& trial) {
   trial.Expect(session.WaitFor(kTime, 3) && !inside, "it is not called any more, others are");
 }
 
-void NoEventBehindRelease(Trial& trial) {
+void NoEventAfterRelease(Trial& trial) {
   static std::atomic<int> count;
   auto* session = new Session(trial.vlc, trial.instance);
   session->Inside([](int) { ++count; });
@@ -157,7 +157,7 @@ std::vector<Row> InterfaceRows() {
           {"calls_in_callbacks", CallsInCallbacks},
           {"lock_in_callbacks", LockInCallbacks},
           {"detach_waits", DetachWaits, true, false},
-          {"no_event_behind_release", NoEventBehindRelease}};
+          {"no_event_after_release", NoEventAfterRelease}};
 }
 
 }  // namespace smoke

@@ -11,7 +11,7 @@ constexpr char kNoWindow[] = ":vout=vdummy";
 bool Is(const std::vector<int>& order, const std::vector<int>& wanted) { return order == wanted; }
 
 std::string Text(const std::vector<int>& order) {
-  std::string text = "told";
+  std::string text = "reported";
   for (int type : order) {
     char one[16];
     snprintf(one, sizeof one, " %X", static_cast<unsigned>(type));
@@ -23,9 +23,9 @@ std::string Text(const std::vector<int>& order) {
 void MediaChangedInside(Trial& trial) {
   Session session(trial.vlc, trial.instance);
   session.Load(trial.Url("test.ts"));
-  std::vector<Told> told = session.All();
-  trial.Expect(told.size() == 1 && told[0].type == kMediaChanged, "only MediaChanged is reported");
-  trial.Expect(!told.empty() && told[0].insideCall && told[0].thread == GetCurrentThreadId(),
+  std::vector<RecordedEvent> events = session.All();
+  trial.Expect(events.size() == 1 && events[0].type == kMediaChanged, "only MediaChanged is reported");
+  trial.Expect(!events.empty() && events[0].insideCall && events[0].thread == GetCurrentThreadId(),
                "it comes inside set_media on the calling thread");
 }
 
@@ -41,7 +41,7 @@ void FirstPlay(Trial& trial) {
                "Playing comes after Opening, times after Playing");
   trial.Expect(session.Last(kBuffering) == 100, "buffering ends at 100 per cent");
   DWORD thread = 0;
-  for (const Told& one : session.All()) {
+  for (const RecordedEvent& one : session.All()) {
     if (one.type == kMediaChanged) continue;
     trial.Expect(one.thread != GetCurrentThreadId() && (!thread || one.thread == thread),
                  "all others come on one thread of the library");
@@ -70,11 +70,12 @@ void ChangeWhilePlaying(Trial& trial) {
   std::vector<int> seekableFirst = {kSeekable, kMediaChanged, kBuffering, kSeekable, kBuffering, kTime};
   std::vector<int> early = {kSeekable, kMediaChanged, kSeekable, kBuffering, kTime};
   trial.Expect(Is(order, wanted) || Is(order, seekableFirst) || Is(order, early), Text(order));
-  std::vector<Told> told = session.All();
-  trial.Expect(told[0].value == 0 && session.Last(kSeekable) == 1, "seekable goes to 0 and comes back");
-  DWORD behind = told.size() > 1 ? told[1].at - start : 0;
-  trial.Expect(behind >= 40 && behind < 300, "MediaChanged comes some 50 ms later, not " + std::to_string(behind));
-  trial.Expect(told[0].thread != GetCurrentThreadId() && told[1].thread == told[0].thread, "on the library's thread");
+  std::vector<RecordedEvent> events = session.All();
+  trial.Expect(events[0].value == 0 && session.Last(kSeekable) == 1, "seekable goes to 0 and comes back");
+  DWORD delay = events.size() > 1 ? events[1].at - start : 0;
+  trial.Expect(delay >= 40 && delay < 300, "MediaChanged comes some 50 ms later, not " + std::to_string(delay));
+  trial.Expect(events[0].thread != GetCurrentThreadId() && events[1].thread == events[0].thread,
+               "on the library's thread");
 }
 
 void ChangeInPause(Trial& trial) {
@@ -251,12 +252,12 @@ void TimeWithSound(Trial& trial) {
   session.Play(trial.Url("video-stops.ts"), kNoWindow);
   trial.Expect(PumpUntil([&] { return session.Last(kTime) > 7000; }, 15000), "it comes to 7 s");
   Pump(3000);
-  int told = session.Count(kTime);
+  int times = session.Count(kTime);
   int64_t before = session.Time();
   Pump(1500);
   int64_t rise = session.Time() - before;
-  trial.Expect(session.Count(kTime) == told,
-               "no more times are reported, but " + std::to_string(session.Count(kTime) - told));
+  trial.Expect(session.Count(kTime) == times,
+               "no more times are reported, but " + std::to_string(session.Count(kTime) - times));
   trial.Expect(rise > 1000 && rise < 2200, "get_time goes on rising, by " + std::to_string(rise));
 }
 

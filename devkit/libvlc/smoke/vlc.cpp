@@ -21,7 +21,7 @@ void OnEvent(const Event* event, void* data) {
   if (event->type == kTime) value = static_cast<double>(event->u.time);
   if (event->type == kPosition) value = event->u.position;
   if (event->type == kSeekable) value = event->u.seekable;
-  static_cast<Session*>(data)->Tell(event->type, value);
+  static_cast<Session*>(data)->Record(event->type, value);
 }
 
 int TypeOfState(int state) {
@@ -33,19 +33,19 @@ Session* Of(void* opaque) { return static_cast<Session*>(opaque); }
 
 Callbacks MakeCallbacks() {
   Callbacks table{};
-  table.mediaChanged = [](void* session, void*) { Of(session)->Tell(kMediaChanged, 0); };
+  table.mediaChanged = [](void* session, void*) { Of(session)->Record(kMediaChanged, 0); };
   table.mediaStopping = [](void* session, void*, int reason) {
-    if (reason == 0) Of(session)->Tell(kError, 0);
-    Of(session)->Tell(kMediaStopping, reason);
+    if (reason == 0) Of(session)->Record(kError, 0);
+    Of(session)->Record(kMediaStopping, reason);
   };
-  table.stateChanged = [](void* session, int state) { Of(session)->Tell(TypeOfState(state), 0); };
-  table.buffering = [](void* session, float part) { Of(session)->Tell(kBuffering, part * 100.0); };
+  table.stateChanged = [](void* session, int state) { Of(session)->Record(TypeOfState(state), 0); };
+  table.buffering = [](void* session, float part) { Of(session)->Record(kBuffering, part * 100.0); };
   table.capabilities = [](void* session, int before, int now) {
-    if ((before ^ now) & 1) Of(session)->Tell(kSeekable, now & 1);
+    if ((before ^ now) & 1) Of(session)->Record(kSeekable, now & 1);
   };
   table.position = [](void* session, int64_t time, double position) {
-    Of(session)->Tell(kPosition, position);
-    Of(session)->Tell(kTime, static_cast<double>(time) / 1000);
+    Of(session)->Record(kPosition, position);
+    Of(session)->Record(kTime, static_cast<double>(time) / 1000);
   };
   return table;
 }
@@ -93,29 +93,29 @@ void Session::Inside(std::function<void(int type)> call) {
   inside = std::move(call);
 }
 
-void Session::Tell(int type, double value) {
+void Session::Record(int type, double value) {
   std::function<void(int)> call;
   {
     std::lock_guard guard(lock);
-    told.push_back({type, value, GetCurrentThreadId(), GetTickCount(), calling});
+    events.push_back({type, value, GetCurrentThreadId(), GetTickCount(), calling});
     call = inside;
   }
   if (call) call(type);
 }
 
-std::vector<Told> Session::All() {
+std::vector<RecordedEvent> Session::All() {
   std::lock_guard guard(lock);
-  return told;
+  return events;
 }
 
 int Session::Count(int type) {
   int count = 0;
-  for (const Told& one : All()) count += one.type == type;
+  for (const RecordedEvent& one : All()) count += one.type == type;
   return count;
 }
 
 int Session::First(int type) {
-  std::vector<Told> all = All();
+  std::vector<RecordedEvent> all = All();
   for (size_t i = 0; i < all.size(); ++i) {
     if (all[i].type == type) return static_cast<int>(i);
   }
@@ -124,7 +124,7 @@ int Session::First(int type) {
 
 double Session::Last(int type) {
   double last = -1;
-  for (const Told& one : All()) {
+  for (const RecordedEvent& one : All()) {
     if (one.type == type) last = one.value;
   }
   return last;
@@ -136,12 +136,12 @@ bool Session::WaitFor(int type, int count, DWORD milliseconds) {
 
 void Session::Clear() {
   std::lock_guard guard(lock);
-  told.clear();
+  events.clear();
 }
 
 std::vector<int> Session::Order() {
   std::vector<int> order;
-  for (const Told& one : All()) {
+  for (const RecordedEvent& one : All()) {
     int type = one.type == kPosition ? static_cast<int>(kTime) : one.type;
     bool runs = type == kTime || type == kBuffering;
     if (!runs || order.empty() || order.back() != type) order.push_back(type);

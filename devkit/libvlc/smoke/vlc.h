@@ -142,7 +142,7 @@ struct Vlc {
                   unsigned) = Load<decltype(Snapshot)>("libvlc_video_take_snapshot");
 };
 
-struct Told {
+struct RecordedEvent {
   int type;
   double value;     // of buffering in per cent, seekable, time in ms, position, or the reason of a stop
   DWORD thread;     // the thread that delivered it
@@ -169,9 +169,9 @@ struct Session {
   // Calls `call` in every event from now on; null for none.
   void Inside(std::function<void(int type)> call);
 
-  void Tell(int type, double value);
+  void Record(int type, double value);
   // Returns the events since the last Clear.
-  std::vector<Told> All();
+  std::vector<RecordedEvent> All();
   int Count(int type);
   // Returns the index of the first event of `type`, -1 if there is none.
   int First(int type);
@@ -185,7 +185,7 @@ struct Session {
   void* player;
   std::atomic<bool> calling{false};
   std::mutex lock;
-  std::vector<Told> told;
+  std::vector<RecordedEvent> events;
   std::function<void(int type)> inside;
   Callbacks callbacks{};
 };
