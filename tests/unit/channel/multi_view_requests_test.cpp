@@ -135,7 +135,7 @@ TEST_F(MultiViewRequests, SwapTilesNeedsBothIndices) {
   EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(-1)}})), error);
 }
 
-TEST_F(MultiViewRequests, SwapTilesSwapsAndRepliesThePlayersVerdict) {
+TEST_F(MultiViewRequests, SwapTilesSwapsAndRepliesThePlayersResult) {
   MakeGrid(2);
   state_.players_[0].name = "first";
   state_.players_[1].name = "second";

@@ -72,7 +72,7 @@ TEST_F(PlaybackRequests, SetMediaIsLiveUnlessABooleanSaysOtherwise) {
   EXPECT_TRUE(state_.current_.isLive);
 }
 
-TEST_F(PlaybackRequests, SetMediaHandsOnTheTimeshiftFlags) {
+TEST_F(PlaybackRequests, SetMediaPassesTheTimeshiftFlagsOn) {
   Ask("setMedia", MapOf({{"URL", kUrl}, {"supportsTimeshift", Value(true)}, {"isInTimeshiftMode", Value(true)}}));
   EXPECT_TRUE(state_.current_.supportsTimeshift);
   EXPECT_TRUE(state_.current_.inTimeshiftMode);
@@ -87,7 +87,7 @@ TEST_F(PlaybackRequests, SetMediaWithAnotherProfileStillPlays) {
   EXPECT_TRUE(log_.Has("DEBUG [SetMedia] Unexpected player profile 'other' (expected 'windows_fullscreen')"));
 }
 
-TEST_F(PlaybackRequests, SetMediaPassesA5000MillisecondCacheUnlessToldOtherwise) {
+TEST_F(PlaybackRequests, SetMediaPassesACacheOf5000MillisecondsByDefault) {
   Ask("setMedia", MapOf({{"URL", kUrl}}));
   EXPECT_EQ(state_.current_.networkCacheMs, 5000);
   Ask("setMedia", MapOf({{"URL", kUrl}, {"networkCacheMs", Value(-1)}}));

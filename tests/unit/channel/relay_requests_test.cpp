@@ -80,7 +80,7 @@ Value NestedChunk() {
   });
 }
 
-TEST_F(RelayRequests, WindowInfoTellsTheFirstWindowFromTheOthers) {
+TEST_F(RelayRequests, WindowInfoDistinguishesTheFirstWindowFromTheOthers) {
   OpenWindows(3);
   for (size_t window = 0; window < 3; ++window) {
     const auto handler = reinterpret_cast<intptr_t>(GetWindowRegistry()[window]->methodChannelHandler_.get());
@@ -220,7 +220,7 @@ TEST_F(RelayRequests, ClosedClientIsStillSentTo) {
   EXPECT_EQ(Calls(1).size(), 1u);
 }
 
-TEST_F(RelayRequests, ChunkIsHandedOnBeforeItsSenderIsAnswered) {
+TEST_F(RelayRequests, ChunkIsSentOnBeforeItsSenderIsAnswered) {
   OpenWindows(2);
   const PendingAtCalls pending(loopback_);
   Ask(0, "sendProviderData", Chunk(1));

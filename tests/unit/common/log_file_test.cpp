@@ -29,7 +29,7 @@ std::string LocalTime() {
 }
 
 // The first test of the program: no line has been written yet.
-TEST(ALogFile, BeginsAnewWithEachProcess) {
+TEST(ALogFile, StartsEmptyInEachProcess) {
   std::ofstream(kLogFile) << "of an earlier run\n";
   WriteLog(kLogInfo, "first");
   const std::string text = LogText();
@@ -44,7 +44,7 @@ TEST(LogFile, HoldsEachLineAsSoonAsItIsWritten) {
   EXPECT_TRUE(LogText().ends_with(" two\n"));
 }
 
-TEST(LogFile, LineBearsTheLocalTime) {
+TEST(LogFile, LineHasTheLocalTime) {
   const std::string before = LocalTime();
   WriteLog(kLogError, "timed");
   const std::string after = LocalTime();
@@ -56,7 +56,7 @@ TEST(LogFile, LineBearsTheLocalTime) {
   EXPECT_EQ(text.substr(at + before.size()), " timed\n");
 }
 
-TEST(LogFile, TextIsWrittenAsItStands) {
+TEST(LogFile, TextIsWrittenUnchanged) {
   WriteLog(kLogInfo, "100 %s %d");
   EXPECT_TRUE(LogText().ends_with(" 100 %s %d\n"));
 }
@@ -76,7 +76,7 @@ TEST(LogFile, StatementsWriteOnlyWhileTheSwitchIsOn) {
   EXPECT_TRUE(LogText().ends_with(" on 1\n"));
 }
 
-TEST(LogFile, SwitchIsWhatIsLogOnTells) {
+TEST(LogFile, IsLogOnReturnsTheSwitch) {
   EXPECT_FALSE(IsLogOn());
   debugLoggingEnabled = true;
   EXPECT_TRUE(IsLogOn());

@@ -32,7 +32,7 @@ TEST_F(ReportedLines, LineIsInTheFileWhenTheCallReturns) {
   EXPECT_EQ(FileText(), "one\n");
 }
 
-TEST_F(ReportedLines, SecondTextStandsBehindTheFirstInTheSameLine) {
+TEST_F(ReportedLines, SecondTextFollowsTheFirstInTheSameLine) {
   const std::string before = FileText();
   ReportLine("channel ", "a/b");
   EXPECT_EQ(FileText(), before + "channel a/b\n");

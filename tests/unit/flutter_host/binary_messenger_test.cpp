@@ -41,7 +41,7 @@ class BinaryMessengerTest : public testing::Test {
   BinaryReply kept_;
 };
 
-TEST_F(BinaryMessengerTest, SendHandsTheBytesOnWithoutAskingForAReply) {
+TEST_F(BinaryMessengerTest, SendPassesTheBytesAndRequestsNoReply) {
   test::SentMessages sent;
   const Bytes bytes{1, 2, 3};
   Messenger().Send(kChannel, bytes.data(), bytes.size());
@@ -95,7 +95,7 @@ TEST_F(BinaryMessengerTest, SecondReplyIsReportedAndNotSent) {
   EXPECT_EQ(loopback_.ReplyViolations(), 0);
 }
 
-TEST_F(BinaryMessengerTest, PendingReplyHoldsOneReferenceUntilItsLastCopyGoes) {
+TEST_F(BinaryMessengerTest, PendingReplyHoldsOneReferenceUntilItsLastCopyIsDestroyed) {
   KeepTheReply();
   Deliver({1});
   EXPECT_EQ(loopback_.MessengerReferences(), references_ + 1);
@@ -114,7 +114,7 @@ TEST_F(BinaryMessengerTest, LateReplyIsSent) {
   EXPECT_EQ(loopback_.PendingReplies(), 0);
 }
 
-TEST_F(BinaryMessengerTest, ReplyToAnEngineThatIsGoneIsDroppedInSilence) {
+TEST_F(BinaryMessengerTest, ReplyToAnEngineThatIsGoneIsDroppedSilently) {
   KeepTheReply();
   Deliver({1});
   controller_.reset();

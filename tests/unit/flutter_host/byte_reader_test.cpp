@@ -15,7 +15,7 @@ class ByteReader : public testing::Test {
   ByteBufferStreamReader reader_{message_.data(), message_.size(), &arena_};
 };
 
-TEST_F(ByteReader, CopiesAsManyBytesAsAskedAndGoesOnBehindThem) {
+TEST_F(ByteReader, CopiesTheGivenNumberOfBytesAndContinuesAfterThem) {
   uint8_t buffer[4] = {0, 0, 0, 99};
   reader_.ReadBytes(buffer, 3);
   EXPECT_EQ(std::vector<uint8_t>(buffer, buffer + 4), (std::vector<uint8_t>{1, 2, 3, 99}));

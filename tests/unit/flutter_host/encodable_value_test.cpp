@@ -49,7 +49,7 @@ TEST(EncodableValue, StartsNull) {
 
 TEST(EncodableValue, LiteralIsAString) { EXPECT_EQ(EncodableValue("true").Get<std::string_view>(), "true"); }
 
-TEST(EncodableValue, GivesNoOtherAlternativeThanItsOwn) {
+TEST(EncodableValue, ReturnsOnlyItsOwnAlternative) {
   const EncodableValue number(int32_t{1});
   EXPECT_EQ(number.Get<int32_t>(), 1);
   EXPECT_FALSE(number.Get<int64_t>());
@@ -60,7 +60,7 @@ TEST(EncodableValue, GivesNoOtherAlternativeThanItsOwn) {
   EXPECT_FALSE(EncodableValue().Get<bool>());
 }
 
-TEST(EncodableValue, GivesWhatItWasMadeOf) {
+TEST(EncodableValue, ReturnsTheValueThatItWasMadeOf) {
   const std::vector<float> floats{0.5f, 1.5f};
   EXPECT_EQ(EncodableValue(floats).Get<std::span<const float>>()->data(), floats.data());
   EXPECT_EQ(EncodableValue(-2.5).Get<double>(), -2.5);

@@ -10,24 +10,24 @@
 namespace vantro {
 namespace {
 
-class ToldError : public MethodResult {
+class ErrorResult : public MethodResult {
  public:
   std::string code = "none", message = "none";
 
  protected:
   void SuccessInternal(const EncodableValue&) override { ADD_FAILURE(); }
-  void ErrorInternal(std::string_view toldCode, std::string_view toldMessage, const EncodableValue&) override {
-    code = toldCode;
-    message = toldMessage;
+  void ErrorInternal(std::string_view newCode, std::string_view newMessage, const EncodableValue&) override {
+    code = newCode;
+    message = newMessage;
   }
   void NotImplementedInternal() override { ADD_FAILURE(); }
 };
 
-struct Told {
+struct Error {
   std::string code, message;
 };
-Told Decoded(const test::Bytes& envelope) {
-  ToldError result;
+Error Decoded(const test::Bytes& envelope) {
+  ErrorResult result;
   EXPECT_TRUE(
       StandardMethodCodec::GetInstance().DecodeAndProcessResponseEnvelope(envelope.data(), envelope.size(), &result));
   return {result.code, result.message};
@@ -43,10 +43,10 @@ TEST(ErrorEnvelope, WithoutATextForItsMessageHasAnEmptyMessage) {
   EXPECT_EQ(Decoded(test::FromHex("01 07 01 63 01 00")).message, "");
 }
 
-TEST(ErrorEnvelope, TellsItsCodeAndItsMessage) {
-  const Told told = Decoded(test::FromHex("01 07 01 63 07 01 6d 00"));
-  EXPECT_EQ(told.code, "c");
-  EXPECT_EQ(told.message, "m");
+TEST(ErrorEnvelope, HasItsCodeAndItsMessage) {
+  const Error error = Decoded(test::FromHex("01 07 01 63 07 01 6d 00"));
+  EXPECT_EQ(error.code, "c");
+  EXPECT_EQ(error.message, "m");
 }
 
 }  // namespace

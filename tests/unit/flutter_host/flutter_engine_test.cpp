@@ -70,7 +70,7 @@ TEST_F(FlutterEngineTest, StartsWithoutAController) {
   EXPECT_EQ(engine_.alpha_, 1.0);
 }
 
-TEST_F(FlutterEngineTest, DataDirectoryStandsBesideTheExecutable) {
+TEST_F(FlutterEngineTest, DataDirectoryIsBesideTheExecutable) {
   EXPECT_EQ(FlutterEngine::DataDirectory(), bundle_.data());
 }
 
@@ -423,7 +423,7 @@ class ForwardedMessage : public FlutterEngineTest, public testing::WithParamInte
   }
 };
 
-TEST_P(ForwardedMessage, ThatTheEngineTakesGivesItsResult) {
+TEST_P(ForwardedMessage, ThatTheEngineTakesReturnsItsResult) {
   engine_.Initialize(parent_);
   loopback_.SetTopLevelResult(GetParam().message, true, -5);
   const LogCapture log;
@@ -432,7 +432,7 @@ TEST_P(ForwardedMessage, ThatTheEngineTakesGivesItsResult) {
                                        ", result: -5"));
 }
 
-TEST_P(ForwardedMessage, ThatTheEngineDoesNotTakeGivesNothing) {
+TEST_P(ForwardedMessage, ThatTheEngineDoesNotTakeReturnsNothing) {
   engine_.Initialize(parent_);
   const LogCapture log;
   EXPECT_EQ(engine_.HandleWindowMessage(parent_, GetParam().message, 1, 2), std::nullopt);

@@ -90,12 +90,12 @@ TEST(TruncatedMessage, IsReportedOnceAtEveryOffset) {
   }
 }
 
-TEST(TruncatedMessage, ListHoldsWhatStoodCompleteBefore) {
+TEST(TruncatedMessage, ListHasTheCompleteElementsBeforeTheCut) {
   CapturedStderr errors;
   EXPECT_EQ(Decode(FromHex("0c 03 01 03 05 00 00 00 03 06")), ListOf({Value(true), Value(int32_t{5})}));
 }
 
-TEST(TruncatedMessage, MapHoldsWhatStoodCompleteBefore) {
+TEST(TruncatedMessage, MapHasTheCompleteEntriesBeforeTheCut) {
   CapturedStderr errors;
   EXPECT_EQ(Decode(FromHex("0d 02 07 01 61 01 07 01 62 03 01")), MapOf({{"a", Value(true)}}));
 }
@@ -203,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(HostileBytes, ClaimsInsideClaims,
                          testing::Values("0c ff ff ff ff ff", "0d ff ff ff ff ff", "0c fe 00 f0", "0d fe 00 70",
                                          "0c ff ff ff 00 00", "0d 02 0c fe 00 10"));
 
-TEST(ClaimedLength, BeyondTheEndKeepsWhatStandsCompleteBeforeIt) {
+TEST(ClaimedLength, BeyondTheEndKeepsTheCompleteElementsBeforeIt) {
   CapturedStderr errors;
   // A list that claims four thousand million elements. It contains a complete list, a complete map and a truncated
   // list.

@@ -49,7 +49,7 @@ TEST_P(TextKeys, AreSortedAndAllKeptWhateverTheirOrderWas) {
 INSTANTIATE_TEST_SUITE_P(EncodableMap, TextKeys, testing::ValuesIn(kOrders),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(TextKey, StandsBehindANumberAndBeforeAList) {
+TEST(TextKey, ComesAfterANumberAndBeforeAList) {
   std::vector<EncodableEntry> entries{{EncodableValue(EncodableList()), EncodableValue(1)},
                                       {EncodableValue("a"), EncodableValue(2)},
                                       {EncodableValue(7), EncodableValue(3)}};

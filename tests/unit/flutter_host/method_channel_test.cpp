@@ -73,7 +73,7 @@ class MethodChannelTest : public testing::Test {
   MethodChannel channel_{&messenger_, "a/channel", &Codec()};
 };
 
-TEST_F(MethodChannelTest, InvokeMethodSendsTheCallWithoutAskingForAReply) {
+TEST_F(MethodChannelTest, InvokeMethodSendsTheCallAndRequestsNoReply) {
   channel_.InvokeMethod("m", EncodableValue("x"));
   EXPECT_EQ(messenger_.sentOn, "a/channel");
   EXPECT_EQ(messenger_.sent, FromHex("07 01 6d 07 01 78"));
@@ -108,7 +108,7 @@ TEST(Event, AllocatesNothingWhileItIsShort) {
   EXPECT_EQ(messenger.sends, 1);
 }
 
-TEST(ByteVector, KeepsWhatIsWrittenAcrossItsOwnRoom) {
+TEST(ByteVector, KeepsItsBytesWhenTheyExceedItsInlineBuffer) {
   for (size_t before = 240; before < 270; ++before) {
     ByteVector bytes;
     ByteBufferStreamWriter writer(&bytes);
@@ -175,7 +175,7 @@ TEST_F(MethodChannelTest, NotImplementedAnswersNothingAndSizeZero) {
   EXPECT_EQ(Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->NotImplemented(); }), Bytes());
 }
 
-TEST_F(MethodChannelTest, SecondAnswerIsReportedAndTheFirstStands) {
+TEST_F(MethodChannelTest, SecondAnswerIsReportedAndNotSent) {
   CapturedStderr errors;
   const auto reply = Call([](const MethodCall&, std::unique_ptr<MethodResult> result) {
     result->Error("E", "m");
@@ -192,7 +192,7 @@ TEST_F(MethodChannelTest, ResultDestroyedUnansweredIsReportedAndSendsNothing) {
   EXPECT_EQ(reply, std::nullopt);
 }
 
-TEST_F(MethodChannelTest, AnsweredResultIsDestroyedInSilence) {
+TEST_F(MethodChannelTest, AnsweredResultIsDestroyedSilently) {
   CapturedStderr errors;
   Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->Success(); });
   EXPECT_EQ(errors.Take(), "");

@@ -58,21 +58,21 @@ Bytes ErrorEnvelope(const char* code, const char* message, const EncodableValue&
 }
 
 // Records the result as one line.
-class TellingResult : public MethodResult {
+class RecordingResult : public MethodResult {
  public:
-  std::string told;
+  std::string outcome;
   Value value;
 
  protected:
-  void SuccessInternal(const EncodableValue& newValue) override { Tell("success", newValue); }
+  void SuccessInternal(const EncodableValue& newValue) override { Record("success", newValue); }
   void ErrorInternal(std::string_view code, std::string_view message, const EncodableValue& details) override {
-    Tell("error " + std::string(code) + "/" + std::string(message), details);
+    Record("error " + std::string(code) + "/" + std::string(message), details);
   }
-  void NotImplementedInternal() override { Tell("not implemented", EncodableValue()); }
+  void NotImplementedInternal() override { Record("not implemented", EncodableValue()); }
 
  private:
-  void Tell(const std::string& what, const EncodableValue& newValue) {
-    told += what;
+  void Record(const std::string& what, const EncodableValue& newValue) {
+    outcome += what;
     value = Value(newValue);
   }
 };
@@ -157,7 +157,7 @@ TEST(MethodCallOnTheWire, NestedTooDeeplyIsRefusedAsAWhole) {
 struct Envelope {
   const char* name;
   Bytes bytes;
-  std::string told;
+  std::string outcome;
   Value value;
 };
 void PrintTo(const Envelope& envelope, std::ostream* out) { *out << envelope.name; }
@@ -165,9 +165,9 @@ void PrintTo(const Envelope& envelope, std::ostream* out) { *out << envelope.nam
 class UnderstoodEnvelope : public testing::TestWithParam<Envelope> {};
 
 TEST_P(UnderstoodEnvelope, AnswersTheResult) {
-  TellingResult result;
+  RecordingResult result;
   EXPECT_TRUE(Codec().DecodeAndProcessResponseEnvelope(GetParam().bytes.data(), GetParam().bytes.size(), &result));
-  EXPECT_EQ(result.told, GetParam().told);
+  EXPECT_EQ(result.outcome, GetParam().outcome);
   EXPECT_EQ(result.value, GetParam().value);
 }
 
@@ -196,25 +196,25 @@ TEST(Envelope, ErrorWithoutMessageAndDetailsCarriesNullForThem) {
 }
 
 TEST(Envelope, BytesAfterTheValueAreIgnored) {
-  TellingResult result;
+  RecordingResult result;
   const Bytes bytes = FromHex("00 01 FF FF");
   EXPECT_TRUE(Codec().DecodeAndProcessResponseEnvelope(bytes.data(), bytes.size(), &result));
-  EXPECT_EQ(result.told, "success");
+  EXPECT_EQ(result.outcome, "success");
   EXPECT_EQ(result.value, Value(true));
 }
 
 TEST(Envelope, OfAnUnknownKindIsRefusedUnanswered) {
-  TellingResult result;
+  RecordingResult result;
   const Bytes bytes = FromHex("02 00");
   EXPECT_FALSE(Codec().DecodeAndProcessResponseEnvelope(bytes.data(), bytes.size(), &result));
-  EXPECT_EQ(result.told, "");
+  EXPECT_EQ(result.outcome, "");
 }
 
 TEST(Envelope, WithoutAByteIsRefusedUnanswered) {
-  TellingResult result;
+  RecordingResult result;
   CapturedStderr errors;
   EXPECT_FALSE(Codec().DecodeAndProcessResponseEnvelope(nullptr, 0, &result));
-  EXPECT_EQ(result.told, "");
+  EXPECT_EQ(result.outcome, "");
 }
 
 TEST(Envelope, NestedTooDeeplyIsRefusedUnanswered) {
@@ -222,10 +222,10 @@ TEST(Envelope, NestedTooDeeplyIsRefusedUnanswered) {
   for (int level = 0; level <= ByteBufferStreamReader::kMaximumNesting; ++level) {
     bytes = test::Join(bytes, FromHex("0c 01"));
   }
-  TellingResult result;
+  RecordingResult result;
   CapturedStderr errors;
   EXPECT_FALSE(Codec().DecodeAndProcessResponseEnvelope(bytes.data(), bytes.size(), &result));
-  EXPECT_EQ(result.told, "");
+  EXPECT_EQ(result.outcome, "");
 }
 
 TEST(ShortCall, IsDecodedWithoutAnAllocation) {
@@ -257,7 +257,7 @@ TEST(LargeCall, IsDecodedIntoOneFurtherBlock) {
   EXPECT_EQ(meter.count(), 2u);
 }
 
-TEST(LargeCall, GivesItsArgumentsOnWithoutACopy) {
+TEST(LargeCall, PassesItsArgumentsOnWithoutACopy) {
   const Bytes bytes = EncodeCall("m", LargeArguments());
   Value kept;
   {
@@ -272,7 +272,7 @@ TEST(LargeCall, GivesItsArgumentsOnWithoutACopy) {
   EXPECT_EQ(kept, LargeArguments()) << "it outlives the call";
 }
 
-TEST(ShortCall, GivesOnArgumentsThatOutliveIt) {
+TEST(ShortCall, PassesOnArgumentsThatOutliveIt) {
   const Bytes bytes = EncodeCall("m", MapOf({{"a", "text"}}));
   Value kept;
   {

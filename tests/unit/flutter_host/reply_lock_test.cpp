@@ -114,7 +114,7 @@ TEST_F(ReplyLock, IsHeldDuringTheAvailabilityTestAndTheReply) {
   EXPECT_THAT(calls_.Names(), ElementsAre("Lock", "IsAvailable", "SendResponse", "Unlock"));
 }
 
-TEST_F(ReplyLock, IsGivenBackWhenTheEngineIsGone) {
+TEST_F(ReplyLock, IsReleasedWhenTheEngineIsGone) {
   KeepTheReply();
   loopback_.Deliver(engine_, kChannel, {1});
   controller_.reset();
@@ -122,7 +122,7 @@ TEST_F(ReplyLock, IsGivenBackWhenTheEngineIsGone) {
   EXPECT_THAT(calls_.Names(), ElementsAre("Lock", "IsAvailable", "Unlock"));
 }
 
-TEST_F(ReplyLock, IsGivenBackAfterADuplicateReply) {
+TEST_F(ReplyLock, IsReleasedAfterADuplicateReply) {
   KeepTheReply();
   loopback_.Deliver(engine_, kChannel, {1});
   CapturedStderr errors;

@@ -16,7 +16,7 @@ TEST(AlternatingSwitch, IsOffAtFirst) {
   EXPECT_FALSE(light);
 }
 
-TEST(AlternatingSwitch, ATurnToWhereItStandsIsNone) {
+TEST(AlternatingSwitch, ATurnToTheCurrentStateIsNone) {
   AlternatingSwitch light;
   EXPECT_EQ(light.TurnTo(false), Turn::kNone);
   EXPECT_EQ(light.TurnTo(true), Turn::kOwn);
@@ -30,7 +30,7 @@ struct Scribe {
   std::string& written;
 };
 
-TEST(AlternatingSwitch, ATurnAfterAFinishedOneIsTheCallersOwn) {
+TEST(AlternatingSwitch, ATurnAfterAFinishedOneIsCarriedOutByTheCaller) {
   AlternatingSwitch light;
   std::string written;
   light.TurnTo(true);
@@ -41,7 +41,7 @@ TEST(AlternatingSwitch, ATurnAfterAFinishedOneIsTheCallersOwn) {
   EXPECT_EQ(written, "+-");
 }
 
-TEST(AlternatingSwitch, TurnsMadeWhileOneIsUnderWayAreLeftToItsThread) {
+TEST(AlternatingSwitch, TurnsDuringAnotherTurnAreCarriedOutByThatThread) {
   AlternatingSwitch light;
   std::string written;
   EXPECT_EQ(light.TurnTo(true), Turn::kOwn);
@@ -52,7 +52,7 @@ TEST(AlternatingSwitch, TurnsMadeWhileOneIsUnderWayAreLeftToItsThread) {
   EXPECT_TRUE(light);
 }
 
-TEST(AlternatingSwitch, TurnsWithoutEndDoNotHoldTheThreadThatCarriesThemOut) {
+TEST(AlternatingSwitch, EndlessTurnsDoNotKeepTheThreadThatCarriesThemOut) {
   AlternatingSwitch light;
   int count = 0;
   light.TurnTo(true);

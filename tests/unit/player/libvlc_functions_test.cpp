@@ -155,14 +155,14 @@ INSTANTIATE_TEST_SUITE_P(
                                "[VLC] libvlc ABI symbol missing, inferred major=0 (legacyMediaCreation=1)"}),
     [](const testing::TestParamInfo<VersionRow>& row) { return row.param.name; });
 
-TEST(LibVlcVersionText, IsNotAskedForWhileTheAbiVersionTells) {
+TEST(LibVlcVersionText, IsNotReadWhenThereIsAnAbiVersion) {
   ScriptedVlc vlc;
   LibVlcFunctions functions{};
   ResolveLibVlcFunctions(ScriptedModule(), functions);
   EXPECT_THAT(vlc.Calls(), ElementsAre("libvlc_abi_version()"));
 }
 
-TEST(LibVlcErrorText, StandsInForAnEmptySlotAndANullText) {
+TEST(LibVlcErrorText, ReplacesAnEmptySlotAndANullText) {
   ScriptedVlc vlc;
   LibVlcFunctions functions = GetLibVlcFunctions();
   vlc.SetText("libvlc_errmsg", "no demuxer");

@@ -18,7 +18,7 @@ struct Row {
 
 class EventTableTest : public testing::TestWithParam<Row> {};
 
-TEST_P(EventTableTest, StandsInItsPlace) {
+TEST_P(EventTableTest, IsInItsPlace) {
   const PlayerEvent& event = kPlayerEvents.at(static_cast<size_t>(GetParam().order - 1));
   EXPECT_EQ(event.type, GetParam().type);
   EXPECT_STREQ(event.method, GetParam().method);

@@ -26,16 +26,16 @@ class PlayerEventsTest : public GridTest {
 struct EventRow {
   int type;
   double value;
-  const char* told;
+  const char* reported;
   bool stopsWatchdog;
 };
 
 class EventRowTest : public PlayerEventsTest, public testing::WithParamInterface<EventRow> {};
 
-TEST_P(EventRowTest, TellsTheInterfaceAndStopsTheWatchdogWhereItShould) {
+TEST_P(EventRowTest, ReportsTheEventAndStopsTheWatchdogWhereListed) {
   player_.StartStallWatchdog();
   EXPECT_EQ(Raise(GetParam().type, GetParam().value), 1);
-  EXPECT_THAT(events_.Take(), ElementsAre(GetParam().told));
+  EXPECT_THAT(events_.Take(), ElementsAre(GetParam().reported));
   EXPECT_EQ(state_.stallWatchdogActive_.IsOn(), !GetParam().stopsWatchdog);
 }
 
@@ -61,7 +61,7 @@ TEST_F(PlayerEventsTest, UserDataIsThePlayerThatTheEventGoesTo) {
   EXPECT_THAT(events_.Take(), ElementsAre("onPlaying"));
 }
 
-TEST_F(PlayerEventsTest, ASuppressedStopIsNotToldAndTheNextOneIs) {
+TEST_F(PlayerEventsTest, ASuppressedStopIsNotReportedAndTheNextOneIs) {
   player_.StartStallWatchdog();
   state_.suppressStoppedEvent_ = true;
   Raise(kStopped);
@@ -120,12 +120,12 @@ TEST_F(PlayerEventsTest, ANegativeTimeHasALeadingMinus) {
   EXPECT_THAT(events_.Take(), ElementsAre("onTimeChanged:-1500"));
 }
 
-TEST_F(PlayerEventsTest, EveryTimeEventIsTold) {
+TEST_F(PlayerEventsTest, EveryTimeEventIsReported) {
   for (int i = 0; i < 50; ++i) vlc_.RaiseTime(vlc_.Player(), i);
   EXPECT_EQ(events_.Take().size(), 50u);
 }
 
-TEST_F(PlayerEventsTest, TheInterfaceIsToldOnLibvlcsThread) {
+TEST_F(PlayerEventsTest, AnEventIsReportedOnLibvlcsThread) {
   std::atomic<DWORD> thread{0};
   state_.eventCallback_ = [&](const char*, const char*) { thread = GetCurrentThreadId(); };
   Raise(kPlaying);
@@ -133,7 +133,7 @@ TEST_F(PlayerEventsTest, TheInterfaceIsToldOnLibvlcsThread) {
   EXPECT_NE(thread, GetCurrentThreadId());
 }
 
-TEST_F(PlayerEventsTest, TheInterfaceIsToldBeforeTheWatchdogStarts) {
+TEST_F(PlayerEventsTest, AnEventIsReportedBeforeTheWatchdogStarts) {
   std::atomic<int> activeDuringCall{-1};
   state_.eventCallback_ = [&](const char*, const char*) { activeDuringCall = state_.stallWatchdogActive_ ? 1 : 0; };
   Raise(kPlaying);
@@ -158,7 +158,7 @@ TEST_F(PlayerEventsTest, AfterCleanupNoEventArrives) {
 
 class TileEventsTest : public GridTest {};
 
-TEST_F(TileEventsTest, AnAddedTileTellsOnlyPlayingAndMediaChanged) {
+TEST_F(TileEventsTest, AnAddedTileReportsOnlyPlayingAndMediaChanged) {
   StartGrid(2);
   EXPECT_THAT(vlc_.AttachedTypes(TilePlayer(1)), ElementsAre(kPlaying, kMediaChanged));
   EXPECT_EQ(vlc_.Raise(TilePlayer(1), kPlaying), 1);

@@ -92,7 +92,7 @@ class MessageRecorder {
 
 // Positions.
 
-TEST_F(LayoutTest, EachTileStandsInItsCell) {
+TEST_F(LayoutTest, EachTileIsInItsCell) {
   StartGrid(1);
   for (int count = 2; count <= 6; ++count) {
     ASSERT_TRUE(Add(count - 1));
@@ -108,7 +108,7 @@ TEST_F(LayoutTest, TheLastOfMoreThanFourTilesCoversTheFourthCell) {
   EXPECT_EQ(GetTopWindow(parent_.get()), Tile(5).window);
 }
 
-TEST_F(LayoutTest, AResizeOfTheParentLaysOutAnew) {
+TEST_F(LayoutTest, AResizeOfTheParentLaysOutAgain) {
   StartGrid(2);
   ResizeParent(801, 601);
   player_.Resize(7, 8, 9, 10);
@@ -273,7 +273,7 @@ TEST_F(LayoutTest, AVideoWithoutASizeIsScaledByALaterEvent) {
   EXPECT_TRUE(log_.Has("DEBUG [UpdateMultiViewScaling] Player 1 - Video 790x300 scaled to 0.500000 for tile 395x600"));
 }
 
-TEST_F(LayoutTest, WithoutAViewportFunctionAWarningStandsInForTheCall) {
+TEST_F(LayoutTest, WithoutAViewportFunctionAWarningReplacesTheCall) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(1), 790, 300);
   LibVlcFunctionTable().libvlc_video_set_viewport = nullptr;
@@ -368,7 +368,7 @@ TEST_F(LayoutTest, RescalingAfterASwapFitsEachVideoToItsNewTile) {
               ElementsAre("libvlc_video_set_scale(player2, 0.983333)", "libvlc_video_set_scale(player1, 0.491667)"));
 }
 
-TEST_F(LayoutTest, RescalingReachesATileBehindOneWithoutAPlayer) {
+TEST_F(LayoutTest, RescalingReachesATileAfterOneWithoutAPlayer) {
   StartWithEvents();
   state_.mediaPlayer_.reset();
   player_.EnableMultiView();

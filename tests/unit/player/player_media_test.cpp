@@ -134,7 +134,7 @@ TEST_F(StartedPlayerTest, SetMediaStoresWhatTheWatchdogPlaysAgain) {
               testing::Contains("libvlc_media_add_option(media1, \":network-caching=-3\")"));
 }
 
-TEST_F(StartedPlayerTest, SetMediaStartsTheWatchdogAndIsUnseenByTheInterface) {
+TEST_F(StartedPlayerTest, SetMediaStartsTheWatchdogAndReportsNothing) {
   ASSERT_TRUE(SetMedia("http://host/a"));
   EXPECT_TRUE(state_.stallWatchdogActive_);
   EXPECT_TRUE(state_.suppressStoppedEvent_);

@@ -127,7 +127,7 @@ TEST_F(MultiViewEndTest, WhileTheGridIsOnTransportFindsNoPlayer) {
 
 // Promoting.
 
-TEST_F(MultiViewEndTest, APromotedUrlIsOpenedAnewOnTheOriginalPlayer) {
+TEST_F(MultiViewEndTest, APromotedUrlIsOpenedAgainOnTheOriginalPlayer) {
   StartGrid(2);
   player_.SetActiveIndexSafe(1);
   vlc_.ClearCalls();

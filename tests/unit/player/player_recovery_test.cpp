@@ -128,7 +128,7 @@ TEST_F(RecoveryTest, AResumePendingAtCleanupIsForgotten) {
   EXPECT_FALSE(HasTimer(id));
 }
 
-TEST_F(RecoveryTest, ANudgeAnsweredWithPausedBeginsTheLadderAnew) {
+TEST_F(RecoveryTest, ANudgeAnsweredWithPausedRestartsTheLadder) {
   StartSingle();
   vlc_.OnCall("libvlc_media_player_pause", [this] { vlc_.Raise(vlc_.Player(), kPaused); });
   WedgedPasses(3);
@@ -176,13 +176,13 @@ TEST_F(RecoveryTest, ReloadsThatNeverStopThePlayerRunOutOfBudget) {
 TEST_F(RecoveryTest, TheWatchdogIsOffWhenItsErrorGoesOut) {
   StartSingle();
   LibVlcFunctionTable().libvlc_media_player_get_time = nullptr;
-  int activeWhenTold = -1;
-  state_.eventCallback_ = [&](const char*, const char*) { activeWhenTold = state_.stallWatchdogActive_ ? 1 : 0; };
+  int activeWhenReported = -1;
+  state_.eventCallback_ = [&](const char*, const char*) { activeWhenReported = state_.stallWatchdogActive_ ? 1 : 0; };
   WedgedPasses(18);
-  EXPECT_EQ(activeWhenTold, 0);
+  EXPECT_EQ(activeWhenReported, 0);
 }
 
-TEST_F(RecoveryTest, WithoutACallbackTheWatchdogGivesUpInSilence) {
+TEST_F(RecoveryTest, WithoutACallbackTheWatchdogGivesUpSilently) {
   StartSingle();
   state_.eventCallback_ = nullptr;
   LibVlcFunctionTable().libvlc_media_player_get_time = nullptr;

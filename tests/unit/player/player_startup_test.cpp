@@ -139,7 +139,7 @@ TEST_F(PlayerStartup, AttachesTheElevenEventsWithThePlayerAsUserData) {
   }
 }
 
-TEST_F(PlayerStartup, AFailedAttachmentGoesUnnoticed) {
+TEST_F(PlayerStartup, AFailedAttachmentIsIgnored) {
   vlc_.SetResult("libvlc_event_attach", -1);
   EXPECT_TRUE(Initialize());
   EXPECT_EQ(vlc_.CountOf("libvlc_event_attach"), 11);
@@ -219,7 +219,7 @@ TEST_F(PlayerStartup, AFailedFirstStageIsRepeatedAsItWasAndThenAccepted) {
   EXPECT_TRUE(log_.Has("INFO VLCPlayer::Initialize completed successfully"));
 }
 
-TEST_F(PlayerStartup, TheThirdStageGivesNoArguments) {
+TEST_F(PlayerStartup, TheThirdStagePassesNoArguments) {
   vlc_.Fail("libvlc_new", 2);
   EXPECT_TRUE(Initialize());
   EXPECT_THAT(vlc_.CallsOf("libvlc_new"), ElementsAre(kFourArguments, kFourArguments, "libvlc_new(0, null)"));
@@ -449,28 +449,28 @@ TEST_F(PlayerStartup, CleanupWithoutTheDetachFunctionStillReleases) {
   EXPECT_EQ(vlc_.LivePlayers(), 0);
 }
 
-TEST_F(PlayerStartup, TheStopOfCleanupIsNotToldToTheInterface) {
+TEST_F(PlayerStartup, TheStopOfCleanupIsNotReportedToTheInterface) {
   Start();
-  std::vector<std::string> told;
-  state_.eventCallback_ = [&](const char* name, const char*) { told.push_back(name); };
+  std::vector<std::string> reported;
+  state_.eventCallback_ = [&](const char* name, const char*) { reported.push_back(name); };
   libvlc_media_player_t* const player = state_.mediaPlayer_.get();
   vlc_.OnCall("libvlc_media_player_stop", [&] { vlc_.Raise(player, player_event::kStopped); });
   player_.Cleanup();
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
 }
 
-TEST_F(PlayerStartup, CleanupAmidAStormOfEventsLetsNoneFollow) {
+TEST_F(PlayerStartup, NoEventFollowsACleanupDuringAStormOfEvents) {
   Start();
-  std::atomic<int> told{0};
-  state_.eventCallback_ = [&](const char*, const char*) { ++told; };
+  std::atomic<int> reported{0};
+  state_.eventCallback_ = [&](const char*, const char*) { ++reported; };
   std::vector<int> types;
   for (const AttachedEvent& event : kEvents) types.push_back(event.type);
   vlc_.StartStorm(state_.mediaPlayer_.get(), 2, types);
-  while (told < 50) SwitchToThread();
+  while (reported < 50) SwitchToThread();
   player_.Cleanup();
-  const int toldByThen = told;
+  const int reportedByThen = reported;
   vlc_.StopStorms();
-  EXPECT_EQ(told, toldByThen);
+  EXPECT_EQ(reported, reportedByThen);
 }
 
 TEST_F(PlayerStartup, TheDestructorLeavesNothingAlive) {

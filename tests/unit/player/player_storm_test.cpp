@@ -217,7 +217,7 @@ TEST_F(MeetingTest, ManyMeetingStartsAndStopsAreCarriedOutInTurn) {
   }
 }
 
-TEST_F(MeetingTest, TheLogTellsOfEachStartAndStopInTurn) {
+TEST_F(MeetingTest, TheLogHasStartsAndStopsInTurn) {
   debugLoggingEnabled = true;
   Start();
   player_.StartStallWatchdog();

@@ -64,7 +64,7 @@ TEST_F(PlayerPlay, WithoutTheFunctionIsAnError) {
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 
-TEST_F(PlayerPlay, WithoutEitherAudioGetterEndsBehindThePlay) {
+TEST_F(PlayerPlay, WithoutEitherAudioGetterEndsAfterThePlay) {
   LibVlcFunctions& table = LibVlcFunctionTable();
   const auto getMute = std::exchange(table.libvlc_audio_get_mute, nullptr);
   player_.Play();
@@ -154,7 +154,7 @@ TEST_F(StartedPlayerTest, PauseToggles) {
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_pause(player1)", "libvlc_media_player_pause(player1)"));
 }
 
-TEST_F(StartedPlayerTest, IsPlayingIsWhatLibvlcSays) {
+TEST_F(StartedPlayerTest, IsPlayingIsLibvlcsResult) {
   EXPECT_FALSE(player_.IsPlaying());
   vlc_.SetPlaying(Player(), true);
   EXPECT_TRUE(player_.IsPlaying());
@@ -194,7 +194,7 @@ TEST_F(StartedPlayerTest, StopInternalWithoutTheSlotOnlyStopsTheWatchdog) {
 
 // Volume and time.
 
-TEST_F(StartedPlayerTest, SetVolumePassesOnWhatComes) {
+TEST_F(StartedPlayerTest, SetVolumePassesAnyValueOn) {
   for (const int volume : {0, 100, 250, -7}) player_.SetVolume(volume);
   EXPECT_THAT(vlc_.Calls(),
               ElementsAre("libvlc_audio_set_volume(player1, 0)", "libvlc_audio_set_volume(player1, 100)",
@@ -251,7 +251,7 @@ TEST_F(StartedPlayerTest, SeekToWithoutTheSlotIsFalse) {
   EXPECT_FALSE(player_.SeekTo(5));
 }
 
-TEST_F(StartedPlayerTest, PositionAndDurationAreWhatLibvlcSays) {
+TEST_F(StartedPlayerTest, PositionAndDurationAreLibvlcsResults) {
   vlc_.SetTime(Player(), 73000);
   vlc_.SetLength(Player(), -1);
   EXPECT_EQ(player_.GetPosition(), 73000);
@@ -306,7 +306,7 @@ class TrackLists : public StartedPlayerTest {
   std::vector<std::string> events_;
 };
 
-TEST_F(TrackLists, AreReadReleasedAndToldWithoutTheirElements) {
+TEST_F(TrackLists, AreReadReleasedAndReportedWithoutTheirElements) {
   vlc_.SetSpuTracks(Player(), {{-1, "Disable"}, {3, "English"}});
   vlc_.SetAudioTracks(Player(), {{-1, "Disable"}, {1, "Stereo"}});
   player_.RefreshSpuTracks();
@@ -319,13 +319,13 @@ TEST_F(TrackLists, AreReadReleasedAndToldWithoutTheirElements) {
   EXPECT_EQ(vlc_.Live().track_lists, 0);
 }
 
-TEST_F(TrackLists, ThatAreEmptyAreToldToo) {
+TEST_F(TrackLists, ThatAreEmptyAreReportedToo) {
   player_.RefreshSpuTracks();
   player_.RefreshAudioTracks();
   EXPECT_THAT(events_, ElementsAre("spuTracks=", "audioTracks="));
 }
 
-TEST_F(TrackLists, AreReadWithoutAnyoneToTell) {
+TEST_F(TrackLists, AreReadWithoutACallback) {
   state_.eventCallback_ = nullptr;
   player_.RefreshSpuTracks();
   EXPECT_EQ(vlc_.CountOf("libvlc_video_get_spu_description"), 1);

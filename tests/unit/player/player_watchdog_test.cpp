@@ -270,11 +270,11 @@ TEST_F(WatchdogTest, ChecksAreLoggedWithTheirReason) {
   vlc_.SetSize(vlc_.Player(), 0, 360);
   Pass();
   const auto lines = log_.Lines();
-  std::vector<std::string> told;
+  std::vector<std::string> stallLines;
   for (const std::string& line : lines)
-    if (line.find("[StallDetector]") != std::string::npos) told.push_back(line);
+    if (line.find("[StallDetector]") != std::string::npos) stallLines.push_back(line);
   EXPECT_THAT(
-      told,
+      stallLines,
       ElementsAre("DEBUG [StallDetector] primary wedge tick (video_wedged): displayed=25 audio=80 stalledTicks=1",
                   "DEBUG [StallDetector] primary wedge reset (displayed=50, audio=120)",
                   "DEBUG [StallDetector] primary wedge tick (audio_wedged): displayed=75 audio=120 stalledTicks=1",

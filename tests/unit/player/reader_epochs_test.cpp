@@ -84,7 +84,7 @@ TEST(ReaderEpochs, ANestedReaderThatLeavesKeepsTheOuterOneInside) {
 
 std::atomic<int> idled{0};
 
-TEST(ReaderEpochs, ALongWaitForAReaderIdlesBetweenItsLooks) {
+TEST(ReaderEpochs, ALongWaitForAReaderIdlesBetweenItsChecks) {
   idled = 0;
   ReaderEpochs epochs([] { ++idled; });
   std::optional<ReaderEpochs::Reader> reader(std::in_place, epochs);
@@ -94,7 +94,7 @@ TEST(ReaderEpochs, ALongWaitForAReaderIdlesBetweenItsLooks) {
   EXPECT_TRUE(waiter.EndsWithin(kLongEnoughToEnd));
 }
 
-TEST(Published, HandsBackTheObjectThatWasReplaced) {
+TEST(Published, ReturnsTheObjectThatWasReplaced) {
   ReaderEpochs epochs;
   Published<int> published(epochs);
   EXPECT_EQ(published.Load(), nullptr);
@@ -110,7 +110,7 @@ struct Marked {
   std::atomic<uint32_t> mark{kAlive};
 };
 
-TEST(Published, ReadersNeverSeeAnObjectThatIsGone) {
+TEST(Published, ReadersNeverSeeADestroyedObject) {
   ReaderEpochs epochs;
   Published<Marked> published(epochs);
   std::atomic<bool> stop{false};

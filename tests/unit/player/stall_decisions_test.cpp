@@ -37,7 +37,7 @@ struct VerdictRow {
 // Compares with a last check of 100 pictures and 200 buffers.
 class StallVerdictTest : public testing::TestWithParam<VerdictRow> {};
 
-TEST_P(StallVerdictTest, IsAsTheCountersSay) {
+TEST_P(StallVerdictTest, FollowsFromTheCounters) {
   const StallState state = Counters(100, 200);
   EXPECT_EQ(JudgeStall(state, GetParam().sample), GetParam().verdict);
 }
@@ -46,13 +46,13 @@ INSTANTIATE_TEST_SUITE_P(
     Counters, StallVerdictTest,
     testing::Values(VerdictRow{"BothRise", {125, 240, true, true}, StallVerdict::kHealthy},
                     VerdictRow{"NothingMoves", {100, 200, true, true}, StallVerdict::kHealthy},
-                    VerdictRow{"PictureStandsWhileSoundGoesOn", {100, 240, true, true}, StallVerdict::kVideoWedged},
-                    VerdictRow{"PictureStandsWithoutAnAudioTrack", {100, 240, true, false}, StallVerdict::kVideoWedged},
-                    VerdictRow{"SoundStandsWhilePicturesGoOn", {125, 200, true, true}, StallVerdict::kAudioWedged},
-                    VerdictRow{"SoundStandsWithoutAnAudioTrack", {125, 200, true, false}, StallVerdict::kHealthy},
+                    VerdictRow{"PictureStopsWhileSoundContinues", {100, 240, true, true}, StallVerdict::kVideoWedged},
+                    VerdictRow{"PictureStopsWithoutAnAudioTrack", {100, 240, true, false}, StallVerdict::kVideoWedged},
+                    VerdictRow{"SoundStopsWhilePicturesContinue", {125, 200, true, true}, StallVerdict::kAudioWedged},
+                    VerdictRow{"SoundStopsWithoutAnAudioTrack", {125, 200, true, false}, StallVerdict::kHealthy},
                     VerdictRow{"BothFall", {3, 4, true, true}, StallVerdict::kHealthy},
                     VerdictRow{"PicturesFallWhileSoundRises", {3, 240, true, true}, StallVerdict::kHealthy},
-                    VerdictRow{"SoundFallsWhilePicturesStand", {100, 4, true, true}, StallVerdict::kHealthy},
+                    VerdictRow{"SoundFallsWhilePicturesStop", {100, 4, true, true}, StallVerdict::kHealthy},
                     VerdictRow{"NoVideo", {100, 240, false, true}, StallVerdict::kNoVideo},
                     VerdictRow{"NegativeCountersCompareSigned", {100, -5, true, true}, StallVerdict::kHealthy}),
     [](const auto& row) { return std::string(row.param.name); });

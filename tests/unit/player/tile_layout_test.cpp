@@ -19,7 +19,7 @@ constexpr int kHeight = 601;
 
 class TileRectTest : public testing::TestWithParam<CellRow> {};
 
-TEST_P(TileRectTest, LiesInItsCell) {
+TEST_P(TileRectTest, IsInItsCell) {
   EXPECT_EQ(GetTileRect(kWidth, kHeight, GetParam().tiles, GetParam().index), GetParam().cell);
 }
 

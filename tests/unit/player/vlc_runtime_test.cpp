@@ -118,7 +118,7 @@ TEST_F(RuntimeFolders, ATestForExistenceThatFailsRaisesTheFileSystemsException) 
 
 TEST(VlcPath, IsTheDirectoryOfTheLibraryBesideThisProgram) { EXPECT_EQ(GetVlcPath(), GetExeDirectory()); }
 
-TEST(ExeDirectory, EndsWithABackslashBehindTheProgramsFolder) {
+TEST(ExeDirectory, IsTheProgramsFolderWithABackslashAtTheEnd) {
   char path[MAX_PATH] = "";
   GetModuleFileNameA(nullptr, path, MAX_PATH);
   const std::string directory = GetExeDirectory();

@@ -31,14 +31,14 @@ Adapter::Adapter(HMODULE module) : LibVlcFunctions{} {
   Find(module, "libvlc_video_take_snapshot", libvlc_video_take_snapshot);
 }
 
-std::string NameOf(Guise guise) { return guise == Guise::kEvents ? "events" : "callbacks"; }
+std::string NameOf(Variant variant) { return variant == Variant::kEvents ? "events" : "callbacks"; }
 
-std::filesystem::path RealLibraryFile(Guise guise) { return ProgramFolder() / NameOf(guise) / "libvlc-real.dll"; }
+std::filesystem::path RealLibraryFile(Variant variant) { return ProgramFolder() / NameOf(variant) / "libvlc-real.dll"; }
 
-const Adapter& AdapterOver(Guise guise) {
+const Adapter& AdapterOver(Variant variant) {
   static const Adapter events(Load(ProgramFolder() / "events" / "libvlc.dll"));
   static const Adapter callbacks(Load(ProgramFolder() / "callbacks" / "libvlc.dll"));
-  return guise == Guise::kEvents ? events : callbacks;
+  return variant == Variant::kEvents ? events : callbacks;
 }
 
 FreshAdapter::FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder)
@@ -65,9 +65,9 @@ void Receive(const libvlc_event_t* event, void* userData) {
 
 void RunAction(const libvlc_event_t*, void* action) { (*static_cast<Action*>(action))(); }
 
-void AdapterTest::Start(Guise guise) {
-  guise_ = guise;
-  vlc_ = &AdapterOver(guise);
+void AdapterTest::Start(Variant variant) {
+  variant_ = variant;
+  vlc_ = &AdapterOver(variant);
   published::Reset();
   instance_ = vlc().libvlc_new(0, nullptr);
   player_ = vlc().libvlc_media_player_new(instance_);
@@ -107,7 +107,7 @@ void AdapterTest::Reach(void* real, int stateEvent) {
     // Under one lock, as in libvlc: no thread sees the state before its event is delivered.
     published::WithLock(real, [&] {
       published::SetState(real, row.state);
-      if (guise_ == Guise::kEvents) {
+      if (variant_ == Variant::kEvents) {
         published::Raise(real, row.event);
       } else {
         published::WithCallbacks(real, [&](const auto& cbs, void* opaque) { cbs.stateChanged(opaque, row.state); });
@@ -116,8 +116,8 @@ void AdapterTest::Reach(void* real, int stateEvent) {
   }
 }
 
-void AdapterTest::TellTime(int64_t milliseconds) {
-  if (guise_ == Guise::kEvents) {
+void AdapterTest::ReportTime(int64_t milliseconds) {
+  if (variant_ == Variant::kEvents) {
     published::Raise(real_, kTimeChanged, static_cast<uint64_t>(milliseconds));
   } else {
     published::WithCallbacks(
@@ -125,8 +125,8 @@ void AdapterTest::TellTime(int64_t milliseconds) {
   }
 }
 
-void AdapterTest::TellBuffering(float percent) {
-  if (guise_ == Guise::kEvents) {
+void AdapterTest::ReportBuffering(float percent) {
+  if (variant_ == Variant::kEvents) {
     published::Raise(real_, kBuffering, std::bit_cast<uint32_t>(percent));
   } else {
     published::WithCallbacks(real_,
@@ -134,17 +134,17 @@ void AdapterTest::TellBuffering(float percent) {
   }
 }
 
-void AdapterTest::TellMediaChanged() {
+void AdapterTest::ReportMediaChanged() {
   void* const media = published::MediaOf(real_);
-  if (guise_ == Guise::kEvents) {
+  if (variant_ == Variant::kEvents) {
     published::Raise(real_, kMediaChanged, reinterpret_cast<uint64_t>(media));
   } else {
     published::WithCallbacks(real_, [&](const auto& cbs, void* opaque) { cbs.mediaChanged(opaque, media); });
   }
 }
 
-void AdapterTest::TellTrackSelected(published::TrackType type) {
-  if (guise_ == Guise::kEvents) {
+void AdapterTest::ReportTrackSelected(published::TrackType type) {
+  if (variant_ == Variant::kEvents) {
     published::Raise(real_, kEsSelected, static_cast<uint64_t>(type));
   } else {
     published::WithCallbacks(

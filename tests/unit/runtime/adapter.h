@@ -50,15 +50,15 @@ struct Adapter : LibVlcFunctions {
   }
 };
 
-enum class Guise { kEvents, kCallbacks };
-std::string NameOf(Guise guise);
-inline std::string NameOfParameter(const testing::TestParamInfo<Guise>& info) { return NameOf(info.param); }
+enum class Variant { kEvents, kCallbacks };
+std::string NameOf(Variant variant);
+inline std::string NameOfParameter(const testing::TestParamInfo<Variant>& info) { return NameOf(info.param); }
 
-// The file of the scripted library in the guise.
-std::filesystem::path RealLibraryFile(Guise guise);
+// The file of the scripted library in the variant.
+std::filesystem::path RealLibraryFile(Variant variant);
 
-// The adapter above the guise, loaded once a process.
-const Adapter& AdapterOver(Guise guise);
+// The adapter above the variant, loaded once a process.
+const Adapter& AdapterOver(Variant variant);
 
 // A separate copy of the adapter in a separate folder, with the given bytes as libvlc-real.dll.
 class FreshAdapter {
@@ -93,11 +93,11 @@ void RunAction(const libvlc_event_t* event, void* action);
 
 // One player over the scripted library. The test fails if at its end objects are still alive, or if a released object
 // has been used.
-class AdapterTest : public testing::TestWithParam<Guise> {
+class AdapterTest : public testing::TestWithParam<Variant> {
  protected:
   void SetUp() override { Start(GetParam()); }
   void TearDown() override;
-  void Start(Guise guise);
+  void Start(Variant variant);
 
   const Adapter& vlc() const { return *vlc_; }
   int Attach(int type, libvlc_callback_t callback, void* userData) {
@@ -114,11 +114,11 @@ class AdapterTest : public testing::TestWithParam<Guise> {
   // Lets the library report on the calling thread that the player has reached a state, with the event of that state.
   void Reach(int stateEvent) { Reach(real_, stateEvent); }
   void Reach(void* real, int stateEvent);
-  // Let the library report other changes, in the form of the guise.
-  void TellTime(int64_t milliseconds);
-  void TellBuffering(float percent);
-  void TellMediaChanged();
-  void TellTrackSelected(published::TrackType type);
+  // Let the library report other changes, in the form of the variant.
+  void ReportTime(int64_t milliseconds);
+  void ReportBuffering(float percent);
+  void ReportMediaChanged();
+  void ReportTrackSelected(published::TrackType type);
 
   // From now on a stop of the player completes on a thread of the library after that many milliseconds. That thread
   // runs `first` before.
@@ -126,25 +126,25 @@ class AdapterTest : public testing::TestWithParam<Guise> {
   // The player plays. A stop reports success, but the player never stops.
   void NeverStops();
 
-  Guise guise_{};
+  Variant variant_{};
   const Adapter* vlc_ = nullptr;
   libvlc_instance_t* instance_ = nullptr;
   libvlc_media_player_t* player_ = nullptr;
   void* real_ = nullptr;  // the library's player for player_
 };
 
-// The fixture over only one guise.
-class EventsGuiseTest : public AdapterTest {
-  void SetUp() override { Start(Guise::kEvents); }
+// The fixture over only one variant.
+class EventsVariantTest : public AdapterTest {
+  void SetUp() override { Start(Variant::kEvents); }
 };
-class CallbacksGuiseTest : public AdapterTest {
-  void SetUp() override { Start(Guise::kCallbacks); }
+class CallbacksVariantTest : public AdapterTest {
+  void SetUp() override { Start(Variant::kCallbacks); }
 };
 
 // Returns the milliseconds that the action takes.
 uint64_t Taken(const Action& action);
 
-#define OVER_BOTH_GUISES(fixture) \
-  INSTANTIATE_TEST_SUITE_P(Over, fixture, testing::Values(Guise::kEvents, Guise::kCallbacks), NameOfParameter)
+#define OVER_BOTH_VARIANTS(fixture) \
+  INSTANTIATE_TEST_SUITE_P(Over, fixture, testing::Values(Variant::kEvents, Variant::kCallbacks), NameOfParameter)
 
 }  // namespace vantro::test

@@ -13,33 +13,33 @@ using testing::IsEmpty;
 
 constexpr int64_t kLargest = std::numeric_limits<int64_t>::max();
 
-class CallbacksInterface : public CallbacksGuiseTest {
+class CallbacksInterface : public CallbacksVariantTest {
  protected:
   void SetUp() override {
-    Start(Guise::kCallbacks);
-    for (int type = kMediaChanged; type <= kSeekableChanged; ++type) Attach(type, Keep, &told_);
+    Start(Variant::kCallbacks);
+    for (int type = kMediaChanged; type <= kSeekableChanged; ++type) Attach(type, Keep, &events_);
   }
-  static void Keep(const libvlc_event_t* event, void* told) {
-    static_cast<std::vector<libvlc_event_t>*>(told)->push_back(*event);
+  static void Keep(const libvlc_event_t* event, void* events) {
+    static_cast<std::vector<libvlc_event_t>*>(events)->push_back(*event);
   }
   // The events that the host receives for a callback.
   template <typename... Arguments, typename... Values>
-  std::vector<libvlc_event_t> Told(void (*Callbacks::*slot)(void*, Arguments...), Values... values) {
-    told_.clear();
+  std::vector<libvlc_event_t> EventsOf(void (*Callbacks::*slot)(void*, Arguments...), Values... values) {
+    events_.clear();
     published::WithCallbacks(real_, [&](const Callbacks& cbs, void* opaque) { (cbs.*slot)(opaque, values...); });
-    return told_;
+    return events_;
   }
   template <typename... Arguments, typename... Values>
   std::vector<int> TypesOf(void (*Callbacks::*slot)(void*, Arguments...), Values... values) {
     std::vector<int> types;
-    for (const libvlc_event_t& event : Told(slot, values...)) types.push_back(event.type);
+    for (const libvlc_event_t& event : EventsOf(slot, values...)) types.push_back(event.type);
     return types;
   }
 
-  std::vector<libvlc_event_t> told_;
+  std::vector<libvlc_event_t> events_;
 };
 
-TEST_F(CallbacksInterface, WhatTheHostDoesNotWantStaysNull) {
+TEST_F(CallbacksInterface, CallbacksThatTheHostDoesNotUseAreNull) {
   published::WithCallbacks(real_, [](const Callbacks& cbs, void*) {
     EXPECT_EQ(cbs.version, 0u);
     EXPECT_EQ(cbs.lengthChanged, nullptr);
@@ -76,7 +76,7 @@ TEST_F(CallbacksInterface, AMediaBecomesItsEvent) {
 
 TEST_F(CallbacksInterface, BufferingIsInPerCent) {
   for (const auto& [share, percent] : {std::pair(0.0f, 0.0f), {0.5f, 50.0f}, {1.0f, 100.0f}}) {
-    const auto events = Told(&Callbacks::bufferingChanged, share);
+    const auto events = EventsOf(&Callbacks::bufferingChanged, share);
     ASSERT_EQ(events.size(), 1u);
     EXPECT_EQ(events[0].type, kBuffering);
     EXPECT_EQ(events[0].u.cache, percent);
@@ -84,11 +84,11 @@ TEST_F(CallbacksInterface, BufferingIsInPerCent) {
 }
 
 TEST_F(CallbacksInterface, SeekableComesFromAChangeOfTheCapabilityToSeek) {
-  const auto gained = Told(&Callbacks::capabilitiesChanged, 2, 3);
+  const auto gained = EventsOf(&Callbacks::capabilitiesChanged, 2, 3);
   ASSERT_EQ(gained.size(), 1u);
   EXPECT_EQ(gained[0].type, kSeekableChanged);
   EXPECT_EQ(gained[0].u.seekable, 1);
-  const auto lost = Told(&Callbacks::capabilitiesChanged, 1, 8);
+  const auto lost = EventsOf(&Callbacks::capabilitiesChanged, 1, 8);
   ASSERT_EQ(lost.size(), 1u);
   EXPECT_EQ(lost[0].u.seekable, 0);
   EXPECT_THAT(TypesOf(&Callbacks::capabilitiesChanged, 1, 3), IsEmpty());
@@ -96,7 +96,7 @@ TEST_F(CallbacksInterface, SeekableComesFromAChangeOfTheCapabilityToSeek) {
 }
 
 TEST_F(CallbacksInterface, ThePositionComesBeforeTheTime) {
-  const auto events = Told(&Callbacks::positionChanged, 1'500'999, 0.25);
+  const auto events = EventsOf(&Callbacks::positionChanged, 1'500'999, 0.25);
   ASSERT_EQ(events.size(), 2u);
   EXPECT_EQ(events[0].type, kPositionChanged);
   EXPECT_EQ(events[0].u.position, 0.25);
@@ -117,7 +117,7 @@ TEST_F(CallbacksInterface, TimesFromTheLibraryAreMilliseconds) {
     published::SetResult("libvlc_media_player_get_length", microseconds);
     EXPECT_EQ(vlc().libvlc_media_player_get_time(player_), milliseconds);
     EXPECT_EQ(vlc().libvlc_media_player_get_length(player_), milliseconds);
-    EXPECT_EQ(Told(&Callbacks::positionChanged, microseconds, 0.0)[1].u.time, milliseconds);
+    EXPECT_EQ(EventsOf(&Callbacks::positionChanged, microseconds, 0.0)[1].u.time, milliseconds);
   }
 }
 
@@ -140,7 +140,7 @@ TEST_F(CallbacksInterface, TimesOfTheHostBecomeMicrosecondsAndNeverOverflow) {
 TEST_F(CallbacksInterface, AnUnselectedTrackIsNoSelection) {
   vlc().libvlc_audio_set_volume(player_, 40);
   published::ClearCalls();
-  Told(&Callbacks::trackSelectionChanged, int32_t{published::kAudio}, "id", nullptr);
+  EventsOf(&Callbacks::trackSelectionChanged, int32_t{published::kAudio}, "id", nullptr);
   EXPECT_THAT(published::Calls(), IsEmpty());
 }
 

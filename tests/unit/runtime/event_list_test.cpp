@@ -7,7 +7,7 @@ namespace vantro::test {
 namespace {
 
 class EventListTest : public AdapterTest {};
-OVER_BOTH_GUISES(EventListTest);
+OVER_BOTH_VARIANTS(EventListTest);
 
 TEST_P(EventListTest, APlayerIsItsOwnSenderAndManager) {
   Received received;
@@ -104,7 +104,7 @@ TEST_P(EventListTest, WhatACallbackAttachesIsCalledFromTheNextEventOn) {
   EXPECT_EQ(later.calls, 1);
 }
 
-TEST_P(EventListTest, AttachAndDetachHoldWhileEventsRain) {
+TEST_P(EventListTest, AttachAndDetachWorkDuringManyEvents) {
   std::atomic<bool> end{false};
   published::Later(0, [&] {
     while (!end) Reach(kPaused), SwitchToThread();
@@ -124,7 +124,7 @@ TEST_P(EventListTest, AnEventInsideSetMediaComesOnTheCallersThread) {
   Received received;
   Attach(kMediaChanged, Receive, &received);
   libvlc_media_t* const media = vlc().NewLocation("http://host/a");
-  published::OnCall("libvlc_media_player_set_media", [&] { TellMediaChanged(); });
+  published::OnCall("libvlc_media_player_set_media", [&] { ReportMediaChanged(); });
   vlc().libvlc_media_player_set_media(player_, media);
   vlc().libvlc_media_release(media);
   EXPECT_EQ(received.calls, 1);

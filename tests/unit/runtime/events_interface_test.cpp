@@ -6,9 +6,9 @@
 namespace vantro::test {
 namespace {
 
-class EventsInterface : public EventsGuiseTest {
+class EventsInterface : public EventsVariantTest {
  protected:
-  libvlc_event_t Told(int type, uint64_t payload) {
+  libvlc_event_t EventOf(int type, uint64_t payload) {
     Received received;
     Attach(type, Receive, &received);
     EXPECT_EQ(published::Raise(real_, type, payload), 1) << type;
@@ -22,15 +22,15 @@ class EventsInterface : public EventsGuiseTest {
 TEST_F(EventsInterface, EveryEventOfTheHostPassesWithItsNumber) {
   for (int type : {kMediaChanged, kNothingSpecial, kOpening, kBuffering, kPlaying, kPaused, kStopped, kStopping,
                    kEncounteredError, kTimeChanged, kPositionChanged, kSeekableChanged})
-    EXPECT_EQ(Told(type, 0).p_obj, player_);
+    EXPECT_EQ(EventOf(type, 0).p_obj, player_);
 }
 
 TEST_F(EventsInterface, ValuesPassUnchanged) {
-  EXPECT_EQ(Told(kBuffering, std::bit_cast<uint32_t>(37.5f)).u.cache, 37.5f);
-  EXPECT_EQ(Told(kTimeChanged, 90'000'000'001).u.time, 90'000'000'001);
-  EXPECT_EQ(Told(kTimeChanged, static_cast<uint64_t>(-1)).u.time, -1);
-  EXPECT_EQ(Told(kPositionChanged, std::bit_cast<uint64_t>(0.75)).u.position, 0.75);
-  EXPECT_EQ(Told(kSeekableChanged, 1).u.seekable, 1);
+  EXPECT_EQ(EventOf(kBuffering, std::bit_cast<uint32_t>(37.5f)).u.cache, 37.5f);
+  EXPECT_EQ(EventOf(kTimeChanged, 90'000'000'001).u.time, 90'000'000'001);
+  EXPECT_EQ(EventOf(kTimeChanged, static_cast<uint64_t>(-1)).u.time, -1);
+  EXPECT_EQ(EventOf(kPositionChanged, std::bit_cast<uint64_t>(0.75)).u.position, 0.75);
+  EXPECT_EQ(EventOf(kSeekableChanged, 1).u.seekable, 1);
 }
 
 TEST_F(EventsInterface, ALibraryThatRefusesAnAttachmentGivesNoPlayerAndKeepsNone) {

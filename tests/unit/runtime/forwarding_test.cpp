@@ -83,7 +83,7 @@ class ForwardingTest : public AdapterTest {
   }
   libvlc_media_t* media_ = nullptr;
 };
-OVER_BOTH_GUISES(ForwardingTest);
+OVER_BOTH_VARIANTS(ForwardingTest);
 
 std::string Expected(std::string recorded) {
   char window[32];
@@ -92,7 +92,7 @@ std::string Expected(std::string recorded) {
   return at == std::string::npos ? recorded : recorded.replace(at, 7, window);
 }
 
-TEST_P(ForwardingTest, EachRowReachesTheLibraryAndItsAnswerTheHost) {
+TEST_P(ForwardingTest, EachRowCallsTheLibraryAndReturnsItsResult) {
   vlc().libvlc_media_player_set_hwnd(player_, kWindow);  // so that play sets no option for a missing window
   for (const Row& row : kRows) {
     published::ClearCalls();
@@ -103,7 +103,7 @@ TEST_P(ForwardingTest, EachRowReachesTheLibraryAndItsAnswerTheHost) {
   published::SetResult("libvlc_media_player_stop_async", -1);
 }
 
-TEST_P(ForwardingTest, ANullHandleReachesNothing) {
+TEST_P(ForwardingTest, ANullHandleCallsNothing) {
   for (const Row& row : kRows) {
     if (std::string(row.function) == "libvlc_abi_version") continue;
     published::ClearCalls();
@@ -130,7 +130,7 @@ TEST_P(ForwardingTest, ANullHandleReachesNothing) {
   EXPECT_THAT(published::Calls(), IsEmpty());
 }
 
-TEST_P(ForwardingTest, TextsOfTheLibraryGoThrough) {
+TEST_P(ForwardingTest, TextsOfTheLibraryAreReturnedUnchanged) {
   published::SetText("libvlc_get_version", "4.0.0-dev");
   published::SetText("libvlc_errmsg", "no such host");
   EXPECT_STREQ(vlc().libvlc_get_version(), "4.0.0-dev");
@@ -192,12 +192,12 @@ TEST_P(ForwardingTest, TheSizeOfAnotherPlayerInsideAnEventIsTheLastKnownOne) {
   vlc().libvlc_media_player_release(other);
 }
 
-TEST_P(ForwardingTest, WhatNoLibraryHasStaysAbsent) {
+TEST_P(ForwardingTest, FunctionsThatNoLibraryHasAreAbsent) {
   EXPECT_EQ(vlc().libvlc_media_new_uri, nullptr);
   EXPECT_EQ(vlc().libvlc_video_set_viewport, nullptr);
 }
 
-TEST_P(ForwardingTest, EveryOtherFunctionOfTheHostIsThere) {
+TEST_P(ForwardingTest, EveryOtherFunctionOfTheHostIsPresent) {
   for (const LibVlcSlot& slot : LibVlcSlots()) {
     const std::string name = slot.name;
     if (name == "libvlc_media_new_uri" || name == "libvlc_video_set_viewport") continue;

@@ -16,7 +16,7 @@ class LogTest : public testing::Test {
   // Sets the variable to the path and loads an adapter. Creates an instance and a player, and stops the player.
   void Use(const std::filesystem::path& log) {
     SetEnvironmentVariableW(kVariable, log.c_str());
-    const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)));
+    const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Variant::kEvents)));
     libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
     ASSERT_NE(instance, nullptr);
     libvlc_media_player_t* const player = vlc.functions().libvlc_media_player_new(instance);
@@ -32,7 +32,7 @@ class LogTest : public testing::Test {
   ScratchFolder scratch_;
 };
 
-TEST_F(LogTest, TellsTheLibraryItsInterfaceAndTheTimeOfAStop) {
+TEST_F(LogTest, NamesTheLibraryItsInterfaceAndTheTimeOfAStop) {
   Use(scratch_ / "a.log");
   const std::string log = ReadFileBytes(scratch_ / "a.log");
   EXPECT_THAT(log, HasSubstr("libvlc-real.dll 4.0.0-published, interface: event managers, milliseconds"));
@@ -59,7 +59,7 @@ TEST_F(LogTest, ThatCannotBeOpenedIsOff) {
   EXPECT_FALSE(std::filesystem::exists(scratch_ / "missing"));
 }
 
-TEST_F(LogTest, TellsWhyALibraryWasRefused) {
+TEST_F(LogTest, NamesTheReasonOfARefusal) {
   SetEnvironmentVariableW(kVariable, (scratch_ / "a.log").c_str());
   const FreshAdapter vlc("no library");
   EXPECT_EQ(vlc.functions().libvlc_new(0, nullptr), nullptr);

@@ -27,7 +27,7 @@ class OutputsTest : public AdapterTest {
   FreshAdapter fresh_{ReadFileBytes(RealLibraryFile(GetParam())), L"outputs"};
   const Adapter& vlc_ = fresh_.functions();
 };
-OVER_BOTH_GUISES(OutputsTest);
+OVER_BOTH_VARIANTS(OutputsTest);
 
 TEST_P(OutputsTest, AMissingOneIsReplacedByWaveout) {
   published::SetOutputs({"mmdevice", "waveout", "adummy"});
@@ -83,14 +83,14 @@ TEST_P(OutputsTest, TheSecondInstanceIsMadeAsAskedForWhenItFailsWithWaveout) {
               ElementsAre("libvlc_new(\"--aout=waveout\")", "libvlc_new(\"--aout=directsound\")"));
 }
 
-TEST_P(OutputsTest, AnInstanceThatTellsOfNoneDoesNotDecideForTheNext) {
+TEST_P(OutputsTest, AnInstanceWithoutOutputsDoesNotDecideForTheNext) {
   published::SetOutputs({});
   EXPECT_THAT(Made({"--aout=directsound"}), ElementsAre("libvlc_new(\"--aout=directsound\")"));
   published::SetOutputs({"waveout"});
   EXPECT_THAT(Made({"--aout=directsound"}), testing::SizeIs(2));
 }
 
-TEST_P(OutputsTest, AnInstanceThatNamesNoneIsNotAskedForOutputs) {
+TEST_P(OutputsTest, OutputsAreNotListedForAnInstanceThatNamesNone) {
   Made({"--no-audio"});
   EXPECT_THAT(published::CallsOf("libvlc_audio_output_list_get"), testing::IsEmpty());
 }

@@ -13,8 +13,8 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::string Without(const std::string& function, Guise guise) {
-  std::string bytes = ReadFileBytes(RealLibraryFile(guise));
+std::string Without(const std::string& function, Variant variant) {
+  std::string bytes = ReadFileBytes(RealLibraryFile(variant));
   // In the text of a forwarder a different character precedes the name.
   const std::string name = '\0' + function + '\0';
   const size_t at = bytes.find(name);
@@ -42,22 +42,22 @@ class Refusal : public testing::Test {
 
 struct Absence {
   const char* function;
-  Guise guise;
+  Variant variant;
 };
 
 std::string NameOfAbsence(const testing::TestParamInfo<Absence>& info) {
-  return NameOf(info.param.guise) + "_" + info.param.function;
+  return NameOf(info.param.variant) + "_" + info.param.function;
 }
 
 std::vector<Absence> Absences() {
   std::vector<Absence> absences;
-#define ABSENCE(name, result, parameters) absences.push_back({#name, Guise::kEvents});
+#define ABSENCE(name, result, parameters) absences.push_back({#name, Variant::kEvents});
   RUNTIME_NEEDED_FUNCTIONS(ABSENCE)
 #undef ABSENCE
-  absences.push_back({"libvlc_media_player_new", Guise::kEvents});
-  absences.push_back({"libvlc_event_attach", Guise::kEvents});
-  absences.push_back({"libvlc_event_detach", Guise::kEvents});
-  absences.push_back({"libvlc_media_player_new", Guise::kCallbacks});
+  absences.push_back({"libvlc_media_player_new", Variant::kEvents});
+  absences.push_back({"libvlc_event_attach", Variant::kEvents});
+  absences.push_back({"libvlc_event_detach", Variant::kEvents});
+  absences.push_back({"libvlc_media_player_new", Variant::kCallbacks});
   return absences;
 }
 
@@ -65,7 +65,7 @@ class NeededFunction : public Refusal, public testing::WithParamInterface<Absenc
 INSTANTIATE_TEST_SUITE_P(Absent, NeededFunction, testing::ValuesIn(Absences()), NameOfAbsence);
 
 TEST_P(NeededFunction, IsNamedWhenItIsAbsent) {
-  const FreshAdapter vlc(Without(GetParam().function, GetParam().guise));
+  const FreshAdapter vlc(Without(GetParam().function, GetParam().variant));
   ExpectRefused(vlc,
                 std::string("libvlc-real.dll lacks ") + GetParam().function + ", which the runtime adapter needs.");
   EXPECT_THAT(published::CallsOf("libvlc_new"), testing::IsEmpty());
@@ -75,7 +75,7 @@ class OptionalFunction : public Refusal, public testing::WithParamInterface<cons
 INSTANTIATE_TEST_SUITE_P(Absent, OptionalFunction, testing::Values("libvlc_set_fullscreen", "libvlc_get_fullscreen"));
 
 TEST_P(OptionalFunction, IsNotMissed) {
-  const FreshAdapter vlc(Without(GetParam(), Guise::kEvents));
+  const FreshAdapter vlc(Without(GetParam(), Variant::kEvents));
   libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
   ASSERT_NE(instance, nullptr);
   libvlc_media_player_t* const player = vlc.functions().libvlc_media_player_new(instance);
@@ -86,7 +86,7 @@ TEST_P(OptionalFunction, IsNotMissed) {
 }
 
 TEST_F(Refusal, OfAnUnchangedCopyDoesNotHappen) {
-  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)));
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Variant::kEvents)));
   libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
   EXPECT_NE(instance, nullptr);
   EXPECT_STREQ(vlc.functions().libvlc_errmsg(), "published error");
@@ -103,19 +103,19 @@ TEST_F(Refusal, OfAMissingLibrarySaysThatItWasNotFound) {
 TEST_F(Refusal, OfALibvlc3NamesItsVersion) {
   published::SetResult("libvlc_abi_version", 0x03000000);
   published::SetText("libvlc_get_version", "3.0.20 Vetinari");
-  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)));
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Variant::kEvents)));
   ExpectRefused(vlc, "libvlc-real.dll is version 3.0.20 Vetinari, and the runtime adapter needs a libvlc 4.");
 }
 
 TEST_F(Refusal, OfALaterMajorVersionNamesIt) {
   published::SetResult("libvlc_abi_version", 0x05000000);
   published::SetText("libvlc_get_version", "5.0.0");
-  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kCallbacks)));
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Variant::kCallbacks)));
   ExpectRefused(vlc, HasSubstr("is version 5.0.0"));
 }
 
 TEST_F(Refusal, OfA32BitLibrarySaysSo) {
-  std::string bytes = ReadFileBytes(RealLibraryFile(Guise::kEvents));
+  std::string bytes = ReadFileBytes(RealLibraryFile(Variant::kEvents));
   uint32_t header = 0;
   std::memcpy(&header, &bytes[offsetof(IMAGE_DOS_HEADER, e_lfanew)], sizeof header);
   const WORD machine = IMAGE_FILE_MACHINE_I386;
@@ -132,7 +132,7 @@ TEST_F(Refusal, OfAFileThatIsNoLibrarySaysSo) {
 }
 
 TEST_F(Refusal, OfAnUnknownInterfaceNamesWhatWasLookedFor) {
-  const FreshAdapter vlc(Without("libvlc_media_player_set_next_media", Guise::kCallbacks));
+  const FreshAdapter vlc(Without("libvlc_media_player_set_next_media", Variant::kCallbacks));
   ExpectRefused(
       vlc,
       "libvlc-real.dll has an interface of libvlc 4 that the runtime adapter doesn't know: it exports neither "
@@ -140,7 +140,7 @@ TEST_F(Refusal, OfAnUnknownInterfaceNamesWhatWasLookedFor) {
 }
 
 TEST_F(Refusal, DoesNotComeFromALongPath) {
-  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Guise::kEvents)), std::wstring(180, L'p'));
+  const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Variant::kEvents)), std::wstring(180, L'p'));
   libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
   EXPECT_NE(instance, nullptr) << vlc.functions().libvlc_errmsg();
   vlc.functions().libvlc_release(instance);

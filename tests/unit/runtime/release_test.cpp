@@ -13,7 +13,7 @@ using testing::Lt;
 using testing::Ne;
 
 class ReleaseTest : public AdapterTest {};
-OVER_BOTH_GUISES(ReleaseTest);
+OVER_BOTH_VARIANTS(ReleaseTest);
 
 TEST_P(ReleaseTest, OfAPlayingPlayerStopsItFirst) {
   published::SetState(real_, published::kPlaying);
@@ -72,7 +72,7 @@ TEST_P(ReleaseTest, OnAnotherThreadWaitsForACallbackInProgress) {
   EXPECT_TRUE(ended);
 }
 
-TEST_P(ReleaseTest, OfAPlayerAtRestGivesTheHostNoEvent) {
+TEST_P(ReleaseTest, OfAPlayerAtRestReportsNoEvent) {
   Received stopped;
   Attach(kStopped, Receive, &stopped);
   Release();
@@ -84,7 +84,7 @@ TEST_P(ReleaseTest, IsFollowedByNoEvent) {
   Attach(kPaused, Receive, &received);
   // The library may deliver events until its own release returns.
   published::OnCall("libvlc_media_player_release", [&] {
-    if (guise_ == Guise::kCallbacks) Reach(kPaused);
+    if (variant_ == Variant::kCallbacks) Reach(kPaused);
   });
   Release();
   EXPECT_EQ(received.calls, 0);

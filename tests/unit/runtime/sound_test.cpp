@@ -13,7 +13,7 @@ class SoundTest : public AdapterTest {
   void SetMute(int mute) { vlc().libvlc_audio_set_mute(player_, mute); }
   int VolumesSet() { return static_cast<int>(published::CallsOf("libvlc_audio_set_volume").size()); }
 };
-OVER_BOTH_GUISES(SoundTest);
+OVER_BOTH_VARIANTS(SoundTest);
 
 TEST_P(SoundTest, WhatIsSetReachesTheLibraryAtOnce) {
   SetVolume(40);
@@ -47,7 +47,7 @@ TEST_P(SoundTest, AVolumeIsKeptEvenIfTheLibraryHasNoOutputForIt) {
   EXPECT_EQ(vlc().libvlc_audio_get_volume(player_), 40);
 }
 
-TEST_P(SoundTest, ANegativeVolumeIsTheLibrarysToJudgeAndIsNotKept) {
+TEST_P(SoundTest, ANegativeVolumeIsPassedToTheLibraryAndNotKept) {
   SetVolume(40);
   published::SetResult("libvlc_audio_set_volume", -1);
   EXPECT_EQ(vlc().libvlc_audio_set_volume(player_, -5), -1);
@@ -67,14 +67,14 @@ TEST_P(SoundTest, IsSetAgainWhenPlaybackBegins) {
 TEST_P(SoundTest, IsSetAgainWithANewMediaAnAudioTrackAndAFullBuffer) {
   SetVolume(40);
   published::ClearCalls();
-  TellMediaChanged();
+  ReportMediaChanged();
   EXPECT_EQ(VolumesSet(), 1);
-  TellTrackSelected(published::kAudio);
+  ReportTrackSelected(published::kAudio);
   EXPECT_EQ(VolumesSet(), 2);
-  TellTrackSelected(published::kVideo);
-  TellBuffering(50);
+  ReportTrackSelected(published::kVideo);
+  ReportBuffering(50);
   EXPECT_EQ(VolumesSet(), 2);
-  TellBuffering(100);
+  ReportBuffering(100);
   EXPECT_EQ(VolumesSet(), 3);
 }
 
@@ -82,18 +82,18 @@ TEST_P(SoundTest, IsSetAgainWithTheFirstTimesAndThenLeftAlone) {
   SetVolume(40);
   Reach(kPlaying);
   published::ClearCalls();
-  for (int i = 0; i < 100; ++i) TellTime(i * 250);
+  for (int i = 0; i < 100; ++i) ReportTime(i * 250);
   EXPECT_GE(VolumesSet(), 4);
   EXPECT_LE(VolumesSet(), 20);
   published::ClearCalls();
-  TellTime(60'000);
+  ReportTime(60'000);
   EXPECT_EQ(VolumesSet(), 0);
 }
 
 TEST_P(SoundTest, IsNotTouchedWhileNothingWasSet) {
   Reach(kPlaying);
-  TellTime(0);
-  TellBuffering(100);
+  ReportTime(0);
+  ReportBuffering(100);
   EXPECT_THAT(published::Calls(), testing::Not(testing::Contains(testing::StartsWith("libvlc_audio"))));
 }
 

@@ -18,7 +18,7 @@ class StopTest : public AdapterTest {
     return Taken([&] { vlc().libvlc_media_player_stop(player_); });
   }
 };
-OVER_BOTH_GUISES(StopTest);
+OVER_BOTH_VARIANTS(StopTest);
 
 TEST_P(StopTest, ReturnsWhenTheHostHasSeenItsStoppedEvent) {
   published::SetState(real_, published::kPlaying);
@@ -40,7 +40,7 @@ TEST_P(StopTest, OfAPlayerThatNeverPlayedReturnsAtOnce) {
   EXPECT_THAT(published::CallsOf("libvlc_media_player_stop_async"), testing::SizeIs(1));
 }
 
-TEST_P(StopTest, OfAPlayerAtRestGivesTheHostOneStoppedOnTheCallingThread) {
+TEST_P(StopTest, OfAPlayerAtRestReportsOneStoppedOnTheCallingThread) {
   Received stopped;
   Attach(kStopped, Receive, &stopped);
   vlc().libvlc_media_player_stop(player_);
@@ -48,7 +48,7 @@ TEST_P(StopTest, OfAPlayerAtRestGivesTheHostOneStoppedOnTheCallingThread) {
   EXPECT_EQ(stopped.threadId, GetCurrentThreadId());
 }
 
-TEST_P(StopTest, OfAPlayingPlayerGivesTheHostTheLibrarysStoppedAlone) {
+TEST_P(StopTest, OfAPlayingPlayerReportsOnlyTheLibrarysStopped) {
   Received stopped;
   Attach(kStopped, Receive, &stopped);
   published::SetState(real_, published::kPlaying);
@@ -58,7 +58,7 @@ TEST_P(StopTest, OfAPlayingPlayerGivesTheHostTheLibrarysStoppedAlone) {
   EXPECT_NE(stopped.threadId, GetCurrentThreadId());
 }
 
-TEST_P(StopTest, ThatIsGivenUpGivesTheHostNoStopped) {
+TEST_P(StopTest, ThatIsGivenUpReportsNoStopped) {
   Received stopped;
   Attach(kStopped, Receive, &stopped);
   NeverStops();
@@ -95,7 +95,7 @@ TEST_P(StopTest, InsideAnEventOnTheCallersOwnThreadDoesNotWait) {
   uint64_t taken = kLongest;
   Action stop = [&] { taken = TakenToStop(); };
   Attach(kMediaChanged, RunAction, &stop);
-  TellMediaChanged();
+  ReportMediaChanged();
   EXPECT_LT(taken, kAtOnce);
 }
 
@@ -185,7 +185,7 @@ struct Window {
   std::vector<UINT> seen;
 };
 
-TEST_P(StopTest, ServesAMessageThatTheLibrarySendsWhileItStops) {
+TEST_P(StopTest, HandlesAMessageThatTheLibrarySendsWhileItStops) {
   published::SetState(real_, published::kPlaying);
   Window window;
   LRESULT answer = 0;

@@ -24,7 +24,7 @@ class TracksTest : public AdapterTest {
   Entries Audio() { return Read(vlc().libvlc_audio_get_track_description(player_)); }
   Entries Subtitles() { return Read(vlc().libvlc_video_get_spu_description(player_)); }
 };
-OVER_BOTH_GUISES(TracksTest);
+OVER_BOTH_VARIANTS(TracksTest);
 
 TEST_P(TracksTest, AListBeforeTheTracksAreKnownHoldsTheDisablingEntryAlone) {
   EXPECT_THAT(Audio(), ElementsAre(Pair(-1, "Disable")));

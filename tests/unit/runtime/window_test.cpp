@@ -7,7 +7,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kTold[] = "libvlc_media_add_option(media1, \":vout=vdummy\")";
+constexpr char kOption[] = "libvlc_media_add_option(media1, \":vout=vdummy\")";
 
 class WindowlessTest : public AdapterTest {
  protected:
@@ -26,41 +26,41 @@ class WindowlessTest : public AdapterTest {
 
   libvlc_media_t* media_ = nullptr;
 };
-OVER_BOTH_GUISES(WindowlessTest);
+OVER_BOTH_VARIANTS(WindowlessTest);
 
-TEST_P(WindowlessTest, ItsMediaIsToldBeforeItIsSetAndOnce) {
+TEST_P(WindowlessTest, ItsMediaGetsTheOptionOnceBeforeItIsSet) {
   SetMedia();
   Play();
-  EXPECT_THAT(published::Calls(), ElementsAre(kTold, "libvlc_media_player_set_media(player1, media1)",
+  EXPECT_THAT(published::Calls(), ElementsAre(kOption, "libvlc_media_player_set_media(player1, media1)",
                                               "libvlc_media_player_play(player1)"));
 }
 
-TEST_P(WindowlessTest, AMediaOfAPlayerWithAWindowIsNotTold) {
+TEST_P(WindowlessTest, AMediaOfAPlayerWithAWindowGetsNoOption) {
   SetWindow(0x10);
   SetMedia();
   Play();
   EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), IsEmpty());
 }
 
-TEST_P(WindowlessTest, AMediaIsToldBeforePlayWhenTheWindowWasTakenAway) {
+TEST_P(WindowlessTest, AMediaGetsTheOptionBeforePlayWhenTheWindowWasTakenAway) {
   SetWindow(0x10);
   SetMedia();
   SetWindow(0);
   published::ClearCalls();
   Play();
   Play();
-  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kTold));
+  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kOption));
   EXPECT_EQ(published::Calls().back(), "libvlc_media_player_play(player1)");
-  EXPECT_EQ(published::Calls()[1], kTold);  // after get_media, before play
+  EXPECT_EQ(published::Calls()[1], kOption);  // after get_media, before play
 }
 
-TEST_P(WindowlessTest, EachNewMediaIsTold) {
+TEST_P(WindowlessTest, EachNewMediaGetsTheOption) {
   SetMedia();
   SetMedia();
-  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kTold, kTold));
+  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kOption, kOption));
 }
 
-TEST_P(WindowlessTest, PlayWithoutAMediaTellsNothing) {
+TEST_P(WindowlessTest, PlayWithoutAMediaSetsNoOption) {
   Play();
   EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), IsEmpty());
 }

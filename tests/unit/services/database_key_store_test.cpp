@@ -46,7 +46,7 @@ class DatabaseKeyStoreTest : public KeyStoreTest {
   }
 };
 
-TEST_F(DatabaseKeyStoreTest, FirstStartSavesTheKeyThatComesBackLater) {
+TEST_F(DatabaseKeyStoreTest, FirstStartSavesTheKeyThatLaterStartsReturn) {
   ASSERT_FALSE(std::filesystem::exists(Folder()));
   const std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();
   EXPECT_EQ(key.size(), 32u);
@@ -95,7 +95,7 @@ TEST_F(DatabaseKeyStoreTest, FileAbove64KiBIsReplacedUnread) {
   EXPECT_EQ(DatabaseKeyStore::LoadKey(), key);
 }
 
-TEST_F(DatabaseKeyStoreTest, MereLoadMakesTheFolderButNoFile) {
+TEST_F(DatabaseKeyStoreTest, LoadAloneMakesTheFolderButNoFile) {
   EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
   EXPECT_TRUE(std::filesystem::is_directory(Folder()));
   EXPECT_FALSE(std::filesystem::exists(KeyFile()));
@@ -167,7 +167,7 @@ TEST_F(DatabaseKeyStoreTest, KeyThatCannotBeWrappedIsNotReturned) {
   EXPECT_FALSE(std::filesystem::exists(KeyFile()));
 }
 
-TEST_F(DatabaseKeyStoreTest, PathLiesInTheLocalAppDataFolder) {
+TEST_F(DatabaseKeyStoreTest, PathIsInTheLocalAppDataFolder) {
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), appData_.path().wstring() + L"\\Vantro\\db.key");
 }
 

@@ -79,7 +79,7 @@ TEST_F(ThumbnailWorker, FrameAfterDisposeIsAFailure) {
   EXPECT_EQ(GetFrame(), NoFrame("Worker not initialized"));
 }
 
-TEST_F(ThumbnailWorker, InitializeAfterDisposeBuildsAnew) {
+TEST_F(ThumbnailWorker, InitializeAfterDisposeBuildsAgain) {
   Initialize();
   Ask("dispose");
   Ask("dispose");

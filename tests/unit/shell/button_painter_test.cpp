@@ -52,19 +52,18 @@ TEST_P(PaintedButtons, EqualTheirPicture) {
   canvas.ExpectEqualsPicture(button.picture);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    TitleBar, PaintedButtons,
-    testing::Values(PaintedButton{"close", kCloseButtonId, 0, false},
-                    PaintedButton{"close_pressed", kCloseButtonId, ODS_SELECTED, false},
-                    PaintedButton{"close_hot", kCloseButtonId, ODS_HOTLIGHT, false},
-                    PaintedButton{"maximize", kMaximizeButtonId, 0, false},
-                    PaintedButton{"maximize_pressed", kMaximizeButtonId, ODS_SELECTED, false},
-                    PaintedButton{"maximize_hot", kMaximizeButtonId, ODS_HOTLIGHT, false},
-                    PaintedButton{"maximize_fullscreen", kMaximizeButtonId, 0, true},
-                    PaintedButton{"minimize", kMinimizeButtonId, 0, false},
-                    PaintedButton{"minimize_pressed", kMinimizeButtonId, ODS_SELECTED, false},
-                    PaintedButton{"minimize_hot", kMinimizeButtonId, ODS_HOTLIGHT, false}),
-    [](const auto& button) { return std::string(button.param.picture); });
+INSTANTIATE_TEST_SUITE_P(TitleBar, PaintedButtons,
+                         testing::Values(PaintedButton{"close", kCloseButtonId, 0, false},
+                                         PaintedButton{"close_pressed", kCloseButtonId, ODS_SELECTED, false},
+                                         PaintedButton{"close_hot", kCloseButtonId, ODS_HOTLIGHT, false},
+                                         PaintedButton{"maximize", kMaximizeButtonId, 0, false},
+                                         PaintedButton{"maximize_pressed", kMaximizeButtonId, ODS_SELECTED, false},
+                                         PaintedButton{"maximize_hot", kMaximizeButtonId, ODS_HOTLIGHT, false},
+                                         PaintedButton{"maximize_fullscreen", kMaximizeButtonId, 0, true},
+                                         PaintedButton{"minimize", kMinimizeButtonId, 0, false},
+                                         PaintedButton{"minimize_pressed", kMinimizeButtonId, ODS_SELECTED, false},
+                                         PaintedButton{"minimize_hot", kMinimizeButtonId, ODS_HOTLIGHT, false}),
+                         [](const auto& button) { return std::string(button.param.picture); });
 
 TEST_F(ButtonPainter, PressedColourWinsOverTheCloseButtonsHotRed) {
   const test::Canvas canvas(kButtonWidth, kButtonHeight);
@@ -89,21 +88,18 @@ TEST_P(StateColours, FillTheWholeItem) {
   for (const COLORREF corner : corners) EXPECT_EQ(corner, GetParam().color);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    TitleBar, StateColours,
-    testing::Values(StateColour{"Normal", kMinimizeButtonId, 0, RGB(70, 70, 95)},
-                    StateColour{"Pressed", kMinimizeButtonId, ODS_SELECTED, RGB(55, 55, 80)},
-                    StateColour{"ClosePressed", kCloseButtonId, ODS_SELECTED, RGB(55, 55, 80)},
-                    StateColour{"Hot", kMinimizeButtonId, ODS_HOTLIGHT, RGB(65, 65, 90)},
-                    StateColour{"CloseHot", kCloseButtonId, ODS_HOTLIGHT, RGB(200, 50, 50)},
-                    StateColour{"FilePressed", kFileButtonId, ODS_SELECTED, RGB(55, 55, 80)},
-                    StateColour{"Focused", kMinimizeButtonId, ODS_FOCUS, RGB(70, 70, 95)}),
-    [](const auto& colour) { return std::string(colour.param.name); });
+INSTANTIATE_TEST_SUITE_P(TitleBar, StateColours,
+                         testing::Values(StateColour{"Normal", kMinimizeButtonId, 0, RGB(70, 70, 95)},
+                                         StateColour{"Pressed", kMinimizeButtonId, ODS_SELECTED, RGB(55, 55, 80)},
+                                         StateColour{"ClosePressed", kCloseButtonId, ODS_SELECTED, RGB(55, 55, 80)},
+                                         StateColour{"Hot", kMinimizeButtonId, ODS_HOTLIGHT, RGB(65, 65, 90)},
+                                         StateColour{"CloseHot", kCloseButtonId, ODS_HOTLIGHT, RGB(200, 50, 50)},
+                                         StateColour{"FilePressed", kFileButtonId, ODS_SELECTED, RGB(55, 55, 80)},
+                                         StateColour{"Focused", kMinimizeButtonId, ODS_FOCUS, RGB(70, 70, 95)}),
+                         [](const auto& colour) { return std::string(colour.param.name); });
 
 // The number of painted pixels. Text uses the system's font, so it can't be compared pixel by pixel.
-int InkOf(const test::Canvas& canvas) {
-  return canvas.Width() * canvas.Height() - canvas.Count(kTitleBarColor);
-}
+int InkOf(const test::Canvas& canvas) { return canvas.Width() * canvas.Height() - canvas.Count(kTitleBarColor); }
 
 TEST_F(ButtonPainter, DrawsTheTextOfFileAndHelp) {
   const test::Canvas file(35, 20), help(35, 20);
@@ -133,7 +129,7 @@ TEST_F(ButtonPainter, CentresTheGlyphInAnItemThatDoesNotBeginAtZero) {
   EXPECT_EQ(canvas.Pixel(19, 23), test::Canvas::kUntouched);
 }
 
-TEST_F(ButtonPainter, GivesTheDeviceContextItsPenBack) {
+TEST_F(ButtonPainter, RestoresThePenOfTheDeviceContext) {
   const test::Canvas canvas(kButtonWidth, kButtonHeight);
   const HGDIOBJ pen = GetCurrentObject(canvas.Dc(), OBJ_PEN);
   Paint(canvas, kCloseButtonId, 0);

@@ -375,7 +375,7 @@ struct CallerLines {
 };
 class TopAreaCallers : public Fullscreen, public testing::WithParamInterface<CallerLines> {};
 
-TEST_P(TopAreaCallers, LogInTheirOwnWords) {
+TEST_P(TopAreaCallers, LogTheirOwnTexts) {
   Window().ToggleFullscreen();
   LogCapture log;
   Inside(Window()).fullscreen_.RunTopAreaStep(7, GetParam().caller);

@@ -68,7 +68,7 @@ bool SendAndRun(FlutterDesktopMessengerRef messenger, const char* channel, const
   return realSend(messenger, channel, message, size);
 }
 
-TEST_F(NewWindow, OpenedByABroadcastsSendingHearsTheBroadcastToo) {
+TEST_F(NewWindow, OpenedDuringABroadcastReceivesItToo) {
   OpenWindow();
   OpenWindow();
   const ImportHook hook("flutter_windows.dll", "FlutterDesktopMessengerSend", reinterpret_cast<void*>(SendAndRun));

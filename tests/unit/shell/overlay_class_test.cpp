@@ -10,7 +10,7 @@ using test::Inside;
 
 class OverlayClass : public test::WindowTest {};
 
-TEST_F(OverlayClass, IsBlackHearsDoubleClicksAndHasNoIconsAndMenu) {
+TEST_F(OverlayClass, IsBlackReceivesDoubleClicksAndHasNoIconsAndMenu) {
   OpenWindow();
   WNDCLASSEXW registered{};
   registered.cbSize = sizeof registered;

@@ -52,7 +52,7 @@ TEST_F(OverlayInput, DestroyPostsNoQuit) {
   EXPECT_EQ(DrainQueue(), 0);
 }
 
-TEST_F(OverlayInput, ExtraButtonsTakeTheDefaultRoad) {
+TEST_F(OverlayInput, ExtraButtonsGetTheDefaultHandling) {
   Open();
   for (const UINT message : {WM_XBUTTONDOWN, WM_XBUTTONUP, WM_XBUTTONDBLCLK}) {
     Send(message, MAKEWPARAM(0, XBUTTON1));
@@ -81,7 +81,7 @@ TEST_F(OverlayInput, EscapeLeavesFullscreen) {
   EXPECT_EQ(log_.CountContaining("OverlayWindowProc: Escape pressed in fullscreen - exiting"), 1);
 }
 
-TEST_F(OverlayInput, EscapeOutsideFullscreenTravelsToFlutterLikeOtherKeys) {
+TEST_F(OverlayInput, EscapeOutsideFullscreenGoesToFlutterLikeOtherKeys) {
   Open();
   EXPECT_EQ(Send(WM_KEYDOWN, VK_ESCAPE), 1);
   DrainQueue();
@@ -118,7 +118,7 @@ TEST_F(OverlayInput, KeyWithNoViewAvailableReturnsOneAndIsLost) {
   EXPECT_TRUE(log_.Has("DEBUG OverlayWindowProc: Overlay processed keydown"));
 }
 
-TEST_F(OverlayInput, KeyWithoutAnEngineTakesTheDefaultRoad) {
+TEST_F(OverlayInput, KeyWithoutAnEngineGetsTheDefaultHandling) {
   Open();
   auto engine = std::move(window_->flutterEngine_);
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 0);
@@ -179,7 +179,7 @@ TEST_F(OverlayInput, KeyUpWhileAButtonIsHeldLeavesTheFocus) {
   EXPECT_EQ(GetFocus(), Inside(*window_).searchBox_);
 }
 
-TEST_F(OverlayInput, LogTellsWhetherTheOverlayCaptures) {
+TEST_F(OverlayInput, LogStatesWhetherTheOverlayCaptures) {
   Open();
   Send(WM_LBUTTONDOWN);
   EXPECT_EQ(log_.Count("DEBUG  [Overlay style: CAPTURES_INPUT]"), 1);
@@ -234,7 +234,7 @@ TEST_P(OverlayWheel, IsSentToTheViewWithoutAskingTheEngine) {
   EXPECT_TRUE(EngineOffered(GetParam()).empty());
 }
 
-TEST_P(OverlayWheel, WithNoViewAvailableTakesTheDefaultRoad) {
+TEST_P(OverlayWheel, WithNoViewAvailableGetsTheDefaultHandling) {
   Open();
   LoseTheView();
   Send(GetParam(), MAKEWPARAM(0, 120));
@@ -263,7 +263,7 @@ TEST_F(OverlayInput, KeyOnAnOlderOverlayReachesTheNewestView) {
   EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{FlutterChild(newest.flutterEngine_), WM_KEYDOWN, kKey}}));
 }
 
-TEST_F(OverlayInput, KeyAfterAFailedNewWindowTakesTheDefaultRoad) {
+TEST_F(OverlayInput, KeyAfterAFailedNewWindowGetsTheDefaultHandling) {
   Open();
   LoopbackFaults faults{};
   faults.fail_engine_create = 1;

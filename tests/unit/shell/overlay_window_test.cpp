@@ -304,7 +304,7 @@ LRESULT CALLBACK HandOnACopy(int code, WPARAM wParam, LPARAM lParam) {
   return CallNextHookEx(nullptr, code, wParam, reinterpret_cast<LPARAM>(&copy));
 }
 
-TEST_F(Overlay, SyncsOnceAMessageAlsoWhenTheChainHandsOnACopy) {
+TEST_F(Overlay, SyncsOnceAMessageEvenIfTheChainPassesACopyOn) {
   OpenWindow();
   const HHOOK between = SetWindowsHookExA(WH_CALLWNDPROC, HandOnACopy, nullptr, GetCurrentThreadId());
   ASSERT_TRUE(between);

@@ -117,7 +117,7 @@ class Process : public testing::Test {
   std::vector<std::unique_ptr<ImportHook>> hooks_;
 };
 
-TEST_F(Process, WithoutComSaysSoInABoxAndEndsWith1) {
+TEST_F(Process, WithoutComShowsABoxAndEndsWith1) {
   comResult = E_OUTOFMEMORY;
   EXPECT_EQ(Run(), 1);
   EXPECT_TRUE(InOrder(

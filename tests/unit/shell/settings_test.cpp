@@ -160,7 +160,7 @@ TEST_F(Settings, PerWindowAlwaysOnTopIsNotStored) {
   EXPECT_EQ(Stored(L"AlwaysOnTop"), Dword(0));
 }
 
-TEST_F(Settings, LoadGivesBackWhatSaveWroteAndLogsIt) {
+TEST_F(Settings, LoadReadsWhatSaveWroteAndLogsIt) {
   SetEveryMember();
   Inside(window_).commands_.SaveSettings();
   VantroWindow next(GetModuleHandleW(nullptr));
@@ -219,7 +219,7 @@ TEST_F(Settings, UnknownHardwareAccelerationIsLoadedKeptAndWrittenBackUnchanged)
   EXPECT_EQ(Stored(L"VLCHwAccel"), Text(L"vulkan"));
 }
 
-TEST_F(Settings, TextBeyondTheMenusAlphabetRoundTrips) {
+TEST_F(Settings, TextOutsideAsciiIsSavedAndLoaded) {
   Inside(window_).vlcAudioOutput_ = "g\xC3\xBCnstig \xF0\x9F\x8E\xAC";
   Inside(window_).commands_.SaveSettings();
   VantroWindow next(GetModuleHandleW(nullptr));

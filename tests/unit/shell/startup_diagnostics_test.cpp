@@ -97,11 +97,11 @@ TEST(VlcDiagnostics, MissingDirectoryWithoutASearchPathSaysSo) {
   EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING PATH environment variable not found or empty"));
 }
 
-DWORD WINAPI TellSizeOnly(const char*, char*, DWORD size) { return size == 0 ? 20 : 0; }
+DWORD WINAPI ReturnSizeOnly(const char*, char*, DWORD size) { return size == 0 ? 20 : 0; }
 
 TEST(VlcDiagnostics, SearchPathThatCannotBeReadIsAFailure) {
   const HiddenPath hidden(ProgramFolder());
-  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", reinterpret_cast<void*>(TellSizeOnly));
+  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", reinterpret_cast<void*>(ReturnSizeOnly));
   const LogCapture log;
   LogVlcRuntime();
   EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING Failed to get PATH environment variable"));
@@ -154,7 +154,7 @@ TEST(LibVlcLoad, LibraryWithoutItsFirstFunctionIsAnError) {
                                 "ERROR Failed to find libvlc_new function, error: 127"}));
 }
 
-TEST(BundleDiagnostics, CompleteBundleIsToldWithItsSizes) {
+TEST(BundleDiagnostics, CompleteBundleIsLoggedWithItsSizes) {
   test::BundleFixture bundle;
   bundle.AddFile("flutter_assets/kernel_blob.bin", 5);
   bundle.AddFile("flutter_assets/app.so", 7);

@@ -99,7 +99,7 @@ TEST_F(WindowStart, EveryWindowAnnouncesANewSession) {
   EXPECT_EQ(log_.Count("INFO === NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ==="), 2);
 }
 
-TEST_F(WindowStart, EveryWindowInstallsAHookOfItsOwn) {
+TEST_F(WindowStart, EveryWindowInstallsItsOwnHook) {
   VantroWindow& first = OpenWindow();
   VantroWindow& second = OpenWindow();
   EXPECT_NE(Inside(first).windowHook_, nullptr);
@@ -119,7 +119,7 @@ TEST_F(WindowStart, MissingAssetsAreWarningsOnly) {
   EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
 }
 
-TEST_F(WindowStart, WithoutIconResourcesTheSystemIconStandsIn) {
+TEST_F(WindowStart, WithoutIconResourcesTheSystemIconIsUsed) {
   OpenWindow();
   WNDCLASSEXW registered{};
   registered.cbSize = sizeof registered;

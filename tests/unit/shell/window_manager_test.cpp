@@ -25,7 +25,7 @@ class Windows : public test::WindowTest {
   static void Close(VantroWindow& window) { SendMessageA(window.hwnd_, WM_CLOSE, 0, 0); }
 };
 
-TEST_F(Windows, StandInTheOrderOfTheirRegistration) {
+TEST_F(Windows, AreInTheOrderOfTheirRegistration) {
   VantroWindow& first = OpenWindow();
   VantroWindow& second = OpenWindow();
   ASSERT_EQ(GetWindowRegistry().size(), 2u);

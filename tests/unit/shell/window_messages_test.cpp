@@ -157,7 +157,7 @@ TEST_F(MainWindow, UnservedMessageIsOfferedToTheEngineFirst) {
   EXPECT_EQ(EngineOffered(WM_APP + 7), (std::vector<SeenMessage>{{window_->hwnd_, WM_APP + 7, 3}}));
 }
 
-TEST_F(MainWindow, EraseAndActivationAndSizeCalculationTakeTheDefaultRoad) {
+TEST_F(MainWindow, EraseActivationAndSizeCalculationGetTheDefaultHandling) {
   Open();
   for (const UINT message : {WM_ACTIVATE, WM_NCCALCSIZE, WM_ERASEBKGND}) {
     loopback_.SetTopLevelResult(message, true, 42);
@@ -305,7 +305,7 @@ TEST_F(MainWindow, CommandLeavesTheFocusOfTheSearchBox) {
   EXPECT_EQ(GetFocus(), Inside(*window_).searchBox_);
 }
 
-TEST_F(MainWindow, LosingSearchBoxSendsTheFocusOnToTheView) {
+TEST_F(MainWindow, FocusTakenFromTheSearchBoxGoesToTheView) {
   Open();
   SetFocus(Inside(*window_).searchBox_);
   SetFocus(Inside(*window_).helpButton_);

@@ -39,7 +39,7 @@ HWND WINAPI OnCreateWindow(DWORD exStyle, const wchar_t* className, const wchar_
                            int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
   if (std::wstring(className) == L"VantroWindowClass" && !(style & WS_POPUP)) {
     Note("main window: " + test::ExStyleNames(exStyle) + " " + test::StyleNames(style) +
-         (x == CW_USEDEFAULT && y == CW_USEDEFAULT ? " at the system's choice " : " at a place of its own ") +
+         (x == CW_USEDEFAULT && y == CW_USEDEFAULT ? " at the system's choice " : " at a given place ") +
          std::to_string(width) + "x" + std::to_string(height) +
          (parent || menu || data ? " with parent, menu or data" : " alone"));
   }
@@ -47,7 +47,7 @@ HWND WINAPI OnCreateWindow(DWORD exStyle, const wchar_t* className, const wchar_
                      instance, data);
 }
 
-TEST_F(WindowOrders, NativeWindowIsPlainAndStandsWhereTheSystemPutsIt) {
+TEST_F(WindowOrders, NativeWindowIsPlainAndPlacedByTheSystem) {
   Hook("user32.dll", "CreateWindowExW", OnCreateWindow);
   OpenWindow();
   EXPECT_TRUE(log_.Has("DEBUG (call) main window: 0 WS_OVERLAPPEDWINDOW at the system's choice 1280x720 alone"));
@@ -135,7 +135,7 @@ void WINAPI OnGdiplusShutdown(ULONG_PTR token) {
   CallSystem("gdiplus.dll", "GdiplusShutdown", Gdiplus::GdiplusShutdown, token);
 }
 
-TEST_F(WindowOrders, EndGivesBackOverlayThenClassThenBrushesThenGdiplus) {
+TEST_F(WindowOrders, EndReleasesOverlayThenClassThenBrushesThenGdiplus) {
   OpenWindow();  // another window, so that the process is not asked to end
   auto window = BringUp();
   ending = window.get();
