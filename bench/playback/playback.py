@@ -144,7 +144,7 @@ class Program:
         """Returns the milliseconds until the first picture is drawn: from the request, and from the first libvlc
         call."""
         before = len(self.times.lines())
-        asked = clock()
+        requested = clock()
         self.play(url)
 
         def moments():
@@ -156,9 +156,10 @@ class Program:
         first_call = lines[0]["at"]
         picture = next(line["at"] for line in lines if line["what"] == "first_picture")
         # This also proves that both clocks are the same.
-        assert asked <= first_call <= picture <= clock(), lines
+        assert requested <= first_call <= picture <= clock(), lines
         play = next(line["at"] for line in lines if line["what"] == "play")
-        return {"request": (picture - asked) * 1000, "call": (picture - first_call) * 1000, "play": (play - asked) * 1000}
+        return {"request": (picture - requested) * 1000, "call": (picture - first_call) * 1000,
+                "play": (play - requested) * 1000}
 
 
 class HostProgram(Program):
@@ -231,10 +232,10 @@ class QuietHostProgram(HostProgram):
 
     def stop(self):
         """Returns the milliseconds until the request is answered."""
-        asked = clock()
+        requested = clock()
         self.quiet.send("stop")
         self.settle()
-        return (clock() - asked) * 1000
+        return (clock() - requested) * 1000
 
 
 def set_media(url):

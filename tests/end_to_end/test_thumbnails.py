@@ -15,13 +15,13 @@ WIDTH, HEIGHT = 320, 180
 BOUND = 1.5
 
 
-def ask(client, method, arguments=None):
+def request(client, method, arguments=None):
     return client.invoke(method, arguments, channel=THUMBNAIL_CHANNEL)
 
 
 def get_frame(client, url, time_seconds, **other):
-    return ask(client, "getFrame", {"mediaId": "film", "proxyUrl": url, "timeSeconds": time_seconds, "width": WIDTH,
-                                    "height": HEIGHT, **other})
+    return request(client, "getFrame", {"mediaId": "film", "proxyUrl": url, "timeSeconds": time_seconds, "width": WIDTH,
+                                        "height": HEIGHT, **other})
 
 
 def pixels(*source, picture=None):
@@ -44,7 +44,7 @@ def png_size(data):
 def worker(player_host):
     """Returns the client of a host whose thumbnail worker is ready."""
     client = player_host().client
-    assert ask(client, "initialize") is True
+    assert request(client, "initialize") is True
     return client
 
 
@@ -100,10 +100,10 @@ def test_frames_are_taken_only_between_initialize_and_dispose(player_host, serve
     not_ready = {"success": False, "error": "Worker not initialized"}
     url = server.url("tracks.mp4")
     assert get_frame(client, url, 1.2) == not_ready
-    assert [ask(client, "initialize"), ask(client, "initialize")] == [True, True]
-    assert [ask(client, "dispose"), ask(client, "dispose")] == [None, None]
+    assert [request(client, "initialize"), request(client, "initialize")] == [True, True]
+    assert [request(client, "dispose"), request(client, "dispose")] == [None, None]
     assert get_frame(client, url, 1.2) == not_ready
-    assert ask(client, "initialize") is True
+    assert request(client, "initialize") is True
     assert get_frame(client, url, 1.2)["success"] is True
 
 
@@ -111,7 +111,7 @@ def test_bad_requests_are_refused(worker):
     for arguments, message in ((None, "Invalid arguments"), (["film"], "Invalid arguments"),
                                ({"mediaId": "film"}, "Missing required arguments")):
         with pytest.raises(MethodError) as refused:
-            ask(worker, "getFrame", arguments)
+            request(worker, "getFrame", arguments)
         assert refused.value == MethodError("INVALID_ARGS", message)
     with pytest.raises(NotImplementedByHost):
-        ask(worker, "getframe")
+        request(worker, "getframe")

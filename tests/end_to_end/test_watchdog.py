@@ -33,7 +33,7 @@ class Record:
 
     lines: list
     events: list
-    asked: dict  # the wedged tile's name: requests before its reload, and in total
+    requests: dict  # the wedged tile's name: requests before its reload, and in total
     frozen_plays: bool  # read after the events, when the original tile was the single view again
 
     def stalls(self, fragment=""):
@@ -65,7 +65,7 @@ def open_window(prefix, folder, client):
     return client.engines[-1]
 
 
-def asked(server, tile):
+def request_count(server, tile):
     return sum(f"tile={tile} " in line for line in server.requests())
 
 
@@ -99,7 +99,7 @@ def record(wine_prefix, streams, tmp_path_factory):
         for window in (SOUND_STOPS, GRID, HOPELESS_GRID):
             assert open_window(wine_prefix, folder / f"launch{window}", client) == window
         play_all(client, server, hopeless)
-        before = {name: asked(server, name) for name in ("video", "audio")}
+        before = {name: request_count(server, name) for name in ("video", "audio")}
         for name in before:
             host.wait_for_log(f"mv_{name} wedge persisted")
         for window in (PICTURES_STOP, SOUND_STOPS):
@@ -107,8 +107,9 @@ def record(wine_prefix, streams, tmp_path_factory):
                 "onPaused") == 2, "a second nudge")
         counts = {}
         for name, count in before.items():
-            client.poll(lambda: asked(server, name), lambda now: now > count, f"the tile {name}'s second request")
-            counts[name] = (count, asked(server, name))
+            client.poll(lambda: request_count(server, name), lambda now: now > count,
+                        f"the tile {name}'s second request")
+            counts[name] = (count, request_count(server, name))
         client.wait_for("onError", engine=HOPELESS_GRID)
         events = client.since()
         assert client.invoke("disableMultiView", engine=GRID) is True
@@ -151,7 +152,7 @@ def test_a_tile_is_nudged_and_then_reloaded_three_seconds_later(record, tile, re
 
 @pytest.mark.parametrize("tile, reason", TILES)
 def test_a_reloaded_tile_requests_its_stream_again(record, tile, reason):
-    before, in_all = record.asked[tile]
+    before, in_all = record.requests[tile]
     assert 0 < before < in_all
 
 

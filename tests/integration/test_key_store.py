@@ -4,7 +4,7 @@ import pytest
 
 from vantro_interface.codec import MethodError
 
-ASK = "getDatabaseEncryptionKey"
+GET_KEY = "getDatabaseEncryptionKey"
 
 
 @pytest.fixture
@@ -16,7 +16,7 @@ def key_file(wine_prefix):
 def key_of_a_new_run(host):
     """Returns the key of a fresh start of the executable, which then ends normally."""
     vantro = host()
-    key = vantro.client.invoke(ASK)
+    key = vantro.client.invoke(GET_KEY)
     assert vantro.quit() == 0
     return key
 
@@ -24,10 +24,10 @@ def key_of_a_new_run(host):
 def test_the_first_call_makes_a_key_and_every_later_one_returns_it(host, key_file):
     assert not key_file.parent.exists()
     client = host().client
-    key = client.invoke(ASK)
+    key = client.invoke(GET_KEY)
     assert isinstance(key, bytes) and len(key) == 32
     assert key_file.exists()
-    assert client.invoke(ASK) == key
+    assert client.invoke(GET_KEY) == key
 
 
 def test_the_key_is_the_same_after_a_restart(host):
@@ -36,7 +36,7 @@ def test_the_key_is_the_same_after_a_restart(host):
 
 def test_the_key_is_the_same_after_a_process_was_killed(host):
     vantro = host()
-    key = vantro.client.invoke(ASK)
+    key = vantro.client.invoke(GET_KEY)
     vantro.kill()
     assert key_of_a_new_run(host) == key
 
@@ -64,7 +64,7 @@ def test_a_damaged_file_is_replaced_by_a_new_lasting_key(host, key_file, damage)
     lost = key_of_a_new_run(host)
     key_file.write_bytes(damage(key_file.read_bytes()))
     vantro = host()
-    new = vantro.client.invoke(ASK)
+    new = vantro.client.invoke(GET_KEY)
     assert new != lost and len(new) == 32
     assert "ERROR DatabaseKeyStore: CryptUnprotectData failed" in vantro.log
     assert vantro.quit() == 0
@@ -73,10 +73,10 @@ def test_a_damaged_file_is_replaced_by_a_new_lasting_key(host, key_file, damage)
 
 def test_a_removed_folder_is_made_again_with_a_new_key(host, key_file):
     client = host().client
-    lost = client.invoke(ASK)
+    lost = client.invoke(GET_KEY)
     key_file.unlink()
     key_file.parent.rmdir()
-    new = client.invoke(ASK)
+    new = client.invoke(GET_KEY)
     assert new != lost
     assert key_file.exists()
 
@@ -85,5 +85,5 @@ def test_a_key_that_cannot_be_stored_is_not_returned(host, key_file):
     key_file.mkdir(parents=True)  # a folder with the file's name
     client = host().client
     with pytest.raises(MethodError):
-        client.invoke(ASK)
+        client.invoke(GET_KEY)
     assert key_file.is_dir()

@@ -59,8 +59,9 @@ def test_a_clients_request_reaches_only_the_master(host):
     client = with_windows(host, 3)
     mark = client.mark()
     assert client.invoke("requestProviderData", engine=3) is True
-    asked = [(event.engine, event.arguments) for event in client.since(mark) if event.method == "providerDataRequested"]
-    assert asked == [(1, None)]
+    requested = [(event.engine, event.arguments) for event in client.since(mark)
+                 if event.method == "providerDataRequested"]
+    assert requested == [(1, None)]
 
 
 @pytest.mark.parametrize("count", [3, 8])

@@ -138,14 +138,14 @@ def wine(name, folder="player"):
     return Program(name, WINDOWS_PRESET, folder, (), "")
 
 
-def test_programs_that_visit_the_line_are_asked_and_those_of_its_folder_first():
+def test_programs_that_visit_the_line_run_and_those_of_its_folder_run_first():
     visited = {"a_test": {PRODUCT_FILE: {2, 3}}, "b_test": {PRODUCT_FILE: {2}}, "c_test": {PRODUCT_FILE: {3}}}
     table = reach.Reach([wine("a_test", "shell"), wine("b_test"), wine("c_test")], visited, {PRODUCT_FILE: {2, 3}})
     second_line = next(mutant for mutant in mutants(PRODUCT_FILE, PRODUCT) if mutant.line == 2)
     assert [program.name for program in table.programs_for(second_line)] == ["b_test", "a_test"]
 
 
-def test_a_program_that_noticed_a_change_of_the_file_is_asked_before_others():
+def test_a_program_that_noticed_a_change_of_the_file_runs_before_others():
     visited = {"a_test": {PRODUCT_FILE: {2}}, "b_test": {PRODUCT_FILE: {2}}}
     table = reach.Reach([wine("a_test"), wine("b_test")], visited, {PRODUCT_FILE: {2}})
     mutant = mutants(PRODUCT_FILE, PRODUCT)[0]

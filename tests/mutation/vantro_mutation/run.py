@@ -124,7 +124,7 @@ def arguments():
     parser.add_argument("--seed", type=int, default=None, help="which changes are drawn (random unless given)")
     parser.add_argument("--count", type=int, default=None, help="how many changes are judged (all unless given)")
     parser.add_argument("--workers", type=int, default=min(2, os.cpu_count() or 1), help="copies that work side by side")
-    parser.add_argument("--programs", metavar="NAME,...", help="ask only these unit test programs")
+    parser.add_argument("--programs", metavar="NAME,...", help="run only these unit test programs")
     parser.add_argument("--no-integration", action="store_true", help="leave the integration tests out")
     parser.add_argument("--resume", action="store_true", help="keep what an earlier run on the same sources has judged")
     parser.add_argument("--list", action="store_true", help="print the changes that would be drawn, and do nothing")
