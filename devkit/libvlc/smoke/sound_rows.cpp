@@ -12,7 +12,7 @@ constexpr char kNoWindow[] = ":vout=vdummy";
 
 // Returns the level of a player's sound in the last whole second, full scale 1. Waits for two lines of the log, because
 // the first covers earlier sound. Returns -1 if there is no such line.
-double Heard(Trial& trial, void* player) {
+double Loudness(Trial& trial, void* player) {
   auto lines = [&] {
     char wanted[64];
     snprintf(wanted, sizeof wanted, "\"player\":\"%016llX\"",
@@ -71,23 +71,23 @@ void OneSession(Trial& trial) {
                    vlc.SetVolume(players.second.player, -1) == -1,
                "a volume is taken, a negative one refused");
   trial.Expect(vlc.GetVolume(players.first.player) == 0, "the last volume is that of both");
-  trial.Expect(IsSilent(Heard(trial, players.first.player)), "neither is heard");
+  trial.Expect(IsSilent(Loudness(trial, players.first.player)), "neither is heard");
   vlc.SetVolume(players.first.player, 100);
   vlc.SetMute(players.first.player, 1);
   trial.Expect(vlc.GetMute(players.second.player) == 1, "the last mute is that of both");
   vlc.SetMute(players.second.player, 0);
   trial.Expect(vlc.GetMute(players.first.player) == 0, "so is its end");
-  trial.Expect(Heard(trial, players.first.player) > 0.01, "both are heard");
-  trial.Expect(Heard(trial, players.second.player) > 0.01, "the other as well");
+  trial.Expect(Loudness(trial, players.first.player) > 0.01, "both are heard");
+  trial.Expect(Loudness(trial, players.second.player) > 0.01, "the other as well");
 }
 
 void SessionHolds(Trial& trial) {
   Session session(trial.vlc, trial.instance);
   trial.vlc.SetVolume(session.player, 0);
   session.PlayUntilTimes(trial.Url("tracks.mp4"), kNoWindow);
-  trial.Expect(IsSilent(Heard(trial, session.player)), "sound begins with the volume of the process");
+  trial.Expect(IsSilent(Loudness(trial, session.player)), "sound begins with the volume of the process");
   trial.vlc.SetVolume(session.player, 100);
-  trial.Expect(Heard(trial, session.player) > 0.01, "and is heard with 100");
+  trial.Expect(Loudness(trial, session.player) > 0.01, "and is heard with 100");
 }
 
 void PerPlayer(Trial& trial) {
@@ -96,19 +96,19 @@ void PerPlayer(Trial& trial) {
   vlc.SetVolume(players.first.player, 0);
   vlc.SetMute(players.second.player, 1);
   trial.Expect(players.Play(trial), "both play");
-  trial.Expect(Heard(trial, players.first.player) > 0.01 && Heard(trial, players.second.player) > 0.01,
+  trial.Expect(Loudness(trial, players.first.player) > 0.01 && Loudness(trial, players.second.player) > 0.01,
                "what was set before the sound does not count");
   trial.Expect(vlc.GetVolume(players.first.player) == 100 && vlc.GetMute(players.second.player) == 0,
                "and is not read any more");
   vlc.SetVolume(players.first.player, 0);
   vlc.SetMute(players.second.player, 0);
   trial.Expect(vlc.GetVolume(players.second.player) == 100, "a volume is its player's alone");
-  trial.Expect(IsSilent(Heard(trial, players.first.player)), "the one at 0 is silent");
-  trial.Expect(Heard(trial, players.second.player) > 0.01, "the other is heard");
+  trial.Expect(IsSilent(Loudness(trial, players.first.player)), "the one at 0 is silent");
+  trial.Expect(Loudness(trial, players.second.player) > 0.01, "the other is heard");
   vlc.SetMute(players.second.player, 1);
   trial.Expect(vlc.GetMute(players.first.player) == 0, "a mute is its player's alone");
   players.first.PlayUntilTimes(trial.Url("tracks.mp4"), kNoWindow);
-  trial.Expect(Heard(trial, players.first.player) > 0.01, "the next sound begins with 100 again");
+  trial.Expect(Loudness(trial, players.first.player) > 0.01, "the next sound begins with 100 again");
 }
 
 void MuteStays(Trial& trial) {
@@ -121,7 +121,7 @@ void MuteStays(Trial& trial) {
       trial.vlc.SetVolume(session.player, 80);
       trial.Expect(trial.vlc.GetMute(session.player) == 1 && trial.vlc.GetVolume(session.player) == 80,
                    std::string(output) + ": a volume leaves the mute");
-      trial.Expect(IsSilent(Heard(trial, session.player)), std::string(output) + ": nothing is heard");
+      trial.Expect(IsSilent(Loudness(trial, session.player)), std::string(output) + ": nothing is heard");
       trial.vlc.SetMute(session.player, 0);
       trial.vlc.SetVolume(session.player, 100);
     }

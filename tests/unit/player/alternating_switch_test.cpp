@@ -25,7 +25,7 @@ TEST(AlternatingSwitch, ATurnToTheCurrentStateIsNone) {
 }
 
 // Records each turn that is carried out.
-struct Scribe {
+struct Recorder {
   void operator()(bool on) const { written += on ? '+' : '-'; }
   std::string& written;
 };
@@ -34,9 +34,9 @@ TEST(AlternatingSwitch, ATurnAfterAFinishedOneIsCarriedOutByTheCaller) {
   AlternatingSwitch light;
   std::string written;
   light.TurnTo(true);
-  light.CarryOutTurns(true, Scribe{written});
+  light.CarryOutTurns(true, Recorder{written});
   EXPECT_EQ(light.TurnTo(false), Turn::kOwn);
-  light.CarryOutTurns(false, Scribe{written});
+  light.CarryOutTurns(false, Recorder{written});
   EXPECT_FALSE(light);
   EXPECT_EQ(written, "+-");
 }
@@ -47,7 +47,7 @@ TEST(AlternatingSwitch, TurnsDuringAnotherTurnAreCarriedOutByThatThread) {
   EXPECT_EQ(light.TurnTo(true), Turn::kOwn);
   EXPECT_EQ(light.TurnTo(false), Turn::kByAnother);
   EXPECT_EQ(light.TurnTo(true), Turn::kByAnother);
-  light.CarryOutTurns(true, Scribe{written});
+  light.CarryOutTurns(true, Recorder{written});
   EXPECT_EQ(written, "+-+");
   EXPECT_TRUE(light);
 }
@@ -71,7 +71,7 @@ TEST(AlternatingSwitch, TurnsOfManyThreadsAreCarriedOutOneByOne) {
   AlternatingSwitch light;
   std::string written;  // written only by the thread that carries out the turns
   const auto turn = [&](bool on) {
-    if (light.TurnTo(on) == Turn::kOwn) light.CarryOutTurns(on, Scribe{written});
+    if (light.TurnTo(on) == Turn::kOwn) light.CarryOutTurns(on, Recorder{written});
   };
   std::vector<std::thread> threads;
   for (int index = 0; index < 4; ++index) {

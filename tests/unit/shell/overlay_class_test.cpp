@@ -28,7 +28,7 @@ TEST_F(OverlayClass, IsBlackReceivesDoubleClicksAndHasNoIconsAndMenu) {
 class HookChain : public test::WindowTest {
  protected:
   // Returns the hook that the procedure passes to CallNextHookEx for a move of the newest window.
-  static HHOOK HandedOnFor(const VantroWindow& newest) {
+  static HHOOK HookPassedOnFor(const VantroWindow& newest) {
     CWPSTRUCT sent{0, 0, WM_MOVE, newest.hwnd_};
     const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(ChangeTheNewest));
     const ImportHook next("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNext));
@@ -54,14 +54,14 @@ TEST_F(HookChain, PassesOnWithTheNewestWindowsHookAfterTheSync) {
   VantroWindow& other = OpenWindow();
   VantroWindow& newest = OpenWindow();
   next_ = &other;
-  EXPECT_EQ(HandedOnFor(newest), Inside(other).windowHook_);
+  EXPECT_EQ(HookPassedOnFor(newest), Inside(other).windowHook_);
   VantroWindow::instance_ = &newest;
 }
 
 TEST_F(HookChain, PassesOnWithNoHookWhenTheSyncEndedTheNewestWindow) {
   VantroWindow& newest = OpenWindow();
   next_ = nullptr;
-  EXPECT_EQ(HandedOnFor(newest), nullptr);
+  EXPECT_EQ(HookPassedOnFor(newest), nullptr);
   VantroWindow::instance_ = &newest;
 }
 

@@ -299,14 +299,14 @@ TEST_F(Overlay, ShowingReachesTheNewestWindowOnly) {
 }
 
 // A hook of another program that passes on a copy of the message.
-LRESULT CALLBACK HandOnACopy(int code, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK PassACopyOn(int code, WPARAM wParam, LPARAM lParam) {
   CWPSTRUCT copy = *reinterpret_cast<const CWPSTRUCT*>(lParam);
   return CallNextHookEx(nullptr, code, wParam, reinterpret_cast<LPARAM>(&copy));
 }
 
 TEST_F(Overlay, SyncsOnceAMessageEvenIfTheChainPassesACopyOn) {
   OpenWindow();
-  const HHOOK between = SetWindowsHookExA(WH_CALLWNDPROC, HandOnACopy, nullptr, GetCurrentThreadId());
+  const HHOOK between = SetWindowsHookExA(WH_CALLWNDPROC, PassACopyOn, nullptr, GetCurrentThreadId());
   ASSERT_TRUE(between);
   VantroWindow& newest = OpenWindow();
   const int before = SyncsLogged(log_);
