@@ -30,7 +30,7 @@ if(WIN32)
     _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN
     # printf with %zu, %lld and %f as the standard has them.
     __USE_MINGW_ANSI_STDIO=1)
-  # GetProcAddress hands out one function type for all; the Win32 headers' macros (MAKEINTRESOURCE) cast in C style.
+  # GetProcAddress returns one function type for all functions; the Win32 headers' macros (MAKEINTRESOURCE) cast in C style.
   vantro_flags_if_known(-Wno-cast-function-type)
   # Static runtime: the exe needs no compiler library beside it. No time stamp: equal sources give equal bytes.
   foreach(flag -static -Wl,--no-insert-timestamp)
@@ -45,12 +45,12 @@ option(VANTRO_PDB "Write NAME.pdb into the build folder: the symbols that Window
 if(VANTRO_PDB)
   # The system's own thread-local variables: clang's CodeView names a symbol that an emulated one does not have.
   target_compile_options(vantro_flags INTERFACE -g -gcodeview -ffile-compilation-dir=. -fno-emulated-tls)
-  # A program names its PDB without a folder. The PDB has the same bytes in every build folder, and so has its id, which is
-  # made of them and stands in the program.
+  # A program names its PDB without a folder. The PDB has the same bytes in every build folder. So has its id, which is
+  # computed from them and stored in the program.
   target_link_options(vantro_flags INTERFACE
     "LINKER:--pdb=$<TARGET_PROPERTY:NAME>.pdb"
     "LINKER:-Xlink=-pdbaltpath:$<TARGET_PROPERTY:NAME>.pdb"
     "LINKER:-Xlink=-pdbsourcepath:C:/vantro"
-    # Without functions that nothing calls: lld keeps them otherwise, a fifth of the program.
+    # Removes functions that nothing calls. lld keeps them otherwise, a fifth of the program.
     "LINKER:--gc-sections")
 endif()
