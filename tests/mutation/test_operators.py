@@ -103,6 +103,11 @@ def test_a_change_knows_its_lines():
     ("rect.a = 0;", "rect.b = Measure(rect);", False),
     ("a += 1;", "b = 2;", False),
     ("Call();", "b = 2;", False),
+    ('LOG_INFO("%p (closing)", static_cast<void*>(&window));', "closing = true;", True),
+    ("closing = true;", 'LOG_INFO("text %s", name.c_str());', True),
+    ('LOG_INFO("%d", closing);', "closing = true;", False),
+    ('LOG_INFO("%d", IsClosing());', "closing = true;", False),
+    ('LOG_INFO("text");', "closing = IsClosing();", False),
 ])
 def test_assignments_are_independent_when_neither_uses_the_other(first, second, expected):
     assert are_independent(first, second) is expected

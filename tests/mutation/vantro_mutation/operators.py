@@ -45,10 +45,26 @@ def collapse(text):
     return " ".join(text.split())
 
 
+# What a log statement may contain besides its values: a cast, or a read of a text, handle or number of elements.
+PLAIN_READ = re.compile(r"static_cast<[^>]*>\(|\.(?:c_str|get|size)\(\)")
+
+
+def logs_apart_from(log, assignment):
+    """Whether a log statement makes no call and does not use what the assignment changes or computes."""
+    arguments = PLAIN_READ.sub(" ", log.rsplit('"', 1)[-1])
+    return "(" not in arguments and "(" not in assignment["value"] and \
+        not re.search(rf"\b{re.escape(assignment['target'].split('.')[0])}\b", arguments)
+
+
 def are_independent(first, second):
-    """Whether two statements are assignments whose order has no effect: to different variables without a call, or to
-    different members of one local object with a call in one of them."""
+    """Whether the order of two statements has no effect: assignments to different variables without a call, or to
+    different members of one local object with a call in one of them, or a log statement and an assignment that it does
+    not use."""
     one, other = ASSIGNMENT.match(first), ASSIGNMENT.match(second)
+    if one and second.startswith("LOG_"):
+        return logs_apart_from(second, one)
+    if other and first.startswith("LOG_"):
+        return logs_apart_from(first, other)
     if not one or not other or one["target"] == other["target"]:
         return False
     calls = ("(" in one["value"]) + ("(" in other["value"])
