@@ -49,7 +49,7 @@ class MethodChannelHandler {
   static std::string ResolveNativeMarkerPath();
   NativeMarkerState ReadNativeMarker() const;
   void WriteNativeMarker(bool running, std::string_view lastAction, int64_t lastActionTs) const;
-  // If the last session crashed or was killed, tells the interface. Then marks this session as running.
+  // If the last session crashed or was killed, sends the interface a notice. Then marks this session as running.
   void HandleStartupMarker();
 
   std::string markerPath_;  // if empty, the marker is neither read nor written

@@ -1,4 +1,4 @@
-// The requests of the grid. The player does the work. The requests read and check the arguments, answer, and tell the
+// The requests of the grid. The player does the work. The requests read and check the arguments, answer, and ask the
 // interface to show or hide its overlay.
 #include "channel/argument_readers.h"
 #include "channel/request_handlers.h"
@@ -45,7 +45,7 @@ bool DisableMultiView(MethodChannelHandler& handler, const MethodCall&, MethodRe
   return true;
 }
 
-// Like disableMultiView, but the interface is not told to hide its overlay.
+// Like disableMultiView, but does not ask the interface to hide its overlay.
 bool MvExitFullscreen(MethodChannelHandler& handler, const MethodCall&, MethodResult& result) {
   if (!handler.vlcPlayer_) return RefuseWithoutPlayer(result);
   return Reply(result, handler.vlcPlayer_->DisableMultiView());

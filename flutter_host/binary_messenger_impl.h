@@ -13,7 +13,7 @@ namespace vantro {
 // A reference to the embedding's messenger, released with its owner.
 using MessengerReference = std::unique_ptr<FlutterDesktopMessenger, decltype(&FlutterDesktopMessengerRelease)>;
 
-// Holds a reference to the embedding's messenger. A shared pointer owns this object, so that channels can tell when it
+// Holds a reference to the embedding's messenger. A shared pointer owns this object, so that channels can see when it
 // is gone. It must be destroyed after its engine: until then the embedding holds the addresses of the handlers.
 //
 // Send takes no lock and does not check whether the engine still exists: libvlc's threads also call it, and the

@@ -107,7 +107,7 @@ struct EncodableEntry {
   EncodableValue key;
   EncodableValue value;
 };
-static_assert(sizeof(EncodableEntry) == 2 * sizeof(EncodableValue), "an entry lies in memory as two values");
+static_assert(sizeof(EncodableEntry) == 2 * sizeof(EncodableValue), "an entry has the size of two values");
 
 // Sorts by key. Of entries with equal keys, keeps the key of the first with the value of the last. Returns how many
 // entries are left, at the front.

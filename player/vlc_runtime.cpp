@@ -19,7 +19,7 @@ bool MeansAbsent(DWORD error) {
          error == ERROR_BAD_NETPATH || error == ERROR_DIRECTORY;
 }
 
-// Tests whether a path exists, and throws if the system cannot tell. Calls Windows directly, because
+// Tests whether a path exists, and throws if the system cannot say. Calls Windows directly, because
 // std::filesystem::exists with this C library takes every failure for absence.
 bool Exists(const std::string& path) {
   if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES) return true;

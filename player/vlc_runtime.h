@@ -14,8 +14,8 @@ std::string GetExeDirectory();
 
 // Returns the directory that is logged as VLC's. The first of these that exists: the folder "vlc" or "lib\vlc" beside
 // the executable, the executable's own directory if it contains libvlc.dll, an installed VLC (64-bit, then 32-bit). If
-// none exists, the executable's own directory. Throws std::filesystem::filesystem_error if the system cannot tell
-// whether one of them exists.
+// none exists, the executable's own directory. Throws std::filesystem::filesystem_error if the system cannot
+// say whether one of them exists.
 std::string GetVlcPath();
 
 // Prepares an installed VLC for use. Sets VLC_PLUGIN_PATH to its plugins, makes a folder "plugins" beside the

@@ -9,9 +9,10 @@
 
 namespace vantro::runtime {
 
-// libvlc_new, with waveout for an output that the library doesn't have, if it has waveout. Only an instance can tell the
-// library's outputs: the first one of the process that names an output is asked, and made again if it needs waveout; the
-// later ones are made right at once. The real library must be usable. Any thread.
+// Calls libvlc_new. If the arguments name an output that the library does not have, waveout takes its place, if the
+// library has waveout. Only an instance lists the library's outputs. So the first instance of the process that names an
+// output is created, asked, and created again if it needs waveout. Later instances are created right at once. The real
+// library must be usable. Any thread.
 Instance* NewInstance(int count, const char* const* arguments);
 
 }  // namespace vantro::runtime

@@ -1,4 +1,4 @@
-// The socket to the interface, which is a program that stands in for the Dart side.
+// The socket to the interface, which is a program in place of the Dart side.
 //
 // The socket is opened when VANTRO_LOOPBACK_PORT is set. The first engine then listens on 127.0.0.1 at that port; 0
 // means any free port. The chosen port is written to the file that VANTRO_LOOPBACK_PORT_FILE names. One interface is
