@@ -2,13 +2,13 @@
 
 import re
 import subprocess
+import sys
 import uuid
 import zipfile
 
 import pefile
 import pytest
 
-from tests.support import minidump
 from vantro_interface import host as hosts
 
 DUMP = "Vantro_Crash.dmp"
@@ -63,12 +63,21 @@ def offset_of(pdb, program, name):
     return pefile.PE(program, fast_load=True).sections[section - 1].VirtualAddress + offset
 
 
-def symbolize(program, pdb, address, folder):
-    """The output of llvm-symbolizer for an address. It has only the shipped program and its PDB."""
+def symbolize(program, pdb, offset, folder):
+    """Returns what llvm-symbolizer prints for an offset, with only the shipped program and its PDB in the folder."""
     for file in (program, pdb):
         (folder / file.name).write_bytes(file.read_bytes())
-    return subprocess.run(["llvm-symbolizer", "--no-inlines", f"--obj={folder / program.name}", hex(address)], check=True,
-                          capture_output=True, text=True).stdout
+    return subprocess.run(["llvm-symbolizer", "--relative-address", "--no-inlines", f"--obj={folder / program.name}", offset],
+                          check=True, capture_output=True, text=True).stdout
+
+
+def code_and_place(dump):
+    """Returns the code, the module and the offset that the command of docs/field-failures.md prints for a dump."""
+    command = [sys.executable, "-m", "tests.support.minidump", dump]
+    printed = subprocess.run(command, cwd=hosts.ROOT, check=True, capture_output=True, text=True).stdout
+    code, place = printed.strip().split(" ", 1)
+    module, offset = place.rsplit(" ", 1)
+    return int(code, 0), module, offset
 
 
 @pytest.mark.time_limit(240)
@@ -81,10 +90,15 @@ def test_pdb_names_the_function_where_the_shipped_executable_crashed(host, packa
     vantro.prefix.run(TOOL, "fault", vantro.pid, hex(start))
     assert vantro.client.poll(lambda: vantro.client.windows("#32770"), len, "a message box", DUMP_LIMIT)
 
-    dump = minidump.read(vantro.folder / DUMP)
-    assert dump.code == ACCESS_VIOLATION
-    module = dump.module_at_fault()
-    assert module.name.split("\\")[-1] == "vantro.exe"
-    symbol = symbolize(program, pdb, dump.address - module.base + preferred, tmp_path)
-    assert symbol.splitlines()[0].startswith(FUNCTION), symbol
-    assert re.search(rf"{SOURCE}:\d+", symbol)
+    code, module, offset = code_and_place(vantro.folder / DUMP)
+    assert code == ACCESS_VIOLATION
+    assert module.split("\\")[-1] == "vantro.exe"
+    named = symbolize(program, pdb, offset, tmp_path)
+    assert named.splitlines()[0].startswith(FUNCTION), named
+    assert re.search(rf"{SOURCE}:\d+", named)
+
+
+def test_document_names_the_commands_that_read_a_dump():
+    page = (hosts.ROOT / "docs/field-failures.md").read_text()
+    assert "python3 -m tests.support.minidump Vantro_Crash.dmp" in page
+    assert "llvm-symbolizer --relative-address --obj=FOLDER/vantro.exe OFFSET" in page

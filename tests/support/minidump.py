@@ -1,7 +1,12 @@
-"""Reads the exception and the modules of a minidump."""
+"""Reads the exception and the modules of a minidump.
+
+python3 -m tests.support.minidump DUMP prints the code of the exception, and the module and the offset in it where it
+happened.
+"""
 
 import pathlib
 import struct
+import sys
 from dataclasses import dataclass
 
 MODULE_LIST_STREAM = 4
@@ -24,9 +29,13 @@ class Minidump:
     modules: tuple
 
     def module_at_fault(self):
-        """The module that contains the faulting address."""
-        [module] = [module for module in self.modules if 0 <= self.address - module.base < module.size]
-        return module
+        """Returns the module that contains the faulting address, or None for an address outside all modules."""
+        return next((module for module in self.modules if 0 <= self.address - module.base < module.size), None)
+
+    def __str__(self):
+        module = self.module_at_fault()
+        place = f"{module.name} {self.address - module.base:#x}" if module else f"no module {self.address:#x}"
+        return f"{self.code:#010x} {place}"
 
 
 def _streams(data):
@@ -52,3 +61,7 @@ def read(path):
     streams = _streams(data)
     _, _, code, _, _, address = struct.unpack_from("<IIIIQQ", data, streams[EXCEPTION_STREAM])
     return Minidump(code, address, tuple(_modules(data, streams[MODULE_LIST_STREAM])))
+
+
+if __name__ == "__main__":
+    print(read(sys.argv[1]))
