@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "shell/vantro_window.h"
+#include "tests/support/flag_names.h"
 #include "tests/support/import_hook.h"
 #include "tests/unit/channel/player_channel.h"
 
@@ -58,12 +59,12 @@ class ViewCalls {
 
  private:
   static BOOL WINAPI Show(HWND window, int command) {
-    current->lines_.push_back("show " + std::to_string(command));
+    current->lines_.push_back("show " + ShowCommand(command));
     return reinterpret_cast<decltype(&ShowWindow)>(current->show_.Original())(window, command);
   }
   static BOOL WINAPI SetLayered(HWND window, COLORREF key, BYTE alpha, DWORD flags) {
-    current->lines_.push_back("key " + std::to_string(key) + " alpha " + std::to_string(alpha) + " flags " +
-                              std::to_string(flags));
+    current->lines_.push_back("key " + std::to_string(key) + " alpha " + std::to_string(alpha) +
+                              (flags == LWA_ALPHA ? " LWA_ALPHA" : " other flags"));
     return reinterpret_cast<decltype(&SetLayeredWindowAttributes)>(current->setLayered_.Original())(window, key, alpha,
                                                                                                     flags);
   }
@@ -80,14 +81,14 @@ TEST_F(ViewRequests, HideAndShowUseTheirOwnCommandsOfShowWindow) {
   const ViewCalls calls;
   Ask("hideFlutterView");
   Ask("showFlutterView");
-  EXPECT_THAT(calls.Lines(), ElementsAre("show 0", "show 5"));
+  EXPECT_THAT(calls.Lines(), ElementsAre("show SW_HIDE", "show SW_SHOW"));
 }
 
 TEST_F(ViewRequests, AlphaIsSetWithoutAColourKeyAndOnlyBelowOne) {
   const ViewCalls calls;
   SetLevel(Value(0.5));
   SetLevel(Value(1.0));
-  EXPECT_THAT(calls.Lines(), ElementsAre("key 0 alpha 127 flags 2"));
+  EXPECT_THAT(calls.Lines(), ElementsAre("key 0 alpha 127 LWA_ALPHA"));
 }
 
 TEST_F(ViewRequests, AlphaKeepsTheOtherExtendedStyles) {

@@ -1,8 +1,13 @@
 // The overlay's creation, its position, its raise, and its change from click-through to capturing input; and the hook
 // that follows the newest window.
 #include <dwmapi.h>
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
 
 #include "shell/window_manager.h"
+#include "tests/support/flag_names.h"
 #include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
@@ -12,24 +17,28 @@ namespace {
 using test::ClientRectOnScreen;
 using test::DrainQueue;
 using test::ImportHook;
+using test::InsertAfter;
 using test::Inside;
+using test::PlacementFlags;
 using test::WindowRectOf;
 using test::operator==;
-
-struct PlaceCall {
-  HWND window;
-  HWND after;
-  int x, y, width, height;
-  UINT flags;
-
-  bool operator==(const PlaceCall&) const = default;
-};
+using Lines = std::vector<std::string>;
 
 // Records the program's own calls of SetWindowPos and passes them on.
+struct PlaceCall {
+  HWND window;
+  std::string line;
+};
 std::vector<PlaceCall> placeCalls;
 decltype(&SetWindowPos) realSetWindowPos = nullptr;
+
+std::string PlaceLine(HWND after, int x, int y, int width, int height, UINT flags) {
+  return InsertAfter(after) + " " + std::to_string(x) + "," + std::to_string(y) + " " + std::to_string(width) + "x" +
+         std::to_string(height) + " " + PlacementFlags(flags);
+}
+
 BOOL WINAPI RecordSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
-  placeCalls.push_back({window, after, x, y, width, height, flags});
+  placeCalls.push_back({window, PlaceLine(after, x, y, width, height, flags)});
   return realSetWindowPos(window, after, x, y, width, height, flags);
 }
 
@@ -39,10 +48,11 @@ class PlaceCalls {
     realSetWindowPos = reinterpret_cast<decltype(&SetWindowPos)>(hook_.Original());
     placeCalls.clear();
   }
-  std::vector<PlaceCall> Of(HWND window) const {
-    std::vector<PlaceCall> some;
+  // The calls for one window, for example "HWND_TOP 0,30 800x570 SWP_NOACTIVATE|SWP_SHOWWINDOW".
+  std::vector<std::string> Of(HWND window) const {
+    std::vector<std::string> some;
     for (const auto& call : placeCalls) {
-      if (call.window == window) some.push_back(call);
+      if (call.window == window) some.push_back(call.line);
     }
     return some;
   }
@@ -175,6 +185,17 @@ TEST_F(Overlay, CapturesInputOnceTheWindowIsUp) {
   EXPECT_EQ(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TRANSPARENT, 0);
 }
 
+TEST_F(Overlay, EnablingInputKeepsItsOtherExtendedStyles) {
+  VantroWindow& window = OpenWindow();
+  const HWND overlay = Inside(window).flutterHostWindow_;
+  SetWindowLongPtrA(overlay, GWL_EXSTYLE,
+                    GetWindowLongPtrA(overlay, GWL_EXSTYLE) | WS_EX_TRANSPARENT | WS_EX_DLGMODALFRAME);
+  const LONG_PTR before = GetWindowLongPtrA(overlay, GWL_EXSTYLE);
+  Inside(window).overlay_.EnableOverlayMouseInput();
+  EXPECT_EQ(GetWindowLongPtrA(overlay, GWL_EXSTYLE), before & ~LONG_PTR{WS_EX_TRANSPARENT});
+  EXPECT_TRUE(before & WS_EX_DLGMODALFRAME);
+}
+
 TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   VantroWindow& window = OpenWindow();
   const HWND overlay = Inside(window).flutterHostWindow_;
@@ -184,11 +205,11 @@ TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   const int height = static_cast<int>(client.bottom - client.top);
   const PlaceCalls calls;
   Inside(window).overlay_.EnableOverlayMouseInput();
-  const PlaceCall raise{overlay, nullptr, 0, 0, 0, 0, 83};
-  const PlaceCall place{overlay, nullptr, static_cast<int>(client.left), static_cast<int>(client.top), width,
-                        height,  80};
-  EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{raise, raise, raise, place}));
-  EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
+  const std::string raise = "HWND_TOP 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE|SWP_SHOWWINDOW";
+  const std::string place = PlaceLine(HWND_TOP, static_cast<int>(client.left), static_cast<int>(client.top), width,
+                                      height, SWP_NOACTIVATE | SWP_SHOWWINDOW);
+  EXPECT_EQ(calls.Of(overlay), (Lines{raise, raise, raise, place}));
+  EXPECT_EQ(calls.Of(child), Lines{PlaceLine(HWND_TOP, 0, 0, width, height, SWP_NOACTIVATE | SWP_SHOWWINDOW)});
   EXPECT_EQ(GetFocus(), child);
 }
 
@@ -202,9 +223,9 @@ TEST_F(Overlay, SyncPlacesItWithItsViewAndFocusesTheView) {
   const int height = static_cast<int>(below.bottom - below.top);
   const PlaceCalls calls;
   Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
-  EXPECT_EQ(calls.Of(overlay), (std::vector<PlaceCall>{{overlay, nullptr, static_cast<int>(below.left),
-                                                        static_cast<int>(below.top), width, height, 64}}));
-  EXPECT_EQ(calls.Of(child), (std::vector<PlaceCall>{{child, nullptr, 0, 0, width, height, 80}}));
+  EXPECT_EQ(calls.Of(overlay), Lines{PlaceLine(HWND_TOP, static_cast<int>(below.left), static_cast<int>(below.top),
+                                               width, height, SWP_SHOWWINDOW)});
+  EXPECT_EQ(calls.Of(child), Lines{PlaceLine(HWND_TOP, 0, 0, width, height, SWP_NOACTIVATE | SWP_SHOWWINDOW)});
   EXPECT_EQ(GetFocus(), child);
 }
 
@@ -235,8 +256,7 @@ TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
   ShowWindow(window.hwnd_, SW_MINIMIZE);
   const auto placed = calls.Of(Inside(window).flutterHostWindow_);
   ASSERT_FALSE(placed.empty());
-  EXPECT_EQ(placed.back().width, 0);
-  EXPECT_EQ(placed.back().height, -30);
+  EXPECT_THAT(placed.back(), testing::HasSubstr(" 0x-30 "));
 }
 
 TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
@@ -249,7 +269,7 @@ TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
   const PlaceCalls calls;
   Inside(window).overlay_.SetFlutterOverlayTopmost();
   EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_),
-            (std::vector<PlaceCall>{{Inside(window).flutterHostWindow_, nullptr, 0, 0, 0, 0, 19}}));
+            Lines{"HWND_TOP 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE"});
   EXPECT_FALSE(GetWindowLongPtrA(Inside(window).flutterHostWindow_, GWL_EXSTYLE) & WS_EX_TOPMOST);
   DestroyWindow(other);
 }
