@@ -45,14 +45,14 @@ def collapse(text):
     return " ".join(text.split())
 
 
-# What a log statement may contain besides its values: a cast, or a read of a text, handle or number of elements.
-PLAIN_READ = re.compile(r"static_cast<[^>]*>\(|\.(?:c_str|get|size)\(\)")
+# What changes nothing although it looks like a call: a cast, or a call of a local object's member without arguments.
+PLAIN_READ = re.compile(r"static_cast<[^>]*>\(|(?<![\w.>])[a-zA-Z]\w*(?<!_)\.\w+\(\)|\.(?:c_str|get|size)\(\)")
 
 
 def logs_apart_from(log, assignment):
     """Whether a log statement makes no call and does not use what the assignment changes or computes."""
     arguments = PLAIN_READ.sub(" ", log.rsplit('"', 1)[-1])
-    return "(" not in arguments and "(" not in assignment["value"] and \
+    return "(" not in arguments and "(" not in PLAIN_READ.sub("", assignment["value"]) and \
         not re.search(rf"\b{re.escape(assignment['target'].split('.')[0])}\b", arguments)
 
 
@@ -67,7 +67,7 @@ def are_independent(first, second):
         return logs_apart_from(first, other)
     if not one or not other or one["target"] == other["target"]:
         return False
-    calls = ("(" in one["value"]) + ("(" in other["value"])
+    calls = sum("(" in PLAIN_READ.sub("", each["value"]) for each in (one, other))
     used = [re.search(rf"\b{re.escape(by['target'].split('.')[0])}\b", of["value"])
             for by, of in ((one, other), (other, one))]
     same_object = one["object"] is not None and one["object"] == other["object"] and not one["object"].endswith("_")
