@@ -93,8 +93,7 @@ void MultiViewGrid::RefitTile(size_t index, const Rect& cell) {
   RECT client{};
   if (GetClientRect(window, &client)) {
     LOG_DEBUG("[UpdateGridLayout] Player %zu - Requested: %dx%d, Actual window size: %dx%d", index, cell.Width(),
-              cell.Height(), static_cast<int>(client.right - client.left),
-              static_cast<int>(client.bottom - client.top));
+              cell.Height(), static_cast<int>(client.right), static_cast<int>(client.bottom));
   } else {
     LOG_WARNING("[UpdateGridLayout] Failed to get actual window size for player %zu", index);
   }

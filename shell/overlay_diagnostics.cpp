@@ -35,7 +35,7 @@ void LogOverlayCreation(HWND mainWindow, const Rect& overlay) {
   GetClientRect(mainWindow, &client);
   LOG_DEBUG("CreateFlutterOverlay: Window rectangle: %ld,%ld to %ld,%ld", outer.left, outer.top, outer.right,
             outer.bottom);
-  LOG_DEBUG("CreateFlutterOverlay: Client area: %ldx%ld", client.right - client.left, client.bottom - client.top);
+  LOG_DEBUG("CreateFlutterOverlay: Client area: %ldx%ld", client.right, client.bottom);
   // The height above the overlay: the title bar and the frame's top edge.
   LOG_DEBUG("CreateFlutterOverlay: Title bar height: %ld", overlay.top - outer.top);
 }

@@ -106,10 +106,10 @@ LRESULT VantroWindow::OnMove() {
 }
 
 LRESULT VantroWindow::OnSize() {
-  RECT client;
+  RECT client;  // begins at 0,0
   if (GetClientRect(hwnd_, &client)) {
-    size_.width_ = static_cast<int>(client.right - client.left);
-    size_.height_ = static_cast<int>(client.bottom - client.top);
+    size_.width_ = static_cast<int>(client.right);
+    size_.height_ = static_cast<int>(client.bottom);
   }
   titleBar_.LayoutTitleBarControls();
   // Below the title bar also in fullscreen, where the bar is shown and hidden above the picture.

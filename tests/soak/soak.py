@@ -156,7 +156,8 @@ class Soak:
             return
         launch = hosts.Host(self.prefix, self.folder / "launch", libraries=hosts.player_libraries(), log=False)
         launch.start(connect=False)
-        require(launch.wait(PLAY_SECONDS) == 0, "a second launch failed")
+        code = launch.wait(PLAY_SECONDS)
+        require(code == 0, f"a second launch ended with {code}")
         self.opened, self.windows = self.opened + 1, self.windows + 1
         self._wait_for_windows()
 

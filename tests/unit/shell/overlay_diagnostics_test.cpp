@@ -1,9 +1,12 @@
 // The window that the log names as the receiver of the overlay's input.
 #include "shell/overlay_diagnostics.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
+#include <vector>
 
 #include "common/log.h"
 #include "tests/support/import_hook.h"
@@ -67,6 +70,29 @@ TEST(WindowAtTheOverlaysCentre, IsTheOverlayWhereNothingCoversIt) {
   LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
   EXPECT_EQ(log.CountContaining("Window at the overlay's centre (140,140): "), 1);
   EXPECT_EQ(log.Lines().back(), "DEBUG EnableOverlayMouseInput: Intercepting window IS our overlay window!");
+}
+
+TEST(OverlayDiagnostics, OfACreationHaveTheWindowItsClientAreaAndTheHeightAboveTheOverlay) {
+  const HWND window =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_BORDER, 40, 50, 302, 202, nullptr, nullptr, nullptr, nullptr);
+  const test::LogCapture log;
+  LogOverlayCreation(window, {40, 83, 342, 252});
+  EXPECT_EQ(log.Lines(), (std::vector<std::string>{"DEBUG CreateFlutterOverlay: Window rectangle: 40,50 to 342,252",
+                                                   "DEBUG CreateFlutterOverlay: Client area: 300x200",
+                                                   "DEBUG CreateFlutterOverlay: Title bar height: 33"}));
+  DestroyWindow(window);
+}
+
+TEST(OverlayDiagnostics, OfItsInputHaveItsPlaceItsStylesAndTheDesktopsTopWindow) {
+  const Popup overlay(100);
+  const test::LogCapture log;
+  LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0x28);
+  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Overlay rectangle: 100,100 to 180,180"));
+  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Extended style before: 0x00000028, after: 0x00000008"));
+  char top[120];
+  std::snprintf(top, sizeof top, "DEBUG EnableOverlayMouseInput: Overlay visible: YES, desktop's top window: %p",
+                static_cast<void*>(GetTopWindow(GetDesktopWindow())));
+  EXPECT_THAT(log.Lines(), testing::Contains(top));
 }
 
 HWND WINAPI FailOnWindowFromPoint(POINT) {

@@ -103,6 +103,35 @@ TEST_F(MainWindowMessages, AClickOnTheSearchBoxIsLeftToTheSystemWithItsArguments
   EXPECT_THAT(leftToTheSystem, testing::Contains(LeftToTheSystem{window_.hwnd_, WM_LBUTTONDOWN, MK_LBUTTON, 9}));
 }
 
+// Results.
+
+TEST_F(MainWindowMessages, AMessageThatIsHandledReturns0) {
+  MINMAXINFO limits{};
+  struct Row {
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+  };
+  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  for (const Row& row :
+       {Row{WM_CREATE, 0, 0}, Row{WM_MOVE, 0, 0}, Row{WM_SIZE, SIZE_RESTORED, MAKELPARAM(800, 600)},
+        Row{WM_PAINT, 0, 0}, Row{WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)}, Row{WM_NCPAINT, 1, 0},
+        Row{WM_COMMAND, 4242, 0}, Row{WM_TIMER, 4242, 0}, Row{WM_VANTRO_NEW_WINDOW, 0, 0}, Row{WM_DESTROY, 0, 0}}) {
+    EXPECT_EQ(SendMessageA(window_.hwnd_, row.message, row.wParam, row.lParam), 0) << row.message;
+  }
+}
+
+TEST_F(MainWindowMessages, AControlThatIsDrawnReturnsTrue) {
+  const HDC dc = GetDC(window_.hwnd_);
+  DRAWITEMSTRUCT item{};
+  item.CtlType = ODT_BUTTON;
+  item.CtlID = kHelpButtonId;
+  item.hDC = dc;
+  item.rcItem = {0, 0, 35, 20};
+  EXPECT_EQ(SendMessageA(window_.hwnd_, WM_DRAWITEM, kHelpButtonId, reinterpret_cast<LPARAM>(&item)), TRUE);
+  ReleaseDC(window_.hwnd_, dc);
+}
+
 // Notifications.
 
 BOOL WINAPI RefuseMenu(HMENU, UINT, int, int, int, HWND, const RECT*) { return FALSE; }
