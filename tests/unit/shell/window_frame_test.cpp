@@ -6,6 +6,7 @@
 
 #include "shell/shell_ids.h"
 #include "tests/support/import_hook.h"
+#include "tests/support/player_inspector.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
@@ -119,6 +120,29 @@ TEST_F(MainWindowMessages, AMessageThatIsHandledReturns0) {
         Row{WM_COMMAND, 4242, 0}, Row{WM_TIMER, 4242, 0}, Row{WM_VANTRO_NEW_WINDOW, 0, 0}, Row{WM_DESTROY, 0, 0}}) {
     EXPECT_EQ(SendMessageA(window_.hwnd_, row.message, row.wParam, row.lParam), 0) << row.message;
   }
+}
+
+// The timers of the player.
+
+TEST_F(MainWindowMessages, TheWatchdogsTimerRunsACheckAndReturns0) {
+  libvlc_media_player_t* const player = test::PlayerInspector(*window_.vlcPlayer_).mediaPlayer_.get();
+  ASSERT_NE(player, nullptr);
+  ASSERT_TRUE(window_.vlcPlayer_->SetMedia({"http://host/0", "Title", 1500, 0, true, false, false}));
+  vlc_.SetPlaying(player, true);
+  window_.vlcPlayer_->StartStallWatchdog();
+  vlc_.ClearCalls();
+  EXPECT_EQ(Send(WM_TIMER, reinterpret_cast<WPARAM>(window_.vlcPlayer_.get())), 0);
+  EXPECT_GT(vlc_.CountOf("libvlc_media_player_is_playing"), 0);
+}
+
+TEST_F(MainWindowMessages, TheTimerOfAResumeResumesThePlayerAndReturns0) {
+  test::PlayerInspector state(*window_.vlcPlayer_);
+  state.NudgePlayer(state.mediaPlayer_.get());
+  ASSERT_EQ(state.nudgeTimers_.size(), 1u);
+  vlc_.ClearCalls();
+  EXPECT_EQ(Send(WM_TIMER, state.nudgeTimers_.begin()->first), 0);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+  EXPECT_TRUE(state.nudgeTimers_.empty());
 }
 
 TEST_F(MainWindowMessages, AControlThatIsDrawnReturnsTrue) {
