@@ -18,6 +18,7 @@ def changed(statement, operator=None):
     ("x = 0x10u;", "constant", ["x = 0x11u;"]),
     ("x = 1.5f;", "constant", ["x = 2.5f;"]),
     ("Show(SW_SHOW);", "constant", ["Show((SW_SHOW + 1));"]),
+    ("Move(SWP_NOSIZE | SWP_NOMOVE);", "constant", []),
     ("char text[32];", "constant", ["char text[16];"]),
     ("f = 'a';", "constant", ["f = 'b';"]),
     ("x = a < b;", "comparison", ["x = a <= b;", "x = a >= b;"]),

@@ -123,6 +123,8 @@ class _Finder:
                 self.add("constant", index, index, f"'{chr(ord(token.text[1]) + 1)}'")
             elif token.text in ("true", "false"):
                 self.add("truth", index, index, "false" if token.text == "true" else "true")
+            elif token.kind == "name" and "|" in (source.token(index - 1), source.token(index + 1)):
+                continue  # a flag is left out instead, because another flag may contain the bit that 1 adds
             elif token.kind == "name" and SYSTEM_CONSTANT.match(token.text) and not SYSTEM_TYPE.match(token.text):
                 if source.kind(index + 1) != "name" and source.token(index + 1) not in ("*", "(", "{", "::", "&") or \
                         source.token(index + 1) == "&" and source.spaced(index + 1):
