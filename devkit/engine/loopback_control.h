@@ -1,6 +1,5 @@
 // Control functions that the loopback engine exports in addition to the embedding's interface. They are for tests that
-// run in the engine's own process; the product never calls them. A test finds them with GetProcAddress or links them
-// through loopback.def.
+// run in the engine's own process; the product never calls them. A test finds them with GetProcAddress.
 //
 // Threads: all functions run on the thread that made the engine, except the send observer, which runs on the sending
 // thread. Engines are numbered from 1 in the order of creation, and a number is never reused.

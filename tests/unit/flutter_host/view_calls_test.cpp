@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "common/log.h"
 #include "flutter_host/flutter_engine.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
@@ -57,7 +58,7 @@ class Steps {
   static Function Call(const ImportHook& hook) {
     return reinterpret_cast<Function>(hook.Original());
   }
-  __attribute__((format(gnu_printf, 2, 3))) void Note(const char* format, ...) {
+  VANTRO_PRINTF_FORMAT(2, 3) void Note(const char* format, ...) {
     TakeLines();
     char text[160];
     va_list values;

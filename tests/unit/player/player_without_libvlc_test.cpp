@@ -1,5 +1,5 @@
-// The player in a process without libvlc.dll. This file defines the functions that the host imports directly, so that
-// the program starts without the library. They count the releases.
+// The player in a process without libvlc.dll. This file defines all the functions that the host imports directly, so
+// that the program starts without the library. They count the releases; the others are not called.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -22,6 +22,15 @@ void libvlc_release(libvlc_instance_t*) { ++releasedInstances; }
 void libvlc_media_player_release(libvlc_media_player_t*) { ++releasedPlayers; }
 void libvlc_media_release(libvlc_media_t*) { ++releasedMedia; }
 bool libvlc_media_get_stats(libvlc_media_t*, libvlc_media_stats_t*) { return false; }
+
+libvlc_instance_t* libvlc_new(int, const char* const*) { return nullptr; }
+libvlc_media_player_t* libvlc_media_player_new(libvlc_instance_t*) { return nullptr; }
+libvlc_media_t* libvlc_media_new_location(const char*) { return nullptr; }
+int libvlc_media_player_play(libvlc_media_player_t*) { return -1; }
+void libvlc_media_player_set_media(libvlc_media_player_t*, libvlc_media_t*) {}
+int libvlc_media_player_set_time(libvlc_media_player_t*, libvlc_time_t, bool) { return -1; }
+int libvlc_media_player_stop_async(libvlc_media_player_t*) { return -1; }
+int libvlc_video_take_snapshot(libvlc_media_player_t*, unsigned, const char*, unsigned, unsigned) { return -1; }
 
 }  // extern "C"
 
