@@ -3,10 +3,9 @@
 
 Prints a table of the folders and then the unvisited lines, each with its source. The table of the section
 "Coverage" in docs/testing.md excuses lines: a number of lines of a function, with a reason. Exits with 1 when there is
-no data, or when more lines are unvisited than are excused.
+no data, or when more lines are unvisited than are excused. gcovr reads the counters.
 """
 
-import collections
 import json
 import pathlib
 import re
@@ -16,52 +15,40 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FOLDERS = ("shell", "flutter_host", "channel", "player", "services", "common")
 GCOV = "x86_64-w64-mingw32-gcov-posix"
+# The compiler puts only the clean-up after an exception on such a line.
+ONLY_CLOSING_BRACES = r"\s*[};)]*\s*$"
 
 # | `file` | `function` | lines | reason |
 EXCUSE = re.compile(r"^\| `([\w/.]+)` \| `([^`]+)` \| (\d+) \| \S.* \|$", re.MULTILINE)
 
 
-def gcov_documents(build):
-    """Yields gcov's output for each object, including those that never ran."""
-    notes = sorted(map(str, pathlib.Path(build).resolve().rglob("*.gcno")))
-    if not any(pathlib.Path(build).rglob("*.gcda")):
-        return
-    for begin in range(0, len(notes), 50):
-        # gcov fails for an object whose data are from an earlier build, but still prints all the others.
-        output = subprocess.run([GCOV, "--json-format", "--stdout", *notes[begin:begin + 50]], check=False,
-                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
-        yield from map(json.loads, output.splitlines())
+def covered_files(build):
+    """Returns gcovr's records of the product's files, including those that never ran."""
+    output = subprocess.run(["gcovr", "--json", "--gcov-executable", GCOV, *(f"--filter={name}/" for name in FOLDERS),
+                             "--exclude-lines-by-pattern", ONLY_CLOSING_BRACES, pathlib.Path(build).resolve()],
+                            cwd=ROOT, check=True, stdout=subprocess.PIPE, text=True).stdout
+    return json.loads(output)["files"]
 
 
-def merge(documents):
-    """Returns {file: {line: [visits, function]}} of the product. A line of a template or of an inline function counts
-    once, however many objects contain it."""
-    files = collections.defaultdict(dict)
-    for document in documents:
-        for file in document["files"]:
-            if file["file"].split("/")[0] not in FOLDERS:
-                continue
-            names = {function["name"]: function["demangled_name"] for function in file["functions"]}
-            for line in file["lines"]:
-                name = line.get("function_name", "")
-                entry = files[file["file"]].setdefault(line["line_number"], [0, names.get(name, name)])
-                entry[0] += line["count"]
-    return files
+def lines_of(files):
+    """Returns tuples of file, line, function and visits, in order."""
+    lines = []
+    for file in files:
+        functions = sorted((function["lineno"], function["name"]) for function in file["functions"])
+        for line in file["lines"]:
+            if not line["gcovr/noncode"]:
+                above = [name for begin, name in functions if begin <= line["line_number"]]
+                lines.append((file["file"], line["line_number"], above[-1] if above else "", line["count"]))
+    return lines
 
 
-def table(files):
+def table(lines):
     """Returns rows of folder, lines and visited lines, with the sum last."""
     rows = []
     for folder in FOLDERS:
-        counts = [entry[0] for file, lines in files.items() if file.startswith(folder + "/") for entry in lines.values()]
-        rows.append((folder, len(counts), sum(1 for count in counts if count)))
+        visits = [count for file, _, _, count in lines if file.startswith(folder + "/")]
+        rows.append((folder, len(visits), sum(1 for count in visits if count)))
     return rows + [("all", sum(row[1] for row in rows), sum(row[2] for row in rows))]
-
-
-def unvisited(files):
-    """Returns triples of file, line and function, in order."""
-    return [(file, number, lines[number][1]) for file, lines in sorted(files.items()) for number in sorted(lines)
-            if not lines[number][0]]
 
 
 def without_excuse(missing, document):
@@ -79,31 +66,23 @@ def without_excuse(missing, document):
     return left
 
 
-def source_line(file, number):
-    return (ROOT / file).read_text().splitlines()[number - 1].strip()
-
-
-def without_closing_braces(files):
-    """Drops lines with only a brace: the compiler puts only the clean-up after an exception there."""
-    return {file: {number: entry for number, entry in lines.items() if source_line(file, number).strip("};)")}
-            for file, lines in files.items()}
-
-
 def main(build):
-    files = without_closing_braces(merge(gcov_documents(build)))
-    rows = table(files)
-    if not rows[-1][1] or not rows[-1][2]:
+    lines = lines_of(covered_files(build))
+    rows = table(lines)
+    if not rows[-1][2]:
         print(f"no data of any run in {build}")
         return 1
     print(f"| {'Folder':<14} | {'Lines':>6} | {'Visited':>7} | Per cent |\n|{'-' * 16}|{'-' * 7}:|{'-' * 8}:|{'-' * 9}:|")
-    for folder, lines, visited in rows:
-        print(f"| {folder:<14} | {lines:>6} | {visited:>7} | {100 * visited / lines if lines else 100:>8.2f} |")
-    missing = unvisited(files)
+    for folder, count, visited in rows:
+        print(f"| {folder:<14} | {count:>6} | {visited:>7} | {100 * visited / count if count else 100:>8.2f} |")
+    missing = [line[:3] for line in lines if not line[3]]
     left = without_excuse(missing, (ROOT / "docs/testing.md").read_text())
     print(f"\n{len(missing)} unvisited lines, {len(left)} of them without a reason in docs/testing.md (marked !):")
     for line in missing:
-        function = line[2].split("(anonymous namespace)::")[-1].split("(")[0]
-        print(f"{'!' if line in left else ' '} {line[0]}:{line[1]}: {source_line(*line[:2])}    [{function}]")
+        file, number, function = line
+        source = (ROOT / file).read_text().splitlines()[number - 1].strip()
+        name = function.split("(anonymous namespace)::")[-1].split("(")[0]
+        print(f"{'!' if line in left else ' '} {file}:{number}: {source}    [{name}]")
     return 1 if left else 0
 
 

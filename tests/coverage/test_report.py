@@ -1,33 +1,47 @@
 """Tests of the coverage report: the lines that it counts, those that it leaves out, and those that it reports as
 unexcused."""
 
+import subprocess
+
 import report
 
-
-def document(file, counts, function="f"):
-    return {"files": [{"file": file,
-                       "functions": [{"name": "_Zf", "demangled_name": function}],
-                       "lines": [{"line_number": number, "count": count, "function_name": "_Zf"}
-                                 for number, count in counts.items()]}]}
-
-
-def test_a_line_in_several_objects_counts_once_and_is_visited_if_any_ran_it():
-    files = report.merge([document("player/a.h", {1: 0, 2: 0}), document("player/a.h", {1: 3, 2: 0})])
-
-    assert report.table(files)[-1] == ("all", 2, 1)
-    assert report.unvisited(files) == [("player/a.h", 2, "f")]
+SOURCE = """#include "../tests/other.h"
+struct Task { Task(int); ~Task(); };
+void Start() {
+  static const Task kTasks[] = {
+      1,
+  };
+  Other();
+}
+"""
 
 
-def test_files_outside_the_product_are_left_out():
-    files = report.merge([document("tests/unit/x.cpp", {1: 0}), document("/usr/include/c++/12/vector", {1: 0})])
+def test_lines_of_the_product_that_never_ran_are_counted_without_closing_braces(tmp_path, monkeypatch):
+    monkeypatch.setattr(report, "ROOT", tmp_path)
+    for folder in ("player", "tests", "build"):
+        (tmp_path / folder).mkdir()
+    (tmp_path / "tests/other.h").write_text("inline int Other() { return 1; }\n")
+    (tmp_path / "player/a.cpp").write_text(SOURCE)
+    subprocess.run(["x86_64-w64-mingw32-g++-posix", "--coverage", f"-ffile-prefix-map={tmp_path}/=", "-c",
+                    tmp_path / "player/a.cpp"], cwd=tmp_path / "build", check=True)
 
-    assert report.table(files)[-1] == ("all", 0, 0)
+    lines = report.lines_of(report.covered_files(tmp_path / "build"))
+
+    assert lines == [("player/a.cpp", 3, "Start()", 0), ("player/a.cpp", 7, "Start()", 0)]
+
+
+def test_a_line_belongs_to_the_last_function_that_begins_above_it():
+    file = {"file": "player/a.cpp",
+            "functions": [{"lineno": 9, "name": "Stop()"}, {"lineno": 4, "name": "Start()"}],
+            "lines": [{"line_number": number, "count": 0, "gcovr/noncode": False} for number in (1, 4, 8, 9)]}
+
+    assert [function for _, _, function, _ in report.lines_of([file])] == ["", "Start()", "Start()", "Stop()"]
 
 
 def test_each_folder_has_its_own_row():
-    files = report.merge([document("shell/a.cpp", {1: 1}), document("common/b.cpp", {1: 0, 2: 5})])
+    rows = report.table([("shell/a.cpp", 1, "f", 1), ("common/b.cpp", 1, "f", 0), ("common/b.cpp", 2, "f", 5)])
 
-    assert [row for row in report.table(files) if row[1]] == [("shell", 1, 1), ("common", 2, 1), ("all", 3, 2)]
+    assert [row for row in rows if row[1]] == [("shell", 1, 1), ("common", 2, 1), ("all", 3, 2)]
 
 
 def test_an_excuse_covers_the_stated_number_of_lines_of_a_function():
@@ -52,7 +66,5 @@ def test_an_excuse_for_one_function_does_not_excuse_another():
 
 
 def test_a_build_that_never_ran_has_no_data(tmp_path, capsys):
-    (tmp_path / "a.gcno").write_bytes(b"")
-
     assert report.main(tmp_path) == 1
     assert "no data" in capsys.readouterr().out
