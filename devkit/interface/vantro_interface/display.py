@@ -17,6 +17,7 @@ class Display:
             return
         size = os.environ.get("VANTRO_DESKTOP", SIZE)
         read_end, write_end = os.pipe()
+        # In a session of its own, so that Ctrl-C does not end the screen before the host.
         self._server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write_end], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
