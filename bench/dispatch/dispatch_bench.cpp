@@ -70,7 +70,8 @@ Cost Measure(int rounds, Work work, int batches = kBatches) {
   return best;
 }
 
-// Measures both in turn, so that other work on the machine affects both.
+// Measures both in turn, so that other work on the machine affects both. Google Benchmark would run the two seconds
+// apart, which makes the ratio vary more.
 template <typename Bare, typename Work>
 std::pair<Cost, Cost> MeasureBeside(int rounds, Bare bare, Work work, int batches = kBatches) {
   bare();
