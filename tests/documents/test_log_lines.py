@@ -3,6 +3,7 @@ users rely on: support searches for them."""
 
 import importlib.util
 import pathlib
+import re
 import shutil
 
 import pytest
@@ -28,6 +29,15 @@ def test_no_header_writes_to_the_log():
     for folder in log_lines.FOLDERS:
         for path in (ROOT / folder).glob("*.h"):
             assert path.name == "log.h" or not log_lines.STATEMENT.search(path.read_text()), path
+
+
+def test_the_redaction_is_tested_with_each_line_that_contains_an_address():
+    table = (ROOT / "tests/unit/log_tool/address_lines.h").read_text()
+    tested = ["".join(log_lines.LITERAL.findall(row)) for row in re.findall(r'Line\{((?:\s*"[^"]*")+), *\s*"[AT]+"\}', table)]
+    lines = [line for folder in log_lines.FOLDERS for path in sorted((ROOT / folder).glob("*.cpp"))
+             for _, line in log_lines.lines_of(path.read_text())]
+    found = [line for line in lines if re.search(r"(?i)(url|mediaId|for path|location for).*%s", line)]
+    assert sorted(tested) == sorted(found)
 
 
 @pytest.fixture
