@@ -55,6 +55,8 @@ def exports_of(path):
 
 def judge(exports):
     """Raises Unfit when the adapter can't work with a library of these exports."""
+    if "vantro_runtime_adapter" in exports:
+        raise Unfit("it is Vantro's runtime adapter, and not the libvlc 4 that it needs")
     if "libvlc_new" not in exports:
         raise Unfit("it is no libvlc: libvlc_new is not exported")
     if "libvlc_media_player_stop_async" not in exports:

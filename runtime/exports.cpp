@@ -34,6 +34,10 @@ vantro::runtime::PictureSize SizeOf(const void* handle) {
 
 extern "C" {
 
+// Only the adapter exports this. It recognises a copy of itself by it.
+extern const char vantro_runtime_adapter;
+const char vantro_runtime_adapter = 1;
+
 // Instance. A library that was refused gives no instance; all other objects come from one.
 
 Instance* libvlc_new(int count, const char* const* arguments) {

@@ -53,6 +53,14 @@ bool Load(RealLibrary* library) {
   return false;
 }
 
+// The adapter as its own real library would call itself without end. So this is checked before any of its functions is
+// called.
+bool IsNotTheAdapter(RealLibrary* library) {
+  if (!Find("vantro_runtime_adapter")) return true;
+  library->refusal = "libvlc-real.dll is the runtime adapter itself, not the libvlc 4 that it needs.";
+  return false;
+}
+
 std::string Lacks(const char* function) {
   return std::string("libvlc-real.dll lacks ") + function + ", which the runtime adapter needs.";
 }
@@ -107,7 +115,9 @@ void ChooseInterface(RealLibrary* library) {
 
 RealLibrary* LoadOnce() {
   auto* const library = new RealLibrary;  // never destroyed: libvlc's threads may outlive the statics
-  if (Load(library) && HasNeededMajor(library) && Resolve(library)) ChooseInterface(library);
+  if (Load(library) && IsNotTheAdapter(library) && HasNeededMajor(library) && Resolve(library)) {
+    ChooseInterface(library);
+  }
   if (library->usable()) {
     RUNTIME_LOG("libvlc-real.dll %s, interface: %s", library->functions.libvlc_get_version(), library->beneath->name);
   } else {

@@ -102,6 +102,17 @@ def test_a_player_that_fails_to_start_shows_a_box_and_ends_with_1(host):
     assert vantro.wait() == 1
 
 
+def test_an_adapter_that_is_its_own_real_library_shows_the_box_and_ends_with_1(host):
+    adapter = hosts.player_libraries()["libvlc.dll"]
+    vantro = host.make(libraries=hosts.scripted() | {"libvlc.dll": adapter, "libvlc-real.dll": adapter})
+    vantro.start(connect=False)
+    vantro.wait_for_log("ERROR Failed to initialize application window")
+    assert any("VLC error: libvlc-real.dll is the runtime adapter itself" in line for line in vantro.log)
+    assert "vantro runtime: libvlc-real.dll is the runtime adapter itself" in vantro.output
+    vantro.prefix.run(TOOL, "answer", "Error")
+    assert vantro.wait() == 1
+
+
 # The end.
 
 

@@ -64,6 +64,12 @@ def test_libvlc_4_without_a_needed_function_is_refused_with_its_name(tmp_path, m
     assert refusal(tmp_path / "runtime") == f"libvlc.dll: it is a libvlc 4 that lacks {missing}"
 
 
+def test_adapter_itself_is_refused(tmp_path):
+    definition = (ROOT / "runtime/libvlc.def").read_text()
+    make_runtime(tmp_path / "runtime", set(definition.split("EXPORTS")[1].replace(" DATA", "").split()))
+    assert refusal(tmp_path / "runtime") == "libvlc.dll: it is Vantro's runtime adapter, and not the libvlc 4 that it needs"
+
+
 def test_other_library_is_refused(tmp_path):
     make_runtime(tmp_path / "runtime", {"something_else"})
     assert "it is no libvlc" in refusal(tmp_path / "runtime")

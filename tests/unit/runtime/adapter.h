@@ -63,8 +63,9 @@ const Adapter& AdapterOver(Variant variant);
 // A separate copy of the adapter in a separate folder, with the given bytes as libvlc-real.dll.
 class FreshAdapter {
  public:
-  // If there are no bytes, no libvlc-real.dll is written.
-  explicit FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder = L"runtime");
+  // If there are no bytes, no libvlc-real.dll is written. `loaded` is the file whose functions are called.
+  explicit FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder = L"runtime",
+                        const std::wstring& loaded = L"libvlc.dll");
   ~FreshAdapter();
   FreshAdapter(const FreshAdapter&) = delete;
   FreshAdapter& operator=(const FreshAdapter&) = delete;

@@ -23,6 +23,8 @@ std::string Without(const std::string& function, Variant variant) {
   return bytes;
 }
 
+std::string AdapterBytes() { return ReadFileBytes(RealLibraryFile(Variant::kEvents).replace_filename("libvlc.dll")); }
+
 class Refusal : public testing::Test {
  protected:
   void SetUp() override { published::Reset(); }
@@ -129,6 +131,21 @@ TEST_F(Refusal, OfA32BitLibrarySaysSo) {
 TEST_F(Refusal, OfAFileThatIsNoLibrarySaysSo) {
   const FreshAdapter vlc("This is not a library.");
   ExpectRefused(vlc, StartsWith("libvlc-real.dll is not a library for 64-bit Windows"));
+}
+
+const char* const kItself = "libvlc-real.dll is the runtime adapter itself, not the libvlc 4 that it needs.";
+
+TEST_F(Refusal, OfASecondCopyOfTheAdapterSaysSo) {
+  const FreshAdapter vlc(AdapterBytes());
+  ExpectRefused(vlc, kItself);
+  EXPECT_EQ(vlc.functions().libvlc_abi_version(), 0u);
+}
+
+// Such a copy finds itself, whatever calls it.
+TEST_F(Refusal, OfTheAdapterUnderTheNameOfTheLibrarySaysSo) {
+  const FreshAdapter vlc(AdapterBytes(), L"runtime", L"libvlc-real.dll");
+  ExpectRefused(vlc, kItself);
+  EXPECT_EQ(vlc.functions().libvlc_abi_version(), 0u);
 }
 
 TEST_F(Refusal, OfAnUnknownInterfaceNamesWhatWasLookedFor) {
