@@ -15,6 +15,7 @@ from pathlib import Path
 import components
 
 BILL = "vantro.spdx.json"
+OWN = {"vantro.exe", "vantro-log.exe", "libvlc.dll", "LICENSE.txt", "README.txt", "CHANGELOG.txt"}
 RULE = "=" * 100
 ADDED = {
     "libvlc-real.dll": ("libvlc", "libvlc and its plugins", "libvlc-real.dll, libvlccore.dll and plugins",
@@ -55,8 +56,9 @@ def package_entry(identifier, name, license_, copyright_, version=None, source="
 
 def file_entry(stage, path, number):
     data = path.read_bytes()
-    own = path.name in {"vantro.exe", "vantro-log.exe", "LICENSE.txt", "README.txt", "CHANGELOG.txt"} or path == stage / "libvlc.dll"
-    return {"SPDXID": f"SPDXRef-File-{number}", "fileName": f"./{path.relative_to(stage).as_posix()}",
+    name = path.relative_to(stage).as_posix()
+    own = name in OWN or name.startswith("docs/")
+    return {"SPDXID": f"SPDXRef-File-{number}", "fileName": f"./{name}",
             "checksums": [{"algorithm": "SHA1", "checksumValue": hashlib.sha1(data).hexdigest()},
                           {"algorithm": "SHA256", "checksumValue": hashlib.sha256(data).hexdigest()}],
             "licenseConcluded": "MIT" if own else "NOASSERTION", "licenseInfoInFiles": ["NOASSERTION"],

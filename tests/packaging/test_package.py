@@ -25,7 +25,11 @@ def contents(folder: Path) -> set[str]:
 
 
 PROGRAMS = ["vantro.exe", "vantro-log.exe", "libvlc.dll"]
-EXPECTED = {*PROGRAMS, "LICENSE.txt", "README.txt", "CHANGELOG.txt", "NOTICES.txt", "vantro.spdx.json",
+PAGES = ["shipping", "libvlc", "channel", "field-failures", "log-tool", "log-lines", "environment"]
+PICTURES = ["single-view", "grid-1", "grid-2", "grid-3", "grid-4", "grid-5"]
+DOCUMENTS = {"LICENSE.txt", "README.txt", "CHANGELOG.txt", *(f"docs/{page}.txt" for page in PAGES),
+             *(f"docs/pictures/{picture}.png" for picture in PICTURES)}
+EXPECTED = {*PROGRAMS, *DOCUMENTS, "NOTICES.txt", "vantro.spdx.json",
             "licenses/libvlc/COPYING.txt", "libvlc-real.dll", "libvlccore.dll",
             "plugins/plugin.dll", "data/icudtl.dat", "data/flutter_assets/asset name with blanks.txt"}
 
@@ -73,6 +77,20 @@ def test_bill_of_materials_lists_every_file_with_its_checksum(stage, package):
                       for name in EXPECTED - {"vantro.spdx.json"}}
     [beside] = package.glob("vantro-*.spdx.json")
     assert json.loads(beside.read_text()) == bill
+
+
+def test_bill_of_materials_says_that_programs_and_documents_are_vantros_own(stage):
+    bill = json.loads((stage / "vantro.spdx.json").read_text())
+    own = {entry["fileName"] for entry in bill["files"] if entry["licenseConcluded"] == "MIT"}
+    assert own == {f"./{name}" for name in {*PROGRAMS, *DOCUMENTS}}
+
+
+def test_every_link_in_a_packed_document_leads_to_a_packed_file(stage):
+    texts = [path for path in stage.rglob("*.txt") if "flutter_assets" not in path.parts]
+    links = [(path, target.split("#")[0]) for path in texts
+             for target in re.findall(r"\]\(([^)\s]+)\)", path.read_bytes().decode()) if not re.match("https?:|#", target)]
+    assert len(links) > 20
+    assert [(path.name, target) for path, target in links if not (path.parent / target).is_file()] == []
 
 
 def test_bill_of_materials_is_complete(stage):
