@@ -24,33 +24,46 @@ Every line that the host can write to its log, by source file, in the order of t
 makes this page from the sources. Search it for a line of a customer's log to find the level and the source file.
 
 The placeholders are those of `printf`: `%s` is a text, `%d`, `%ld` and `%zu` are whole numbers, `%f` is a decimal number,
-`%p` is a handle or an address, `%%` is a percent sign. [field-failures.md](field-failures.md#the-log) says how to switch
-the log on and what to look for in it, and [log-tool.md](log-tool.md) how to remove private data from it.
+`%p` is a handle or an address, `%%` is a percent sign. Texts in parentheses can be in the place of a `%s` of the line.
+
+[field-failures.md](field-failures.md#the-log) says how to switch the log on and what to look for in it, and
+[log-tool.md](log-tool.md) how to remove private data from it.
 """
 
 
-def first_argument(source, begin):
-    """Returns the text from begin to the comma or parenthesis that ends the first argument of a call."""
-    depth = 0
+def arguments(source, begin):
+    """Splits the call whose arguments start at begin into its first argument and the text of the others."""
+    depth, first_ends = 0, None
     for token in TOKEN.finditer(source, begin):
         if token[0] == "(":
             depth += 1
-        elif token[0] in "),":
-            if depth == 0:
-                return source[begin:token.start()]
-            depth -= token[0] == ")"
+        elif token[0] == ")" and depth > 0:
+            depth -= 1
+        elif token[0] == ")" or token[0] == "," and depth == 0 and first_ends is None:
+            first_ends = first_ends or token.start()
+            if token[0] == ")":
+                return source[begin:first_ends], source[first_ends:token.start()]
     raise ValueError("a log statement does not end")
 
 
+def literals(text):
+    return [found.replace('\\"', '"').replace("\\\\", "\\") for found in LITERAL.findall(text)]
+
+
 def lines_of(source):
-    """Returns (level, text) of each log statement of a source."""
+    """Returns (level, text, words) of each log statement of a source. words are the texts among its other arguments."""
     found = []
     for statement in STATEMENT.finditer(source):
-        literals = LITERAL.findall(first_argument(source, statement.end()))
-        if not literals:
+        first, others = arguments(source, statement.end())
+        if not literals(first):
             raise ValueError(f"the text of a log statement is not a literal: {source[statement.start():][:60]}")
-        found.append((statement[1], "".join(literals).replace('\\"', '"').replace("\\\\", "\\")))
+        found.append((statement[1], "".join(literals(first)), literals(others)))
     return found
+
+
+def code(text):
+    """The text as code in a cell of a table."""
+    return f"`{text.replace('|', chr(92) + '|')}`"
 
 
 def page(root=ROOT):
@@ -63,8 +76,8 @@ def page(root=ROOT):
                 continue
             name = path.relative_to(root).as_posix()
             text += f"\n## [`{name}`](../{name})\n\n| Level | Text |\n|---|---|\n"
-            for level, line in rows:
-                text += f"| {level} | `{line.replace('|', chr(92) + '|')}` |\n"
+            for level, line, words in rows:
+                text += f"| {level} | {code(line)}" + (f" ({', '.join(map(code, words))})" if words else "") + " |\n"
     return text
 
 

@@ -35,7 +35,7 @@ def test_the_redaction_is_tested_with_each_line_that_contains_an_address():
     table = (ROOT / "tests/unit/log_tool/address_lines.h").read_text()
     tested = ["".join(log_lines.LITERAL.findall(row)) for row in re.findall(r'Line\{((?:\s*"[^"]*")+), *\s*"[AT]+"\}', table)]
     lines = [line for folder in log_lines.FOLDERS for path in sorted((ROOT / folder).glob("*.cpp"))
-             for _, line in log_lines.lines_of(path.read_text())]
+             for _, line, _ in log_lines.lines_of(path.read_text())]
     found = [line for line in lines if re.search(r"(?i)(url|mediaId|for path|location for).*%s", line)]
     assert sorted(tested) == sorted(found)
 
@@ -62,7 +62,12 @@ def test_a_changed_log_statement_changes_the_page(changed, before, after):
 
 
 def test_a_text_of_several_literals_is_one_line():
-    assert log_lines.lines_of('LOG_INFO("a, (b) "\n    "c", Name(x, 1));') == [("INFO", "a, (b) c")]
+    assert log_lines.lines_of('LOG_INFO("a, (b) "\n    "c", Name(x, 1));') == [("INFO", "a, (b) c", [])]
+
+
+def test_the_words_that_a_line_chooses_from_belong_to_it():
+    statements = 'LOG_INFO("is %s", Is(a, b) ? "on" : "off");\nLOG_DEBUG("end");'
+    assert log_lines.lines_of(statements) == [("INFO", "is %s", ["on", "off"]), ("DEBUG", "end", [])]
 
 
 def test_a_text_that_is_not_a_literal_is_an_error():

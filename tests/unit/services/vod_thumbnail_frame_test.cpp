@@ -102,6 +102,16 @@ TEST_F(ThumbnailWorker, FrameBeforeInitializeIsAFailureAndNoError) {
   EXPECT_TRUE(log_.Has("ERROR VodThumbnailWorkerPlugin: Worker not initialized"));
 }
 
+DWORD WINAPI NoTemporaryFolder(DWORD, char*) { return 0; }
+
+TEST_F(ThumbnailWorker, WithoutATemporaryFolderTheSnapshotGoesIntoTheWorkingDirectory) {
+  Initialize();
+  const ImportHook folder("kernel32.dll", "GetTempPathA", reinterpret_cast<void*>(NoTemporaryFolder));
+  GetFrame();
+  EXPECT_THAT(vlc_.CallsOf("libvlc_video_take_snapshot"),
+              ElementsAre("libvlc_video_take_snapshot(player1, 0, \"vantro_thumb_123_42.jpg\", 320, 180)"));
+}
+
 TEST_F(ThumbnailWorker, FileOfNoBytesIsAnEmptyFrame) {
   Initialize();
   vlc_.OnCall("libvlc_video_take_snapshot", [&] { WriteFileBytes(scratch_ / "vantro_thumb_123_42.jpg", ""); });

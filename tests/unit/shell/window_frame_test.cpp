@@ -56,6 +56,18 @@ TEST_F(MainWindowMessages, FramePaintFillsAStripOfThreePixelsAndNothingElse) {
   EXPECT_EQ(defaultPaintings, 0);
 }
 
+HDC WINAPI NoDeviceContext(HWND) { return nullptr; }
+
+TEST_F(MainWindowMessages, WithoutADeviceContextTheBarIsNotReportedAsPainted) {
+  window_.ToggleFullscreen();
+  Inside(window_).fullscreen_.ShowTitleBarControls();
+  EXPECT_EQ(log_.CountContaining("Painted title bar background directly"), 1);
+  Inside(window_).fullscreen_.HideTitleBarControls();
+  const ImportHook context("user32.dll", "GetDC", reinterpret_cast<void*>(NoDeviceContext));
+  Inside(window_).fullscreen_.ShowTitleBarControls();
+  EXPECT_EQ(log_.CountContaining("Painted title bar background directly"), 1);
+}
+
 // Messages that are left to the system.
 
 struct LeftToTheSystem {

@@ -170,11 +170,16 @@ TEST_F(Windows, ReferenceInFullscreenGivesTheLargeOffset) {
   EXPECT_EQ(placed.top, work.top + 50);
 }
 
-// Returns the number of windows of the main window class, in the list or not.
+// Returns the number of this process's windows of the main window class, in the list or not. Other test programs may
+// have windows on the same desktop.
 int CountMainWindows() {
   int count = 0;
   HWND window = nullptr;
-  while ((window = FindWindowExW(nullptr, window, L"VantroWindowClass", nullptr))) ++count;
+  while ((window = FindWindowExW(nullptr, window, L"VantroWindowClass", nullptr))) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == GetCurrentProcessId()) ++count;
+  }
   return count;
 }
 
