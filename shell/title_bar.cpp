@@ -55,7 +55,7 @@ void TestSearchBoxFocus(HWND searchBox) {
   LOG_INFO("Search box styles - Style: 0x%08X, ExStyle: 0x%08X",
            static_cast<unsigned>(GetWindowLongA(searchBox, GWL_STYLE)),
            static_cast<unsigned>(GetWindowLongA(searchBox, GWL_EXSTYLE)));
-  if (oldFocus && IsWindow(oldFocus)) SetFocus(oldFocus);
+  if (IsWindow(oldFocus)) SetFocus(oldFocus);
 }
 
 void PrepareSearchBox(HWND searchBox) {

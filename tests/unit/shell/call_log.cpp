@@ -2,11 +2,9 @@
 
 #include <dwmapi.h>
 
-#include <cstdarg>
-#include <cstdio>
-
 #include "shell/vantro_window.h"
 #include "tests/support/flag_names.h"
+#include "tests/support/format.h"
 #include "tests/unit/shell/inside.h"
 
 namespace vantro::test {
@@ -14,16 +12,6 @@ namespace vantro::test {
 namespace {
 
 CallLog* current = nullptr;
-
-std::string Format(const char* format, ...) __attribute__((format(__MINGW_PRINTF_FORMAT, 1, 2)));
-std::string Format(const char* format, ...) {
-  char text[256];
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  return text;
-}
 
 }  // namespace
 

@@ -3,18 +3,17 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdarg>
-#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "common/log.h"
+#include "tests/support/format.h"
 #include "tests/support/import_hook.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
 namespace {
 
+using test::Format;
 using test::Inside;
 using test::WindowRectOf;
 using testing::ElementsAre;
@@ -22,16 +21,6 @@ using testing::ElementsAreArray;
 using Lines = std::vector<std::string>;
 
 constexpr WPARAM kKey = 'A';  // 65
-
-std::string Line(const char* format, ...) VANTRO_PRINTF_FORMAT(1, 2);
-std::string Line(const char* format, ...) {
-  char text[256];
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  return std::string("DEBUG ") + text;
-}
 
 class InputLog : public test::WindowTest {
  protected:
@@ -57,7 +46,7 @@ class InputLog : public test::WindowTest {
   }
   // A line that ends with a window's handle, or has it between two texts.
   static std::string Pointer(const std::string& before, HWND window, const std::string& after = "") {
-    return Line("%s%p%s", before.c_str(), static_cast<void*>(window), after.c_str());
+    return Format("DEBUG %s%p%s", before.c_str(), static_cast<void*>(window), after.c_str());
   }
 
   VantroWindow& window_;
@@ -69,23 +58,24 @@ TEST_F(InputLog, AFocusThatComesNamesTheWindows) {
   SetFocus(Inside(window_).fileButton_);
   EXPECT_THAT(
       Sent(Main(), WM_SETFOCUS, 0, {"WM_SETFOCUS"}),
-      ElementsAre(Pointer("WM_SETFOCUS: Main window got focus, current focus window: ", Inside(window_).fileButton_),
-                  Line("WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p",
-                       static_cast<void*>(Inside(window_).searchBox_), static_cast<void*>(Inside(window_).fileButton_),
-                       static_cast<void*>(Inside(window_).helpButton_)),
-                  Pointer("WM_SETFOCUS: Flutter overlay: ", Overlay()),
-                  Pointer("WM_SETFOCUS: Flutter engine window: ", View())));
+      ElementsAre(
+          Pointer("WM_SETFOCUS: Main window got focus, current focus window: ", Inside(window_).fileButton_),
+          Format("DEBUG WM_SETFOCUS: Search box: %p, File button: %p, Help button: %p",
+                 static_cast<void*>(Inside(window_).searchBox_), static_cast<void*>(Inside(window_).fileButton_),
+                 static_cast<void*>(Inside(window_).helpButton_)),
+          Pointer("WM_SETFOCUS: Flutter overlay: ", Overlay()),
+          Pointer("WM_SETFOCUS: Flutter engine window: ", View())));
 }
 
 TEST_F(InputLog, AFocusThatGoesNamesTheNextWindow) {
-  EXPECT_THAT(
-      Sent(Main(), WM_KILLFOCUS, reinterpret_cast<WPARAM>(View()), {"WM_KILLFOCUS"}),
-      ElementsAre(Pointer("WM_KILLFOCUS: Main window lost focus, new focus window: ", View()),
-                  Line("WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p",
-                       static_cast<void*>(Inside(window_).searchBox_), static_cast<void*>(Inside(window_).fileButton_),
-                       static_cast<void*>(Inside(window_).helpButton_)),
-                  Pointer("WM_KILLFOCUS: Flutter overlay: ", Overlay()),
-                  Pointer("WM_KILLFOCUS: Flutter engine window: ", View())));
+  EXPECT_THAT(Sent(Main(), WM_KILLFOCUS, reinterpret_cast<WPARAM>(View()), {"WM_KILLFOCUS"}),
+              ElementsAre(Pointer("WM_KILLFOCUS: Main window lost focus, new focus window: ", View()),
+                          Format("DEBUG WM_KILLFOCUS: Search box: %p, File button: %p, Help button: %p",
+                                 static_cast<void*>(Inside(window_).searchBox_),
+                                 static_cast<void*>(Inside(window_).fileButton_),
+                                 static_cast<void*>(Inside(window_).helpButton_)),
+                          Pointer("WM_KILLFOCUS: Flutter overlay: ", Overlay()),
+                          Pointer("WM_KILLFOCUS: Flutter engine window: ", View())));
 }
 
 // Keys at the main window.
@@ -104,8 +94,8 @@ class KeyAtTheMainWindow : public InputLog {
     Lines lines = Begin(focusIsMain);
     char className[64] = "";
     GetClassNameA(View(), className, sizeof className);
-    lines.push_back(Line("MainWindow: Flutter window info - Class: %s, ProcessId: %lu, IsVisible: %s", className,
-                         GetCurrentProcessId(), IsWindowVisible(View()) ? "true" : "false"));
+    lines.push_back(Format("DEBUG MainWindow: Flutter window info - Class: %s, ProcessId: %lu, IsVisible: %s",
+                           className, GetCurrentProcessId(), IsWindowVisible(View()) ? "true" : "false"));
     lines.emplace_back("DEBUG MainWindow: Forwarding keyboard event directly to Flutter (no focus change)");
     return lines;
   }
@@ -146,10 +136,8 @@ TEST_F(KeyAtTheMainWindow, WithoutALiveView) {
   DestroyWindow(View());
   SetFocus(Inside(window_).searchBox_);
   Lines expected = Begin("NO");
-  char line[128];
-  std::snprintf(line, sizeof line, "ERROR MainWindow: Invalid Flutter window - flutterWindow=%p, IsWindow=false",
-                static_cast<void*>(View()));
-  expected.emplace_back(line);
+  expected.push_back(Format("ERROR MainWindow: Invalid Flutter window - flutterWindow=%p, IsWindow=false",
+                            static_cast<void*>(View())));
   EXPECT_THAT(KeyDown(), ElementsAreArray(expected));
 }
 
@@ -180,8 +168,8 @@ TEST_F(InputLog, AClickNamesItsPlaceAndTheWindowThere) {
   SetCursorPos(static_cast<int>(point.x), static_cast<int>(point.y));
   ScreenToClient(Main(), &point);
   EXPECT_THAT(Sent(Main(), WM_LBUTTONDOWN, 0, {"WM_LBUTTONDOWN"}),
-              ElementsAre(Line("WM_LBUTTONDOWN: Click at (%d, %d), hit window: %p", static_cast<int>(point.x),
-                               static_cast<int>(point.y), static_cast<void*>(Inside(window_).searchBox_)),
+              ElementsAre(Format("DEBUG WM_LBUTTONDOWN: Click at (%d, %d), hit window: %p", static_cast<int>(point.x),
+                                 static_cast<int>(point.y), static_cast<void*>(Inside(window_).searchBox_)),
                           Pointer("WM_LBUTTONDOWN: Search box window: ", Inside(window_).searchBox_),
                           "DEBUG WM_LBUTTONDOWN: Click on search box - ensuring it gets focus"));
 }
@@ -268,10 +256,8 @@ TEST_F(InputLog, InputAtTheOverlayWithoutAnEngine) {
   auto engine = std::move(window_.flutterEngine_);
   const test::LogCapture log;
   SendMessageA(Overlay(), WM_KEYUP, kKey, 0);
-  char line[96];
-  std::snprintf(line, sizeof line, "ERROR OverlayWindowProc: instance_=%p or flutterEngine_ is NULL!",
-                static_cast<void*>(&window_));
-  EXPECT_THAT(log.Lines(), testing::Contains(line));
+  EXPECT_THAT(log.Lines(), testing::Contains(Format("ERROR OverlayWindowProc: instance_=%p or flutterEngine_ is NULL!",
+                                                    static_cast<void*>(&window_))));
   window_.flutterEngine_ = std::move(engine);
 }
 
