@@ -368,6 +368,19 @@ TEST_F(LayoutTest, RescalingAfterASwapFitsEachVideoToItsNewTile) {
               ElementsAre("libvlc_video_set_scale(player2, 0.983333)", "libvlc_video_set_scale(player1, 0.491667)"));
 }
 
+TEST_F(LayoutTest, AnEventDuringTheAttachmentOfANewTileFindsTheTile) {
+  StartGrid(1);
+  int scales = 0;
+  vlc_.OnCall("libvlc_event_attach", [&] {
+    vlc_.SetSize(TilePlayer(1), 790, 300);
+    player_.UpdateMultiViewScaling();
+    scales = vlc_.CountOf("libvlc_video_set_scale");
+  });
+  ASSERT_TRUE(Add(1));
+  vlc_.OnCall("libvlc_event_attach", nullptr);
+  EXPECT_GT(scales, 0);
+}
+
 TEST_F(LayoutTest, RescalingReachesATileAfterOneWithoutAPlayer) {
   StartWithEvents();
   state_.mediaPlayer_.reset();

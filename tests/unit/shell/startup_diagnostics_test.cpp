@@ -182,5 +182,39 @@ TEST(WindowCreationDiagnostics, WindowOfASystemClassShowsWhetherTheClassIsToBlam
                                 "WARNING Test window creation succeeded, issue is specific to application window"}));
 }
 
+// The arguments of the window that a test of the window creation makes.
+struct TestWindow {
+  DWORD exStyle, style;
+  std::wstring className, title;
+  int x, y, width, height;
+  HWND parent;
+  HMENU menu;
+  HINSTANCE instance;
+  void* parameter;
+
+  bool operator==(const TestWindow&) const = default;
+};
+std::vector<TestWindow> testWindows;
+HWND WINAPI RefuseWindow(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
+                         int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* parameter) {
+  testWindows.push_back({exStyle, style, className, title, x, y, width, height, parent, menu, instance, parameter});
+  SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return nullptr;
+}
+
+TEST(WindowCreationDiagnostics, ASecondFailureIsLoggedWithItsErrorAndTheInvalidHandleWithItsReason) {
+  const ImportHook creation("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RefuseWindow));
+  testWindows.clear();
+  const LogCapture log;
+  LogWindowCreationFailure(GetModuleHandleW(nullptr), ERROR_INVALID_WINDOW_HANDLE);
+  EXPECT_EQ(log.Lines(),
+            (Lines{"ERROR CreateWindowW failed with error: 1400",
+                   "ERROR Invalid window handle - this may be due to an issue with the window class registration",
+                   "ERROR Test window creation also failed with error: 8"}));
+  EXPECT_EQ(testWindows,
+            (std::vector<TestWindow>{{0, WS_OVERLAPPEDWINDOW, L"STATIC", L"Test Window", CW_USEDEFAULT, CW_USEDEFAULT,
+                                      100, 100, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr}}));
+}
+
 }  // namespace
 }  // namespace vantro
