@@ -181,9 +181,8 @@ void TitleBar::PaintFrameEdge() {
 bool TitleBar::PaintNow() {
   const HDC dc = GetDC(hwnd_);
   if (!dc) return false;
-  RECT strip{};
+  RECT strip{};  // begins at 0,0
   GetClientRect(hwnd_, &strip);
-  strip.top = 0;
   strip.bottom = TITLE_BAR_HEIGHT;
   FillRect(dc, &strip, titleBarBrush_);
   ReleaseDC(hwnd_, dc);
