@@ -28,10 +28,14 @@ from tests.end_to_end.stream_server import StreamServer  # noqa: E402
 from tests.support.meters import Meters  # noqa: E402
 from tests.support.process_usage import process_of, usage  # noqa: E402
 from vantro_interface import host as hosts  # noqa: E402
+from vantro_interface.client import WaitTimeout  # noqa: E402
 
 STREAMS = ("red", "green", "blue", "yellow")
 EXITS = ("mvPromoteActiveAndExit", "disableMultiView", "mvExitFullscreen")
 REPORT_EVERY = 10  # rounds
+
+
+EVENT_SECONDS = 10.0
 
 
 class Left(AssertionError):
@@ -43,6 +47,7 @@ class Rounds:
 
     def __init__(self, client, meters, url):
         self.done = 0
+        self.early = 0  # tiles that began to play before their events were attached
         self._client, self._meters, self._url = client, meters, url
 
     def begin(self):
@@ -51,7 +56,7 @@ class Rounds:
     def play(self, count_players=True):
         self._do("enableMultiView")
         for stream in STREAMS[1:]:
-            self._then("onPlaying", "mvAddStream", {"url": self._url(stream), "name": stream})
+            self._add(stream)
         self._do("mvSetActiveIndex", {"index": 1})
         self._do("mvSwapTiles", {"from": 1, "to": 3})
         self._then("onPlaying", "mvReplaceActive", {"url": self._url(STREAMS[self.done % 4]), "name": "replaced"})
@@ -72,7 +77,21 @@ class Rounds:
     def _then(self, event, method, arguments=None):
         mark = self._client.mark()
         self._do(method, arguments)
-        self._client.wait_for(event, after=mark)
+        try:
+            self._client.wait_for(event, after=mark, timeout=EVENT_SECONDS)
+        except WaitTimeout:
+            newest = self._meters.seconds()[-1:]
+            raise WaitTimeout(f"{event} did not follow {method} in round {self.done + 1}; players: {newest}") from None
+
+    def _add(self, stream):
+        """Adds a tile. Its events are attached after playback was requested, so a busy machine can lose onPlaying."""
+        try:
+            self._then("onPlaying", "mvAddStream", {"url": self._url(stream), "name": stream})
+        except WaitTimeout:
+            plays = any(reading.stream == stream and reading.displayed for reading in self._meters.seconds()[-1])
+            if not plays:
+                raise
+            self.early += 1
 
     def _count(self, players):
         windows = self._client.windows("VantroVlcHostWindow")
@@ -98,6 +117,7 @@ def soak(host, meters, url, arguments):
             now = usage(process)
             memory[rounds.done] = now.written_kib
             print_figures(rounds, began, now)
+    print(f"{rounds.early} tiles began to play before their events were attached")
     if len(memory) > 2:
         # Streams are opened and closed all the time, so single values vary by some 10 MB.
         slope = statistics.linear_regression(list(memory), list(memory.values())).slope

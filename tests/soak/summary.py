@@ -14,7 +14,7 @@ PARTS = {
     "player-storm": [],
     "kills": ["kills during calls"],
     "playback-storm": ["threads,", "rounds in"],
-    "multi-view-rounds": ["rounds;"],
+    "multi-view-rounds": ["rounds;", "before their events"],
     "preview-frames": ["passed"],
     "random-steps": ["steps in"],
 }

@@ -137,7 +137,8 @@ class Workspace:
     # Building.
 
     def configure(self, preset):
-        run = self.command("cmake", "--preset", preset)
+        # Warnings are errors, as in the builds of ./dev.
+        run = self.command("cmake", "--preset", preset, "-DCMAKE_COMPILE_WARNING_AS_ERROR=ON")
         if not run.passed:
             raise RuntimeError(f"{preset} can't be configured:\n{run.output[-2000:]}")
 
