@@ -1,0 +1,174 @@
+// The place of log lines among the libvlc calls and the messages of an operation. A line before a call that hangs or
+// crashes is the last one in the log, so its place matters.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "common/log.h"
+#include "tests/support/import_hook.h"
+#include "tests/unit/player/watchdog_fixture.h"
+
+namespace vantro::test {
+namespace {
+
+using testing::ElementsAreArray;
+using Lines = std::vector<std::string>;
+
+LRESULT WINAPI NoteMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  WriteLog(kLogDebug, "call SendMessageA");
+  return SendMessageW(window, message, wParam, lParam);
+}
+
+class Sequence : public WatchdogTest {
+ protected:
+  ~Sequence() override {
+    for (const std::string& function : noted_) vlc_.OnCall(function, nullptr);
+  }
+
+  // Writes the calls of these functions into the log from now on, as "call libvlc_...".
+  void NoteCalls(const Lines& functions) {
+    for (const std::string& function : functions) {
+      vlc_.OnCall(function, [function] { WriteLog(kLogDebug, ("call " + function).c_str()); });
+      noted_.push_back(function);
+    }
+    begin_ = log_.Lines().size();
+  }
+  // Returns the fragments in the order of the first line after NoteCalls that contains each. Lines are taken once.
+  Lines OrderOf(Lines fragments) const {
+    Lines found;
+    const Lines lines = log_.Lines();
+    for (size_t index = begin_; index < lines.size(); ++index) {
+      const auto match = std::find_if(fragments.begin(), fragments.end(), [&](const std::string& fragment) {
+        return lines[index].find(fragment) != std::string::npos;
+      });
+      if (match == fragments.end()) continue;
+      found.push_back(*match);
+      fragments.erase(match);
+    }
+    return found;
+  }
+  void ExpectOrder(const Lines& expected) {
+    Lines sorted = expected;
+    std::sort(sorted.begin(), sorted.end());
+    EXPECT_THAT(OrderOf(sorted), ElementsAreArray(expected));
+  }
+
+ private:
+  size_t begin_ = 0;
+  Lines noted_;
+};
+
+TEST_F(Sequence, OfAPlayThatRepairsTheSound) {
+  StartWithEvents();
+  ASSERT_TRUE(SetMedia("http://host/0"));
+  vlc_.SetResult("libvlc_audio_get_mute", 1);
+  NoteCalls({"libvlc_media_player_play", "libvlc_audio_get_volume", "libvlc_audio_get_mute", "libvlc_audio_set_mute",
+             "libvlc_audio_set_volume"});
+  player_.Play();
+  ExpectOrder({"[VLCPlayer::Play] Called, ", "call libvlc_media_player_play", "Called libvlc_media_player_play",
+               "call libvlc_audio_get_volume", "call libvlc_audio_get_mute", "VLC audio state",
+               "call libvlc_audio_set_mute", "call libvlc_audio_set_volume", "FIXED: Unmuted"});
+}
+
+TEST_F(Sequence, OfAPlayWithoutAWorkingSound) {
+  StartWithEvents();
+  ASSERT_TRUE(SetMedia("http://host/0"));
+  vlc_.SetResult("libvlc_audio_get_mute", -1);
+  vlc_.SetResult("libvlc_audio_get_volume", -1);
+  NoteCalls({"libvlc_audio_get_mute", "libvlc_audio_set_volume"});
+  player_.Play();
+  ExpectOrder({"call libvlc_audio_get_mute", "VLC audio state", "audio subsystem not working", "Possible causes",
+               "call libvlc_audio_set_volume", "Attempted to force volume=100"});
+}
+
+TEST_F(Sequence, OfASetMedia) {
+  StartWithEvents();
+  NoteCalls({"libvlc_media_new_uri", "libvlc_media_add_option", "libvlc_media_player_set_media",
+             "libvlc_media_player_set_time"});
+  ASSERT_TRUE(SetMedia("http://host/0", 5000));
+  ExpectOrder({"[VLCPlayer::SetMedia] Called with", "call libvlc_media_new_uri", "call libvlc_media_add_option",
+               "Set network cache", "call libvlc_media_player_set_media", "call libvlc_media_player_set_time",
+               "Set initial seek position"});
+}
+
+TEST_F(Sequence, OfAVolume) {
+  StartWithEvents();
+  NoteCalls({"libvlc_audio_set_volume"});
+  player_.SetVolume(50);
+  ExpectOrder({"[VLCPlayer::SetVolume] Called with", "call libvlc_audio_set_volume", "libvlc_audio_set_volume result"});
+}
+
+TEST_F(Sequence, OfANewTile) {
+  StartGrid(1);
+  vlc_.SetSize(nullptr, 0, 0);
+  NoteCalls(
+      {"libvlc_media_player_new", "libvlc_media_player_set_hwnd", "libvlc_media_player_play", "libvlc_event_attach"});
+  ASSERT_TRUE(Add(1));
+  ExpectOrder({"[MvAddStream] *** CALLED ***", "[MvAddStream] Created window", "call libvlc_media_player_new",
+               "[MvAddStream] Created VLC player", "call libvlc_media_player_set_hwnd", "call libvlc_media_player_play",
+               "call libvlc_event_attach", "[AttachEventsToPlayer] Attached", "[MvAddStream] Attached events",
+               "[MvAddStream] Added player", "[UpdateGridLayout] Parent size", "[UpdateActiveAudio] *** CALLED ***",
+               "[UpdateMultiViewScaling] ***", "[MvAddStream] *** SUCCESS ***"});
+}
+
+TEST_F(Sequence, OfATilesPlace) {
+  StartGrid(2);
+  vlc_.SetSize(TilePlayer(1), 790, 300);
+  // Only the second tile writes the lines, because the first has no size.
+  const ImportHook send("user32.dll", "SendMessageA", reinterpret_cast<void*>(NoteMessage));
+  NoteCalls({"libvlc_video_set_scale", "libvlc_video_set_viewport"});
+  player_.UpdateGridLayout();
+  ExpectOrder({"current size:", "*** CORE FIX *** Player 0", "Sending resize message sequence to player 0",
+               "call SendMessageA", "Re-set VLC window handle for player 0", "Player 0 - No video size yet",
+               "Player 0 - Requested", "Sent resize notifications to player 0", "SetWindowPos result for player 0",
+               "Re-set VLC window handle for player 1", "call libvlc_video_set_scale", "call libvlc_video_set_viewport",
+               "Player 1 - Set viewport", "Player 1 - Video"});
+}
+
+TEST_F(Sequence, OfTheActiveTilesSound) {
+  StartGrid(1);
+  NoteCalls({"libvlc_audio_set_volume", "libvlc_audio_set_mute"});
+  player_.SetActiveIndexSafe(0);
+  player_.UpdateActiveAudio();
+  ExpectOrder({"activeIndex already 0", "[UpdateActiveAudio] *** CALLED ***", "[UpdateActiveAudio] Call count",
+               "[UpdateActiveAudio] Player 0 handle", "call libvlc_audio_set_mute", "call libvlc_audio_set_volume",
+               "[UpdateActiveAudio] Player 0 volume result"});
+}
+
+TEST_F(Sequence, OfARemovedTile) {
+  StartGrid(3);
+  player_.SetActiveIndexSafe(2);
+  NoteCalls({"libvlc_media_player_stop", "libvlc_media_player_release"});
+  ASSERT_TRUE(player_.MvRemoveActive());
+  ExpectOrder({"[MvRemoveActive] *** CALLED ***", "call libvlc_media_player_stop", "call libvlc_media_player_release",
+               "[MvRemoveActive] Need to adjust", "[SetActiveIndexSafe] Changing", "[UpdateGridLayout] Parent size",
+               "[UpdateActiveAudio] *** CALLED ***"});
+}
+
+TEST_F(Sequence, OfLeavingTheGrid) {
+  StartGrid(2);
+  vlc_.SetSize(TilePlayer(0), 400, 300);
+  NoteCalls({"libvlc_media_player_stop", "libvlc_video_set_scale", "libvlc_media_player_release"});
+  ASSERT_TRUE(player_.DisableMultiView());
+  ExpectOrder({"[DisableMultiView] *** CALLED ***", "call libvlc_media_player_stop",
+               "[DisableMultiView] Keeping original player", "call libvlc_video_set_scale",
+               "[DisableMultiView] Reset VLC scale", "call libvlc_media_player_release"});
+}
+
+TEST_F(Sequence, OfANudgeAndAReload) {
+  StartSingle();
+  NoteCalls({"libvlc_media_player_set_pause", "libvlc_media_player_pause", "libvlc_media_player_stop",
+             "libvlc_media_player_set_media"});
+  WedgedPasses(3);
+  ExpectOrder({"wedge detected", "performing cheap pause/resume nudge"});
+  WedgedPasses(3);
+  ExpectOrder({"wedge detected", "performing cheap pause/resume nudge", "restarting media", "Restarting media (",
+               "call libvlc_media_player_stop", "call libvlc_media_player_set_media"});
+}
+
+}  // namespace
+}  // namespace vantro::test
