@@ -66,18 +66,21 @@ def code(text):
     return f"`{text.replace('|', chr(92) + '|')}`"
 
 
+def statements(root=ROOT):
+    """Yields (path from the root, rows of lines_of) of each source of the host that writes to the log."""
+    for folder in FOLDERS:
+        for path in sorted((root / folder).glob("*.cpp")):
+            if rows := lines_of(path.read_text()):
+                yield path.relative_to(root).as_posix(), rows
+
+
 def page(root=ROOT):
     """Returns the text of the page."""
     text = INTRODUCTION
-    for folder in FOLDERS:
-        for path in sorted((root / folder).glob("*.cpp")):
-            rows = lines_of(path.read_text())
-            if not rows:
-                continue
-            name = path.relative_to(root).as_posix()
-            text += f"\n## [`{name}`](../{name})\n\n| Level | Text |\n|---|---|\n"
-            for level, line, words in rows:
-                text += f"| {level} | {code(line)}" + (f" ({', '.join(map(code, words))})" if words else "") + " |\n"
+    for name, rows in statements(root):
+        text += f"\n## [`{name}`](../{name})\n\n| Level | Text |\n|---|---|\n"
+        for level, line, words in rows:
+            text += f"| {level} | {code(line)}" + (f" ({', '.join(map(code, words))})" if words else "") + " |\n"
     return text
 
 
