@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "common/log.h"
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/player/watchdog_fixture.h"
 
 namespace vantro::test {
@@ -19,7 +19,7 @@ using testing::ElementsAreArray;
 using Lines = std::vector<std::string>;
 
 LRESULT WINAPI NoteMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  WriteLog(kLogDebug, "call SendMessageA");
+  Note("SendMessageA");
   return SendMessageW(window, message, wParam, lParam);
 }
 
@@ -29,10 +29,10 @@ class Sequence : public WatchdogTest {
     for (const std::string& function : noted_) vlc_.OnCall(function, nullptr);
   }
 
-  // Writes the calls of these functions into the log from now on, as "call libvlc_...".
+  // Writes the calls of these functions into the log from now on, as "(call) libvlc_...".
   void NoteCalls(const Lines& functions) {
     for (const std::string& function : functions) {
-      vlc_.OnCall(function, [function] { WriteLog(kLogDebug, ("call " + function).c_str()); });
+      vlc_.OnCall(function, [function] { Note(function); });
       noted_.push_back(function);
     }
     begin_ = log_.Lines().size();
@@ -69,9 +69,9 @@ TEST_F(Sequence, OfAPlayThatRepairsTheSound) {
   NoteCalls({"libvlc_media_player_play", "libvlc_audio_get_volume", "libvlc_audio_get_mute", "libvlc_audio_set_mute",
              "libvlc_audio_set_volume"});
   player_.Play();
-  ExpectOrder({"[VLCPlayer::Play] Called, ", "call libvlc_media_player_play", "Called libvlc_media_player_play",
-               "call libvlc_audio_get_volume", "call libvlc_audio_get_mute", "VLC audio state",
-               "call libvlc_audio_set_mute", "call libvlc_audio_set_volume", "FIXED: Unmuted"});
+  ExpectOrder({"[VLCPlayer::Play] Called, ", "(call) libvlc_media_player_play", "Called libvlc_media_player_play",
+               "(call) libvlc_audio_get_volume", "(call) libvlc_audio_get_mute", "VLC audio state",
+               "(call) libvlc_audio_set_mute", "(call) libvlc_audio_set_volume", "FIXED: Unmuted"});
 }
 
 TEST_F(Sequence, OfAPlayWithoutAWorkingSound) {
@@ -81,8 +81,8 @@ TEST_F(Sequence, OfAPlayWithoutAWorkingSound) {
   vlc_.SetResult("libvlc_audio_get_volume", -1);
   NoteCalls({"libvlc_audio_get_mute", "libvlc_audio_set_volume"});
   player_.Play();
-  ExpectOrder({"call libvlc_audio_get_mute", "VLC audio state", "audio subsystem not working", "Possible causes",
-               "call libvlc_audio_set_volume", "Attempted to force volume=100"});
+  ExpectOrder({"(call) libvlc_audio_get_mute", "VLC audio state", "audio subsystem not working", "Possible causes",
+               "(call) libvlc_audio_set_volume", "Attempted to force volume=100"});
 }
 
 TEST_F(Sequence, OfASetMedia) {
@@ -90,8 +90,8 @@ TEST_F(Sequence, OfASetMedia) {
   NoteCalls({"libvlc_media_new_uri", "libvlc_media_add_option", "libvlc_media_player_set_media",
              "libvlc_media_player_set_time"});
   ASSERT_TRUE(SetMedia("http://host/0", 5000));
-  ExpectOrder({"[VLCPlayer::SetMedia] Called with", "call libvlc_media_new_uri", "call libvlc_media_add_option",
-               "Set network cache", "call libvlc_media_player_set_media", "call libvlc_media_player_set_time",
+  ExpectOrder({"[VLCPlayer::SetMedia] Called with", "(call) libvlc_media_new_uri", "(call) libvlc_media_add_option",
+               "Set network cache", "(call) libvlc_media_player_set_media", "(call) libvlc_media_player_set_time",
                "Set initial seek position"});
 }
 
@@ -99,7 +99,8 @@ TEST_F(Sequence, OfAVolume) {
   StartWithEvents();
   NoteCalls({"libvlc_audio_set_volume"});
   player_.SetVolume(50);
-  ExpectOrder({"[VLCPlayer::SetVolume] Called with", "call libvlc_audio_set_volume", "libvlc_audio_set_volume result"});
+  ExpectOrder(
+      {"[VLCPlayer::SetVolume] Called with", "(call) libvlc_audio_set_volume", "libvlc_audio_set_volume result"});
 }
 
 TEST_F(Sequence, OfANewTile) {
@@ -108,11 +109,11 @@ TEST_F(Sequence, OfANewTile) {
   NoteCalls(
       {"libvlc_media_player_new", "libvlc_media_player_set_hwnd", "libvlc_media_player_play", "libvlc_event_attach"});
   ASSERT_TRUE(Add(1));
-  ExpectOrder({"[MvAddStream] *** CALLED ***", "[MvAddStream] Created window", "call libvlc_media_player_new",
-               "[MvAddStream] Created VLC player", "call libvlc_media_player_set_hwnd", "call libvlc_media_player_play",
-               "call libvlc_event_attach", "[AttachEventsToPlayer] Attached", "[MvAddStream] Attached events",
-               "[MvAddStream] Added player", "[UpdateGridLayout] Parent size", "[UpdateActiveAudio] *** CALLED ***",
-               "[UpdateMultiViewScaling] ***", "[MvAddStream] *** SUCCESS ***"});
+  ExpectOrder({"[MvAddStream] *** CALLED ***", "[MvAddStream] Created window", "(call) libvlc_media_player_new",
+               "[MvAddStream] Created VLC player", "(call) libvlc_media_player_set_hwnd",
+               "(call) libvlc_media_player_play", "(call) libvlc_event_attach", "[AttachEventsToPlayer] Attached",
+               "[MvAddStream] Attached events", "[MvAddStream] Added player", "[UpdateGridLayout] Parent size",
+               "[UpdateActiveAudio] *** CALLED ***", "[UpdateMultiViewScaling] ***", "[MvAddStream] *** SUCCESS ***"});
 }
 
 TEST_F(Sequence, OfATilesPlace) {
@@ -123,10 +124,10 @@ TEST_F(Sequence, OfATilesPlace) {
   NoteCalls({"libvlc_video_set_scale", "libvlc_video_set_viewport"});
   player_.UpdateGridLayout();
   ExpectOrder({"current size:", "*** CORE FIX *** Player 0", "Sending resize message sequence to player 0",
-               "call SendMessageA", "Re-set VLC window handle for player 0", "Player 0 - No video size yet",
+               "(call) SendMessageA", "Re-set VLC window handle for player 0", "Player 0 - No video size yet",
                "Player 0 - Requested", "Sent resize notifications to player 0", "SetWindowPos result for player 0",
-               "Re-set VLC window handle for player 1", "call libvlc_video_set_scale", "call libvlc_video_set_viewport",
-               "Player 1 - Set viewport", "Player 1 - Video"});
+               "Re-set VLC window handle for player 1", "(call) libvlc_video_set_scale",
+               "(call) libvlc_video_set_viewport", "Player 1 - Set viewport", "Player 1 - Video"});
 }
 
 TEST_F(Sequence, OfTheActiveTilesSound) {
@@ -135,7 +136,7 @@ TEST_F(Sequence, OfTheActiveTilesSound) {
   player_.SetActiveIndexSafe(0);
   player_.UpdateActiveAudio();
   ExpectOrder({"activeIndex already 0", "[UpdateActiveAudio] *** CALLED ***", "[UpdateActiveAudio] Call count",
-               "[UpdateActiveAudio] Player 0 handle", "call libvlc_audio_set_mute", "call libvlc_audio_set_volume",
+               "[UpdateActiveAudio] Player 0 handle", "(call) libvlc_audio_set_mute", "(call) libvlc_audio_set_volume",
                "[UpdateActiveAudio] Player 0 volume result"});
 }
 
@@ -144,9 +145,9 @@ TEST_F(Sequence, OfARemovedTile) {
   player_.SetActiveIndexSafe(2);
   NoteCalls({"libvlc_media_player_stop", "libvlc_media_player_release"});
   ASSERT_TRUE(player_.MvRemoveActive());
-  ExpectOrder({"[MvRemoveActive] *** CALLED ***", "call libvlc_media_player_stop", "call libvlc_media_player_release",
-               "[MvRemoveActive] Need to adjust", "[SetActiveIndexSafe] Changing", "[UpdateGridLayout] Parent size",
-               "[UpdateActiveAudio] *** CALLED ***"});
+  ExpectOrder({"[MvRemoveActive] *** CALLED ***", "(call) libvlc_media_player_stop",
+               "(call) libvlc_media_player_release", "[MvRemoveActive] Need to adjust", "[SetActiveIndexSafe] Changing",
+               "[UpdateGridLayout] Parent size", "[UpdateActiveAudio] *** CALLED ***"});
 }
 
 TEST_F(Sequence, OfLeavingTheGrid) {
@@ -154,9 +155,9 @@ TEST_F(Sequence, OfLeavingTheGrid) {
   vlc_.SetSize(TilePlayer(0), 400, 300);
   NoteCalls({"libvlc_media_player_stop", "libvlc_video_set_scale", "libvlc_media_player_release"});
   ASSERT_TRUE(player_.DisableMultiView());
-  ExpectOrder({"[DisableMultiView] *** CALLED ***", "call libvlc_media_player_stop",
-               "[DisableMultiView] Keeping original player", "call libvlc_video_set_scale",
-               "[DisableMultiView] Reset VLC scale", "call libvlc_media_player_release"});
+  ExpectOrder({"[DisableMultiView] *** CALLED ***", "(call) libvlc_media_player_stop",
+               "[DisableMultiView] Keeping original player", "(call) libvlc_video_set_scale",
+               "[DisableMultiView] Reset VLC scale", "(call) libvlc_media_player_release"});
 }
 
 TEST_F(Sequence, OfANudgeAndAReload) {
@@ -167,7 +168,7 @@ TEST_F(Sequence, OfANudgeAndAReload) {
   ExpectOrder({"wedge detected", "performing cheap pause/resume nudge"});
   WedgedPasses(3);
   ExpectOrder({"wedge detected", "performing cheap pause/resume nudge", "restarting media", "Restarting media (",
-               "call libvlc_media_player_stop", "call libvlc_media_player_set_media"});
+               "(call) libvlc_media_player_stop", "(call) libvlc_media_player_set_media"});
 }
 
 }  // namespace

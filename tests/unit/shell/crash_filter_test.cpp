@@ -10,8 +10,8 @@
 #include <string>
 
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/support/log_capture.h"
-#include "tests/unit/shell/line_order.h"
 
 namespace vantro {
 namespace {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/call_log.h"
-#include "tests/unit/shell/line_order.h"
 #include "tests/unit/shell/shell_fixture.h"
 
 namespace vantro {

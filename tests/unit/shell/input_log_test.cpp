@@ -8,6 +8,7 @@
 
 #include "tests/support/format.h"
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
@@ -29,20 +30,11 @@ class InputLog : public test::WindowTest {
   HWND Main() const { return window_.hwnd_; }
   HWND Overlay() { return Inside(window_).flutterHostWindow_; }
   HWND View() { return FlutterChild(window_.flutterEngine_); }
-  // Sends a message and returns the log lines that it causes and that begin with one of these texts.
-  Lines Sent(HWND window, UINT message, WPARAM wParam, const std::vector<std::string>& beginnings) {
+  // Sends a message and returns the log lines that it causes and that contain one of the fragments.
+  Lines Sent(HWND window, UINT message, WPARAM wParam, const std::vector<std::string>& fragments) {
     const test::LogCapture log;
     SendMessageA(window, message, wParam, 0);
-    Lines found;
-    for (const std::string& line : log.Lines()) {
-      for (const std::string& beginning : beginnings) {
-        if (line.find(beginning) != std::string::npos) {
-          found.push_back(line);
-          break;
-        }
-      }
-    }
-    return found;
+    return test::LinesWith(log, fragments);
   }
   // A line that ends with a window's handle, or has it between two texts.
   static std::string Pointer(const std::string& before, HWND window, const std::string& after = "") {

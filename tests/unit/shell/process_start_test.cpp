@@ -11,11 +11,11 @@
 
 #include "tests/support/flag_names.h"
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
 #include "tests/support/message_queue.h"
 #include "tests/support/scripted_vlc.h"
-#include "tests/unit/shell/line_order.h"
 #include "tests/unit/shell/shell_fixture.h"
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand);

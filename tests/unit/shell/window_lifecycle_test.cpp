@@ -8,7 +8,7 @@
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
 #include "tests/support/import_hook.h"
-#include "tests/unit/shell/line_order.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
 #include "tests/support/format.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
@@ -19,22 +19,12 @@ namespace {
 using test::ClientRectOnScreen;
 using test::Format;
 using test::Inside;
+using test::LinesWith;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
 using Lines = std::vector<std::string>;
 
-class WindowLog : public test::WindowTest {
- protected:
-  // Returns the lines of the log that contain one of these texts.
-  static Lines Of(const test::LogCapture& log, const std::vector<std::string>& fragments) {
-    Lines found = log.Lines();
-    std::erase_if(found, [&](const std::string& line) {
-      return std::none_of(fragments.begin(), fragments.end(),
-                          [&](const std::string& fragment) { return line.find(fragment) != std::string::npos; });
-    });
-    return found;
-  }
-};
+class WindowLog : public test::WindowTest {};
 
 TEST_F(WindowLog, ARegisteredWindowIsNamedWithTheNumberOfWindows) {
   auto window = BringUp();
@@ -49,8 +39,8 @@ TEST_F(WindowLog, ARequestForAWindowHasTheNumbersBeforeAndAfter) {
   VantroWindow& window = OpenWindow();
   const test::LogCapture log;
   ServeNewWindowRequest(window);
-  EXPECT_THAT(Of(log, {"NEW_WINDOW", "NEW WINDOW", "Message received", "Current window count", "CreateNewWindow: C",
-                       "CreateNewWindow: N"}),
+  EXPECT_THAT(LinesWith(log, {"NEW_WINDOW", "NEW WINDOW", "Message received", "Current window count",
+                              "CreateNewWindow: C", "CreateNewWindow: N"}),
               ElementsAre("INFO === RECEIVED WM_VANTRO_NEW_WINDOW MESSAGE ===",
                           Format("INFO Message received on window: %p", static_cast<void*>(&window)),
                           "INFO Current window count before: 1", "INFO CreateNewWindow: Creating new window instance",
@@ -77,7 +67,7 @@ TEST_F(WindowLog, TheEndOfAWindowHasTheNumberBeforeAndAfter) {
   const HWND overlay = Inside(*ended).flutterHostWindow_;
   const test::LogCapture log;
   delete ended;  // the registry gives the entry up while the destructor runs
-  EXPECT_THAT(Of(log, {"~VantroWindow", "UnregisterWindow", "Destroying overlay"}),
+  EXPECT_THAT(LinesWith(log, {"~VantroWindow", "UnregisterWindow", "Destroying overlay"}),
               ElementsAre("INFO ~VantroWindow: Destructor called for window " + address,
                           "INFO ~VantroWindow: IsShuttingDown() = false",
                           "INFO ~VantroWindow: Current window count before unregister: 2",
@@ -93,7 +83,7 @@ TEST_F(WindowLog, ABroadcastNamesEachClientWindow) {
   OpenWindow();
   const test::LogCapture log;
   BroadcastEncodableToClientWindows("name", OwnedValue(EncodableValue("text")));
-  EXPECT_THAT(Of(log, {"Broadcast"}),
+  EXPECT_THAT(LinesWith(log, {"Broadcast"}),
               ElementsAre("INFO BroadcastEncodableToClientWindows: Broadcasting 'name' to 3 windows",
                           "INFO BroadcastEncodableToClientWindows: Sending to client window 1",
                           "INFO BroadcastEncodableToClientWindows: Sending to client window 2"));
@@ -120,7 +110,7 @@ TEST_F(WindowLog, AnOverlayThatMovesHasItsPlaceAndItsView) {
   const int height = static_cast<int>(client.bottom - client.top) - 30;
   const test::LogCapture log;
   Inside(window).overlay_.SyncFlutterOverlayPosition(false);
-  EXPECT_THAT(Of(log, {"SyncFlutterOverlayPosition"}),
+  EXPECT_THAT(LinesWith(log, {"SyncFlutterOverlayPosition"}),
               ElementsAre(Format("DEBUG SyncFlutterOverlayPosition: Checking overlay window: %p",
                                  static_cast<void*>(Inside(window).flutterHostWindow_)),
                           Format("DEBUG SyncFlutterOverlayPosition: Set focus to Flutter engine window: %p",
@@ -136,7 +126,7 @@ TEST_F(WindowLog, ACommandNamesTheControl) {
   SetFocus(button);
   const test::LogCapture log;
   SendMessageA(window.hwnd_, WM_COMMAND, MAKEWPARAM(4242, 7), reinterpret_cast<LPARAM>(button));
-  EXPECT_THAT(Of(log, {"WM_COMMAND"}),
+  EXPECT_THAT(LinesWith(log, {"WM_COMMAND"}),
               ElementsAre(Format("DEBUG WM_COMMAND: Control interaction - ID: 4242, Handle: %p, Type: 7",
                                  static_cast<void*>(button)),
                           Format("DEBUG WM_COMMAND: Redirected focus back to Flutter window %p",

@@ -4,7 +4,7 @@
 #include "shell/gdiplus_drawing.h"
 #include "tests/support/flag_names.h"
 #include "tests/support/import_hook.h"
-#include "tests/unit/shell/line_order.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {

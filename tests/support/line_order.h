@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,16 @@ inline testing::AssertionResult InOrder(const LogCapture& log, const std::vector
     ++from;
   }
   return testing::AssertionSuccess();
+}
+
+// Returns the lines of the log that contain one of the fragments.
+inline std::vector<std::string> LinesWith(const LogCapture& log, const std::vector<std::string>& fragments) {
+  std::vector<std::string> lines = log.Lines();
+  std::erase_if(lines, [&](const std::string& line) {
+    return std::none_of(fragments.begin(), fragments.end(),
+                        [&](const std::string& fragment) { return line.find(fragment) != std::string::npos; });
+  });
+  return lines;
 }
 
 }  // namespace vantro::test
