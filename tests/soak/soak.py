@@ -157,7 +157,7 @@ class Soak:
         launch = hosts.Host(self.prefix, self.folder / "launch", libraries=hosts.player_libraries(), log=False)
         launch.start(connect=False)
         code = launch.wait(PLAY_SECONDS)
-        require(code == 0, f"a second launch ended with {code}")
+        require(code == 0, f"a second launch ended with {code}: {launch.output}")
         self.opened, self.windows = self.opened + 1, self.windows + 1
         self._wait_for_windows()
 
