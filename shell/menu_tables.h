@@ -12,9 +12,9 @@ namespace vantro {
 // The state that the menus show, read when a menu opens.
 struct MenuState {
   WindowSettings settings;
-  bool alwaysOnTopThisWindow = false;
-  bool isFullscreen = false;
-  size_t activeWindows = 1;
+  bool alwaysOnTopThisWindow;
+  bool isFullscreen;
+  size_t activeWindows;
 };
 
 // A separator has no text, no id and no submenu. An item with a submenu has no id.

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/unit/player/grid_fixture.h"
+#include "tests/unit/player/window_calls.h"
 
 namespace vantro::test {
 namespace {
@@ -154,6 +155,14 @@ TEST_F(MultiViewTest, AnAddedTilesWindowIsAChildOfTheParent) {
   EXPECT_EQ(GetParent(window), parent_.get());
   EXPECT_EQ(GetWindowLongPtrA(window, GWL_STYLE) & 0x56000000, 0x56000000);
   EXPECT_EQ(GetWindowLongPtrA(window, GWL_EXSTYLE) & WS_EX_NOPARENTNOTIFY, WS_EX_NOPARENTNOTIFY);
+}
+
+TEST_F(MultiViewTest, AnAddedTilesWindowIsMadeAt100And100With100By100Pixels) {
+  StartGrid(1);
+  const WindowCalls calls;
+  ASSERT_TRUE(Add(1));
+  ASSERT_FALSE(calls.Lines().empty());
+  EXPECT_EQ(calls.Lines().front(), "CreateWindowExW window 100,100 100x100");
 }
 
 TEST_F(MultiViewTest, AnAddIsLogged) {

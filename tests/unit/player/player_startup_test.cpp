@@ -174,10 +174,11 @@ TEST_F(PlayerStartup, TheChildWindowFillsTheParentAtTheBottom) {
   EXPECT_EQ(place.bottom, 600);
 }
 
-TEST_F(PlayerStartup, TheChildWindowIsPutAtTheBottomWithoutActivation) {
+TEST_F(PlayerStartup, TheChildWindowIsMadeInItsSizeAndPutAtTheBottomWithoutActivation) {
   const WindowCalls calls;
   ASSERT_TRUE(Initialize());
-  EXPECT_THAT(calls.Lines(), ElementsAre("SetWindowPos window HWND_BOTTOM 0,0 800x600 SWP_NOACTIVATE"));
+  EXPECT_THAT(calls.Lines(), ElementsAre("CreateWindowExW window 0,0 800x600",
+                                         "SetWindowPos window HWND_BOTTOM 0,0 800x600 SWP_NOACTIVATE"));
 }
 
 TEST_F(PlayerStartup, TheChildWindowHasItsClassStyleAndNoTitle) {

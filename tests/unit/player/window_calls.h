@@ -1,5 +1,5 @@
-// Records as text lines, in order, the calls with which the player moves and repaints windows. Each call is passed on
-// to the system.
+// Records as text lines, in order, the calls with which the player makes, moves and repaints windows. Each call is
+// passed on to the system.
 #pragma once
 
 #include <windows.h>
@@ -25,11 +25,19 @@ class WindowCalls {
   WindowCalls(const WindowCalls&) = delete;
   WindowCalls& operator=(const WindowCalls&) = delete;
 
-  // For example "SetWindowPos tile HWND_TOP 405,0 395x600 SWP_SHOWWINDOW". If there are names, calls on other windows
-  // are not recorded.
+  // For example "SetWindowPos tile HWND_TOP 405,0 395x600 SWP_SHOWWINDOW". If there are names, neither calls on other
+  // windows nor the creation of a window are recorded.
   const std::vector<std::string>& Lines() const { return lines_; }
 
  private:
+  static HWND WINAPI Create(DWORD exStyle, LPCWSTR className, LPCWSTR title, DWORD style, int x, int y, int width,
+                            int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
+    recorder_->Add("CreateWindowExW", nullptr,
+                   std::to_string(x) + "," + std::to_string(y) + " " + std::to_string(width) + "x" +
+                       std::to_string(height));
+    return recorder_->create_.As(CreateWindowExW)(exStyle, className, title, style, x, y, width, height, parent, menu,
+                                                  instance, data);
+  }
   static BOOL WINAPI Place(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
     const std::string behind = recorder_->NameOf(after);
     recorder_->Add("SetWindowPos", window,
@@ -73,6 +81,7 @@ class WindowCalls {
   static inline WindowCalls* recorder_ = nullptr;
   const Names names_;
   std::vector<std::string> lines_;
+  const Hook create_{"CreateWindowExW", reinterpret_cast<void*>(Create)};
   const Hook place_{"SetWindowPos", reinterpret_cast<void*>(Place)};
   const Hook move_{"MoveWindow", reinterpret_cast<void*>(Move)};
   const Hook invalidate_{"InvalidateRect", reinterpret_cast<void*>(Invalidate)};

@@ -42,7 +42,7 @@ TEST(MenuTables, OfferEveryMediaChoice) {
 }
 
 TEST(MenuTables, CheckAtMostOneItemOfASetting) {
-  MenuState state;
+  MenuState state{};
   state.settings = {.vlcHwAccel_ = "", .vlcAudioOutput_ = "", .vlcDeinterlace_ = ""};
   state.settings.vlcHwAccel_ = "dxva2";
   for (const SettingChoice& choice : AllChoices()) {
@@ -51,7 +51,7 @@ TEST(MenuTables, CheckAtMostOneItemOfASetting) {
 }
 
 TEST(MenuTables, CheckNothingForATextThatDiffersInCase) {
-  MenuState state;
+  MenuState state{};
   state.settings = {.vlcHwAccel_ = "", .vlcAudioOutput_ = "", .vlcDeinterlace_ = ""};
   state.settings.vlcHwAccel_ = "AUTO";
   for (const SettingChoice& choice : AllChoices()) EXPECT_EQ(MenuItemFlags(choice.id, state), 0u);

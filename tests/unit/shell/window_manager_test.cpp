@@ -96,6 +96,18 @@ TEST_F(Windows, BroadcastReachesEveryClientClosedOnesTooAndNeverTheMaster) {
   EXPECT_EQ(interface.Calls(openClient), once);
 }
 
+TEST_F(Windows, BroadcastSkipsAnEmptyEntryAndAWindowWithoutAHandler) {
+  OpenWindow();
+  OpenWindow();
+  auto& registry = GetWindowRegistry();
+  registry.insert(registry.begin() + 1, nullptr);
+  registry.insert(registry.begin() + 1, std::make_unique<VantroWindow>(GetModuleHandleW(nullptr)));
+  BroadcastEncodableToClientWindows("changed", OwnedValue("v"));
+  EXPECT_EQ(log_.CountContaining("Sending to client window"), 1);
+  EXPECT_TRUE(log_.Has("INFO BroadcastEncodableToClientWindows: Sending to client window 3"));
+  registry.erase(registry.begin() + 2);
+}
+
 // New windows.
 
 TEST_F(Windows, NewWindowIsPlacedShownAndRegistered) {
