@@ -150,6 +150,15 @@ TEST_F(Sequence, OfARemovedTile) {
                "[UpdateGridLayout] Parent size", "[UpdateActiveAudio] *** CALLED ***"});
 }
 
+TEST_F(Sequence, OfASwap) {
+  StartGrid(3);
+  player_.SetActiveIndexSafe(1);
+  NoteCalls({});
+  ASSERT_TRUE(player_.MvSwapTiles(1, 2));
+  ExpectOrder({"[MvSwapTiles] Swapped 1 <-> 2", "[SetActiveIndexSafe] Changing", "[UpdateGridLayout] Parent size",
+               "[UpdateActiveAudio] *** CALLED ***"});
+}
+
 TEST_F(Sequence, OfLeavingTheGrid) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(0), 400, 300);

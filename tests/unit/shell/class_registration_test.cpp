@@ -10,10 +10,12 @@ namespace {
 std::wstring refusedClass;
 std::wstring earlierClass;  // registered by other code just before
 DWORD refusalError = 0;
+WNDCLASSEXW refused{};  // the last one
 decltype(&RegisterClassExW) realRegister = nullptr;
 ATOM WINAPI RefuseOneClass(const WNDCLASSEXW* windowClass) {
   if (earlierClass == windowClass->lpszClassName) realRegister(windowClass);
   if (refusedClass != windowClass->lpszClassName) return realRegister(windowClass);
+  refused = *windowClass;
   SetLastError(refusalError);
   return 0;
 }
@@ -27,6 +29,25 @@ class ClassRegistration : public test::WindowTest {
 
   test::ImportHook hook_;
 };
+
+TEST_F(ClassRegistration, MainWindowHasDoubleClicksABlackBrushItsIconsAndTheArrow) {
+  refusedClass = L"VantroWindowClass";
+  const auto window = Make();
+  EXPECT_FALSE(window->Initialize());
+  EXPECT_EQ(refused.style, UINT{CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS});
+  LOGBRUSH brush{};
+  ASSERT_TRUE(GetObjectA(refused.hbrBackground, sizeof brush, &brush));
+  EXPECT_EQ(brush.lbStyle, static_cast<UINT>(BS_SOLID));
+  EXPECT_EQ(brush.lbColor, RGB(0, 0, 0));
+  // The test program has no icon resources, so both are the system's.
+  EXPECT_EQ(refused.hIcon, LoadIconA(nullptr, IDI_APPLICATION));
+  EXPECT_EQ(refused.hIconSm, LoadIconA(nullptr, IDI_APPLICATION));
+  EXPECT_EQ(refused.hCursor, LoadCursor(nullptr, IDC_ARROW));
+  EXPECT_EQ(refused.hInstance, GetModuleHandleA(nullptr));
+  EXPECT_EQ(refused.lpszMenuName, nullptr);
+  EXPECT_EQ(refused.cbClsExtra, 0);
+  EXPECT_EQ(refused.cbWndExtra, 8);
+}
 
 TEST_F(ClassRegistration, RefusedClassFailsTheStartAndTheNextWindowTriesAgain) {
   refusedClass = L"VantroWindowClass";
