@@ -10,8 +10,10 @@ void LogWindowAt(const char* place, POINT point, const StackedWindows& windows) 
   const HWND found = WindowFromPoint(point);
   char className[256] = "";
   char title[256] = "";
-  GetClassNameA(found, className, sizeof className);
-  GetWindowTextA(found, title, sizeof title);
+  if (found) {
+    GetClassNameA(found, className, sizeof className);
+    GetWindowTextA(found, title, sizeof title);
+  }
   LOG_DEBUG("EnableOverlayMouseInput: Window at %s (%ld,%ld): %p, class '%s', title '%s'", place, point.x, point.y,
             static_cast<void*>(found), className, title);
   if (found == windows.overlay) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/log.h"
+#include "tests/support/format.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
 
@@ -63,6 +64,17 @@ INSTANTIATE_TEST_SUITE_P(Rows, WindowUnderTheCursor,
                                                      "IS our Flutter window!"},
                                          NamedWindow{"Unknown", nullptr, "is UNKNOWN - not one of ours!"}),
                          [](const auto& row) { return row.param.name; });
+
+HWND WINAPI NoWindow(POINT) { return nullptr; }
+
+TEST(WindowUnderThePoint, IsUnknownAndHasNeitherClassNorTitleWhereThereIsNone) {
+  const Popup overlay(100);
+  const test::ImportHook hook("user32.dll", "WindowFromPoint", reinterpret_cast<void*>(NoWindow));
+  const test::LogCapture log;
+  LogOverlayInput({overlay.Get(), overlay.Get(), nullptr}, 0);
+  EXPECT_EQ(log.CountContaining(": " + test::Format("%p", nullptr) + ", class '', title ''"), 2);
+  EXPECT_EQ(log.Count("DEBUG EnableOverlayMouseInput: Intercepting window is UNKNOWN - not one of ours!"), 2);
+}
 
 TEST(WindowAtTheOverlaysCentre, IsTheOverlayWhereNothingCoversIt) {
   const Popup overlay(100);

@@ -202,6 +202,15 @@ HWND WINAPI RefuseWindow(DWORD exStyle, const wchar_t* className, const wchar_t*
   return nullptr;
 }
 
+TEST(WindowCreationDiagnostics, ATestWindowThatSucceedsIsDestroyed) {
+  const LogCapture log;
+  LogWindowCreationFailure(GetModuleHandleW(nullptr), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(log.Lines(),
+            (Lines{"ERROR CreateWindowW failed with error: 5",
+                   "WARNING Test window creation succeeded, issue is specific to application window"}));
+  EXPECT_EQ(FindWindowW(L"STATIC", L"Test Window"), nullptr);
+}
+
 TEST(WindowCreationDiagnostics, ASecondFailureIsLoggedWithItsErrorAndTheInvalidHandleWithItsReason) {
   const ImportHook creation("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RefuseWindow));
   testWindows.clear();
