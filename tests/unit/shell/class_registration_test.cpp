@@ -2,6 +2,7 @@
 #include <string>
 
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
@@ -49,6 +50,34 @@ TEST_F(ClassRegistration, MainWindowHasDoubleClicksABlackBrushItsIconsAndTheArro
   EXPECT_EQ(refused.cbWndExtra, 8);
 }
 
+decltype(&LoadIconA) realLoadIcon = nullptr;
+HICON WINAPI OnLoadIcon(HINSTANCE instance, const char* name) {
+  test::Note(std::string("LoadIconA ") + (instance ? "program " : "system ") +
+             std::to_string(reinterpret_cast<ULONG_PTR>(name)));
+  return realLoadIcon(instance, name);
+}
+decltype(&LoadCursorA) realLoadCursor = nullptr;
+HCURSOR WINAPI OnLoadCursor(HINSTANCE instance, const char* name) {
+  test::Note(std::string("LoadCursorA ") + (instance ? "program " : "system ") +
+             std::to_string(reinterpret_cast<ULONG_PTR>(name)));
+  return realLoadCursor(instance, name);
+}
+
+TEST_F(ClassRegistration, MainWindowLoadsItsIconThenTheArrowThenItsSmallIcon) {
+  refusedClass = L"VantroWindowClass";
+  const test::ImportHook icons("user32.dll", "LoadIconA", reinterpret_cast<void*>(OnLoadIcon));
+  const test::ImportHook cursors("user32.dll", "LoadCursorA", reinterpret_cast<void*>(OnLoadCursor));
+  realLoadIcon = reinterpret_cast<decltype(realLoadIcon)>(icons.Original());
+  realLoadCursor = reinterpret_cast<decltype(realLoadCursor)>(cursors.Original());
+  const auto window = Make();
+  EXPECT_FALSE(window->Initialize());
+  EXPECT_TRUE(test::InOrder(
+      log_, {"(call) LoadIconA program 101", "INFO Using default icon instead", "(call) LoadIconA system 32512",
+             "(call) LoadCursorA system 32512", "(call) LoadIconA program 102",
+             "WARNING Warning: LoadIcon for small icon failed with error: ", "INFO Using default icon instead",
+             "(call) LoadIconA system 32512"}));
+}
+
 TEST_F(ClassRegistration, RefusedClassFailsTheStartAndTheNextWindowTriesAgain) {
   refusedClass = L"VantroWindowClass";
   refusalError = ERROR_NOT_ENOUGH_MEMORY;
@@ -56,6 +85,7 @@ TEST_F(ClassRegistration, RefusedClassFailsTheStartAndTheNextWindowTriesAgain) {
   EXPECT_FALSE(first->Initialize());
   EXPECT_TRUE(log_.Has("ERROR RegisterClassExW failed with error: 8"));
   EXPECT_TRUE(log_.Has("ERROR VantroWindow::InitializeWindow() failed"));
+  EXPECT_EQ(log_.CountContaining("Creating window with class name"), 0);
   first.reset();
 
   earlierClass = L"VantroWindowClass";

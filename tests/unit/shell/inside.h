@@ -56,6 +56,10 @@ struct WindowInside {
   bool& isMouseInTopArea_;
   HBRUSH& titleBarBrush_;
   std::unique_ptr<vod_thumbnail::VodThumbnailWorkerPlugin>& vodThumbnailPlugin_;
+  std::wstring& className_;
+  bool& reservedFlag_;
+  double& reservedFactor_;
+  UINT_PTR& reservedTimerId_;
 };
 
 }  // namespace vantro::test
@@ -117,7 +121,11 @@ struct RoomPeer {
             window.fullscreen_.isTitleBarVisible_,
             window.fullscreen_.isMouseInTopArea_,
             window.titleBar_.titleBarBrush_,
-            window.vodThumbnailPlugin_};
+            window.vodThumbnailPlugin_,
+            window.className_,
+            window.reservedFlag_,
+            window.reservedFactor_,
+            window.reservedTimerId_};
   }
 };
 

@@ -1,5 +1,9 @@
 // The start of a window, the failures of a start, and the end of a window object.
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <new>
 #include <stdexcept>
 
@@ -9,15 +13,18 @@
 #include "shell/window_manager.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/line_order.h"
+#include "tests/support/line_states.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace {
 size_t refusedSize = 0;
 }
 
-// Replaces operator new for the whole program. Returns null for objects of one size.
+// Replaces operator new for the whole program. Returns null for objects of one size, and notes it in the log.
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
-  return size == refusedSize ? nullptr : std::malloc(size);
+  if (size != refusedSize) return std::malloc(size);
+  vantro::test::Note("no memory");
+  return nullptr;
 }
 void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 
@@ -137,6 +144,14 @@ HWND WINAPI FailToCreateMainWindow(DWORD, const wchar_t*, const wchar_t*, DWORD,
   return nullptr;
 }
 
+TEST_F(WindowStart, AnEmptyClassNameIsLoggedAsEmpty) {
+  Destroy(BringUp());  // registers the class, which stays registered
+  auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  Inside(*window).className_.clear();
+  EXPECT_FALSE(window->Initialize());
+  EXPECT_TRUE(log_.Has("DEBUG Creating window with class name: empty"));
+}
+
 TEST_F(WindowStart, FailsWithoutANativeWindowAndDiagnoses) {
   Destroy(BringUp());  // registers the class, which stays registered
   const test::LogCapture failure;
@@ -219,6 +234,30 @@ TEST_F(WindowStart, DeadMainWindowFailsThePlayer) {
   EXPECT_TRUE(log_.Has("ERROR Window handle is NULL"));
 }
 
+int RefuseStatus(const wchar_t*, struct _stat64*) {
+  errno = EACCES;
+  return -1;
+}
+
+TEST_F(WindowStart, FailedQueryOfTheBundleIsRaisedBeforeAnEngineIsMade) {
+  auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  ASSERT_TRUE(RoomPeer::InitializeWindow(*window));
+  {
+    const ImportHook hook("msvcrt.dll", "_wstat64", reinterpret_cast<void*>(RefuseStatus));
+    EXPECT_THROW(RoomPeer::InitializeFlutter(*window), std::filesystem::filesystem_error);
+  }
+  EXPECT_EQ(window->flutterEngine_, nullptr);
+  Destroy(std::move(window));
+}
+
+TEST_F(WindowStart, EngineIsMadeBeforeTheOverlayIsChecked) {
+  auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
+  const test::LineStates states([&] { return std::string(window->flutterEngine_ ? "engine" : "no engine"); });
+  EXPECT_FALSE(RoomPeer::InitializeFlutter(*window));
+  EXPECT_EQ(states.At("WARNING: ICU data file not found at: "), "no engine");
+  EXPECT_EQ(states.At("InitializeFlutter: Checking overlay handle: "), "engine");
+}
+
 TEST_F(WindowStart, FailsWithoutAView) {
   LoopbackFaults faults{};
   faults.fail_view_controller_create = 1;
@@ -246,7 +285,8 @@ TEST_F(WindowStart, WithoutMemoryForThePlayerFails) {
   refusedSize = sizeof(VLCPlayer);
   FailToStart();
   refusedSize = 0;
-  EXPECT_TRUE(log_.Has("ERROR ERROR: Failed to create VLCPlayer instance"));
+  EXPECT_TRUE(InOrder(log_, {"INFO Creating VLCPlayer instance", "(call) no memory",
+                             "ERROR ERROR: Failed to create VLCPlayer instance"}));
   EXPECT_TRUE(log_.Has("ERROR VantroWindow::InitializeVLC() failed"));
 }
 
@@ -255,8 +295,9 @@ TEST_F(WindowStart, WithoutMemoryForTheThumbnailsGoesOnWithoutThem) {
   VantroWindow& window = OpenWindow();
   refusedSize = 0;
   EXPECT_EQ(Inside(window).vodThumbnailPlugin_, nullptr);
-  EXPECT_TRUE(log_.Has("WARNING WARNING: Failed to create VOD thumbnail worker plugin"));
-  EXPECT_TRUE(log_.Has("INFO VantroWindow::Initialize() completed successfully"));
+  EXPECT_TRUE(InOrder(log_, {"INFO Binary messenger is available", "(call) no memory",
+                             "WARNING WARNING: Failed to create VOD thumbnail worker plugin",
+                             "INFO VantroWindow::Initialize() completed successfully"}));
 }
 
 // The exceptions of a start.
@@ -309,6 +350,7 @@ TEST_F(WindowStartWithoutAChannel, ExceptionOfTheRequestsChannelFailsTheView) {
   FailToStart();
   EXPECT_TRUE(log_.Has("ERROR Unknown exception creating method channel handler"));
   EXPECT_EQ(log_.Count("ERROR VantroWindow::InitializeFlutter() failed"), 2);
+  EXPECT_EQ(log_.CountContaining("Method channel handler created successfully"), 0);
 }
 
 TEST_F(WindowStartWithoutAChannel, ExceptionOfTheThumbnailsChannelGoesOnWithoutThumbnails) {

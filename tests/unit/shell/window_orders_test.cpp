@@ -1,6 +1,7 @@
 // The creation of a native window, and the order of the steps of a start and an end that depend on each other.
 #include <string>
 
+#include "flutter_host/embedding_api.h"
 #include "shell/gdiplus_drawing.h"
 #include "tests/support/flag_names.h"
 #include "tests/support/import_hook.h"
@@ -47,10 +48,44 @@ HWND WINAPI OnCreateWindow(DWORD exStyle, const wchar_t* className, const wchar_
                      instance, data);
 }
 
-TEST_F(WindowOrders, NativeWindowIsPlainAndPlacedByTheSystem) {
+LONG_PTR WINAPI OnSetWindowLong(HWND window, int index, LONG_PTR value) {
+  if (index == GWLP_USERDATA) Note("object pointer stored");
+  return CALL_SYSTEM("user32.dll", SetWindowLongPtrA, window, index, value);
+}
+
+TEST_F(WindowOrders, NativeWindowIsPlainAndPlacedByTheSystemAndThenReceivesItsObject) {
   Hook("user32.dll", "CreateWindowExW", OnCreateWindow);
+  Hook("user32.dll", "SetWindowLongPtrA", OnSetWindowLong);
   OpenWindow();
-  EXPECT_TRUE(log_.Has("DEBUG (call) main window: 0 WS_OVERLAPPEDWINDOW at the system's choice 1280x720 alone"));
+  EXPECT_TRUE(InOrder(log_, {"INFO VantroWindow::InitializeWindow() started", "DEBUG Window title: Vantro",
+                             "DEBUG (call) main window: 0 WS_OVERLAPPEDWINDOW at the system's choice 1280x720 alone",
+                             "(call) object pointer stored", "INFO Window created successfully with HWND: "}));
+}
+
+// The construction.
+
+Gdiplus::Status WINAPI OnGdiplusStartup(ULONG_PTR* token, const Gdiplus::GdiplusStartupInput* input,
+                                        Gdiplus::GdiplusStartupOutput* output) {
+  Note("GdiplusStartup version " + std::to_string(input->GdiplusVersion) + " token " + std::to_string(*token) +
+       (output ? " with output" : ""));
+  return CallSystem("gdiplus.dll", "GdiplusStartup", Gdiplus::GdiplusStartup, token, input, output);
+}
+HBRUSH WINAPI OnCreateSolidBrush(COLORREF color) {
+  Note("CreateSolidBrush " + std::to_string(color));
+  return CALL_SYSTEM("gdi32.dll", CreateSolidBrush, color);
+}
+
+TEST_F(WindowOrders, ConstructionStartsGdiplusAndThenMakesTheBackground) {
+  Hook("gdiplus.dll", "GdiplusStartup", OnGdiplusStartup);
+  Hook("gdi32.dll", "CreateSolidBrush", OnCreateSolidBrush);
+  VantroWindow window(GetModuleHandleA(nullptr));
+  EXPECT_TRUE(InOrder(log_, {"(call) CreateSolidBrush 6243910", "(call) GdiplusStartup version 1 token 0",
+                             "INFO === NEW VANTRO SESSION STARTED - KEYBOARD LOGGING ENABLED ===",
+                             "(call) CreateSolidBrush 0", "INFO VantroWindow constructor called"}));
+  EXPECT_EQ(log_.CountContaining(" with output"), 0);
+  EXPECT_TRUE(Inside(window).reservedFlag_);
+  EXPECT_EQ(Inside(window).reservedFactor_, 1.0);
+  EXPECT_EQ(Inside(window).reservedTimerId_, 0u);
 }
 
 // The end of a start.
@@ -83,8 +118,10 @@ TEST_F(WindowOrders, StartEnablesInputThenRaisesThenLoadsTheSettings) {
   EXPECT_TRUE(InOrder(log_, {"INFO Window hook installed successfully for window synchronization", enabling, enabling,
                              enabling, "DEBUG === EnableOverlayMouseInput COMPLETED ===",
                              "(call) SetWindowPos HWND_TOP SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE",
+                             "DEBUG Final Z-order: Set Flutter overlay on top after all initialization",
                              "INFO VantroWindow::InitializeFlutter() succeeded",
-                             "INFO LoadSettings: Loading application settings from registry", topmost, topmost,
+                             "INFO LoadSettings: Loading application settings from registry",
+                             "INFO LoadSettings: Applying always on top setting", topmost, topmost,
                              "INFO VantroWindow::Initialize() completed successfully"}));
   DestroyWindow(window->hwnd_);
 }
@@ -108,8 +145,18 @@ VantroWindow* ending = nullptr;
 std::string Alive(bool alive) { return alive ? " with" : " without"; }
 
 BOOL WINAPI OnUnhook(HHOOK hook) {
-  Note("UnhookWindowsHookEx" + Alive(ending->methodChannelHandler_ != nullptr) + " handler");
+  Note("UnhookWindowsHookEx" + Alive(ending->methodChannelHandler_ != nullptr) + " handler" +
+       Alive(Inside(*ending).reservedTimerId_ != 0) + " reserved timer");
   return CALL_SYSTEM("user32.dll", UnhookWindowsHookEx, hook);
+}
+BOOL WINAPI OnKillTimer(HWND window, UINT_PTR id) {
+  Note("KillTimer " + std::to_string(id) + (window == ending->hwnd_ ? " of the main window" : ""));
+  return CALL_SYSTEM("user32.dll", KillTimer, window, id);
+}
+void OnDestroyView(FlutterDesktopViewControllerRef controller) {
+  Note("FlutterDesktopViewControllerDestroy" + Alive(ending->methodChannelHandler_ != nullptr) + " handler");
+  CallSystem("flutter_windows.dll", "FlutterDesktopViewControllerDestroy", FlutterDesktopViewControllerDestroy,
+             controller);
 }
 BOOL WINAPI OnDestroyWindow(HWND window) {
   if (window == Inside(*ending).flutterHostWindow_) {
@@ -137,6 +184,7 @@ void WINAPI OnGdiplusShutdown(ULONG_PTR token) {
 
 TEST_F(WindowOrders, EndReleasesOverlayThenClassThenBrushesThenGdiplus) {
   OpenWindow();  // another window, so that the process is not asked to end
+  Hook("flutter_windows.dll", "FlutterDesktopViewControllerDestroy", OnDestroyView);
   auto window = BringUp();
   ending = window.get();
   const HWND native = window->hwnd_;
@@ -144,6 +192,7 @@ TEST_F(WindowOrders, EndReleasesOverlayThenClassThenBrushesThenGdiplus) {
     Note("libvlc_media_player_release" + Alive(ending->flutterEngine_ != nullptr) + " engine" +
          Alive(Inside(*ending).vodThumbnailPlugin_ != nullptr) + " thumbnails");
   });
+  Hook("user32.dll", "KillTimer", OnKillTimer);
   Hook("user32.dll", "UnhookWindowsHookEx", OnUnhook);
   Hook("user32.dll", "DestroyWindow", OnDestroyWindow);
   Hook("user32.dll", "UnregisterClassW", OnUnregisterClass);
@@ -155,14 +204,43 @@ TEST_F(WindowOrders, EndReleasesOverlayThenClassThenBrushesThenGdiplus) {
   hooks_.clear();
   vlc_.OnCall("libvlc_media_player_release", {});
   EXPECT_TRUE(InOrder(
-      log_,
-      {"(call) UnhookWindowsHookEx with handler", "(call) libvlc_media_player_release without engine with thumbnails",
-       "(call) DestroyWindow of the overlay without player", "(call) UnregisterClassW VantroWindowClass",
-       "(call) DeleteObject of the brush 0", "(call) DeleteObject of the brush 6243910",
-       "(call) GdiplusShutdown with thumbnails with the newest window"}));
+      log_, {"(call) UnhookWindowsHookEx with handler", "(call) FlutterDesktopViewControllerDestroy without handler",
+             "(call) libvlc_media_player_release without engine with thumbnails",
+             "(call) DestroyWindow of the overlay without player", "(call) UnregisterClassW VantroWindowClass",
+             "(call) DeleteObject of the brush 0", "(call) DeleteObject of the brush 6243910",
+             "(call) GdiplusShutdown with thumbnails with the newest window"}));
   EXPECT_EQ(log_.CountContaining("(call) DeleteObject of the brush"), 2);
+  EXPECT_EQ(log_.CountContaining("(call) KillTimer"), 0) << "no timer runs";
   EXPECT_EQ(VantroWindow::instance_, nullptr);
   DestroyWindow(native);
+}
+
+TEST_F(WindowOrders, EndKillsTheReservedTimerThenTheSearchTimerThenUnhooks) {
+  OpenWindow();  // another window, so that the process is not asked to end
+  auto window = BringUp();
+  ending = window.get();
+  const HWND native = window->hwnd_;
+  Inside(*window).reservedTimerId_ = 77;
+  Inside(*window).searchDebounceTimer_ = 1001;
+  Hook("user32.dll", "KillTimer", OnKillTimer);
+  Hook("user32.dll", "UnhookWindowsHookEx", OnUnhook);
+
+  window.reset();
+
+  hooks_.clear();
+  EXPECT_TRUE(InOrder(log_, {"(call) KillTimer 77 of the main window", "(call) KillTimer 1001 of the main window",
+                             "(call) UnhookWindowsHookEx with handler without reserved timer"}));
+  DestroyWindow(native);
+}
+
+void WINAPI OnPostQuit(int exitCode) { Note("PostQuitMessage " + std::to_string(exitCode)); }
+
+TEST_F(WindowOrders, EndOfTheLastWindowIsLoggedBeforeItEndsTheLoopWithoutAnError) {
+  auto window = BringUp();
+  Hook("user32.dll", "PostQuitMessage", OnPostQuit);
+  Destroy(std::move(window));
+  EXPECT_TRUE(InOrder(
+      log_, {"INFO ~VantroWindow: This was the last window - forcing application exit", "(call) PostQuitMessage 0"}));
 }
 
 }  // namespace

@@ -67,6 +67,8 @@ INSTANTIATE_TEST_SUITE_P(LargeOffset, NewWindow, testing::Values(
          {PlacementRule::kLargeOffset, 530, 310, 230, 110}},
     Case{"with at most 400 by 300", RectAt(0, 0, 3840, 2160), {100, 100}, {0, 0, 3840, 2160},
          {PlacementRule::kLargeOffset, 400, 300, 400, 300}},
+    Case{"touching the work area's edges", RectAt(690, 330, 1000, 600), {1000, 600}, kWorkArea,
+         {PlacementRule::kLargeOffset, 920, 440, 230, 110}},
     Case{"wrapping to the left only", RectAt(900, 100, 1000, 600), {1000, 600}, kWorkArea,
          {PlacementRule::kLargeOffset, 50, 210, 230, 110}},
     Case{"wrapping to the top only", RectAt(300, 400, 1000, 600), {1000, 600}, kWorkArea,
