@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tests/support/import_hook.h"
 #include "tests/support/line_order.h"
@@ -25,8 +26,10 @@ const HANDLE kFile = &fileObject;
 bool refuseFile = false;
 EXCEPTION_POINTERS crash{};
 
-HANDLE WINAPI OnCreateFile(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES*, DWORD creation,
-                           DWORD attributes, HANDLE) {
+HANDLE WINAPI OnCreateFile(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
+                           DWORD creation, DWORD attributes, HANDLE templateFile) {
+  EXPECT_EQ(security, nullptr);
+  EXPECT_EQ(templateFile, nullptr);
   const std::wstring wide = name;
   char text[160];
   std::snprintf(text, sizeof text, "CreateFileW %s 0x%lX %lu %lu %lu", std::string(wide.begin(), wide.end()).c_str(),
@@ -52,8 +55,11 @@ BOOL WINAPI OnCloseHandle(HANDLE handle) {
   if (handle == kFile) Note("CloseHandle of the file");
   return TRUE;
 }
-int WINAPI OnMessageBox(HWND owner, const wchar_t*, const wchar_t* caption, UINT style) {
+int WINAPI OnMessageBox(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style) {
   EXPECT_EQ(owner, nullptr);
+  EXPECT_STREQ(text,
+               L"Vantro has encountered a fatal error and needs to close. A crash report (Vantro_Crash.dmp) has been "
+               L"generated.");
   const std::wstring wide = caption;
   Note("MessageBoxW " + std::string(wide.begin(), wide.end()) + " (" + std::to_string(style) + ")");
   return IDOK;
@@ -82,6 +88,31 @@ TEST_F(CrashFilter, WithoutAFileWritesNoDumpAndShowsTheSameBox) {
   EXPECT_EQ(UnhandledExceptionHandler(&crash), EXCEPTION_EXECUTE_HANDLER);
   EXPECT_TRUE(InOrder(log_, {"ERROR Failed to create minidump file", "(call) MessageBoxW Fatal Error (16)"}));
   EXPECT_EQ(log_.CountContaining("MiniDumpWriteDump"), 0);
+}
+
+struct Raised {
+  DWORD code, flags, count;
+  const ULONG_PTR* arguments;
+
+  bool operator==(const Raised&) const = default;
+};
+constexpr DWORD kThrow = 0x20474343;  // with which this program's runtime library raises a throw
+std::vector<Raised> raised;
+decltype(&RaiseException) realRaise = nullptr;
+void WINAPI OnRaise(DWORD code, DWORD flags, DWORD count, const ULONG_PTR* arguments) {
+  if (code == kThrow) return realRaise(code, flags, count, arguments);
+  raised.push_back({code, flags, count, arguments});
+}
+struct Aborted {};
+void OnAbort() { throw Aborted{}; }
+
+TEST(UncaughtException, IsRaisedWithTheCodeOfCppExceptionsAndNeverContinued) {
+  const ImportHook raise("kernel32.dll", "RaiseException", reinterpret_cast<void*>(OnRaise));
+  const ImportHook abort("msvcrt.dll", "abort", reinterpret_cast<void*>(OnAbort));
+  realRaise = reinterpret_cast<decltype(realRaise)>(raise.Original());
+  raised.clear();
+  EXPECT_THROW(RaiseUncaughtException(), Aborted);
+  EXPECT_EQ(raised, (std::vector<Raised>{{0xE06D7363, EXCEPTION_NONCONTINUABLE, 0, nullptr}}));
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 // The system calls of a new window, and a new window during a broadcast.
+#include <algorithm>
 #include <string>
 
 #include "flutter_host/embedding_api.h"
 #include "shell/window_manager.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/interface_end.h"
+#include "tests/support/line_states.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/window_fixture.h"
 
@@ -17,10 +19,19 @@ using test::WindowRectOf;
 
 class NewWindow : public test::WindowTest {};
 
+size_t Placements(const test::CallLog& calls) {
+  const auto& made = calls.Calls();
+  return static_cast<size_t>(std::count_if(made.begin(), made.end(), [](const std::string& call) {
+    return call.starts_with("SetWindowPos other") && call.ends_with(" 0x0 SWP_NOSIZE|SWP_NOZORDER");
+  }));
+}
+
 TEST_F(NewWindow, IsPlacedWithoutSizeAndOrderThenShownNormalThenUpdated) {
   VantroWindow& reference = OpenWindow();
   const test::CallLog calls(reference);
+  const test::LineStates states([&] { return std::string(Placements(calls) == 0 ? "not placed" : "placed"); });
   CreateNewWindow(reference);
+  EXPECT_EQ(states.At("INFO CreateNewWindow: Using large offset positioning ("), "not placed");
   ASSERT_EQ(GetWindowRegistry().size(), 2u);
   const RECT placed = WindowRectOf(GetWindowRegistry()[1]->hwnd_);
   const std::string place = std::to_string(placed.left) + "," + std::to_string(placed.top);
@@ -41,6 +52,7 @@ HMONITOR WINAPI OnMonitorFromWindow(HWND window, DWORD flags) {
 HMONITOR describedMonitor = nullptr;
 BOOL WINAPI OnGetMonitorInfo(HMONITOR monitor, MONITORINFO* info) {
   describedMonitor = monitor;
+  EXPECT_EQ(info->cbSize, sizeof *info);
   info->rcMonitor = {-4000, -4000, 4000, 4000};
   info->rcWork = {3000, 200, 3900, 900};
   return TRUE;

@@ -5,13 +5,17 @@
 // After windows.h.
 #include <objbase.h>
 
+#include <cstdlib>
+#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "shell/crash_filter.h"
 #include "tests/support/flag_names.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/line_order.h"
+#include "tests/support/line_states.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
 #include "tests/support/message_queue.h"
@@ -33,9 +37,23 @@ bool anotherInstance = false;
 std::vector<std::pair<int, MSG>> loopSteps;  // the results of GetMessageA, call by call
 
 // The replacements of the system's functions. Each records its call and the arguments that the tests check.
-LPTOP_LEVEL_EXCEPTION_FILTER WINAPI OnSetFilter(LPTOP_LEVEL_EXCEPTION_FILTER) {
+bool EndsByTheFilter() { return std::get_terminate() == RaiseUncaughtException; }
+LPTOP_LEVEL_EXCEPTION_FILTER WINAPI OnSetFilter(LPTOP_LEVEL_EXCEPTION_FILTER filter) {
+  EXPECT_EQ(filter, UnhandledExceptionHandler);
   Note("SetUnhandledExceptionFilter");
   return nullptr;
+}
+HWND runningWindow = nullptr;
+bool refusePost = false;
+HWND WINAPI OnFindWindow(const wchar_t* name, const wchar_t* title) {
+  const std::wstring wide = name ? name : L"any class";
+  Note("FindWindowW " + std::string(wide.begin(), wide.end()) + (title ? " with a title" : ""));
+  return runningWindow;
+}
+BOOL WINAPI OnPostMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  EXPECT_EQ(window, runningWindow);
+  Note("PostMessageA " + std::to_string(message) + " " + std::to_string(wParam) + " " + std::to_string(lParam));
+  return !refusePost;
 }
 HANDLE WINAPI OnCreateMutex(SECURITY_ATTRIBUTES* attributes, BOOL owned, const wchar_t* name) {
   const std::wstring wide = name;
@@ -143,6 +161,45 @@ TEST_F(Process, AsASecondInstanceTouchesNoComAndClosesTheMutex) {
   EXPECT_TRUE(InOrder(log_, {"(call) CreateMutexW", "INFO Vantro instance already running - requesting new window",
                              "(call) CloseHandle of the mutex"}));
   EXPECT_EQ(log_.CountContaining("CoInitializeEx"), 0);
+}
+
+TEST_F(Process, AsASecondInstancePostsARequestToAnyWindowOfTheRunningOne) {
+  anotherInstance = true;
+  Hook("user32.dll", "FindWindowW", OnFindWindow);
+  Hook("user32.dll", "PostMessageA", OnPostMessage);
+  runningWindow = GetDesktopWindow();
+  for (const bool refused : {false, true}) {
+    refusePost = refused;
+    const test::LogCapture log;
+    EXPECT_EQ(Run(), 0);
+    EXPECT_TRUE(InOrder(
+        log, {"INFO Vantro instance already running - requesting new window", "(call) FindWindowW VantroWindowClass",
+              "INFO Found existing Vantro window: ", "(call) PostMessageA 1025 0 0",
+              refused ? "INFO PostMessage result: FAILED" : "INFO PostMessage result: SUCCESS",
+              "(call) CloseHandle of the mutex"}));
+    EXPECT_EQ(log.CountContaining(" with a title"), 0);
+  }
+}
+
+TEST_F(Process, AsASecondInstanceWithoutAWindowToAskPostsNothing) {
+  anotherInstance = true;
+  Hook("user32.dll", "FindWindowW", OnFindWindow);
+  Hook("user32.dll", "PostMessageA", OnPostMessage);
+  runningWindow = nullptr;
+  EXPECT_EQ(Run(), 0);
+  EXPECT_TRUE(InOrder(log_, {"(call) FindWindowW VantroWindowClass",
+                             "WARNING Could not find existing Vantro window - no instance running?",
+                             "(call) CloseHandle of the mutex"}));
+  EXPECT_EQ(log_.CountContaining("PostMessage"), 0);
+}
+
+TEST_F(Process, FiltersCrashesThenUncaughtExceptionsBeforeItsFirstLine) {
+  std::set_terminate(std::abort);
+  anotherInstance = true;
+  const test::LineStates states([] { return std::string(EndsByTheFilter() ? "by the filter" : "by itself"); });
+  EXPECT_EQ(Run(), 0);
+  EXPECT_EQ(states.At("(call) SetUnhandledExceptionFilter"), "by itself");
+  EXPECT_EQ(states.At("INFO Vantro Initialization Started"), "by the filter");
 }
 
 // This test is the last one, because a shutdown can't be undone.

@@ -10,7 +10,9 @@
 #include "shell/shell_ids.h"
 #include "shell/window_manager.h"
 #include "tests/support/format.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/line_order.h"
+#include "tests/support/line_states.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
@@ -40,10 +42,11 @@ TEST_F(WindowLog, ARequestForAWindowHasTheNumbersBeforeAndAfter) {
   const test::LogCapture log;
   ServeNewWindowRequest(window);
   EXPECT_THAT(LinesWith(log, {"NEW_WINDOW", "NEW WINDOW", "Message received", "Current window count",
-                              "CreateNewWindow: C", "CreateNewWindow: N"}),
+                              "CreateNewWindow: C", "CreateNewWindow: N", "RegisterWindow: T"}),
               ElementsAre("INFO === RECEIVED WM_VANTRO_NEW_WINDOW MESSAGE ===",
                           Format("INFO Message received on window: %p", static_cast<void*>(&window)),
                           "INFO Current window count before: 1", "INFO CreateNewWindow: Creating new window instance",
+                          "INFO RegisterWindow: Total windows now: 2",
                           "INFO CreateNewWindow: New window created and shown successfully",
                           "INFO Current window count after: 2", "INFO === NEW WINDOW REQUEST COMPLETED ==="));
 }
@@ -57,6 +60,19 @@ TEST_F(WindowLog, ACloseHasTheNumberOfWindowsThatRemain) {
               ElementsAre(Format("INFO WM_CLOSE: Window %p close requested", static_cast<void*>(&window)),
                           "INFO WM_CLOSE: Total windows: 2, Active windows after marking this as closing: 1",
                           "INFO WM_CLOSE: 1 active windows remain - not exiting application"));
+}
+
+void WINAPI OnPostQuit(int exitCode) { test::Note("PostQuitMessage " + std::to_string(exitCode)); }
+
+TEST_F(WindowLog, TheCloseOfTheLastWindowIsLoggedBeforeItEndsTheLoopWithoutAnError) {
+  VantroWindow& window = OpenWindow();
+  const test::ImportHook hook("user32.dll", "PostQuitMessage", reinterpret_cast<void*>(OnPostQuit));
+  const test::LineStates states([&] { return std::string(window.isClosing_ ? "closing" : "open"); });
+  BeginClosing(window);
+  EXPECT_EQ(states.At("close requested"), "open");
+  EXPECT_EQ(states.At("INFO WM_CLOSE: Total windows: 1, Active windows after marking this as closing: 0"), "closing");
+  EXPECT_TRUE(test::InOrder(
+      log_, {"INFO WM_CLOSE: No active windows remain - exiting application", "(call) PostQuitMessage 0"}));
 }
 
 TEST_F(WindowLog, TheEndOfAWindowHasTheNumberBeforeAndAfter) {

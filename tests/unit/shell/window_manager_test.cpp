@@ -70,6 +70,17 @@ TEST_F(Windows, RequestToAClientStillGoesToAClosedMaster) {
   EXPECT_EQ(interface.Calls(masterEngine), (std::vector<InterfaceCall>{{"ping", OwnedValue("x")}}));
 }
 
+TEST_F(Windows, TheMastersHandlerIsThatOfTheFirstEntryAndNoneWithoutAnEntry) {
+  auto& registry = GetWindowRegistry();
+  EXPECT_EQ(MasterHandler(), nullptr);
+  VantroWindow& master = OpenWindow();
+  OpenWindow();
+  EXPECT_EQ(MasterHandler(), master.methodChannelHandler_.get());
+  registry.insert(registry.begin(), nullptr);
+  EXPECT_EQ(MasterHandler(), nullptr);
+  registry.erase(registry.begin());
+}
+
 // Broadcasts.
 
 TEST_F(Windows, BroadcastWithOneWindowSendsNothing) {
@@ -203,6 +214,7 @@ TEST_F(Windows, FailedNewWindowLeavesNoNativeWindowBehind) {
   CreateNewWindow(reference);
   EXPECT_EQ(CountMainWindows(), before);
   EXPECT_TRUE(IsWindow(reference.hwnd_));
+  EXPECT_EQ(log_.CountContaining("WM_DESTROY: Window "), 0) << "the object ends first";
 }
 
 TEST_F(Windows, FailedNewWindowIsSilentAndLeavesNoNewestWindow) {

@@ -19,8 +19,14 @@ TEST_F(Shutdown, DestroysOpenAndClosedWindowsInOrderAndTakesNoMore) {
   EXPECT_FALSE(IsShuttingDown());
   DrainQueue();
   const test::LogCapture shutdown;
+  std::vector<bool> ownEntry;  // whether the list contains the window whose player is released
+  vlc_.OnCall("libvlc_media_player_release",
+              [&] { ownEntry.push_back(GetWindowRegistry()[ownEntry.size()] != nullptr); });
 
   ShutdownWindowManager();
+
+  vlc_.OnCall("libvlc_media_player_release", {});
+  EXPECT_EQ(ownEntry, std::vector<bool>(3, false));
 
   EXPECT_TRUE(IsShuttingDown());
   EXPECT_TRUE(GetWindowRegistry().empty());
@@ -42,6 +48,8 @@ TEST_F(Shutdown, DestroysOpenAndClosedWindowsInOrderAndTakesNoMore) {
   RegisterWindow(std::move(late));
   EXPECT_TRUE(GetWindowRegistry().empty());
   EXPECT_EQ(VantroWindow::instance_, nullptr);
+  UnregisterWindow(nullptr);
+  EXPECT_EQ(shutdown.CountContaining("UnregisterWindow"), 0);
   for (const HWND native : natives) DestroyWindow(native);
 }
 
