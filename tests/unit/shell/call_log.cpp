@@ -70,8 +70,9 @@ struct RecordedCalls {
   }
   static BOOL WINAPI OnTrackPopupMenu(HMENU menu, UINT flags, int x, int y, int reserved, HWND window,
                                       const RECT* area) {
-    return PASS(TrackPopupMenu, Name(window) + Format(" %d,%d flags=%u", x, y, flags), menu, flags, x, y, reserved,
-                window, area);
+    const std::string mustBeZero = reserved == 0 ? "" : Format(" reserved=%d", reserved);
+    return PASS(TrackPopupMenu, Name(window) + Format(" %d,%d flags=%u", x, y, flags) + mustBeZero, menu, flags, x, y,
+                reserved, window, area);
   }
   static BOOL WINAPI OnEnableWindow(HWND window, BOOL enable) {
     return PASS(EnableWindow, Name(window) + Format(" %d", enable), window, enable);

@@ -35,6 +35,24 @@ TEST(MenuTables, NameEachCommandOnce) {
   EXPECT_EQ(std::set<WORD>(ids.begin(), ids.end()).size(), ids.size());
 }
 
+void ExpectNoIdBesideASubmenu(std::span<const MenuItem> items) {
+  for (const MenuItem& item : items) {
+    if (item.submenu.empty()) continue;
+    EXPECT_EQ(item.id, 0);
+    ExpectNoIdBesideASubmenu(item.submenu);
+  }
+}
+
+TEST(MenuTables, AnItemWithASubmenuHasNoId) { ExpectNoIdBesideASubmenu(FileMenuItems()); }
+
+TEST(MenuTables, OnlyAFlagHasAnIdAndOnlyATextHasChoices) {
+  for (const Setting& setting : Settings()) {
+    EXPECT_NE(setting.flag == nullptr, setting.text == nullptr);
+    EXPECT_EQ(setting.menuId != 0, setting.flag != nullptr);
+    EXPECT_EQ(setting.choices.empty(), setting.text == nullptr);
+  }
+}
+
 TEST(MenuTables, OfferEveryMediaChoice) {
   const std::vector<WORD> ids = IdsOf(FileMenuItems());
   const std::set<WORD> offered(ids.begin(), ids.end());

@@ -133,6 +133,54 @@ TEST_F(Menus, FileMenuOfANewWindow) {
 
 TEST_F(Menus, HelpMenuHasItsOneItem) { EXPECT_EQ(OpenHelp().lines, (Lines{"&About Vantro... (40005)"})); }
 
+// The calls that build a menu, each as "flags id text".
+Lines appended;
+decltype(&AppendMenuW) realAppend = nullptr;
+BOOL WINAPI RecordAppend(HMENU menu, UINT flags, UINT_PTR id, const wchar_t* text) {
+  const std::string shownId = flags == MF_POPUP ? "menu" : std::to_string(id);
+  appended.push_back(std::to_string(flags) + " " + shownId + " " + (text ? Narrow(text) : "null"));
+  return realAppend(menu, flags, id, text);
+}
+
+TEST_F(Menus, AppendPlainItemsCheckedAndGreyOnesSeparatorsAndSubmenus) {
+  AddWindow();
+  Inside(Window()).alwaysOnTop_ = true;
+  const test::ImportHook hook("user32.dll", "AppendMenuW", reinterpret_cast<void*>(RecordAppend));
+  realAppend = reinterpret_cast<decltype(realAppend)>(hook.Original());
+  appended.clear();
+  OpenFile();
+  EXPECT_EQ(appended, (Lines{"0 40001 &New Window",
+                             "2048 0 null",
+                             "0 40002 &Settings...",
+                             "8 40020 &Auto",
+                             "0 40021 &None",
+                             "0 40022 &DXVA2",
+                             "0 40023 D3&D11VA",
+                             "16 menu &Hardware Acceleration",
+                             "8 40030 &DirectSound",
+                             "0 40031 &WASAPI",
+                             "0 40032 &MMDevice",
+                             "16 menu &Audio Output",
+                             "8 40040 &Off",
+                             "0 40041 &Linear",
+                             "0 40042 &Blend",
+                             "0 40043 &Mean",
+                             "16 menu &Deinterlacing",
+                             "2048 0 null",
+                             "0 40050 &Equalizer",
+                             "0 40051 &Compressor",
+                             "2048 0 null",
+                             "0 40052 &Restore Defaults",
+                             "16 menu &VLC Settings",
+                             "2048 0 null",
+                             "8 40003 Always on &Top",
+                             "1 40006 Always on Top - &This Window",
+                             "2048 0 null",
+                             "0 40008 &Fullscreen\tF11",
+                             "2048 0 null",
+                             "0 40004 E&xit"}));
+}
+
 TEST_F(Menus, OpenBelowTheirButtons) {
   RECT file{}, help{};
   GetWindowRect(Inside(Window()).fileButton_, &file);
@@ -304,6 +352,7 @@ TEST_F(Commands, MediaChoicesSetTheirMemberLogAndSave) {
     EXPECT_EQ(lines[0], "DEBUG HandleMenuCommand: Received command " + std::to_string(row.id));
     EXPECT_EQ(lines[1], std::string("INFO HandleMenuCommand: ") + row.logLine);
     EXPECT_EQ(lines[2], "INFO SaveSettings: Saving application settings to registry");
+    EXPECT_EQ(log.CountContaining(std::string(" saved: ") + row.value), 1);
   }
 }
 
@@ -319,6 +368,9 @@ TEST_F(Commands, EqualizerAndCompressorToggleAndSave) {
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Equalizer toggled"), 2);
   EXPECT_EQ(log.Count("INFO HandleMenuCommand: VLC Compressor toggled"), 1);
   EXPECT_EQ(log.Count("INFO SaveSettings: Saving application settings to registry"), 3);
+  EXPECT_EQ(log.Count("INFO SaveSettings: VLC Equalizer enabled saved: enabled"), 2);
+  EXPECT_EQ(log.Count("INFO SaveSettings: VLC Compressor enabled saved: enabled"), 2);
+  EXPECT_EQ(log.CountContaining("Unknown command"), 0);
 }
 
 TEST_F(Commands, RestoreDefaultsResetsTheFiveMediaSettingsAndSaves) {
@@ -327,8 +379,10 @@ TEST_F(Commands, RestoreDefaultsResetsTheFiveMediaSettingsAndSaves) {
   Inside(Window()).vlcDeinterlace_ = "mean";
   Inside(Window()).vlcEqualizerEnabled_ = true;
   Inside(Window()).vlcCompressorEnabled_ = true;
+  Inside(Window()).alwaysOnTop_ = true;
   LogCapture log;
   Inside(Window()).commands_.HandleMenuCommand(40052);
+  EXPECT_TRUE(Inside(Window()).alwaysOnTop_) << "no media setting";
   EXPECT_EQ(Inside(Window()).vlcHwAccel_, "auto");
   EXPECT_EQ(Inside(Window()).vlcAudioOutput_, "directsound");
   EXPECT_EQ(Inside(Window()).vlcDeinterlace_, "off");
@@ -336,6 +390,8 @@ TEST_F(Commands, RestoreDefaultsResetsTheFiveMediaSettingsAndSaves) {
   EXPECT_FALSE(Inside(Window()).vlcCompressorEnabled_);
   EXPECT_EQ(log.Lines()[1], "INFO HandleMenuCommand: VLC Restore Defaults selected");
   EXPECT_EQ(log.Lines()[2], "INFO SaveSettings: Saving application settings to registry");
+  EXPECT_TRUE(log.Has("INFO SaveSettings: Always on top setting saved: enabled"));
+  EXPECT_TRUE(log.Has("INFO SaveSettings: VLC Hardware Acceleration saved: auto"));
   EXPECT_EQ(log.Lines().back(), "INFO VLC settings restored to defaults");
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "shell/shell_ids.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/shell_fixture.h"
 
@@ -34,8 +35,9 @@ TEST_F(Search, TypingStartsAWaitOf500Milliseconds) {
   Type('a');
   EXPECT_EQ(calls.Of("SetTimer"), (Lines{"SetTimer main 1001 500ms"}));
   EXPECT_NE(Inside(Window()).searchDebounceTimer_, 0u);
-  EXPECT_EQ(log.CountContaining("HandleSearchInput: Debounce timer set (500ms)"), 1);
-  EXPECT_EQ(log.CountContaining("WM_COMMAND: Skipping focus redirect for search box text change"), 1);
+  EXPECT_EQ(test::LinesWith(log, {"HandleSearchInput", "focus redirect"}),
+            (Lines{"DEBUG HandleSearchInput: Debounce timer set (500ms)",
+                   "DEBUG WM_COMMAND: Skipping focus redirect for search box text change"}));
 }
 
 TEST_F(Search, EachChangeRestartsTheWaitAndOnlyTheLastTextIsSent) {

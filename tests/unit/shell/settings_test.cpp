@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/line_states.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/shell_fixture.h"
 
@@ -80,6 +81,27 @@ class Settings : public testing::Test {
   test::ScratchRegistry registry_;
   VantroWindow window_{GetModuleHandleW(nullptr)};
 };
+
+TEST_F(Settings, AMissingKeyClearsAlwaysOnTopOnlyAfterItsLine) {
+  SetEveryMember();
+  const test::LineStates states([&] { return std::string(Inside(window_).alwaysOnTop_ ? "on" : "off"); });
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_FALSE(Inside(window_).alwaysOnTop_);
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "dxva2");
+  EXPECT_EQ(states.At("DEBUG LoadSettings: Registry key not found, using default settings"), "on");
+}
+
+TEST_F(Settings, AMissingAlwaysOnTopIsClearedBeforeItsLineAndAStoredFlagIsSetBeforeIts) {
+  Store(L"VLCEqualizerEnabled", Dword(0));
+  SetEveryMember();
+  const test::LineStates states([&] {
+    return std::string(Inside(window_).alwaysOnTop_ ? "on" : "off") +
+           (Inside(window_).vlcEqualizerEnabled_ ? " with equalizer" : "");
+  });
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(states.At("DEBUG LoadSettings: Always on top setting not found in registry"), "off with equalizer");
+  EXPECT_EQ(states.At("INFO LoadSettings: VLC Equalizer enabled loaded: disabled"), "off");
+}
 
 TEST_F(Settings, FirstStartFindsNoKeyAndKeepsTheDefaults) {
   LogCapture log;
@@ -259,6 +281,19 @@ TEST_F(Settings, TextThatFillsTheBufferWithoutATerminatorIsReadWhole) {
   EXPECT_EQ(Inside(window_).vlcHwAccel_, std::string(256, 'c'));
 }
 
+TEST_F(Settings, AValueOf513BytesIsAbsent) {
+  Store(L"VLCHwAccel", {REG_BINARY, std::vector<BYTE>(513, 'a')});
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_EQ(Inside(window_).vlcHwAccel_, "auto");
+}
+
+TEST_F(Settings, AFlagWithoutDataReadsAsOff) {
+  Store(L"VLCEqualizerEnabled", {REG_BINARY, {}});
+  LogCapture log;
+  Inside(window_).commands_.LoadSettings();
+  EXPECT_TRUE(log.Has("INFO LoadSettings: VLC Equalizer enabled loaded: disabled"));
+}
+
 TEST_F(Settings, AlwaysOnTopStoredAsALongTextReadsAsOff) {
   Store(L"AlwaysOnTop", Text(L"yes"));
   Inside(window_).alwaysOnTop_ = true;
@@ -321,7 +356,9 @@ using SettingsOfAWindow = test::ShellTest;
 TEST_F(SettingsOfAWindow, StoredAlwaysOnTopIsAppliedToWindowAndOverlay) {
   Store(L"AlwaysOnTop", Dword(1));
   CallLog calls(Window());
+  const test::LineStates states([&] { return std::to_string(calls.Calls().size()); });
   Inside(Window()).commands_.LoadSettings();
+  EXPECT_EQ(states.At("INFO LoadSettings: Applying always on top setting"), "0");
   EXPECT_EQ(calls.Calls(),
             (std::vector<std::string>{"SetWindowPos main after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE",
                                       "SetWindowPos overlay after=HWND_TOPMOST 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE"}));

@@ -141,7 +141,10 @@ TEST_F(WindowLog, ACommandNamesTheControl) {
   const HWND button = Inside(window).helpButton_;
   SetFocus(button);
   const test::LogCapture log;
+  const test::LineStates states([&] { return std::string(GetFocus() == button ? "on the button" : "in the view"); });
   SendMessageA(window.hwnd_, WM_COMMAND, MAKEWPARAM(4242, 7), reinterpret_cast<LPARAM>(button));
+  EXPECT_EQ(states.At("DEBUG HandleMenuCommand: Unknown command 4242"), "on the button");
+  EXPECT_EQ(states.At("DEBUG WM_COMMAND: Redirected focus back to Flutter window"), "in the view");
   EXPECT_THAT(LinesWith(log, {"WM_COMMAND"}),
               ElementsAre(Format("DEBUG WM_COMMAND: Control interaction - ID: 4242, Handle: %p, Type: 7",
                                  static_cast<void*>(button)),
