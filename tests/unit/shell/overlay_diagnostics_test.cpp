@@ -76,6 +76,33 @@ TEST(WindowUnderThePoint, IsUnknownAndHasNeitherClassNorTitleWhereThereIsNone) {
   EXPECT_EQ(log.Count("DEBUG EnableOverlayMouseInput: Intercepting window is UNKNOWN - not one of ours!"), 2);
 }
 
+// The texts that are asked for, each with the capacity of its buffer.
+std::vector<std::string> asked;
+int WINAPI ClassOfLetters(HWND, char* name, int capacity) {
+  asked.push_back("class " + std::to_string(capacity));
+  return std::snprintf(name, static_cast<size_t>(capacity), "Letters");
+}
+int WINAPI TitleOfDigits(HWND, char* title, int capacity) {
+  asked.push_back("title " + std::to_string(capacity));
+  return std::snprintf(title, static_cast<size_t>(capacity), "123");
+}
+
+TEST(WindowUnderThePoint, IsLoggedWithItsClassAndItsTitle) {
+  const Popup overlay(100);
+  overlay.PointAtIt();
+  const test::ImportHook className("user32.dll", "GetClassNameA", reinterpret_cast<void*>(ClassOfLetters));
+  const test::ImportHook title("user32.dll", "GetWindowTextA", reinterpret_cast<void*>(TitleOfDigits));
+  asked.clear();
+  const test::LogCapture log;
+  LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
+  EXPECT_THAT(asked, testing::ElementsAre("class 256", "title 256", "class 256", "title 256"));
+  const std::string handle = test::Format("%p", static_cast<void*>(overlay.Get()));
+  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Window at the cursor (110,110): " + handle +
+                      ", class 'Letters', title '123'"));
+  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Window at the overlay's centre (140,140): " + handle +
+                      ", class 'Letters', title '123'"));
+}
+
 TEST(WindowAtTheOverlaysCentre, IsTheOverlayWhereNothingCoversIt) {
   const Popup overlay(100);
   const test::LogCapture log;

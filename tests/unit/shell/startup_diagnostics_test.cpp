@@ -10,6 +10,7 @@
 
 #include "player/vlc_runtime.h"
 #include "tests/support/import_hook.h"
+#include "tests/support/line_states.h"
 #include "tests/support/log_capture.h"
 #include "tests/unit/flutter_host/bundle_fixture.h"
 
@@ -107,6 +108,33 @@ TEST(VlcDiagnostics, SearchPathThatCannotBeReadIsAFailure) {
   EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING Failed to get PATH environment variable"));
 }
 
+DWORD WINAPI ReturnTheSizeItself(const char*, char*, DWORD) { return 20; }
+
+TEST(VlcDiagnostics, SearchPathThatHasGrownMeanwhileIsAFailure) {
+  const HiddenPath hidden(ProgramFolder());
+  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", reinterpret_cast<void*>(ReturnTheSizeItself));
+  const LogCapture log;
+  LogVlcRuntime();
+  EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING Failed to get PATH environment variable"));
+}
+
+// The conversions of narrow texts, each as "code page, flags".
+Lines conversions;
+decltype(&MultiByteToWideChar) realConversion = nullptr;
+int WINAPI RecordConversion(UINT codePage, DWORD flags, const char* text, int length, wchar_t* wide, int capacity) {
+  conversions.push_back(std::to_string(codePage) + ", " + std::to_string(flags));
+  return realConversion(codePage, flags, text, length, wide, capacity);
+}
+
+TEST(VlcDiagnostics, ReadsPathsInTheCodePageOfTheSystem) {
+  const ImportHook hook("kernel32.dll", "MultiByteToWideChar", reinterpret_cast<void*>(RecordConversion));
+  realConversion = reinterpret_cast<decltype(realConversion)>(hook.Original());
+  conversions.clear();
+  LogVlcRuntime();
+  const std::string plain = std::to_string(CP_ACP) + ", 0";
+  EXPECT_EQ(conversions, Lines(6, plain));  // the length and the text of three paths
+}
+
 TEST(VlcDiagnostics, MissingLibrariesAreErrors) {
   const HiddenPath hidden(L".dll");
   const LogCapture log;
@@ -139,6 +167,20 @@ TEST(LibVlcLoad, FailureIsLoggedWithItsErrorAndAMissingDependencyByName) {
   EXPECT_EQ(log.Lines(), (Lines{"ERROR Manually loading libvlc.dll failed with error: 193",
                                 "ERROR Manually loading libvlc.dll failed with error: 126",
                                 "ERROR ERROR: A required dependency DLL was not found"}));
+}
+
+int freed = 0;
+BOOL WINAPI CountFree(HMODULE library) {
+  EXPECT_EQ(library, GetModuleHandleA("libvlc.dll"));
+  ++freed;
+  return TRUE;
+}
+
+TEST(LibVlcLoad, FreesTheLibraryAgain) {
+  const ImportHook hook("kernel32.dll", "FreeLibrary", reinterpret_cast<void*>(CountFree));
+  freed = 0;
+  LogLibVlcLoad();
+  EXPECT_EQ(freed, 1);
 }
 
 FARPROC WINAPI RefuseFunction(HMODULE, const char*) {
@@ -202,12 +244,14 @@ HWND WINAPI RefuseWindow(DWORD exStyle, const wchar_t* className, const wchar_t*
   return nullptr;
 }
 
-TEST(WindowCreationDiagnostics, ATestWindowThatSucceedsIsDestroyed) {
+TEST(WindowCreationDiagnostics, ATestWindowThatSucceedsIsDestroyedAfterItsLine) {
+  const test::LineStates states(
+      [] { return std::string(FindWindowW(L"STATIC", L"Test Window") ? "there" : "not there"); });
   const LogCapture log;
   LogWindowCreationFailure(GetModuleHandleW(nullptr), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(log.Lines(),
-            (Lines{"ERROR CreateWindowW failed with error: 5",
-                   "WARNING Test window creation succeeded, issue is specific to application window"}));
+  EXPECT_EQ(log.Lines(), (Lines{"ERROR CreateWindowW failed with error: 5",
+                                "WARNING Test window creation succeeded, issue is specific to application window"}));
+  EXPECT_EQ(states.At("WARNING Test window creation succeeded"), "there");
   EXPECT_EQ(FindWindowW(L"STATIC", L"Test Window"), nullptr);
 }
 
