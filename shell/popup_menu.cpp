@@ -25,7 +25,7 @@ void AppendItems(HMENU menu, std::span<const MenuItem> items, const MenuState& s
     } else if (item.id == 0) {
       AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
     } else if (IsMenuItemShown(item.id, state)) {
-      AppendMenuW(menu, MF_STRING | MenuItemFlags(item.id, state), item.id, item.text);
+      AppendMenuW(menu, MenuItemFlags(item.id, state), item.id, item.text);
     }
   }
 }

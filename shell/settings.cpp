@@ -44,7 +44,7 @@ constexpr Setting kSettings[] = {
      [](const char* value) { LOG_INFO("LoadSettings: Always on top setting loaded: %s", value); },
      [](const char* value) { LOG_INFO("SaveSettings: Always on top setting saved: %s", value); },
      nullptr,
-     L"Always on &Top",
+     nullptr,
      kAlwaysOnTopCommand,
      {}},
     {L"VLCHwAccel", nullptr, &WindowSettings::vlcHwAccel_,
@@ -116,20 +116,21 @@ LSTATUS WriteText(HKEY key, const wchar_t* name, const std::string& text) {
                         static_cast<DWORD>(value.size() * sizeof(wchar_t)));
 }
 
-// Returns false if the value is absent; the member is then unchanged.
-bool LoadSetting(HKEY key, const Setting& setting, WindowSettings* settings) {
-  if (setting.flag) {
-    const std::optional<bool> flag = ReadFlag(key, setting.valueName);
-    if (!flag) return false;
-    settings->*setting.flag = *flag;
-    setting.logLoaded(EnabledOrDisabled(*flag));
-    return true;
-  }
+// Returns false if the flag is absent; the member is then unchanged.
+bool LoadFlag(HKEY key, const Setting& setting, WindowSettings* settings) {
+  const std::optional<bool> flag = ReadFlag(key, setting.valueName);
+  if (!flag) return false;
+  settings->*setting.flag = *flag;
+  setting.logLoaded(EnabledOrDisabled(*flag));
+  return true;
+}
+
+// Leaves the member unchanged if the text is absent.
+void LoadText(HKEY key, const Setting& setting, WindowSettings* settings) {
   std::optional<std::string> text = ReadText(key, setting.valueName);
-  if (!text) return false;
+  if (!text) return;
   setting.logLoaded(text->c_str());
   settings->*setting.text = *std::move(text);
-  return true;
 }
 
 LSTATUS SaveSetting(HKEY key, const Setting& setting, const WindowSettings& settings) {
@@ -156,9 +157,12 @@ void LoadSettings(WindowSettings* settings) {
     return;
   }
   for (const Setting& setting : kSettings) {
-    if (LoadSetting(key.Get(), setting, settings) || !IsAlwaysOnTop(setting)) continue;
-    settings->alwaysOnTop_ = false;
-    LOG_DEBUG("LoadSettings: Always on top setting not found in registry, using default (disabled)");
+    if (setting.text) {
+      LoadText(key.Get(), setting, settings);
+    } else if (!LoadFlag(key.Get(), setting, settings) && IsAlwaysOnTop(setting)) {
+      settings->alwaysOnTop_ = false;
+      LOG_DEBUG("LoadSettings: Always on top setting not found in registry, using default (disabled)");
+    }
   }
 }
 

@@ -41,7 +41,7 @@ struct Setting {
   LogValue logLoaded;
   LogValue logSaved;
   const char* toggledLine;  // logged when a flag is toggled
-  const wchar_t* menuText;  // of the flag's item or of the text's submenu
+  const wchar_t* menuText;  // of the flag's item or of the text's submenu; null for always-on-top
   WORD menuId;              // of the flag's item
   std::span<const SettingChoice> choices;
 };

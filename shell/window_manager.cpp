@@ -162,7 +162,6 @@ MethodChannelHandler* MasterHandler() {
 void BroadcastEncodableToClientWindows(const std::string& methodName, const OwnedValue& value) {
   const auto& registry = GetWindowRegistry();
   LOG_INFO("BroadcastEncodableToClientWindows: Broadcasting '%s' to %zu windows", methodName.c_str(), registry.size());
-  if (registry.size() < 2) return;
   // The size is read in each round, because a call may run code that opens a window. Closed windows are called as well.
   for (size_t position = 1; position < registry.size(); ++position) {
     const VantroWindow* const window = registry[position].get();

@@ -3,6 +3,7 @@
 #include "shell/window_manager.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/interface_end.h"
+#include "tests/support/line_states.h"
 #include "tests/support/player_inspector.h"
 #include "tests/unit/shell/window_fixture.h"
 
@@ -88,7 +89,9 @@ TEST_F(MainWindow, MinimumTrackingSizeIsSetAndTheMaximumLeftAlone) {
   Open();
   MINMAXINFO limits{};
   limits.ptMaxTrackSize = {12345, 6789};
+  const test::LineStates states([&] { return std::to_string(limits.ptMinTrackSize.x); });
   EXPECT_EQ(Send(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)), 0);
+  EXPECT_EQ(states.At("DEBUG WM_GETMINMAXINFO: Set minimum window size to 640x360"), "640");
   EXPECT_EQ(limits.ptMinTrackSize.x, 640);
   EXPECT_EQ(limits.ptMinTrackSize.y, 360);
   EXPECT_EQ(limits.ptMaxTrackSize.x, 12345);
