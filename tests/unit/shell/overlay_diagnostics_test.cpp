@@ -88,7 +88,7 @@ int WINAPI TitleOfDigits(HWND, char* title, int capacity) {
 }
 
 TEST(WindowUnderThePoint, IsLoggedWithItsClassAndItsTitle) {
-  const Popup overlay(100);
+  const Popup overlay(300);
   overlay.PointAtIt();
   const test::ImportHook className("user32.dll", "GetClassNameA", reinterpret_cast<void*>(ClassOfLetters));
   const test::ImportHook title("user32.dll", "GetWindowTextA", reinterpret_cast<void*>(TitleOfDigits));
@@ -97,17 +97,17 @@ TEST(WindowUnderThePoint, IsLoggedWithItsClassAndItsTitle) {
   LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
   EXPECT_THAT(asked, testing::ElementsAre("class 256", "title 256", "class 256", "title 256"));
   const std::string handle = test::Format("%p", static_cast<void*>(overlay.Get()));
-  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Window at the cursor (110,110): " + handle +
+  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Window at the cursor (310,110): " + handle +
                       ", class 'Letters', title '123'"));
-  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Window at the overlay's centre (140,140): " + handle +
+  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Window at the overlay's centre (340,140): " + handle +
                       ", class 'Letters', title '123'"));
 }
 
 TEST(WindowAtTheOverlaysCentre, IsTheOverlayWhereNothingCoversIt) {
-  const Popup overlay(100);
+  const Popup overlay(300);
   const test::LogCapture log;
   LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
-  EXPECT_EQ(log.CountContaining("Window at the overlay's centre (140,140): "), 1);
+  EXPECT_EQ(log.CountContaining("Window at the overlay's centre (340,140): "), 1);
   EXPECT_EQ(log.Lines().back(), "DEBUG EnableOverlayMouseInput: Intercepting window IS our overlay window!");
 }
 
@@ -123,10 +123,10 @@ TEST(OverlayDiagnostics, OfACreationHaveTheWindowItsClientAreaAndTheHeightAboveT
 }
 
 TEST(OverlayDiagnostics, OfItsInputHaveItsPlaceItsStylesAndTheDesktopsTopWindow) {
-  const Popup overlay(100);
+  const Popup overlay(300);
   const test::LogCapture log;
   LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0x28);
-  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Overlay rectangle: 100,100 to 180,180"));
+  EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Overlay rectangle: 300,100 to 380,180"));
   EXPECT_TRUE(log.Has("DEBUG EnableOverlayMouseInput: Extended style before: 0x00000028, after: 0x00000008"));
   char top[120];
   std::snprintf(top, sizeof top, "DEBUG EnableOverlayMouseInput: Overlay visible: YES, desktop's top window: %p",
@@ -148,7 +148,7 @@ BOOL WINAPI FailOnGetWindowRect(HWND, RECT*) {
 }
 
 TEST(OverlayDiagnostics, AskTheSystemNothingWhileTheLogIsOff) {
-  const Popup overlay(100);
+  const Popup overlay(300);
   const test::ImportHook atPoint("user32.dll", "WindowFromPoint", reinterpret_cast<void*>(FailOnWindowFromPoint));
   const test::ImportHook text("user32.dll", "GetWindowTextA", reinterpret_cast<void*>(FailOnGetWindowText));
   const test::ImportHook rect("user32.dll", "GetWindowRect", reinterpret_cast<void*>(FailOnGetWindowRect));
