@@ -15,6 +15,7 @@ using test::ImportHook;
 using test::Inside;
 using test::SeenMessage;
 using test::WindowRectOf;
+using test::operator==;
 
 constexpr WPARAM kKey = 'A';
 
@@ -57,6 +58,25 @@ TEST_F(MainWindow, DestroyStopsThePlayerAndPostsNoQuit) {
   EXPECT_EQ(Send(WM_DESTROY), 0);
   EXPECT_TRUE(log_.Has("INFO Stopping VLC playback for closing window"));
   EXPECT_EQ(DrainQueue(), 0);
+}
+
+TEST_F(MainWindow, StopOfAClosingWindowIsReportedToTheInterface) {
+  Open();
+  test::InterfaceEnd interface(loopback_);
+  EXPECT_EQ(Send(WM_DESTROY), 0);
+  vlc_.Raise(test::PlayerInspector(*window_->vlcPlayer_).mediaPlayer_.get(), 0x106);
+  EXPECT_EQ(interface.Calls(), (std::vector<test::InterfaceCall>{{"onStopped", OwnedValue()}}));
+}
+
+TEST_F(MainWindow, SizeOfAnOlderWindowPlacesItsOverlay) {
+  Open();
+  OpenWindow();
+  const HWND overlay = Inside(*window_).flutterHostWindow_;
+  MoveWindow(overlay, 1, 2, 3, 4, FALSE);
+  Send(WM_SIZE);
+  RECT below = test::ClientRectOnScreen(window_->hwnd_);
+  below.top += 30;
+  EXPECT_TRUE(WindowRectOf(overlay) == below);
 }
 
 TEST_F(MainWindow, SizeTakesTheClientAreaNotTheMessagesSize) {
