@@ -36,10 +36,10 @@ std::optional<Rect> OverlayRectOver(HWND window, int topOffset) {
 }
 
 struct SentMessage {
-  HWND window = nullptr;
-  UINT message = 0;
-  WPARAM wParam = 0;
-  LPARAM lParam = 0;
+  HWND window;
+  UINT message;
+  WPARAM wParam;
+  LPARAM lParam;
 
   bool operator==(const SentMessage&) const = default;
 };
@@ -225,7 +225,7 @@ LRESULT CALLBACK FlutterOverlay::WindowSyncHookProc(int nCode, WPARAM wParam, LP
   // The message that the hooks are passing along the chain. It is compared by value, because another program's hook in
   // between may pass on a copy.
   static SentMessage inChain;
-  SentMessage message;
+  SentMessage message{};
   VantroWindow* const newest = VantroWindow::instance_;
   if (nCode >= 0) {
     if (!newest) return CallNextHookEx(nullptr, nCode, wParam, lParam);

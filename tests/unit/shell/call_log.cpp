@@ -5,6 +5,7 @@
 #include "shell/vantro_window.h"
 #include "tests/support/flag_names.h"
 #include "tests/support/format.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/shell/inside.h"
 
 namespace vantro::test {
@@ -20,7 +21,7 @@ CallLog* current = nullptr;
 struct RecordedCalls {
   template <typename Function, typename... Arguments>
   static auto Pass(const char* library, const char* name, const std::string& line, Arguments... arguments) {
-    if (current->depth_ == 0) current->calls_.push_back(std::string(name) + line);
+    if (current->depth_ == 0) current->Add(name + line);
     const auto original = reinterpret_cast<Function*>(GetProcAddress(GetModuleHandleA(library), name));
     ++current->depth_;
     const auto result = original(arguments...);
@@ -105,6 +106,11 @@ CallLog::CallLog(VantroWindow& window) : window_(window) {
   hook("user32.dll", "TrackPopupMenu", &RecordedCalls::OnTrackPopupMenu);
   hook("user32.dll", "EnableWindow", &RecordedCalls::OnEnableWindow);
   hook("dwmapi.dll", "DwmSetWindowAttribute", &RecordedCalls::OnDwmSetWindowAttribute);
+}
+
+void CallLog::Add(const std::string& call) {
+  calls_.push_back(call);
+  if (state_) Note(call + state_());
 }
 
 CallLog::~CallLog() {

@@ -5,8 +5,10 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/import_hook.h"
@@ -31,13 +33,17 @@ class CallLog {
   // The calls of one function.
   std::vector<std::string> Of(const std::string& function) const;
   void Clear() { calls_.clear(); }
+  // From now on writes each call into the log too, as "(call) SetFocus view" and the text that state returns.
+  void WriteToLog(std::function<std::string()> state = [] { return std::string(); }) { state_ = std::move(state); }
 
  private:
   friend struct RecordedCalls;
   const char* NameOf(HWND window) const;
+  void Add(const std::string& call);
 
   VantroWindow& window_;
   std::vector<std::string> calls_;
+  std::function<std::string()> state_;  // empty while the calls are not written to the log
   int depth_ = 0;
   std::vector<std::unique_ptr<ImportHook>> hooks_;
 };

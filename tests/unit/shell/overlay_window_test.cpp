@@ -8,17 +8,23 @@
 
 #include "shell/window_manager.h"
 #include "tests/support/flag_names.h"
+#include "tests/support/format.h"
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
+#include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
 namespace {
 
+using test::CallLog;
 using test::ClientRectOnScreen;
 using test::DrainQueue;
 using test::ImportHook;
+using test::InOrder;
 using test::InsertAfter;
 using test::Inside;
+using test::Note;
 using test::PlacementFlags;
 using test::WindowRectOf;
 using test::operator==;
@@ -31,6 +37,7 @@ struct PlaceCall {
 };
 std::vector<PlaceCall> placeCalls;
 decltype(&SetWindowPos) realSetWindowPos = nullptr;
+FlutterOverlay* syncedAgain = nullptr;  // synced during each call, if set
 
 std::string PlaceLine(HWND after, int x, int y, int width, int height, UINT flags) {
   return InsertAfter(after) + " " + std::to_string(x) + "," + std::to_string(y) + " " + std::to_string(width) + "x" +
@@ -39,6 +46,7 @@ std::string PlaceLine(HWND after, int x, int y, int width, int height, UINT flag
 
 BOOL WINAPI RecordSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
   placeCalls.push_back({window, PlaceLine(after, x, y, width, height, flags)});
+  if (FlutterOverlay* const overlay = std::exchange(syncedAgain, nullptr)) overlay->SyncFlutterOverlayPosition(false);
   return realSetWindowPos(window, after, x, y, width, height, flags);
 }
 
@@ -98,13 +106,18 @@ struct CreateCall {
   std::wstring title;
   DWORD exStyle = 0;
   DWORD style = 0;
+  RECT place{};
   HWND parent = nullptr;
+  HMENU menu = nullptr;
+  HINSTANCE instance = nullptr;
+  void* data = nullptr;
 };
 CreateCall createCall;
 decltype(&CreateWindowExW) realCreateWindow = nullptr;
 HWND WINAPI RecordCreateWindow(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
                                int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
-  createCall = {className, title, exStyle, style, parent};
+  createCall = {className, title, exStyle, style, {x, y, x + width, y + height}, parent, menu, instance, data};
+  Note("CreateWindowExW");
   return realCreateWindow(exStyle, className, title, style, x, y, width, height, parent, menu, instance, data);
 }
 
@@ -117,6 +130,13 @@ TEST_F(BareOverlay, IsAnOwnedClickThroughPopupBelowTheTitleBar) {
   EXPECT_EQ(createCall.title, L"Flutter UI");
   EXPECT_EQ(createCall.exStyle, 0xA0u);
   EXPECT_EQ(createCall.style, 0x90000000u);
+  EXPECT_TRUE(createCall.place == BelowTitleBar(window_.hwnd_));
+  EXPECT_EQ(createCall.parent, window_.hwnd_);
+  EXPECT_EQ(createCall.menu, nullptr);
+  EXPECT_EQ(createCall.instance, GetModuleHandleW(nullptr));
+  EXPECT_EQ(createCall.data, nullptr);
+  EXPECT_TRUE(InOrder(log_, {"CreateFlutterOverlay: Title bar height: ", "(call) CreateWindowExW",
+                             "CreateFlutterOverlay: Created overlay window"}));
   EXPECT_EQ(GetWindow(overlay, GW_OWNER), window_.hwnd_);
   EXPECT_TRUE(WindowRectOf(overlay) == BelowTitleBar(window_.hwnd_));
 }
@@ -172,6 +192,82 @@ TEST_F(BareOverlay, MouseInputCannotBeEnabledWithoutIt) {
   EXPECT_EQ(log_.CountContaining("EnableOverlayMouseInput COMPLETED"), 0);
 }
 
+TEST_F(BareOverlay, OperationsWithoutALiveOverlayDoNothing) {
+  FlutterOverlay& overlay = Inside(window_).overlay_;
+  const PlaceCalls calls;
+  for (const bool isDead : {false, true}) {
+    SCOPED_TRACE(isDead ? "dead" : "null");
+    if (isDead) {
+      ASSERT_TRUE(overlay.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+      DestroyWindow(overlay.Window());
+    }
+    const test::LogCapture log;
+    placeCalls.clear();
+    EXPECT_FALSE(overlay.MoveBelow(0).has_value());
+    overlay.SetFlutterOverlayTopmost();
+    overlay.EnableOverlayMouseInput();
+    overlay.Destroy();
+    EXPECT_TRUE(placeCalls.empty());
+    EXPECT_EQ(log.Lines(), (Lines{"DEBUG === EnableOverlayMouseInput CALLED ===",
+                                  "ERROR EnableOverlayMouseInput: ERROR - overlay window invalid!",
+                                  test::Format("ERROR EnableOverlayMouseInput: flutterHostWindow_ = %p",
+                                               static_cast<void*>(overlay.Window()))}));
+  }
+}
+
+BOOL WINAPI RecordDestroyWindow(HWND window) {
+  Note("DestroyWindow");
+  return reinterpret_cast<decltype(&DestroyWindow)>(GetProcAddress(GetModuleHandleA("user32.dll"), "DestroyWindow"))(
+      window);
+}
+
+TEST_F(BareOverlay, DestroyingItIsLoggedAndForgetsTheWindow) {
+  ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
+  const HWND overlay = Inside(window_).flutterHostWindow_;
+  const ImportHook hook("user32.dll", "DestroyWindow", reinterpret_cast<void*>(RecordDestroyWindow));
+  Inside(window_).overlay_.Destroy();
+  EXPECT_TRUE(
+      InOrder(log_, {test::Format("DEBUG Destructor: Destroying overlay window: %p", static_cast<void*>(overlay)),
+                     "DEBUG (call) DestroyWindow"}));
+  EXPECT_FALSE(IsWindow(overlay));
+  EXPECT_EQ(Inside(window_).flutterHostWindow_, nullptr);
+}
+
+// The hook's installation and removal.
+
+struct HookCall {
+  int kind;
+  HOOKPROC procedure;
+  HINSTANCE module;
+  DWORD thread;
+};
+HookCall hookCall{};
+HHOOK WINAPI RecordSetHook(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
+  hookCall = {kind, procedure, module, thread};
+  return reinterpret_cast<HHOOK>(&hookCall);
+}
+std::vector<HHOOK> removedHooks;
+BOOL WINAPI RecordUnhook(HHOOK hook) {
+  removedHooks.push_back(hook);
+  return TRUE;
+}
+
+TEST_F(BareOverlay, HookIsForTheSentMessagesOfThisThreadAndRemovedOnce) {
+  const ImportHook set("user32.dll", "SetWindowsHookExA", reinterpret_cast<void*>(RecordSetHook));
+  const ImportHook unhook("user32.dll", "UnhookWindowsHookEx", reinterpret_cast<void*>(RecordUnhook));
+  removedHooks.clear();
+  Inside(window_).overlay_.RemoveWindowHook();
+  EXPECT_TRUE(removedHooks.empty());
+  Inside(window_).overlay_.InstallWindowHook();
+  EXPECT_EQ(hookCall.kind, WH_CALLWNDPROC);
+  EXPECT_EQ(hookCall.procedure, &FlutterOverlay::WindowSyncHookProc);
+  EXPECT_EQ(hookCall.module, GetModuleHandleA(nullptr));
+  EXPECT_EQ(hookCall.thread, GetCurrentThreadId());
+  Inside(window_).overlay_.RemoveWindowHook();
+  Inside(window_).overlay_.RemoveWindowHook();
+  EXPECT_EQ(removedHooks, std::vector<HHOOK>{reinterpret_cast<HHOOK>(&hookCall)});
+}
+
 TEST_F(Overlay, CoversTheWholeClientAreaUntilTheWindowIsFirstShown) {
   const auto window = BringUp();
   EXPECT_TRUE(WindowRectOf(Inside(*window).flutterHostWindow_) == ClientRectOnScreen(window->hwnd_));
@@ -213,6 +309,33 @@ TEST_F(Overlay, EnablingInputRaisesItThreeTimesThenPlacesItAndItsView) {
   EXPECT_EQ(GetFocus(), child);
 }
 
+TEST_F(Overlay, EnablingInputTakesItsEffectsInOrder) {
+  VantroWindow& window = OpenWindow();
+  const HWND overlay = Inside(window).flutterHostWindow_;
+  SetWindowLongPtrA(overlay, GWL_EXSTYLE, GetWindowLongPtrA(overlay, GWL_EXSTYLE) | WS_EX_TRANSPARENT);
+  const test::LogCapture log;
+  CallLog calls(window);
+  calls.WriteToLog();
+  Inside(window).overlay_.EnableOverlayMouseInput();
+  EXPECT_TRUE(InOrder(log, {"DEBUG === EnableOverlayMouseInput CALLED ===", "(call) SetWindowPos overlay",
+                            "(call) SetWindowPos overlay", "(call) SetWindowPos overlay",
+                            "INFO EnableOverlayMouseInput: Applied TOP positioning multiple times",
+                            "(call) SetWindowPos overlay", "(call) SetWindowPos view", "(call) ShowWindow view SW_SHOW",
+                            "(call) SetFocus view", "Extended style before: 0x000000A0, after: 0x00000080",
+                            "DEBUG === EnableOverlayMouseInput COMPLETED ==="}));
+  EXPECT_EQ(calls.Calls().size(), 7u);
+}
+
+TEST_F(Overlay, SyncFocusesTheViewBeforeItSaysSo) {
+  VantroWindow& window = OpenWindow();
+  const test::LogCapture log;
+  CallLog calls(window);
+  calls.WriteToLog();
+  Inside(window).overlay_.SyncFlutterOverlayPosition(false);
+  EXPECT_TRUE(InOrder(log, {"(call) SetWindowPos overlay", "(call) SetWindowPos view", "(call) SetFocus view",
+                            "SyncFlutterOverlayPosition: Set focus to Flutter engine window"}));
+}
+
 TEST_F(Overlay, SyncPlacesItWithItsViewAndFocusesTheView) {
   VantroWindow& window = OpenWindow();
   SetFocus(Inside(window).searchBox_);
@@ -250,6 +373,15 @@ TEST_F(Overlay, SyncDoesNotNest) {
   Inside(window).isSyncingOverlay_ = false;
 }
 
+TEST_F(Overlay, SyncDuringASyncMovesNothing) {
+  VantroWindow& window = OpenWindow();
+  const PlaceCalls calls;
+  syncedAgain = &Inside(window).overlay_;
+  Inside(window).overlay_.SyncFlutterOverlayPosition(window.isFullscreen());
+  EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_).size(), 1u);
+  EXPECT_FALSE(Inside(window).isSyncingOverlay_);
+}
+
 TEST_F(Overlay, SyncOfAMinimizedWindowAsksForANegativeHeight) {
   VantroWindow& window = OpenWindow();
   const PlaceCalls calls;
@@ -274,6 +406,18 @@ TEST_F(Overlay, RaiseKeepsPlaceAndActivation) {
   DestroyWindow(other);
 }
 
+HWND WINAPI NothingOnTop(HWND) { return nullptr; }
+
+TEST_F(Overlay, RaiseIsLoggedAfterTheCall) {
+  VantroWindow& window = OpenWindow();
+  const ImportHook hook("user32.dll", "GetTopWindow", reinterpret_cast<void*>(NothingOnTop));
+  CallLog calls(window);
+  calls.WriteToLog();
+  Inside(window).overlay_.SetFlutterOverlayTopmost();
+  EXPECT_TRUE(InOrder(log_, {"(call) SetWindowPos overlay after=HWND_TOP 0,0 0x0 SWP_NOSIZE|SWP_NOMOVE|SWP_NOACTIVATE",
+                             "SetFlutterOverlayTopmost: Top position applied with NOACTIVATE"}));
+}
+
 TEST_F(Overlay, OnTopAlreadyIsNotRaised) {
   VantroWindow& window = OpenWindow();
   SetWindowPos(Inside(window).flutterHostWindow_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
@@ -287,6 +431,13 @@ TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
   VantroWindow& window = OpenWindow();
   const int before = SyncsLogged(log_);
   SendMessageA(window.hwnd_, WM_MOVE, 0, 0);
+  EXPECT_EQ(SyncsLogged(log_) - before, 2);
+}
+
+TEST_F(Overlay, ResizingTheNewestWindowSyncsTwice) {
+  VantroWindow& window = OpenWindow();
+  const int before = SyncsLogged(log_);
+  SendMessageA(window.hwnd_, WM_SIZE, SIZE_RESTORED, 0);
   EXPECT_EQ(SyncsLogged(log_) - before, 2);
 }
 
@@ -384,26 +535,33 @@ TEST_F(Overlay, HookIgnoresAMissingStructureAndOtherWindows) {
   EXPECT_EQ(SyncsLogged(log_), before);
 }
 
-HHOOK passedHook = nullptr;
-LRESULT WINAPI RecordNextHook(HHOOK hook, int, WPARAM, LPARAM) {
-  passedHook = hook;
+struct PassedOn {
+  HHOOK hook;
+  int code;
+  WPARAM wParam;
+  LPARAM lParam;
+
+  bool operator==(const PassedOn&) const = default;
+};
+PassedOn passedOn{};
+LRESULT WINAPI RecordNextHook(HHOOK hook, int code, WPARAM wParam, LPARAM lParam) {
+  passedOn = {hook, code, wParam, lParam};
   return 4711;
 }
 
 TEST_F(Overlay, HookPassesOnWithTheNewestWindowsHook) {
   VantroWindow& window = OpenWindow();
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(0, 0, 0), 4711);
-  EXPECT_EQ(passedHook, Inside(window).windowHook_);
+  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(-3, 5, 7), 4711);
+  EXPECT_EQ(passedOn, (PassedOn{Inside(window).windowHook_, -3, 5, 7}));
 }
 
 TEST_F(Overlay, HookWithoutANewestWindowPassesOnWithNone) {
   OpenWindow();
   VantroWindow* const newest = std::exchange(VantroWindow::instance_, nullptr);
   const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  passedHook = Inside(*newest).windowHook_;
-  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(0, 0, 0), 4711);
-  EXPECT_EQ(passedHook, nullptr);
+  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(2, 5, 7), 4711);
+  EXPECT_EQ(passedOn, (PassedOn{nullptr, 2, 5, 7}));
   VantroWindow::instance_ = newest;
 }
 
