@@ -63,6 +63,21 @@ TEST(HitTest, TopThreePixelsUnderTheWindowButtonsAreTheEdge) {
   EXPECT_EQ(HitTest({kWidth - 60, 3}, kClientArea), HitCode::kClient);
 }
 
+// The numbers are the system's, which acts on them.
+TEST(HitTest, CodesAreTheSystemsNumbers) {
+  const auto numberAt = [](int x, int y) { return static_cast<int>(HitTest({x, y}, kClientArea)); };
+  EXPECT_EQ(numberAt(500, 300), 1);   // HTCLIENT
+  EXPECT_EQ(numberAt(500, 15), 2);    // HTCAPTION
+  EXPECT_EQ(numberAt(0, 300), 10);    // HTLEFT
+  EXPECT_EQ(numberAt(999, 300), 11);  // HTRIGHT
+  EXPECT_EQ(numberAt(500, 0), 12);    // HTTOP
+  EXPECT_EQ(numberAt(0, 0), 13);      // HTTOPLEFT
+  EXPECT_EQ(numberAt(999, 0), 14);    // HTTOPRIGHT
+  EXPECT_EQ(numberAt(500, 599), 15);  // HTBOTTOM
+  EXPECT_EQ(numberAt(0, 599), 16);    // HTBOTTOMLEFT
+  EXPECT_EQ(numberAt(999, 599), 17);  // HTBOTTOMRIGHT
+}
+
 TEST(HitTest, WindowWithoutClientAreaIsAllCorner) { EXPECT_EQ(HitTest({0, 0}, {0, 0}), HitCode::kTopLeft); }
 
 }  // namespace

@@ -4,18 +4,24 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "tests/support/flag_names.h"
 #include "tests/support/format.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/line_order.h"
+#include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
 namespace {
 
+using test::CallLog;
 using test::Format;
+using test::InOrder;
 using test::Inside;
+using test::Note;
 using test::WindowRectOf;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -133,6 +139,50 @@ TEST_F(KeyAtTheMainWindow, WithoutALiveView) {
   EXPECT_THAT(KeyDown(), ElementsAreArray(expected));
 }
 
+// Leave the class name and the process id as they are.
+int WINAPI NoClassName(HWND, char*, int size) {
+  Note("GetClassNameA " + std::to_string(size));
+  return 0;
+}
+DWORD WINAPI NoProcessId(HWND, DWORD*) {
+  Note("GetWindowThreadProcessId");
+  return 0;
+}
+
+TEST_F(KeyAtTheMainWindow, WithAViewOfUnknownClassAndProcess) {
+  const test::ImportHook className("user32.dll", "GetClassNameA", reinterpret_cast<void*>(NoClassName));
+  const test::ImportHook process("user32.dll", "GetWindowThreadProcessId", reinterpret_cast<void*>(NoProcessId));
+  const test::LogCapture log;
+  SendMessageA(Main(), WM_KEYDOWN, kKey, 0);
+  EXPECT_TRUE(InOrder(log, {"(call) GetClassNameA 256", "(call) GetWindowThreadProcessId",
+                            "MainWindow: Flutter window info - Class: , ProcessId: 0, IsVisible: "}));
+}
+
+int WINAPI FailOnGetClassName(HWND, char*, int) {
+  ADD_FAILURE() << "asked for the class of the view";
+  return 0;
+}
+
+TEST_F(KeyAtTheMainWindow, AsksNothingAboutTheViewWhileTheLogIsOff) {
+  const test::ImportHook hook("user32.dll", "GetClassNameA", reinterpret_cast<void*>(FailOnGetClassName));
+  debugLoggingEnabled = false;
+  SendMessageA(Main(), WM_KEYDOWN, kKey, 0);
+  debugLoggingEnabled = true;
+}
+
+bool saysDead = false;
+BOOL WINAPI DeadAtTheFirstQuestion(HWND window) {
+  if (std::exchange(saysDead, false)) return FALSE;
+  return reinterpret_cast<decltype(&IsWindow)>(GetProcAddress(GetModuleHandleA("user32.dll"), "IsWindow"))(window);
+}
+
+TEST_F(KeyAtTheMainWindow, WithAViewThatIsAliveAgainWhenTheLineIsWritten) {
+  const test::ImportHook hook("user32.dll", "IsWindow", reinterpret_cast<void*>(DeadAtTheFirstQuestion));
+  saysDead = true;
+  EXPECT_EQ(KeyDown().back(), Format("ERROR MainWindow: Invalid Flutter window - flutterWindow=%p, IsWindow=true",
+                                     static_cast<void*>(View())));
+}
+
 TEST_F(InputLog, AnotherKeyMessageThatTheEngineTakes) {
   loopback_.SetTopLevelResult(WM_CHAR, true, 8);
   EXPECT_THAT(Sent(Main(), WM_CHAR, kKey, {"MainWindow: "}),
@@ -169,12 +219,37 @@ TEST_F(InputLog, AClickNamesItsPlaceAndTheWindowThere) {
 TEST_F(InputLog, ADragOfTheVolumeHasItsBeginningAndItsEnd) {
   const RECT slider = WindowRectOf(Inside(window_).volumeControl_);
   SetCursorPos(static_cast<int>(slider.left) + 20, static_cast<int>(slider.top) + 7);
-  const Lines begin = Sent(Main(), WM_LBUTTONDOWN, 0, {"Volume", "volume control"});
-  EXPECT_THAT(begin, testing::IsSupersetOf({"DEBUG WM_LBUTTONDOWN: Click on volume control",
-                                            "DEBUG WM_LBUTTONDOWN: Volume control clicked at relative position "
-                                            "(20, 7)"}));
+  const test::LogCapture log;
+  SendMessageA(Main(), WM_LBUTTONDOWN, 0, 0);
+  EXPECT_TRUE(InOrder(log, {"DEBUG WM_LBUTTONDOWN: Click on volume control",
+                            "DEBUG WM_LBUTTONDOWN: Volume control clicked at relative position (20, 7)"}));
   EXPECT_THAT(Sent(Main(), WM_LBUTTONUP, 0, {"Volume control mouse up"}),
               ElementsAre("DEBUG WM_LBUTTONUP: Volume control mouse up - hiding percentage"));
+}
+
+TEST_F(InputLog, ADragFromTheVolumesFarEdgeHasItsBeginning) {
+  const RECT slider = WindowRectOf(Inside(window_).volumeControl_);
+  SetCursorPos(static_cast<int>(slider.right), static_cast<int>(slider.bottom));
+  const test::LogCapture log;
+  SendMessageA(Main(), WM_LBUTTONDOWN, 0, 0);
+  EXPECT_TRUE(InOrder(log, {"WM_LBUTTONDOWN: Manual volume control hit test succeeded at (",
+                            "WM_LBUTTONDOWN: Volume control clicked at relative position (80, 20)"}));
+  SendMessageA(Main(), WM_LBUTTONUP, 0, 0);
+}
+
+TEST_F(InputLog, AButtonThatGoesUpWithoutADragEndsNone) {
+  SetCursorPos(0, 0);
+  EXPECT_THAT(Sent(Main(), WM_LBUTTONUP, 0, {"Volume"}), testing::IsEmpty());
+}
+
+TEST_F(InputLog, AButtonThatGoesUpMovesTheFocusAndThenSaysSo) {
+  SetCursorPos(0, 0);
+  SetFocus(Inside(window_).fileButton_);
+  const test::LogCapture log;
+  CallLog calls(window_);
+  calls.WriteToLog();
+  SendMessageA(Main(), WM_LBUTTONUP, 0, 0);
+  EXPECT_TRUE(InOrder(log, {"(call) SetFocus view", "MainWindow: Mouse up - restored focus to Flutter"}));
 }
 
 TEST_F(InputLog, AButtonThatGoesUpSaysWhereTheFocusIs) {
@@ -208,6 +283,20 @@ TEST_F(InputLog, AKeyAtTheOverlayThatTheViewGets) {
                           Pointer("OverlayWindowProc: Handling keydown on overlay window ", Overlay()),
                           "DEBUG OverlayWindowProc: Setting focus to Flutter window for keyboard",
                           "DEBUG OverlayWindowProc: PostMessage keydown to Flutter window"));
+}
+
+TEST_F(InputLog, TheFocusMovesAfterItsLineAndBeforeThePost) {
+  for (const UINT message : {WM_KEYDOWN, WM_KEYUP}) {
+    SetFocus(Inside(window_).searchBox_);
+    const test::LogCapture log;
+    CallLog calls(window_);
+    calls.WriteToLog();
+    SendMessageA(Overlay(), message, kKey, 7);
+    EXPECT_TRUE(InOrder(log, {"OverlayWindowProc: Setting focus to Flutter window for keyboard", "(call) SetFocus view",
+                              message == WM_KEYDOWN ? "OverlayWindowProc: PostMessage keydown to Flutter window"
+                                                    : "OverlayWindowProc: Trying PostMessage to Flutter window",
+                              "(call) PostMessageA view " + test::MessageName(message) + " 65 7"}));
+  }
 }
 
 TEST_F(InputLog, F11AtTheOverlay) {

@@ -1,13 +1,16 @@
 // How the overlay handles each kind of input: the messages for the engine and for the view, the focus, and the result.
 #include "shell/overlay_input.h"
 
+#include "shell/input_state.h"
 #include "shell/window_manager.h"
 #include "tests/support/import_hook.h"
+#include "tests/unit/shell/default_handling.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
 namespace {
 
+using test::DefaultHandling;
 using test::DrainQueue;
 using test::ImportHook;
 using test::Inside;
@@ -15,9 +18,9 @@ using test::SeenMessage;
 
 constexpr WPARAM kKey = 'A';
 
-// The state of the mouse buttons, which the test sets.
-SHORT heldState = 0;
-SHORT WINAPI SaidKeyState(int) { return heldState; }
+// The mouse button that is down, which the test sets.
+int heldButton = 0;
+SHORT WINAPI SaidKeyState(int key) { return key == heldButton ? -1 : 0; }
 
 class OverlayInput : public test::WindowTest {
  protected:
@@ -60,6 +63,30 @@ TEST_F(OverlayInput, ExtraButtonsGetTheDefaultHandling) {
     EXPECT_TRUE(EngineOffered(message).empty()) << message;
     EXPECT_TRUE(ViewSaw(message).empty()) << message;
   }
+}
+
+TEST_F(OverlayInput, OtherMessagesGetTheDefaultHandlingWithTheirArguments) {
+  Open();
+  const HWND overlay = Inside(*window_).flutterHostWindow_;
+  const DefaultHandling handling;
+  EXPECT_EQ(OverlayWindowProc(overlay, WM_APP, 5, 7), DefaultHandling::kResult);
+  EXPECT_EQ(handling.Calls(), (std::vector<DefaultHandling::Call>{{overlay, WM_APP, 5, 7}}));
+}
+
+TEST_F(OverlayInput, InputWithoutANewestWindowOrItsEngineGetsTheDefaultHandling) {
+  Open();
+  const HWND overlay = Inside(*window_).flutterHostWindow_;
+  auto engine = std::move(window_->flutterEngine_);
+  for (const bool isNewestThere : {true, false}) {
+    if (!isNewestThere) VantroWindow::instance_ = nullptr;
+    for (const UINT message : {WM_KEYDOWN, WM_KEYUP, WM_MOUSEMOVE, WM_MOUSEWHEEL}) {
+      const DefaultHandling handling;
+      EXPECT_EQ(OverlayWindowProc(overlay, message, kKey, 7), DefaultHandling::kResult) << message;
+      EXPECT_EQ(handling.Calls(), (std::vector<DefaultHandling::Call>{{overlay, message, kKey, 7}}));
+    }
+  }
+  VantroWindow::instance_ = window_;
+  window_->flutterEngine_ = std::move(engine);
 }
 
 // Key down.
@@ -158,7 +185,7 @@ TEST_P(OverlayInputMessage, WithNoViewAvailableReturnsOne) {
 TEST_P(OverlayInputMessage, MovesTheFocusOnlyForAKey) {
   Open();
   const ImportHook hook("user32.dll", "GetKeyState", reinterpret_cast<void*>(SaidKeyState));
-  heldState = 0;
+  heldButton = 0;
   SetFocus(Inside(*window_).searchBox_);
   Send(GetParam(), kKey);
   const bool isKey = GetParam() == WM_KEYUP || GetParam() == WM_CHAR;
@@ -170,13 +197,23 @@ INSTANTIATE_TEST_SUITE_P(EachKind, OverlayInputMessage,
                                          WM_RBUTTONDOWN, WM_RBUTTONUP, WM_RBUTTONDBLCLK, WM_MBUTTONDOWN, WM_MBUTTONUP,
                                          WM_MBUTTONDBLCLK));
 
-TEST_F(OverlayInput, KeyUpWhileAButtonIsHeldLeavesTheFocus) {
+TEST_F(OverlayInput, KeyUpWhileTheLeftOrTheRightButtonIsHeldLeavesTheFocus) {
   Open();
   const ImportHook hook("user32.dll", "GetKeyState", reinterpret_cast<void*>(SaidKeyState));
-  heldState = -1;
-  SetFocus(Inside(*window_).searchBox_);
-  EXPECT_EQ(Send(WM_KEYUP, kKey), 1);
-  EXPECT_EQ(GetFocus(), Inside(*window_).searchBox_);
+  for (const int button : {VK_LBUTTON, VK_RBUTTON, VK_MBUTTON}) {
+    heldButton = button;
+    SetFocus(Inside(*window_).searchBox_);
+    EXPECT_EQ(Send(WM_KEYUP, kKey), 1);
+    EXPECT_EQ(GetFocus(), button == VK_MBUTTON ? Child() : Inside(*window_).searchBox_) << button;
+  }
+}
+
+TEST(KeyMessages, AreTheKeysAndTheCharacterWithoutTheDeadOne) {
+  std::vector<UINT> keys;
+  for (UINT message = 0; message < WM_USER; ++message) {
+    if (IsKeyMessage(message)) keys.push_back(message);
+  }
+  EXPECT_EQ(keys, (std::vector<UINT>{WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_SYSKEYDOWN, WM_SYSKEYUP}));
 }
 
 TEST_F(OverlayInput, LogStatesWhetherTheOverlayCaptures) {
@@ -224,13 +261,25 @@ TEST_F(OverlayInput, MoveAtTheTopInFullscreenShowsTheTitleBar) {
       log_.Has("DEBUG OverlayWindowProc: FULLSCREEN MOUSEMOVE - pt.y=10, isNowInTopArea=1, isMouseInTopArea_=0"));
 }
 
+TEST_F(OverlayInput, MoveAtTheTopShowsTheTitleBarWithoutAnEngineToo) {
+  Open();
+  window_->ToggleFullscreen();
+  auto engine = std::move(window_->flutterEngine_);
+  POINT top{200, 10};
+  ClientToScreen(window_->hwnd_, &top);
+  SetCursorPos(static_cast<int>(top.x), static_cast<int>(top.y));
+  Send(WM_MOUSEMOVE);
+  EXPECT_TRUE(Inside(*window_).isTitleBarVisible_);
+  window_->flutterEngine_ = std::move(engine);
+}
+
 class OverlayWheel : public OverlayInput, public testing::WithParamInterface<UINT> {};
 
 TEST_P(OverlayWheel, IsSentToTheViewWithoutAskingTheEngine) {
   Open();
   AnswerInView(GetParam(), 33);
   EXPECT_EQ(Send(GetParam(), MAKEWPARAM(0, 120)), 33);
-  EXPECT_EQ(ViewSaw(GetParam()).size(), 1u);
+  EXPECT_EQ(ViewSaw(GetParam()), (std::vector<SeenMessage>{{Child(), GetParam(), MAKEWPARAM(0, 120)}}));
   EXPECT_TRUE(EngineOffered(GetParam()).empty());
 }
 

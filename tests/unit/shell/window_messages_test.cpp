@@ -5,11 +5,13 @@
 #include "tests/support/interface_end.h"
 #include "tests/support/line_states.h"
 #include "tests/support/player_inspector.h"
+#include "tests/unit/shell/default_handling.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
 namespace {
 
+using test::DefaultHandling;
 using test::DrainQueue;
 using test::ImportHook;
 using test::Inside;
@@ -188,6 +190,28 @@ TEST_F(MainWindow, EraseActivationAndSizeCalculationGetTheDefaultHandling) {
   }
 }
 
+class MainWindowDefault : public MainWindow, public testing::WithParamInterface<UINT> {};
+
+TEST_P(MainWindowDefault, GetsTheMessageWithItsArguments) {
+  Open();
+  PointAt(500, 15);
+  const DefaultHandling handling;
+  EXPECT_EQ(Send(GetParam(), 5, 7), DefaultHandling::kResult);
+  EXPECT_EQ(handling.Calls(), (std::vector<DefaultHandling::Call>{{window_->hwnd_, GetParam(), 5, 7}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachKind, MainWindowDefault,
+                         testing::Values(WM_SETFOCUS, WM_KILLFOCUS, WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP,
+                                         WM_RBUTTONUP, WM_MBUTTONUP));
+
+TEST_F(MainWindow, PressOnTheSearchBoxGetsTheDefaultHandlingWithItsArguments) {
+  Open();
+  PointAtMiddleOf(Inside(*window_).searchBox_);
+  const DefaultHandling handling;
+  EXPECT_EQ(Send(WM_LBUTTONDOWN, 5, 7), DefaultHandling::kResult);
+  EXPECT_EQ(handling.Calls(), (std::vector<DefaultHandling::Call>{{window_->hwnd_, WM_LBUTTONDOWN, 5, 7}}));
+}
+
 class UnofferedMouse : public MainWindow, public testing::WithParamInterface<UINT> {};
 
 TEST_P(UnofferedMouse, GoesStraightToTheSystem) {
@@ -233,7 +257,7 @@ TEST_F(MainWindow, UntakenKeyIsSentToTheViewAndItsResultCounts) {
   Open();
   AnswerInView(WM_KEYDOWN, 13);
   EXPECT_EQ(Send(WM_KEYDOWN, kKey), 13);
-  EXPECT_EQ(ViewSaw(WM_KEYDOWN).size(), 1u);
+  EXPECT_EQ(ViewSaw(WM_KEYDOWN), (std::vector<SeenMessage>{{Child(), WM_KEYDOWN, kKey}}));
   EXPECT_EQ(log_.CountContaining("Trying Flutter overlay window as fallback"), 0);
 }
 
@@ -251,9 +275,17 @@ TEST_F(MainWindow, KeyThatTheViewLeavesAtZeroGoesThroughTheOverlay) {
 
 TEST_F(MainWindow, KeyWithoutAnOverlayEndsWithZero) {
   Open();
-  const HWND overlay = std::exchange(Inside(*window_).flutterHostWindow_, nullptr);
-  EXPECT_EQ(Send(WM_KEYDOWN, kKey), 0);
+  const HWND dead = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  DestroyWindow(dead);
+  const HWND overlay = Inside(*window_).flutterHostWindow_;
+  for (const HWND missing : {HWND{nullptr}, dead}) {
+    Inside(*window_).flutterHostWindow_ = missing;
+    EXPECT_EQ(Send(WM_KEYDOWN, kKey), 0);
+    EXPECT_EQ(ViewSaw(WM_KEYDOWN).size(), 1u);
+    Forget();
+  }
   Inside(*window_).flutterHostWindow_ = overlay;
+  EXPECT_EQ(log_.CountContaining("Trying Flutter overlay window as fallback"), 0);
 }
 
 TEST_F(MainWindow, KeyWithoutAnEngineIsSwallowed) {
@@ -289,7 +321,7 @@ TEST_P(OtherKey, IsOfferedWithTheViewsHandle) {
 TEST_P(OtherKey, UntakenIsSentToTheViewAndNoFurther) {
   Open();
   EXPECT_EQ(Send(GetParam(), kKey), 0);
-  EXPECT_EQ(ViewSaw(GetParam()).size(), 1u);
+  EXPECT_EQ(ViewSaw(GetParam()), (std::vector<SeenMessage>{{Child(), GetParam(), kKey}}));
   EXPECT_EQ(EngineOffered(GetParam()).size(), 1u) << "the overlay would have offered it again";
 }
 
@@ -498,7 +530,8 @@ INSTANTIATE_TEST_SUITE_P(OfEachButton, ButtonUp, testing::Values(WM_LBUTTONUP, W
 
 TEST_F(MainWindow, NewWindowRequestOpensOneMoreWindow) {
   Open();
-  EXPECT_EQ(Send(WM_VANTRO_NEW_WINDOW), 0);
+  constexpr UINT kPostedByASecondLaunch = 1025;  // of any version
+  EXPECT_EQ(Send(kPostedByASecondLaunch), 0);
   EXPECT_EQ(GetWindowRegistry().size(), 2u);
   EXPECT_TRUE(log_.Has("INFO Current window count before: 1"));
   EXPECT_TRUE(log_.Has("INFO Current window count after: 2"));
