@@ -237,11 +237,6 @@ TEST_F(InputLog, ADragFromTheVolumesFarEdgeHasItsBeginning) {
   SendMessageA(Main(), WM_LBUTTONUP, 0, 0);
 }
 
-TEST_F(InputLog, AButtonThatGoesUpWithoutADragEndsNone) {
-  SetCursorPos(0, 0);
-  EXPECT_THAT(Sent(Main(), WM_LBUTTONUP, 0, {"Volume"}), testing::IsEmpty());
-}
-
 TEST_F(InputLog, AButtonThatGoesUpMovesTheFocusAndThenSaysSo) {
   SetCursorPos(0, 0);
   SetFocus(Inside(window_).fileButton_);

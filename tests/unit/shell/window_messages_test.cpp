@@ -5,13 +5,11 @@
 #include "tests/support/interface_end.h"
 #include "tests/support/line_states.h"
 #include "tests/support/player_inspector.h"
-#include "tests/unit/shell/default_handling.h"
 #include "tests/unit/shell/window_fixture.h"
 
 namespace vantro {
 namespace {
 
-using test::DefaultHandling;
 using test::DrainQueue;
 using test::ImportHook;
 using test::Inside;
@@ -188,28 +186,6 @@ TEST_F(MainWindow, EraseActivationAndSizeCalculationGetTheDefaultHandling) {
     loopback_.SetTopLevelResult(message, true, 42);
     EXPECT_EQ(Send(message), 42) << message;
   }
-}
-
-class MainWindowDefault : public MainWindow, public testing::WithParamInterface<UINT> {};
-
-TEST_P(MainWindowDefault, GetsTheMessageWithItsArguments) {
-  Open();
-  PointAt(500, 15);
-  const DefaultHandling handling;
-  EXPECT_EQ(Send(GetParam(), 5, 7), DefaultHandling::kResult);
-  EXPECT_EQ(handling.Calls(), (std::vector<DefaultHandling::Call>{{window_->hwnd_, GetParam(), 5, 7}}));
-}
-
-INSTANTIATE_TEST_SUITE_P(OfEachKind, MainWindowDefault,
-                         testing::Values(WM_SETFOCUS, WM_KILLFOCUS, WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP,
-                                         WM_RBUTTONUP, WM_MBUTTONUP));
-
-TEST_F(MainWindow, PressOnTheSearchBoxGetsTheDefaultHandlingWithItsArguments) {
-  Open();
-  PointAtMiddleOf(Inside(*window_).searchBox_);
-  const DefaultHandling handling;
-  EXPECT_EQ(Send(WM_LBUTTONDOWN, 5, 7), DefaultHandling::kResult);
-  EXPECT_EQ(handling.Calls(), (std::vector<DefaultHandling::Call>{{window_->hwnd_, WM_LBUTTONDOWN, 5, 7}}));
 }
 
 class UnofferedMouse : public MainWindow, public testing::WithParamInterface<UINT> {};
