@@ -43,7 +43,11 @@ TEST_F(FullscreenCalls, TakeTheWholeMonitorOfTheWindowOrElseThePrimaryOne) {
   const ImportHook from("user32.dll", "MonitorFromWindow", reinterpret_cast<void*>(OnMonitorFromWindow));
   const ImportHook info("user32.dll", "GetMonitorInfoA", reinterpret_cast<void*>(OnGetMonitorInfo));
   const CallLog calls(Window());
+  const test::LogCapture log;
   Window().ToggleFullscreen();
+  EXPECT_TRUE(log.Has("INFO ToggleFullscreen: Monitor rect: -3000,-200 to -1000,900"));
+  EXPECT_TRUE(
+      log.Has("INFO HideTitleBarControls: Repositioned overlay to cover full screen (2000x1100 at -3000,-200)"));
   EXPECT_EQ(askedFlags, DWORD{MONITOR_DEFAULTTOPRIMARY});
   EXPECT_EQ(calls.Of("SetWindowPos").front(),
             "SetWindowPos main after=HWND_TOP -3000,-200 2000x1100 SWP_FRAMECHANGED|SWP_SHOWWINDOW");

@@ -137,6 +137,10 @@ TEST_F(Fullscreen, EnteringTakesItsEffectsInOrder) {
 }
 
 TEST_F(Fullscreen, SavedStateIsLoggedWithPositionSizeAndStyles) {
+  SetWindowPos(Window().hwnd_, nullptr, 60, 45, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+  GetWindowRect(Window().hwnd_, &normalRect_);
+  ASSERT_EQ(normalRect_.left, 60);
+  ASSERT_EQ(normalRect_.top, 45);
   const auto exStyle = static_cast<DWORD>(GetWindowLongA(Window().hwnd_, GWL_EXSTYLE));
   char expected[200];
   std::snprintf(expected, sizeof expected,

@@ -229,11 +229,14 @@ TEST_F(InputLog, ADragOfTheVolumeHasItsBeginningAndItsEnd) {
 
 TEST_F(InputLog, ADragFromTheVolumesFarEdgeHasItsBeginning) {
   const RECT slider = WindowRectOf(Inside(window_).volumeControl_);
-  SetCursorPos(static_cast<int>(slider.right), static_cast<int>(slider.bottom));
+  POINT corner{slider.right, slider.bottom};
+  SetCursorPos(static_cast<int>(corner.x), static_cast<int>(corner.y));
+  ScreenToClient(Main(), &corner);
   const test::LogCapture log;
   SendMessageA(Main(), WM_LBUTTONDOWN, 0, 0);
-  EXPECT_TRUE(InOrder(log, {"WM_LBUTTONDOWN: Manual volume control hit test succeeded at (",
-                            "WM_LBUTTONDOWN: Volume control clicked at relative position (80, 20)"}));
+  EXPECT_TRUE(InOrder(
+      log, {Format("DEBUG WM_LBUTTONDOWN: Manual volume control hit test succeeded at (%ld, %ld)", corner.x, corner.y),
+            "WM_LBUTTONDOWN: Volume control clicked at relative position (80, 20)"}));
   SendMessageA(Main(), WM_LBUTTONUP, 0, 0);
 }
 
