@@ -1,5 +1,4 @@
-// The overlay's creation, its position, its raise, and its change from click-through to capturing input; and the hook
-// that follows the newest window.
+// The overlay's creation, its position, its raise, and its change from click-through to capturing input.
 #include <dwmapi.h>
 #include <gmock/gmock.h>
 
@@ -81,10 +80,6 @@ RECT BelowTitleBar(HWND window) {
   RECT rect = ClientRectOnScreen(window);
   rect.top += TITLE_BAR_HEIGHT;
   return rect;
-}
-
-int SyncsLogged(const test::LogCapture& log) {
-  return log.CountContaining("SyncFlutterOverlayPosition: Updated overlay to client area");
 }
 
 class Overlay : public test::WindowTest {};
@@ -231,41 +226,6 @@ TEST_F(BareOverlay, DestroyingItIsLoggedAndForgetsTheWindow) {
                      "DEBUG (call) DestroyWindow"}));
   EXPECT_FALSE(IsWindow(overlay));
   EXPECT_EQ(Inside(window_).flutterHostWindow_, nullptr);
-}
-
-// The hook's installation and removal.
-
-struct HookCall {
-  int kind;
-  HOOKPROC procedure;
-  HINSTANCE module;
-  DWORD thread;
-};
-HookCall hookCall{};
-HHOOK WINAPI RecordSetHook(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
-  hookCall = {kind, procedure, module, thread};
-  return reinterpret_cast<HHOOK>(&hookCall);
-}
-std::vector<HHOOK> removedHooks;
-BOOL WINAPI RecordUnhook(HHOOK hook) {
-  removedHooks.push_back(hook);
-  return TRUE;
-}
-
-TEST_F(BareOverlay, HookIsForTheSentMessagesOfThisThreadAndRemovedOnce) {
-  const ImportHook set("user32.dll", "SetWindowsHookExA", reinterpret_cast<void*>(RecordSetHook));
-  const ImportHook unhook("user32.dll", "UnhookWindowsHookEx", reinterpret_cast<void*>(RecordUnhook));
-  removedHooks.clear();
-  Inside(window_).overlay_.RemoveWindowHook();
-  EXPECT_TRUE(removedHooks.empty());
-  Inside(window_).overlay_.InstallWindowHook();
-  EXPECT_EQ(hookCall.kind, WH_CALLWNDPROC);
-  EXPECT_EQ(hookCall.procedure, &FlutterOverlay::WindowSyncHookProc);
-  EXPECT_EQ(hookCall.module, GetModuleHandleA(nullptr));
-  EXPECT_EQ(hookCall.thread, GetCurrentThreadId());
-  Inside(window_).overlay_.RemoveWindowHook();
-  Inside(window_).overlay_.RemoveWindowHook();
-  EXPECT_EQ(removedHooks, std::vector<HHOOK>{reinterpret_cast<HHOOK>(&hookCall)});
 }
 
 TEST_F(Overlay, CoversTheWholeClientAreaUntilTheWindowIsFirstShown) {
@@ -425,154 +385,6 @@ TEST_F(Overlay, OnTopAlreadyIsNotRaised) {
   const PlaceCalls calls;
   Inside(window).overlay_.SetFlutterOverlayTopmost();
   EXPECT_TRUE(calls.Of(Inside(window).flutterHostWindow_).empty());
-}
-
-TEST_F(Overlay, MovingTheNewestWindowSyncsTwice) {
-  VantroWindow& window = OpenWindow();
-  const int before = SyncsLogged(log_);
-  SendMessageA(window.hwnd_, WM_MOVE, 0, 0);
-  EXPECT_EQ(SyncsLogged(log_) - before, 2);
-}
-
-TEST_F(Overlay, ResizingTheNewestWindowSyncsTwice) {
-  VantroWindow& window = OpenWindow();
-  const int before = SyncsLogged(log_);
-  SendMessageA(window.hwnd_, WM_SIZE, SIZE_RESTORED, 0);
-  EXPECT_EQ(SyncsLogged(log_) - before, 2);
-}
-
-TEST_F(Overlay, MovingTheNewestOfSeveralWindowsSyncsTwiceToo) {
-  OpenWindow();
-  OpenWindow();
-  VantroWindow& newest = OpenWindow();
-  const int before = SyncsLogged(log_);
-  SendMessageA(newest.hwnd_, WM_MOVE, 0, 0);
-  EXPECT_EQ(SyncsLogged(log_) - before, 2);
-}
-
-TEST_F(Overlay, MovingAnOlderWindowSyncsOnceThroughItsHandler) {
-  VantroWindow& older = OpenWindow();
-  OpenWindow();
-  const int before = SyncsLogged(log_);
-  SendMessageA(older.hwnd_, WM_MOVE, 0, 0);
-  EXPECT_EQ(SyncsLogged(log_) - before, 1);
-}
-
-TEST_F(Overlay, ShowingReachesTheNewestWindowOnly) {
-  VantroWindow& older = OpenWindow();
-  VantroWindow& newest = OpenWindow();
-  int before = SyncsLogged(log_);
-  SendMessageA(older.hwnd_, WM_SHOWWINDOW, TRUE, 0);
-  EXPECT_EQ(SyncsLogged(log_), before);
-  before = SyncsLogged(log_);
-  SendMessageA(newest.hwnd_, WM_SHOWWINDOW, TRUE, 0);
-  EXPECT_EQ(SyncsLogged(log_) - before, 1);
-}
-
-// A hook of another program that passes on a copy of the message.
-LRESULT CALLBACK PassACopyOn(int code, WPARAM wParam, LPARAM lParam) {
-  CWPSTRUCT copy = *reinterpret_cast<const CWPSTRUCT*>(lParam);
-  return CallNextHookEx(nullptr, code, wParam, reinterpret_cast<LPARAM>(&copy));
-}
-
-TEST_F(Overlay, SyncsOnceAMessageEvenIfTheChainPassesACopyOn) {
-  OpenWindow();
-  const HHOOK between = SetWindowsHookExA(WH_CALLWNDPROC, PassACopyOn, nullptr, GetCurrentThreadId());
-  ASSERT_TRUE(between);
-  VantroWindow& newest = OpenWindow();
-  const int before = SyncsLogged(log_);
-  SendMessageA(newest.hwnd_, WM_SHOWWINDOW, TRUE, 0);
-  EXPECT_EQ(SyncsLogged(log_) - before, 1);
-  UnhookWindowsHookEx(between);
-}
-
-TEST_F(Overlay, SameMessageSentTwiceSyncsTwice) {
-  VantroWindow& window = OpenWindow();
-  const int before = SyncsLogged(log_);
-  SendMessageA(window.hwnd_, WM_SHOWWINDOW, TRUE, 0);
-  SendMessageA(window.hwnd_, WM_SHOWWINDOW, TRUE, 0);
-  EXPECT_EQ(SyncsLogged(log_) - before, 2);
-}
-
-struct Activation {
-  WPARAM wParam;
-  bool raises;
-};
-
-class OverlayActivation : public test::WindowTest, public testing::WithParamInterface<Activation> {};
-
-TEST_P(OverlayActivation, RaisesForPlainActivationOnly) {
-  VantroWindow& window = OpenWindow();
-  CWPSTRUCT sent{0, GetParam().wParam, WM_ACTIVATE, window.hwnd_};
-  const HWND other =
-      CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
-  SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-  const PlaceCalls calls;
-  FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
-  EXPECT_EQ(calls.Of(Inside(window).flutterHostWindow_).size(), GetParam().raises ? 1u : 0u);
-  DestroyWindow(other);
-}
-
-INSTANTIATE_TEST_SUITE_P(EachKind, OverlayActivation,
-                         testing::Values(Activation{WA_INACTIVE, false}, Activation{WA_ACTIVE, true},
-                                         Activation{WA_CLICKACTIVE, true}, Activation{MAKEWPARAM(WA_ACTIVE, 1), false},
-                                         Activation{MAKEWPARAM(WA_CLICKACTIVE, 1), false}));
-
-TEST_F(Overlay, HookWithANegativeCodePassesOnWithoutLooking) {
-  VantroWindow& window = OpenWindow();
-  CWPSTRUCT sent{0, 0, WM_MOVE, window.hwnd_};
-  const int before = SyncsLogged(log_);
-  FlutterOverlay::WindowSyncHookProc(-1, 0, reinterpret_cast<LPARAM>(&sent));
-  EXPECT_EQ(SyncsLogged(log_), before);
-}
-
-TEST_F(Overlay, HookIgnoresAMissingStructureAndOtherWindows) {
-  VantroWindow& window = OpenWindow();
-  CWPSTRUCT sent{0, 0, WM_MOVE, Inside(window).flutterHostWindow_};
-  const int before = SyncsLogged(log_);
-  FlutterOverlay::WindowSyncHookProc(0, 0, 0);
-  FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
-  EXPECT_EQ(SyncsLogged(log_), before);
-}
-
-struct PassedOn {
-  HHOOK hook;
-  int code;
-  WPARAM wParam;
-  LPARAM lParam;
-
-  bool operator==(const PassedOn&) const = default;
-};
-PassedOn passedOn{};
-LRESULT WINAPI RecordNextHook(HHOOK hook, int code, WPARAM wParam, LPARAM lParam) {
-  passedOn = {hook, code, wParam, lParam};
-  return 4711;
-}
-
-TEST_F(Overlay, HookPassesOnWithTheNewestWindowsHook) {
-  VantroWindow& window = OpenWindow();
-  const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(-3, 5, 7), 4711);
-  EXPECT_EQ(passedOn, (PassedOn{Inside(window).windowHook_, -3, 5, 7}));
-}
-
-TEST_F(Overlay, HookWithoutANewestWindowPassesOnWithNone) {
-  OpenWindow();
-  VantroWindow* const newest = std::exchange(VantroWindow::instance_, nullptr);
-  const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
-  EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(2, 5, 7), 4711);
-  EXPECT_EQ(passedOn, (PassedOn{nullptr, 2, 5, 7}));
-  VantroWindow::instance_ = newest;
-}
-
-TEST_F(Overlay, AfterTheNewestWindowClosedTheHookMatchesNoLiveWindow) {
-  VantroWindow& older = OpenWindow();
-  VantroWindow& newest = OpenWindow();
-  SendMessageA(newest.hwnd_, WM_CLOSE, 0, 0);
-  ASSERT_EQ(VantroWindow::instance_, &newest);
-  const int before = SyncsLogged(log_);
-  SendMessageA(older.hwnd_, WM_SHOWWINDOW, TRUE, 0);
-  EXPECT_EQ(SyncsLogged(log_), before);
 }
 
 TEST_F(Overlay, GoesWithItsOwner) {
