@@ -51,13 +51,21 @@ DATA_BLOB InputBlob(const std::vector<uint8_t>& bytes) {
 // into memory. An empty file has a value, which then fails to decrypt.
 std::optional<std::vector<uint8_t>> ReadWholeFile(const std::wstring& path) {
   std::ifstream file(std::filesystem::path(path), std::ios::binary | std::ios::ate);
-  if (!file) return std::nullopt;
-  const std::streamoff size = file.tellg();
+  const std::streamoff size = file.tellg();  // -1 if the file could not be opened
   if (size < 0 || size > kLargestFile) return std::nullopt;
   std::vector<uint8_t> content(static_cast<size_t>(size));
   file.seekg(0);
   if (!file.read(reinterpret_cast<char*>(content.data()), size)) return std::nullopt;
   return content;
+}
+
+// Replaces the file. Returns false if it cannot be opened. A full disk still counts as written: the next start cannot
+// decrypt the file and generates a new key.
+bool WriteWholeFile(const std::wstring& path, const ProtectedBlob& content) {
+  std::ofstream file(std::filesystem::path(path), std::ios::binary);
+  if (!file) return false;
+  file.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+  return true;
 }
 
 std::vector<uint8_t> GenerateKey() {
@@ -82,8 +90,7 @@ std::wstring DatabaseKeyStore::GetKeyFilePath() {
 
 std::vector<uint8_t> DatabaseKeyStore::LoadKey() {
   const std::wstring path = GetKeyFilePath();
-  if (path.empty()) return {};
-  const DWORD attributes = GetFileAttributesW(path.c_str());
+  const DWORD attributes = GetFileAttributesW(path.c_str());  // invalid for an empty path too
   if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY)) return {};
   const auto wrapped = ReadWholeFile(path);
   if (!wrapped) return {};
@@ -111,14 +118,10 @@ bool DatabaseKeyStore::SaveKey(const std::vector<uint8_t>& key) {
   }
   const std::wstring path = GetKeyFilePath();
   if (path.empty()) return false;
-  std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
-  if (!file) {
+  if (!WriteWholeFile(path, wrapped)) {
     LOG_ERROR("DatabaseKeyStore: Failed to open key file for writing");
     return false;
   }
-  // A full disk still counts as saved: the next start cannot decrypt the file and generates a new key.
-  file.write(reinterpret_cast<const char*>(wrapped.data()), static_cast<std::streamsize>(wrapped.size()));
-  file.close();
   LOG_INFO("DatabaseKeyStore: Key saved successfully");
   return true;
 }

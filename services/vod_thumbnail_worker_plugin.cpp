@@ -74,10 +74,10 @@ std::vector<uint8_t> ReadSnapshot(FILE* file) {
 
 }  // namespace
 
-VodThumbnailWorkerPlugin::VodThumbnailWorkerPlugin(vantro::BinaryMessenger* messenger) {
+VodThumbnailWorkerPlugin::VodThumbnailWorkerPlugin(vantro::BinaryMessenger* messenger)
+    : channel_(std::make_unique<vantro::MethodChannel>(messenger, kChannelName,
+                                                       &vantro::StandardMethodCodec::GetInstance())) {
   LOG_INFO("VodThumbnailWorkerPlugin: Constructor called");
-  channel_ =
-      std::make_unique<vantro::MethodChannel>(messenger, kChannelName, &vantro::StandardMethodCodec::GetInstance());
   channel_->SetMethodCallHandler([this](const vantro::MethodCall& call, std::unique_ptr<vantro::MethodResult> result) {
     HandleMethodCall(call, std::move(result));
   });

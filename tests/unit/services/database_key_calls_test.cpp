@@ -134,6 +134,75 @@ TEST_F(DatabaseKeyCalls, FolderThatCannotBeMadeStillHasItsPath) {
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), appData_.path().wstring() + L"\\Vantro\\db.key");
 }
 
+// The attributes of the key file. Other files have the system's.
+DWORD keyFileAttributes;
+void* originalAttributes;
+DWORD WINAPI AttributesOf(LPCWSTR path) {
+  if (std::wstring(path).ends_with(L"\\db.key")) return keyFileAttributes;
+  return reinterpret_cast<decltype(&AttributesOf)>(originalAttributes)(path);
+}
+
+TEST_F(DatabaseKeyCalls, OnlyAFolderOrAFileWithoutAttributesIsLeftUnread) {
+  ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
+  const ImportHook attributes("kernel32.dll", "GetFileAttributesW", reinterpret_cast<void*>(AttributesOf));
+  originalAttributes = attributes.Original();
+  for (const DWORD unread : {INVALID_FILE_ATTRIBUTES, DWORD{FILE_ATTRIBUTE_DIRECTORY}}) {
+    keyFileAttributes = unread;
+    EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty()) << unread;
+  }
+  EXPECT_EQ(unwrappings, 0);
+  for (const DWORD read : {DWORD{0}, DWORD{FILE_ATTRIBUTE_READONLY}, DWORD{FILE_ATTRIBUTE_ARCHIVE}}) {
+    keyFileAttributes = read;
+    EXPECT_EQ(DatabaseKeyStore::LoadKey(), key_) << read;
+  }
+}
+
+TEST_F(DatabaseKeyCalls, FileThatAnotherProgramHasOpenedAloneIsNotUnwrapped) {
+  ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
+  const HANDLE alone =
+      CreateFileW(KeyFile().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  ASSERT_NE(alone, INVALID_HANDLE_VALUE);
+  EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
+  CloseHandle(alone);
+  EXPECT_EQ(unwrappings, 0);
+}
+
+int ReadNothing(int, void*, unsigned) { return -1; }
+
+TEST_F(DatabaseKeyCalls, FileThatCannotBeReadIsNotUnwrapped) {
+  ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
+  const ImportHook read("msvcrt.dll", "_read", reinterpret_cast<void*>(ReadNothing));
+  EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
+  EXPECT_EQ(unwrappings, 0);
+}
+
+// Bytes that a file opened as text would change.
+const std::string kTextLikeBytes("\r\n\n\x1A\0end", 8);
+std::string bytesToUnwrap;
+
+BOOL WINAPI ProtectAsText(DATA_BLOB*, LPCWSTR, DATA_BLOB*, PVOID, CRYPTPROTECT_PROMPTSTRUCT*, DWORD,
+                          DATA_BLOB* output) {
+  output->cbData = static_cast<DWORD>(kTextLikeBytes.size());
+  output->pbData = static_cast<BYTE*>(LocalAlloc(LMEM_FIXED, kTextLikeBytes.size()));
+  std::copy(kTextLikeBytes.begin(), kTextLikeBytes.end(), output->pbData);
+  return TRUE;
+}
+BOOL WINAPI UnprotectNothing(DATA_BLOB* input, LPWSTR*, DATA_BLOB*, PVOID, CRYPTPROTECT_PROMPTSTRUCT*, DWORD,
+                             DATA_BLOB*) {
+  bytesToUnwrap.assign(reinterpret_cast<const char*>(input->pbData), input->cbData);
+  return FALSE;
+}
+
+TEST_F(DatabaseKeyCalls, TheBlobsBytesAreWrittenAndReadUnchanged) {
+  const ImportHook protect("crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(ProtectAsText));
+  const ImportHook unprotect("crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(UnprotectNothing));
+  LeaveFile("a longer file that is replaced");
+  ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
+  EXPECT_EQ(ReadFileBytes(KeyFile()), kTextLikeBytes);
+  DatabaseKeyStore::LoadKey();
+  EXPECT_EQ(bytesToUnwrap, kTextLikeBytes);
+}
+
 TEST_F(DatabaseKeyCalls, FolderWithTheFilesNameIsNotUnwrapped) {
   std::filesystem::create_directories(KeyFile());
   EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
