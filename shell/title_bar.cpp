@@ -5,6 +5,8 @@
 #include <commctrl.h>
 #include <dwmapi.h>
 
+#include <algorithm>
+
 #include "common/log.h"
 #include "common/measures.h"
 #include "common/win32_geometry.h"
@@ -192,7 +194,7 @@ bool TitleBar::PaintNow() {
 void TitleBar::Repaint(bool erase, int width) {
   RECT strip{};
   if (GetClientRect(hwnd_, &strip)) {
-    if (strip.bottom > TITLE_BAR_HEIGHT) strip.bottom = TITLE_BAR_HEIGHT;
+    strip.bottom = std::min<LONG>(strip.bottom, TITLE_BAR_HEIGHT);
   } else {
     strip = {0, 0, width, TITLE_BAR_HEIGHT};
   }

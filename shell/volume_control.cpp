@@ -1,5 +1,6 @@
 #include "shell/volume_control.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "common/log.h"
@@ -19,7 +20,7 @@ constexpr COLORREF kPercentColor = 0xFFFFFF;
 template <size_t N>
 std::array<Gdiplus::GpPoint, N> DrawingPoints(const std::array<Point, N>& points) {
   std::array<Gdiplus::GpPoint, N> drawn;
-  for (size_t i = 0; i < N; ++i) drawn[i] = {points[i].x, points[i].y};
+  std::ranges::transform(points, drawn.begin(), [](const Point& point) { return Gdiplus::GpPoint(point.x, point.y); });
   return drawn;
 }
 
@@ -42,10 +43,10 @@ void DrawWedge(HDC dc, const Rect& control, int volume) {
 }
 
 void DrawPercent(HDC dc, RECT area, int volume) {
-  wchar_t text[16];
-  std::swprintf(text, std::size(text), L"%d%%", volume);
   SetTextColor(dc, kPercentColor);
   SetBkMode(dc, TRANSPARENT);
+  wchar_t text[5];  // room for 100% and the terminator
+  std::swprintf(text, std::size(text), L"%d%%", volume);
   DrawTextW(dc, text, -1, &area, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 

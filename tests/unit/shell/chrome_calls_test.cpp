@@ -10,8 +10,10 @@
 #include "shell/button_painter.h"
 #include "shell/shell_ids.h"
 #include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/support/process_resources.h"
 #include "tests/unit/shell/call_log.h"
+#include "tests/unit/shell/drawing_log.h"
 #include "tests/unit/shell/picture.h"
 #include "tests/unit/shell/shell_fixture.h"
 
@@ -20,7 +22,9 @@ namespace {
 
 using test::CallLog;
 using test::ImportHook;
+using test::InOrder;
 using test::Inside;
+using test::Note;
 using Lines = std::vector<std::string>;
 
 struct SentText {
@@ -49,6 +53,13 @@ HANDLE WINAPI OnLoadImage(HINSTANCE, const char* name, UINT type, int width, int
   return LoadIconA(nullptr, IDI_APPLICATION);
 }
 
+// The second arguments of the messages that give an icon.
+std::vector<LPARAM> sentIcons;
+LRESULT WINAPI OnSendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == STM_SETICON) sentIcons.push_back(lParam);
+  return SendMessageW(window, message, wParam, lParam);
+}
+
 class TitleBarCalls : public test::ShellTest {
  protected:
   // Creates a second set of controls on the same window.
@@ -69,37 +80,85 @@ TEST_F(TitleBarCalls, SearchBoxIsEnabledAndHasAHintUntilItIsFocused) {
 
 TEST_F(TitleBarCalls, IconIsLoadedAt16By16AndGivenToItsStatic) {
   const ImportHook hook("user32.dll", "LoadImageA", reinterpret_cast<void*>(OnLoadImage));
+  const ImportHook send("user32.dll", "SendMessageA", reinterpret_cast<void*>(OnSendMessageA));
+  sentIcons.clear();
   CreateControls();
+  EXPECT_EQ(sentIcons, (std::vector<LPARAM>{0}));
   EXPECT_EQ(iconRequest, (IconRequest{101, IMAGE_ICON, 16, 16, 0}));
   EXPECT_EQ(reinterpret_cast<HICON>(SendMessageA(Inside(Window()).appIconStatic_, STM_GETICON, 0, 0)),
             LoadIconA(nullptr, IDI_APPLICATION));
 }
 
-// The texts of the buttons.
+// The order of calls and log lines.
 
-struct DrawnText {
-  std::wstring text;
-  int length;
-  RECT area;
-  UINT flags;
-};
-DrawnText drawn{};
-int WINAPI OnDrawText(HDC, const wchar_t* text, int length, RECT* area, UINT flags) {
-  drawn = {text, length, *area, flags};
-  return 0;
+template <typename Function, typename... Arguments>
+auto CallUser32(const char* name, Function*, Arguments... arguments) {
+  return reinterpret_cast<Function*>(GetProcAddress(GetModuleHandleA("user32.dll"), name))(arguments...);
 }
+BOOL WINAPI NoteEnable(HWND window, BOOL enable) {
+  Note("EnableWindow");
+  return CallUser32("EnableWindow", ::EnableWindow, window, enable);
+}
+HWND WINAPI NoteFocus(HWND window) {
+  Note("SetFocus");
+  return CallUser32("SetFocus", ::SetFocus, window);
+}
+BOOL WINAPI NotePlace(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+  Note("SetWindowPos " + std::to_string(GetDlgCtrlID(window)));
+  return CallUser32("SetWindowPos", ::SetWindowPos, window, after, x, y, width, height, flags);
+}
+
+TEST_F(TitleBarCalls, EachStepOfTheSearchBoxIsLoggedAfterItsCall) {
+  const ImportHook enable("user32.dll", "EnableWindow", reinterpret_cast<void*>(NoteEnable));
+  const ImportHook focus("user32.dll", "SetFocus", reinterpret_cast<void*>(NoteFocus));
+  const test::LogCapture log;
+  CreateControls();
+  EXPECT_TRUE(InOrder(log, {"INFO Search box hint text set, result: ", "(call) EnableWindow",
+                            "INFO Search box enabled: YES", "INFO Search box visible: ", "(call) SetFocus",
+                            "INFO Focus test - Old: ", "INFO Search box styles - Style: ", "(call) SetFocus"}));
+}
+
+TEST_F(TitleBarCalls, ControlsArePlacedBeforeTheBarIsLoggedAsMade) {
+  const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(NotePlace));
+  const test::LogCapture log;
+  CreateControls();
+  const Lines lines = log.Lines();
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_EQ(lines[lines.size() - 2], "DEBUG (call) SetWindowPos 1001");
+  EXPECT_EQ(lines.back(), "INFO Custom title bar controls created in DWM extended area");
+}
+
+TEST_F(TitleBarCalls, FrameIsChangedBeforeTheSystemsBarIsLoggedAsRemoved) {
+  const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(NotePlace));
+  const test::LogCapture log;
+  Inside(Window()).titleBar_.RemoveStandardTitleBar();
+  EXPECT_TRUE(InOrder(log, {"INFO RemoveStandardTitleBar: Removing Windows title bar", "(call) SetWindowPos",
+                            "INFO Windows title bar removed, custom border color set"}));
+}
+
+// The drawing of the buttons.
 
 class ButtonPainting : public testing::Test {
  protected:
   ~ButtonPainting() override { DeleteObject(brush_); }
-  void Paint(UINT id, UINT state) {
+  void Paint(UINT id, UINT state, bool isFullscreen = false) {
     DRAWITEMSTRUCT item{};
     item.CtlType = ODT_BUTTON;
     item.CtlID = id;
     item.itemState = state;
     item.hDC = canvas_.Dc();
     item.rcItem = kArea;
-    PaintTitleBarButton(item, false, brush_);
+    PaintTitleBarButton(item, isFullscreen, brush_);
+  }
+  // The calls after the background and the pen of a button that is neither pressed nor hot.
+  Lines StrokesOf(UINT id, bool isFullscreen = false) {
+    const test::DrawingLog drawing;
+    Paint(id, 0, isFullscreen);
+    Lines calls = drawing.Calls();
+    EXPECT_GE(calls.size(), 2u);
+    EXPECT_EQ(Lines(calls.begin(), calls.begin() + 2), (Lines{"FillRect 3,4-38,24 5F4646", "CreatePen 0 1 FFFFFF"}));
+    calls.erase(calls.begin(), calls.begin() + 2);
+    return calls;
   }
 
   static constexpr RECT kArea{3, 4, 38, 24};
@@ -108,15 +167,28 @@ class ButtonPainting : public testing::Test {
 };
 
 TEST_F(ButtonPainting, CentresItsTextInTheWholeItemOnOneLine) {
-  const ImportHook hook("user32.dll", "DrawTextW", reinterpret_cast<void*>(OnDrawText));
-  for (const auto& [id, text] : {std::pair{kFileButtonId, L"File"}, std::pair{kHelpButtonId, L"Help"}}) {
-    drawn = {};
-    Paint(id, 0);
-    EXPECT_EQ(drawn.text, text);
-    EXPECT_EQ(drawn.length, -1);
-    EXPECT_TRUE(EqualRect(&drawn.area, &kArea));
-    EXPECT_EQ(drawn.flags, UINT{DT_CENTER | DT_VCENTER | DT_SINGLELINE});
-  }
+  EXPECT_EQ(StrokesOf(kFileButtonId),
+            (Lines{"SetTextColor FFFFFF", "SetBkMode 1", "DrawTextW 'File' -1 3,4-38,24 flags=37"}));
+  EXPECT_EQ(StrokesOf(kHelpButtonId),
+            (Lines{"SetTextColor FFFFFF", "SetBkMode 1", "DrawTextW 'Help' -1 3,4-38,24 flags=37"}));
+}
+
+TEST_F(ButtonPainting, DrawsEachGlyphByItsStrokesFromTheCentre) {
+  EXPECT_EQ(StrokesOf(kCloseButtonId), (Lines{"MoveToEx 15,9", "LineTo 26,20", "MoveToEx 25,9", "LineTo 14,20"}));
+  EXPECT_EQ(StrokesOf(kMinimizeButtonId), (Lines{"MoveToEx 15,14", "LineTo 26,14"}));
+  EXPECT_EQ(StrokesOf(kMaximizeButtonId),
+            (Lines{"MoveToEx 15,9", "LineTo 25,9", "LineTo 25,19", "LineTo 15,19", "LineTo 15,9"}));
+  EXPECT_EQ(StrokesOf(kMaximizeButtonId, true),
+            (Lines{"MoveToEx 17,9", "LineTo 25,9", "LineTo 25,17", "LineTo 23,17", "LineTo 23,11", "MoveToEx 15,11",
+                   "LineTo 23,11", "LineTo 23,19", "LineTo 15,19", "LineTo 15,11"}));
+}
+
+TEST_F(ButtonPainting, FillsTheColourOfTheStateOverTheBarsColour) {
+  const test::DrawingLog drawing;
+  Paint(kFileButtonId, ODS_SELECTED);
+  Paint(kCloseButtonId, ODS_HOTLIGHT);
+  EXPECT_EQ(drawing.Of("FillRect"), (Lines{"FillRect 3,4-38,24 5F4646", "FillRect 3,4-38,24 503737",
+                                           "FillRect 3,4-38,24 5F4646", "FillRect 3,4-38,24 3232C8"}));
 }
 
 TEST_F(ButtonPainting, LeavesNoGdiObjectBehindInAnyState) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "shell/shell_ids.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/line_order.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/shell_fixture.h"
@@ -129,6 +130,59 @@ TEST_F(Search, EndOfTheWaitWithoutASearchBoxOnlyStopsTheTimer) {
   EXPECT_TRUE(log.Lines().empty());
   EXPECT_EQ(sent_.Count(), 0u);
 }
+
+int WINAPI NoText(HWND, wchar_t*, int) { return -1; }
+
+TEST_F(Search, ATextThatCannotBeReadIsNotSent) {
+  SetText(L"a");
+  const test::ImportHook hook("user32.dll", "GetWindowTextW", reinterpret_cast<void*>(NoText));
+  LogCapture log;
+  sent_.Clear();
+  EndOfTheWait();
+  EXPECT_EQ(sent_.Count(), 0u);
+  EXPECT_TRUE(log.Lines().empty());
+}
+
+TEST_F(Search, WithoutAChannelNothingIsSent) {
+  SetText(L"a");
+  Window().methodChannelHandler_->methodChannel_.reset();
+  LogCapture log;
+  EndOfTheWait();
+  EXPECT_EQ(log.Lines(), (Lines{"DEBUG WM_TIMER: Search debounce complete, query: 'a'"}));
+}
+
+VantroWindow* searching = nullptr;
+UINT_PTR WINAPI NoteSetTimer(HWND, UINT_PTR, UINT, TIMERPROC) {
+  test::Note("SetTimer");
+  return 7;
+}
+BOOL WINAPI NoteKillTimer(HWND, UINT_PTR) {
+  test::Note("KillTimer of " + std::to_string(Inside(*searching).searchDebounceTimer_));
+  return TRUE;
+}
+void OnSend(int32_t, const char*, const uint8_t*, size_t, void*) { test::Note("send"); }
+
+TEST_F(Search, EachStepOfAWaitIsMadeBeforeItIsLogged) {
+  searching = &Window();
+  loopback_.SetSendObserver(OnSend, nullptr);
+  const test::ImportHook set("user32.dll", "SetTimer", reinterpret_cast<void*>(NoteSetTimer));
+  const test::ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(NoteKillTimer));
+  LogCapture log;
+  Inside(Window()).search_.HandleSearchInput();
+  Inside(Window()).search_.OnSearchDebounceTimer();
+  EXPECT_EQ(log.Lines(),
+            (Lines{"DEBUG (call) SetTimer", "DEBUG HandleSearchInput: Debounce timer set (500ms)",
+                   "DEBUG (call) KillTimer of 7", "DEBUG WM_TIMER: Search debounce complete, query: ''",
+                   "DEBUG (call) send", "DEBUG WM_TIMER: Sent search query to Flutter - Flutter will handle focus"}));
+}
+
+TEST_F(Search, AWaitThatIsCancelledHasNoTimerAnyMore) {
+  Type('a');
+  Inside(Window()).search_.StopDebounceTimer();
+  EXPECT_EQ(Inside(Window()).searchDebounceTimer_, 0u);
+}
+
+TEST_F(Search, TheBoxCountsAsNotClickedAtFirst) { EXPECT_FALSE(Inside(Window()).searchBoxClicked_); }
 
 TEST_F(Search, WithoutAChannelHandlerNothingIsSent) {
   SetText(L"a");

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "shell/title_bar_layout.h"
+#include "tests/support/format.h"
 #include "tests/support/native_window.h"
 #include "tests/unit/shell/call_log.h"
 #include "tests/unit/shell/shell_fixture.h"
@@ -16,6 +17,7 @@ namespace vantro {
 namespace {
 
 using test::CallLog;
+using test::Format;
 using test::Inside;
 using test::LogCapture;
 using test::PlaceInParent;
@@ -95,6 +97,8 @@ HWND WINAPI RecordCreate(DWORD exStyle, LPCWSTR className, LPCWSTR text, DWORD s
   const Place place{x, y, width, height};
   created->push_back(std::to_string(static_cast<unsigned>(reinterpret_cast<UINT_PTR>(menu))) + ": " +
                      testing::PrintToString(place));
+  EXPECT_EQ(instance, GetModuleHandleW(nullptr));
+  EXPECT_EQ(parameter, nullptr);
   const auto original =
       reinterpret_cast<decltype(&CreateWindowExW)>(GetProcAddress(GetModuleHandleA("user32.dll"), "CreateWindowExW"));
   return original(exStyle, className, text, style, x, y, width, height, parent, menu, instance, parameter);
@@ -220,7 +224,22 @@ TEST_F(TitleBarOfANewWindow, GivesTheFocusBackAfterTheFocusTest) {
   EXPECT_TRUE(log.Has("INFO Search box can accept focus: YES"));
   EXPECT_TRUE(log.Has("INFO Search box enabled: YES"));
   EXPECT_TRUE(log.Has("INFO Search box styles - Style: 0x50010080, ExStyle: 0x00000200"));
-  EXPECT_EQ(log.CountContaining("Focus test - Old: "), 1);
+  void* const box = Inside(fresh_).searchBox_;
+  EXPECT_TRUE(log.Has(Format("INFO Focus test - Old: %p, New: %p, Expected: %p", static_cast<void*>(file), box, box)));
+}
+
+HWND WINAPI RefuseFocus(HWND) { return nullptr; }
+
+TEST_F(TitleBarOfANewWindow, SearchBoxThatGetsNoFocusIsLogged) {
+  ASSERT_TRUE(RoomPeer::InitializeWindow(fresh_));
+  const HWND file = Inside(Window()).fileButton_;
+  SetFocus(file);
+  LogCapture log;
+  const test::ImportHook hook("user32.dll", "SetFocus", reinterpret_cast<void*>(RefuseFocus));
+  Inside(fresh_).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
+  EXPECT_TRUE(log.Has(Format("INFO Focus test - Old: %p, New: %p, Expected: %p", static_cast<void*>(file),
+                             static_cast<void*>(file), static_cast<void*>(Inside(fresh_).searchBox_))));
+  EXPECT_TRUE(log.Has("INFO Search box can accept focus: NO"));
 }
 
 TEST_F(TitleBarOfANewWindow, SearchBoxKeepsTheFocusThatNobodyHadBefore) {

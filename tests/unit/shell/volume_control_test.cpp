@@ -321,24 +321,6 @@ TEST_F(VolumeDrawing, SpeakerPictureStaysSquareAndCentredInAWiderControl) {
   EXPECT_EQ(canvas.Pixel(39, 10), kTitleBarColor);
 }
 
-std::wstring drawnText;
-UINT drawnFlags = 0;
-int WINAPI OnDrawText(HDC, const wchar_t* text, int, RECT*, UINT flags) {
-  drawnText = text;
-  drawnFlags = flags;
-  return 0;
-}
-
-TEST_F(VolumeDrawing, PercentageIsCentredOnOneLine) {
-  const test::ImportHook hook("user32.dll", "DrawTextW", reinterpret_cast<void*>(OnDrawText));
-  const Canvas canvas(80, 20);
-  Inside(window_).volume_ = 37;
-  Inside(window_).showVolumePercent_ = true;
-  Draw(canvas, kVolumeControlId);
-  EXPECT_EQ(drawnText, L"37%");
-  EXPECT_EQ(drawnFlags, UINT{DT_CENTER | DT_VCENTER | DT_SINGLELINE});
-}
-
 TEST_F(VolumeDrawing, PaintingLeavesNoGdiObjectBehind) {
   const Canvas canvas(80, 20);
   Inside(window_).showVolumePercent_ = true;
