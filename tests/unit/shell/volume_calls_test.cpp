@@ -145,12 +145,13 @@ Gdiplus::GpStatus WINAPI OnFillPolygon(Gdiplus::GpGraphics*, Gdiplus::GpBrush*, 
 
 class VolumeDrawingCalls : public testing::Test {
  protected:
-  void Draw(const Canvas& canvas, UINT id) {
+  void Draw(const Canvas& canvas, UINT id) { Draw(canvas, id, canvas.Area()); }
+  void Draw(const Canvas& canvas, UINT id, const RECT& area) {
     DRAWITEMSTRUCT item{};
     item.CtlType = ODT_STATIC;
     item.CtlID = id;
     item.hDC = canvas.Dc();
-    item.rcItem = canvas.Area();
+    item.rcItem = area;
     EXPECT_EQ(RoomPeer::DrawItem(window_, item), TRUE);
   }
 
@@ -166,6 +167,19 @@ TEST_F(VolumeDrawingCalls, TheSliderIsFilledFromAWidthOfOnePixelOn) {
     Draw(canvas, kVolumeControlId);
     EXPECT_EQ(polygons, expected) << volume;
   }
+}
+
+Lines smoothing;
+Gdiplus::GpStatus WINAPI OnSetSmoothingMode(Gdiplus::GpGraphics* graphics, Gdiplus::SmoothingMode mode) {
+  smoothing.push_back(Format("%d%s", mode, graphics ? "" : " without graphics"));
+  return Gdiplus::Ok;
+}
+
+TEST_F(VolumeDrawingCalls, TheSliderIsDrawnWithSmoothEdges) {
+  const ImportHook smooth("gdiplus.dll", "GdipSetSmoothingMode", reinterpret_cast<void*>(OnSetSmoothingMode));
+  smoothing.clear();
+  Draw(Canvas(80, 20), kVolumeControlId);
+  EXPECT_EQ(smoothing, (Lines{"4"}));
 }
 
 TEST_F(VolumeDrawingCalls, ThePercentageIsWhiteAndCentredOnOneLine) {
@@ -222,6 +236,14 @@ TEST_F(VolumeDrawingCalls, TheSpeakerByHandIsLoggedThenDrawn) {
                    "Polyline 9,7 13,9 13,11 9,13", "MoveToEx 15,9", "LineTo 15,11", "MoveToEx 17,8", "LineTo 17,12"}));
   EXPECT_TRUE(InOrder(log, {"DEBUG Speaker icon: Could not load PNG or ICO, using fallback drawing", "(call) CreatePen",
                             "(call) LineTo"}));
+}
+
+TEST_F(VolumeDrawingCalls, TheSpeakerByHandFollowsItsPlace) {
+  const Canvas canvas(60, 60);
+  const DrawingLog drawing;
+  Draw(canvas, kSpeakerIconId, {10, 30, 30, 50});
+  EXPECT_EQ(drawing.Of("FillRect"), (Lines{"FillRect 10,30-30,50 5F4646", "FillRect 16,37-19,43 FFFFFF"}));
+  EXPECT_EQ(drawing.Of("Polyline"), (Lines{"Polyline 19,37 23,39 23,41 19,43"}));
 }
 
 Lines folderRequests;
