@@ -65,7 +65,7 @@ using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 std::vector<uint8_t> ReadSnapshot(FILE* file) {
   std::fseek(file, 0, SEEK_END);
   const long size = std::ftell(file);
-  std::fseek(file, 0, SEEK_SET);
+  std::rewind(file);
   LOG_INFO("VodThumbnailWorkerPlugin: Snapshot file size: %ld bytes", size);
   std::vector<uint8_t> bytes(static_cast<size_t>(size));
   if (size > 0) static_cast<void>(std::fread(bytes.data(), 1, bytes.size(), file));

@@ -77,9 +77,10 @@ class ThumbnailSteps : public ThumbnailWorker {
   }
   static int OnSeek(FILE* file, long offset, int origin) {
     const std::string step =
-        "seek " + std::to_string(offset) + (origin == SEEK_END ? " from the end" : " from the start");
+        "seek " + std::to_string(offset) + (origin == SEEK_END ? " from the end" : " from another place");
     return Pass(current_->seek_, std::fseek, step, file, offset, origin);
   }
+  static void OnRewind(FILE* file) { Pass(current_->rewind_, std::rewind, "rewind", file); }
   static size_t OnRead(void* bytes, size_t size, size_t count, FILE* file) {
     const std::string step = "read " + std::to_string(count) + " of size " + std::to_string(size);
     return Pass(current_->read_, std::fread, step, bytes, size, count, file);
@@ -102,6 +103,7 @@ class ThumbnailSteps : public ThumbnailWorker {
   ImportHook sleep_{"kernel32.dll", "Sleep", reinterpret_cast<void*>(&OnSleep)};
   ImportHook wait_{"kernel32.dll", "WaitForSingleObject", reinterpret_cast<void*>(&OnWait)};
   ImportHook seek_{"msvcrt.dll", "fseek", reinterpret_cast<void*>(&OnSeek)};
+  ImportHook rewind_{"msvcrt.dll", "rewind", reinterpret_cast<void*>(&OnRewind)};
   ImportHook read_{"msvcrt.dll", "fread", reinterpret_cast<void*>(&OnRead)};
   ImportHook answer_{"flutter_windows.dll", "FlutterDesktopMessengerSendResponse", reinterpret_cast<void*>(&OnAnswer)};
   ImportHook callback_{"flutter_windows.dll", "FlutterDesktopMessengerSetCallback",
@@ -175,7 +177,7 @@ TEST_F(ThumbnailSteps, FrameLogsEachCallBeforeItIsMade) {
                                  "libvlc_media_player_set_media", "Starting playback", "libvlc_media_player_play",
                                  "wait 100", "Seeking to time: 42.70 seconds", "libvlc_media_player_set_time",
                                  "wait 500", testing::StartsWith("Taking snapshot to: "), "libvlc_video_take_snapshot",
-                                 "wait 200", "Reading snapshot file", "seek 0 from the end", "seek 0 from the start",
+                                 "wait 200", "Reading snapshot file", "seek 0 from the end", "rewind",
                                  "Snapshot file size: 7 bytes", "read 7 of size 1", "libvlc_media_player_stop_async",
                                  "Snapshot captured successfully", "answer"));
 }
