@@ -46,8 +46,7 @@ class AlternatingSwitch {
     do {
       carryOut(on);
       on = !on;
-      ++count;
-    } while (FinishTurn(count >= kTurnsInOneGo));
+    } while (FinishTurn(++count >= kTurnsInOneGo));
   }
 
   static constexpr int kTurnsInOneGo = 16;
@@ -56,12 +55,14 @@ class AlternatingSwitch {
   // Returns whether another turn is open. It is the opposite of the last one.
   bool FinishTurn(bool cancelPairs) {
     uint32_t before = state_.load(std::memory_order_relaxed);
-    uint32_t after = 0;
-    do {
+    for (;;) {
       const uint32_t open = before / kOneOpen - 1;
-      after = (cancelPairs ? open % 2 : open) * kOneOpen + (before & kOn);
-    } while (!state_.compare_exchange_weak(before, after, std::memory_order_acq_rel, std::memory_order_relaxed));
-    return after >= kOneOpen;
+      const uint32_t left = cancelPairs ? open % 2 : open;
+      if (state_.compare_exchange_weak(before, left * kOneOpen + (before & kOn), std::memory_order_acq_rel,
+                                       std::memory_order_relaxed)) {
+        return left != 0;
+      }
+    }
   }
 
   static constexpr uint32_t kOn = 1;

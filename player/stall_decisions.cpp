@@ -1,14 +1,10 @@
 #include "player/stall_decisions.h"
 
+#include <algorithm>
+
 namespace vantro {
 
-void StallState::Clear() {
-  lastDisplayed = 0;
-  lastAudio = 0;
-  stalledTicks = 0;
-  lastNudgeTickMs = 0;
-  restartTicksMs.clear();
-}
+void StallState::Clear() { *this = {}; }
 
 StallVerdict JudgeStall(const StallState& state, const StallSample& sample) {
   if (!sample.hasVideo) return StallVerdict::kNoVideo;
@@ -64,7 +60,7 @@ bool ShouldRestorePosition(bool isLive, bool supportsTimeshift, bool inTimeshift
 int32_t RestartCacheMs(int32_t networkCacheMs) { return networkCacheMs > 0 ? networkCacheMs : kDefaultRestartCacheMs; }
 
 int32_t RestartSeekMs(bool shouldRestorePosition, int64_t lastTimeMs) {
-  return shouldRestorePosition && lastTimeMs > 0 ? static_cast<int32_t>(lastTimeMs) : 0;
+  return shouldRestorePosition ? static_cast<int32_t>(std::max<int64_t>(lastTimeMs, 0)) : 0;
 }
 
 }  // namespace vantro

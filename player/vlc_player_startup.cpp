@@ -21,7 +21,7 @@ void LogStartEnvironment() {
     LOG_INFO("VLC_PLUGIN_PATH not set");
   }
   char currentDirectory[MAX_PATH] = "";
-  GetCurrentDirectoryA(MAX_PATH, currentDirectory);
+  GetCurrentDirectoryA(sizeof currentDirectory, currentDirectory);
   LOG_INFO("Current working directory: %s", currentDirectory);
 }
 

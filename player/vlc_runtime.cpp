@@ -81,7 +81,7 @@ bool SetupVlcEnvironmentIn(const std::string& programFiles, const std::string& l
 }
 
 bool SetupVlcEnvironment() {
-  char programFiles[MAX_PATH] = "";
+  char programFiles[MAX_PATH];
   const std::string path = NarrowExecutablePath();
   const std::string localDirectory = path.substr(0, path.find_last_of('\\'));
   if (SUCCEEDED(SHGetFolderPathA(nullptr, CSIDL_PROGRAM_FILES, nullptr, SHGFP_TYPE_CURRENT, programFiles)) &&

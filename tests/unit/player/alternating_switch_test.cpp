@@ -52,6 +52,39 @@ TEST(AlternatingSwitch, TurnsDuringAnotherTurnAreCarriedOutByThatThread) {
   EXPECT_TRUE(light);
 }
 
+TEST(AlternatingSwitch, ATurnToOffInProgressIsCarriedOutByItsThreadWithTheNextOne) {
+  AlternatingSwitch light;
+  std::string written;
+  light.TurnTo(true);
+  light.CarryOutTurns(true, Recorder{written});
+  EXPECT_EQ(light.TurnTo(false), Turn::kOwn);
+  EXPECT_EQ(light.TurnTo(true), Turn::kByAnother);
+  light.CarryOutTurns(false, Recorder{written});
+  EXPECT_EQ(written, "+-+");
+}
+
+TEST(AlternatingSwitch, ASingleTurnBackIsCarriedOutToo) {
+  AlternatingSwitch light;
+  std::string written;
+  light.TurnTo(true);
+  light.TurnTo(false);
+  light.CarryOutTurns(true, Recorder{written});
+  EXPECT_EQ(written, "+-");
+}
+
+TEST(AlternatingSwitch, AfterSixteenTurnsInOneGoTheOpenPairsAreDropped) {
+  AlternatingSwitch light;
+  std::string written;
+  for (int pair = 0; pair < 19; ++pair) {
+    light.TurnTo(true);
+    light.TurnTo(false);
+  }
+  light.CarryOutTurns(true, Recorder{written});
+  EXPECT_EQ(written, "+-+-+-+-+-+-+-+-");
+  EXPECT_FALSE(light);
+  EXPECT_EQ(light.TurnTo(true), Turn::kOwn);
+}
+
 TEST(AlternatingSwitch, EndlessTurnsDoNotKeepTheThreadThatCarriesThemOut) {
   AlternatingSwitch light;
   int count = 0;

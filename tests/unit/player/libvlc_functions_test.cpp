@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scripted_vlc.h"
 
@@ -213,6 +214,44 @@ TEST(LibVlcLibraries, AreFoundOnTheSearchPathLast) {
 TEST(LibVlcLibraries, ThatAreNowhereGiveNullAndTheLoadersError) {
   EXPECT_EQ(FindVlcLibrary("nosuchlibrary.dll", "vlc\\nosuchlibrary.dll"), nullptr);
   EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
+}
+
+std::vector<std::string> onceCalls;
+decltype(&InitOnceBeginInitialize) realBegin = nullptr;
+decltype(&InitOnceComplete) realComplete = nullptr;
+
+BOOL WINAPI RefuseToBegin(INIT_ONCE*, DWORD, BOOL*, void**) { return FALSE; }
+BOOL WINAPI RecordBegin(INIT_ONCE* once, DWORD flags, BOOL* pending, void** context) {
+  onceCalls.push_back("begin " + std::to_string(flags) + (context ? " with context" : ""));
+  return realBegin(once, flags, pending, context);
+}
+BOOL WINAPI RecordComplete(INIT_ONCE* once, DWORD flags, void* context) {
+  onceCalls.push_back("complete " + std::to_string(flags) + (context ? " with context" : ""));
+  return realComplete(once, flags, context);
+}
+
+decltype(&RegisterClassW) realRegister = nullptr;
+ATOM WINAPI RecordRegister(const WNDCLASSW* windowClass) {
+  onceCalls.push_back(windowClass->hInstance == GetModuleHandleW(nullptr) ? "register for this program" : "register");
+  return realRegister(windowClass);
+}
+
+TEST(VlcHostWindowClass, IsRegisteredWithinOneInitialisation) {
+  {
+    const ImportHook begin("KERNEL32.dll", "InitOnceBeginInitialize", reinterpret_cast<void*>(&RefuseToBegin));
+    EXPECT_EQ(RegisterVlcHostWindowClass(), 0);
+  }
+  const ImportHook begin("KERNEL32.dll", "InitOnceBeginInitialize", reinterpret_cast<void*>(&RecordBegin));
+  const ImportHook complete("KERNEL32.dll", "InitOnceComplete", reinterpret_cast<void*>(&RecordComplete));
+  realBegin = reinterpret_cast<decltype(realBegin)>(begin.Original());
+  realComplete = reinterpret_cast<decltype(realComplete)>(complete.Original());
+  const ImportHook registration("user32.dll", "RegisterClassW", reinterpret_cast<void*>(&RecordRegister));
+  realRegister = reinterpret_cast<decltype(realRegister)>(registration.Original());
+  onceCalls.clear();
+  const ATOM atom = RegisterVlcHostWindowClass();
+  EXPECT_NE(atom, 0);
+  EXPECT_EQ(RegisterVlcHostWindowClass(), atom);
+  EXPECT_THAT(onceCalls, ElementsAre("begin 0", "register for this program", "complete 0", "begin 0"));
 }
 
 TEST(VlcHostWindowClass, IsABlackWindowOfTheSystemsProcedureRegisteredOnce) {

@@ -134,6 +134,20 @@ TEST_F(StartedPlayerTest, SetMediaStoresWhatTheWatchdogPlaysAgain) {
               testing::Contains("libvlc_media_add_option(media1, \":network-caching=-3\")"));
 }
 
+TEST_F(StartedPlayerTest, SetMediaStoresItsRequestAfterTheMediaIsSet) {
+  std::string urlAtTheCall = "none";
+  vlc_.OnCall("libvlc_media_player_set_media", [&] { urlAtTheCall = state_.current_.url; });
+  ASSERT_TRUE(SetMedia("http://host/a"));
+  vlc_.OnCall("libvlc_media_player_set_media", nullptr);
+  EXPECT_EQ(urlAtTheCall, "");
+  EXPECT_EQ(state_.current_.url, "http://host/a");
+}
+
+TEST_F(StartedPlayerTest, SetMediaSeeksToTheFirstMillisecond) {
+  ASSERT_TRUE(SetMedia("http://host/a", 1));
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_set_time"), ElementsAre("libvlc_media_player_set_time(player1, 1, 0)"));
+}
+
 TEST_F(StartedPlayerTest, SetMediaStartsTheWatchdogAndReportsNothing) {
   ASSERT_TRUE(SetMedia("http://host/a"));
   EXPECT_TRUE(state_.stallWatchdogActive_);

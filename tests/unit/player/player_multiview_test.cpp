@@ -162,7 +162,9 @@ TEST_F(MultiViewTest, AnAddedTilesWindowIsMadeAt100And100With100By100Pixels) {
   const WindowCalls calls;
   ASSERT_TRUE(Add(1));
   ASSERT_FALSE(calls.Lines().empty());
-  EXPECT_EQ(calls.Lines().front(), "CreateWindowExW window 100,100 100x100");
+  EXPECT_EQ(calls.Lines().front(),
+            "CreateWindowExW window 100,100 100x100 "
+            "WS_CHILD|WS_VISIBLE|WS_CLIPSIBLINGS|WS_CLIPCHILDREN WS_EX_NOPARENTNOTIFY of this program");
 }
 
 TEST_F(MultiViewTest, AnAddIsLogged) {

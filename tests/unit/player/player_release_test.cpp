@@ -63,6 +63,15 @@ TEST_F(ReleaseTest, LeavingReleasesTilesWhileAnotherTilesEventRuns) {
               ElementsAre("libvlc_media_player_release(player2)", "libvlc_media_player_release(player3)"));
 }
 
+TEST_F(ReleaseTest, LeavingReleasesTheTilesWhileTheGridIsOn) {
+  StartGrid(2);
+  bool wasOn = false;
+  vlc_.OnCall("libvlc_media_player_release", [&] { wasOn = player_.IsMultiViewMode(); });
+  ASSERT_TRUE(player_.DisableMultiView());
+  vlc_.OnCall("libvlc_media_player_release", nullptr);
+  EXPECT_TRUE(wasOn);
+}
+
 TEST_F(ReleaseTest, TheTilesAreReleasedBeforeTheVolumeComesBack) {
   StartGrid(2);
   BeginEvent(TilePlayer(0), kTimeChanged);
@@ -76,8 +85,12 @@ TEST_F(ReleaseTest, TilesLeftFromOutsideTheGridAreReleasedWhenAGridBegins) {
   StartWithEvents();
   ASSERT_TRUE(Add(1));
   BeginEvent(vlc_.Player(1), kTimeChanged);
+  bool wasOn = false;
+  vlc_.OnCall("libvlc_media_player_release", [&] { wasOn = player_.IsMultiViewMode(); });
   ASSERT_TRUE(player_.EnableMultiView());
+  vlc_.OnCall("libvlc_media_player_release", nullptr);
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
+  EXPECT_TRUE(wasOn);
 }
 
 TEST_F(ReleaseTest, CleanupReleasesPlayerMediaAndInstanceInOrderWhileAnEventRuns) {

@@ -23,6 +23,12 @@ LRESULT WINAPI NoteMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
   return SendMessageW(window, message, wParam, lParam);
 }
 
+decltype(&SetWindowPos) realSetWindowPos = nullptr;
+BOOL WINAPI NotePlacement(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+  Note("SetWindowPos");
+  return realSetWindowPos(window, after, x, y, width, height, flags);
+}
+
 class Sequence : public WatchdogTest {
  protected:
   ~Sequence() override {
@@ -91,8 +97,62 @@ TEST_F(Sequence, OfASetMedia) {
              "libvlc_media_player_set_time"});
   ASSERT_TRUE(SetMedia("http://host/0", 5000));
   ExpectOrder({"[VLCPlayer::SetMedia] Called with", "(call) libvlc_media_new_uri", "(call) libvlc_media_add_option",
-               "Set network cache", "(call) libvlc_media_player_set_media", "(call) libvlc_media_player_set_time",
-               "Set initial seek position"});
+               "(call) libvlc_media_add_option", "Set network cache", "(call) libvlc_media_player_set_media",
+               "(call) libvlc_media_player_set_time", "Set initial seek position"});
+}
+
+TEST_F(Sequence, OfAMediaOfAFile) {
+  StartWithEvents();
+  NoteCalls({"libvlc_media_new_path"});
+  const VlcMediaPtr media(player_.CreateMedia("C:\\a.ts"));
+  ExpectOrder({"Creating media with new_path", "(call) libvlc_media_new_path"});
+}
+
+TEST_F(Sequence, OfThreeAttemptsAtAnInstance) {
+  vlc_.Fail("libvlc_new", 2);
+  NoteCalls({"libvlc_new"});
+  ASSERT_TRUE(player_.Initialize(parent_.get()));
+  ExpectOrder({"Attempting to create VLC instance", "(call) libvlc_new", "Failed with global args", "(call) libvlc_new",
+               "Failed with plugin path", "(call) libvlc_new", "VLC instance created successfully"});
+}
+
+TEST_F(Sequence, OfAStartWithoutAPlayer) {
+  vlc_.Fail("libvlc_media_player_new");
+  NoteCalls({"libvlc_release"});
+  ASSERT_FALSE(player_.Initialize(parent_.get()));
+  ExpectOrder({"Failed to create VLC media player", "(call) libvlc_release"});
+}
+
+TEST_F(Sequence, OfAStartWithoutAnEventManager) {
+  vlc_.Fail("libvlc_media_player_event_manager");
+  NoteCalls({"libvlc_media_player_release"});
+  ASSERT_FALSE(player_.Initialize(parent_.get()));
+  ExpectOrder({"Failed to get VLC event manager", "VLC error: ", "(call) libvlc_media_player_release"});
+}
+
+TEST_F(Sequence, OfTheVideosWindow) {
+  const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(NotePlacement));
+  realSetWindowPos = reinterpret_cast<decltype(realSetWindowPos)>(place.Original());
+  NoteCalls({});
+  ASSERT_TRUE(player_.Initialize(parent_.get()));
+  ExpectOrder({"(call) SetWindowPos", "Created VLC child window"});
+}
+
+TEST_F(Sequence, OfAResizeInTheGrid) {
+  StartGrid(2);
+  NoteCalls({});
+  player_.Resize(0, 0, 1, 1);
+  ExpectOrder({"[Resize] Called", "[Resize] In multiview mode", "[UpdateGridLayout] Parent size"});
+}
+
+TEST_F(Sequence, OfTheEventsThatRescale) {
+  StartGrid(2);
+  NoteCalls({});
+  vlc_.Raise(TilePlayer(1), kPlaying);
+  ExpectOrder({"[ProcessVLCEvent] Playing event", "[UpdateMultiViewScaling] ***"});
+  NoteCalls({});
+  vlc_.Raise(TilePlayer(1), kMediaChanged);
+  ExpectOrder({"[ProcessVLCEvent] MediaChanged event", "[UpdateMultiViewScaling] ***"});
 }
 
 TEST_F(Sequence, OfAVolume) {

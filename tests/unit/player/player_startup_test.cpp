@@ -7,6 +7,8 @@
 
 #include "player/player_events.h"
 #include "player/vlc_runtime.h"
+#include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/player/player_fixture.h"
 #include "tests/unit/player/window_calls.h"
 
@@ -76,6 +78,8 @@ TEST_F(PlayerStartup, TheConstructorTouchesNoLibvlcAndSetsTheDefaults) {
   EXPECT_FALSE(state_.current_.inTimeshiftMode);
   EXPECT_FALSE(state_.suppressStoppedEvent_);
   EXPECT_FALSE(state_.isMultiViewMode_);
+  EXPECT_EQ(state_.activeIndex_, 0);
+  EXPECT_EQ(state_.current_.initialSeekPositionMs, 0);
 }
 
 TEST_F(PlayerStartup, MakesTheCallsInOrder) {
@@ -113,6 +117,19 @@ TEST_F(PlayerStartup, WritesTheLogLinesInOrder) {
               ", isMultiViewMode_=0",
           "INFO [VLCPlayer::SetVolume] libvlc_audio_set_volume result=0 (0=success, -1=error)",
           "INFO VLC initial volume set to 100%", "INFO VLCPlayer::Initialize completed successfully"));
+}
+
+DWORD roomForTheDirectory = 0;
+DWORD WINAPI RefuseTheDirectory(DWORD room, char*) {
+  roomForTheDirectory = room;
+  return 0;
+}
+
+TEST_F(PlayerStartup, AWorkingDirectoryThatCannotBeReadIsLoggedAsEmpty) {
+  const ImportHook hook("KERNEL32.dll", "GetCurrentDirectoryA", reinterpret_cast<void*>(&RefuseTheDirectory));
+  ASSERT_TRUE(Initialize());
+  EXPECT_TRUE(log_.Has("INFO Current working directory: "));
+  EXPECT_EQ(roomForTheDirectory, 260u);
 }
 
 TEST_F(PlayerStartup, WithoutAPluginPathLooksForAnInstalledVlc) {
@@ -177,8 +194,10 @@ TEST_F(PlayerStartup, TheChildWindowFillsTheParentAtTheBottom) {
 TEST_F(PlayerStartup, TheChildWindowIsMadeInItsSizeAndPutAtTheBottomWithoutActivation) {
   const WindowCalls calls;
   ASSERT_TRUE(Initialize());
-  EXPECT_THAT(calls.Lines(), ElementsAre("CreateWindowExW window 0,0 800x600",
-                                         "SetWindowPos window HWND_BOTTOM 0,0 800x600 SWP_NOACTIVATE"));
+  EXPECT_THAT(calls.Lines(),
+              ElementsAre("CreateWindowExW window 0,0 800x600 "
+                          "WS_CHILD|WS_VISIBLE|WS_CLIPSIBLINGS|WS_CLIPCHILDREN WS_EX_NOPARENTNOTIFY of this program",
+                          "SetWindowPos window HWND_BOTTOM 0,0 800x600 SWP_NOACTIVATE"));
 }
 
 TEST_F(PlayerStartup, TheChildWindowHasItsClassStyleAndNoTitle) {
@@ -261,6 +280,55 @@ TEST_F(InstanceFailure, ListsThePluginsFolder) {
               ElementsAre("ERROR Failed to create VLC instance", "ERROR VLC error: no plugins",
                           "INFO Plugins directory exists at: " + GetExeDirectory() + "plugins",
                           "INFO Listing files in plugins directory:", "INFO   libtest_plugin.dll"));
+}
+
+decltype(&FindFirstFileA) realFindFirst = nullptr;
+decltype(&FindClose) realFindClose = nullptr;
+bool refuseListing = false;
+
+HANDLE WINAPI NoteFindFirst(const char* path, WIN32_FIND_DATAA* found) {
+  Note(std::string("find ") + path);
+  const bool refused = refuseListing && std::string(path).ends_with("*");
+  return refused ? INVALID_HANDLE_VALUE : realFindFirst(path, found);
+}
+BOOL WINAPI NoteFindClose(HANDLE search) {
+  Note("close");
+  return realFindClose(search);
+}
+
+// Starts that list an empty plugins folder, with the system's calls among the lines.
+class PluginsFolder : public InstanceFailure {
+ protected:
+  PluginsFolder() {
+    std::filesystem::create_directory("plugins");
+    refuseListing = false;
+  }
+  std::vector<std::string> LinesAndCalls() {
+    const ImportHook first("KERNEL32.dll", "FindFirstFileA", reinterpret_cast<void*>(&NoteFindFirst));
+    const ImportHook close("KERNEL32.dll", "FindClose", reinterpret_cast<void*>(&NoteFindClose));
+    realFindFirst = reinterpret_cast<decltype(realFindFirst)>(first.Original());
+    realFindClose = reinterpret_cast<decltype(realFindClose)>(close.Original());
+    EXPECT_FALSE(Initialize());
+    std::vector<std::string> lines = LinesAfterTheStages();
+    lines.erase(lines.begin(), lines.begin() + 2);
+    return lines;
+  }
+  const std::string folder_ = GetExeDirectory() + "plugins";
+};
+
+TEST_F(PluginsFolder, IsSearchedTwiceAndEachSearchIsClosed) {
+  EXPECT_THAT(LinesAndCalls(),
+              ElementsAre("DEBUG (call) find " + folder_, "DEBUG (call) close",
+                          "INFO Plugins directory exists at: " + folder_, "INFO Listing files in plugins directory:",
+                          "DEBUG (call) find " + folder_ + "\\*", "DEBUG (call) close"));
+}
+
+TEST_F(PluginsFolder, ThatCannotBeListedHasNoFilesAndNoSearchToClose) {
+  refuseListing = true;
+  EXPECT_THAT(
+      LinesAndCalls(),
+      ElementsAre("DEBUG (call) find " + folder_, "DEBUG (call) close", "INFO Plugins directory exists at: " + folder_,
+                  "INFO Listing files in plugins directory:", "DEBUG (call) find " + folder_ + "\\*"));
 }
 
 TEST_F(InstanceFailure, WithoutTheErrorFunctionHasTheStandInText) {

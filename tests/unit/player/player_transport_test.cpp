@@ -238,6 +238,13 @@ TEST_F(PlayerTest, TheOperationsBeforeInitializeDoNothing) {
   EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
+// No other test of this program has a grid.
+TEST_F(StartedPlayerTest, TheFirstSoundOfAGridInTheProcessIsCallOne) {
+  player_.EnableMultiView();
+  EXPECT_TRUE(log_.Has("DEBUG [UpdateActiveAudio] Call count: 1"));
+  player_.DisableMultiView();
+}
+
 TEST_F(StartedPlayerTest, SeekToPassesTheTimeOnWhateverLibvlcAnswers) {
   vlc_.SetResult("libvlc_media_player_set_time", -1);
   EXPECT_TRUE(player_.SeekTo(std::numeric_limits<int64_t>::max()));

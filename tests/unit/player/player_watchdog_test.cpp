@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "tests/support/import_hook.h"
 #include "tests/unit/player/watchdog_fixture.h"
 
 namespace vantro::test {
@@ -47,6 +50,13 @@ TEST_F(WatchdogTest, AStartRunsTheTimerOfItsAddress) {
   const auto id = static_cast<UINT_PTR>(state_.stallTimerId_);
   EXPECT_TRUE(
       log_.Has("DEBUG [VLCPlayer] Started stall watchdog timer (id=" + PointerText(reinterpret_cast<void*>(id)) + ")"));
+}
+
+TEST_F(WatchdogTest, TheFirstStartClearsTheRecord) {
+  Start();
+  state_.primaryStall_.stalledTicks = 2;
+  player_.StartStallWatchdog();
+  EXPECT_EQ(state_.primaryStall_.stalledTicks, 0);
 }
 
 TEST_F(WatchdogTest, AStopKillsTheTimerAndClearsTheRecord) {
@@ -122,6 +132,31 @@ TEST_F(WatchdogTest, AStopDuringAPassClearsTheRecordBeforeItsCheck) {
   WedgedPass();
   vlc_.OnCall("libvlc_media_player_is_playing", nullptr);
   EXPECT_EQ(log_.CountContaining("wedge detected"), 0);
+}
+
+decltype(&KillTimer) realKillTimer = nullptr;
+std::function<void()> afterNextKill;
+BOOL WINAPI KillTimerAndWork(HWND window, UINT_PTR id) {
+  const BOOL killed = realKillTimer(window, id);
+  if (const auto work = std::exchange(afterNextKill, nullptr)) work();
+  return killed;
+}
+
+TEST_F(WatchdogTest, APlayingEventDuringTheStopOfASetMediaDoesNotKeepItOn) {
+  StartSingle();
+  const ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(&KillTimerAndWork));
+  realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill.Original());
+  afterNextKill = [this] { vlc_.Raise(vlc_.Player(), kPlaying); };
+  bool onAtTheStop = false;
+  bool onAtTheMedia = true;
+  vlc_.OnCall("libvlc_media_player_stop", [&] { onAtTheStop = state_.stallWatchdogActive_.IsOn(); });
+  vlc_.OnCall("libvlc_media_new_uri", [&] { onAtTheMedia = state_.stallWatchdogActive_.IsOn(); });
+  ASSERT_TRUE(SetMedia("http://host/1"));
+  vlc_.OnCall("libvlc_media_player_stop", nullptr);
+  vlc_.OnCall("libvlc_media_new_uri", nullptr);
+  EXPECT_TRUE(onAtTheStop);
+  EXPECT_FALSE(onAtTheMedia);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
 TEST_F(WatchdogTest, WithoutAParentWindowAStartSetsTheFlagAndNoTimer) {

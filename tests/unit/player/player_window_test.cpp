@@ -98,6 +98,8 @@ TEST_F(Stacking, PlacesATopLevelOverlayBehindTheVideoAndShowsIt) {
   const ParentWindow video(60, 60);
   const ParentWindow overlay(50, 50);
   state_.vlcWindow_ = video.get();
+  // Other bits of the style do not make it a child.
+  SetWindowLongPtrA(overlay.get(), GWL_STYLE, GetWindowLongPtrA(overlay.get(), GWL_STYLE) | 1);
   state_.overlayWindow_ = overlay.get();
   EXPECT_THAT(StackingCalls(), ElementsAre(kVideoOutOfTopmost, kOverlayBehindVideo));
   EXPECT_TRUE(IsWindowVisible(overlay.get()));

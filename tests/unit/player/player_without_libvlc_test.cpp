@@ -181,5 +181,15 @@ TEST_F(PlayerWithoutLibVlc, ATilesWindowStays) {
   DestroyWindow(tile.window);
 }
 
+TEST_F(PlayerWithoutLibVlc, NoStreamOfTheGridIsReplacedOrOpenedInTheSingleView) {
+  ASSERT_TRUE(player_.EnableMultiView());
+  EXPECT_FALSE(player_.MvReplaceActive("http://host/1", "Tile 1"));
+  state_.players_.emplace_back().url = "http://host/1";
+  state_.activeIndex_ = 1;
+  EXPECT_FALSE(player_.MvPromoteActiveAndExit());
+  EXPECT_TRUE(player_.IsMultiViewMode());
+  EXPECT_EQ(state_.players_.front().url, "");
+}
+
 }  // namespace
 }  // namespace vantro::test

@@ -94,6 +94,31 @@ TEST(ReaderEpochs, ALongWaitForAReaderIdlesBetweenItsChecks) {
   EXPECT_TRUE(waiter.EndsWithin(kLongEnoughToEnd));
 }
 
+std::optional<ReaderEpochs::Reader> early;
+std::optional<ReaderEpochs::Reader> late;
+ReaderEpochs* waitedFor = nullptr;
+int waits = 0;
+
+// While the wait idles, another reader enters and the first one leaves. A second time, the other one leaves too.
+void ChangeReaders() {
+  if (++waits == 1) {
+    late.emplace(*waitedFor);
+    early.reset();
+  } else {
+    late.reset();
+  }
+}
+
+TEST(ReaderEpochs, AWaitDoesNotLastForAReaderThatEntersLater) {
+  ReaderEpochs epochs(ChangeReaders);
+  waitedFor = &epochs;
+  waits = 0;
+  early.emplace(epochs);
+  epochs.WaitForReaders();
+  EXPECT_EQ(waits, 1);
+  late.reset();
+}
+
 TEST(Published, ReturnsTheObjectThatWasReplaced) {
   ReaderEpochs epochs;
   Published<int> published(epochs);
@@ -101,6 +126,17 @@ TEST(Published, ReturnsTheObjectThatWasReplaced) {
   EXPECT_EQ(published.Replace(std::make_unique<int>(1)), nullptr);
   EXPECT_EQ(*published.Load(), 1);
   EXPECT_EQ(*published.Replace(std::make_unique<int>(2)), 1);
+}
+
+TEST(Published, DestroysItsObjectAtItsEnd) {
+  const auto object = std::make_shared<int>(1);
+  {
+    ReaderEpochs epochs;
+    Published<std::shared_ptr<int>> published(epochs);
+    published.Replace(std::make_unique<std::shared_ptr<int>>(object));
+    EXPECT_EQ(object.use_count(), 2);
+  }
+  EXPECT_EQ(object.use_count(), 1);
 }
 
 // An object that readers check while they hold it. A freed object no longer has its mark.

@@ -5,9 +5,11 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "player/reader_epochs.h"
 #include "tests/support/import_hook.h"
 
 namespace vantro::test {
@@ -41,6 +43,24 @@ TEST(SentMessages, WaitAtMostAMillisecondAndLookOnlyAtSentMessages) {
   }
   EXPECT_THAT(calls, ElementsAre("wait for 0 handles, 1 ms, sent messages, also earlier ones",
                                  "peek every window, every message, sent messages without removal"));
+}
+
+int yields = 0;
+int yieldsBeforeIdling = 0;
+std::optional<ReaderEpochs::Reader> reader;
+
+void WINAPI CountYield(DWORD milliseconds) { yields += milliseconds == 0 ? 1 : 1000; }
+
+TEST(SentMessages, AreServedAfterTheWaitHasYielded200Times) {
+  yields = 0;
+  ReaderEpochs epochs([] {
+    yieldsBeforeIdling = yields;
+    reader.reset();
+  });
+  reader.emplace(epochs);
+  const ImportHook sleep("KERNEL32.dll", "Sleep", reinterpret_cast<void*>(&CountYield));
+  epochs.WaitForReaders();
+  EXPECT_EQ(yieldsBeforeIdling, 200);
 }
 
 }  // namespace

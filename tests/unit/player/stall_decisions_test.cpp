@@ -20,6 +20,24 @@ bool Check(StallState& state, const StallSample& sample) {
   return RecordStallCheck(state, sample, JudgeStall(state, sample));
 }
 
+TEST(StallState, BeginsWithoutCountersAndTimes) {
+  const StallState state;
+  EXPECT_EQ(state.lastDisplayed, 0);
+  EXPECT_EQ(state.lastAudio, 0);
+  EXPECT_EQ(state.stalledTicks, 0);
+  EXPECT_EQ(state.lastNudgeTickMs, 0u);
+}
+
+TEST(StallState, IsAsAtFirstAfterItIsCleared) {
+  StallState state{1, 2, 3, 4, {5}};
+  state.Clear();
+  EXPECT_EQ(state.lastDisplayed, 0);
+  EXPECT_EQ(state.lastAudio, 0);
+  EXPECT_EQ(state.stalledTicks, 0);
+  EXPECT_EQ(state.lastNudgeTickMs, 0u);
+  EXPECT_TRUE(state.restartTicksMs.empty());
+}
+
 StallState Counters(int displayed, int audio, int ticks = 0) {
   StallState state;
   state.lastDisplayed = displayed;
@@ -136,6 +154,11 @@ TEST(StallLadder, BeginsWithANudge) {
   EXPECT_THAT(state.restartTicksMs, IsEmpty());
 }
 
+TEST(StallLadder, BeginsWithANudgeAlsoSoonAfterTheStartOfTheMachine) {
+  StallState state = AtDetection(0);
+  EXPECT_EQ(ClimbStallLadder(state, 5000), StallRung::kNudge);
+}
+
 TEST(StallLadder, ANudgeExactlyTenSecondsAgoIsFollowedByANudge) {
   StallState state = AtDetection(kNow - 10000);
   EXPECT_EQ(ClimbStallLadder(state, kNow), StallRung::kNudge);
@@ -218,6 +241,7 @@ TEST(Restart, TakesTheCacheOfTheStreamOrFiveSeconds) {
 
 TEST(Restart, SeeksOnlyWhereThePositionIsRestoredAndKnown) {
   EXPECT_EQ(RestartSeekMs(true, 1234), 1234);
+  EXPECT_EQ(RestartSeekMs(true, 1), 1);
   EXPECT_EQ(RestartSeekMs(true, 0), 0);
   EXPECT_EQ(RestartSeekMs(true, -1), 0);
   EXPECT_EQ(RestartSeekMs(false, 1234), 0);

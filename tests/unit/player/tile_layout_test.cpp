@@ -58,6 +58,7 @@ TEST(TileRect, AClientAreaUnderTheGapMakesCellsOfNegativeSize) {
 TEST(FitScale, TheWholePictureFitsTheCell) {
   EXPECT_EQ(FitScale(640, 360, 320, 360), 0.5f);
   EXPECT_EQ(FitScale(640, 360, 1280, 180), 0.5f);
+  EXPECT_EQ(FitScale(1, 2, 1, 1), 0.5f);
   EXPECT_EQ(FitScale(640, 360, 1280, 720), 2.0f);
 }
 

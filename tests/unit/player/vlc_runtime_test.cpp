@@ -11,6 +11,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/support/import_hook.h"
+#include "tests/support/line_order.h"
 #include "tests/support/log_capture.h"
 
 namespace vantro::test {
@@ -111,9 +113,51 @@ TEST_F(RuntimeFolders, ATestForExistenceThatFailsRaisesTheFileSystemsException) 
     FindVlcPath(tooLong, {});
     FAIL() << "no exception";
   } catch (const fs::filesystem_error& error) {
-    EXPECT_THAT(error.what(), testing::HasSubstr("exists"));
+    EXPECT_THAT(error.what(), testing::HasSubstr(": exists: "));
     EXPECT_TRUE(error.code());
   }
+}
+
+// Takes the place of the system's test for existence: no path exists, and the reason is the given error.
+std::vector<std::string> askedPaths;
+DWORD reasonOfAbsence = 0;
+DWORD WINAPI Absent(const char* path) {
+  askedPaths.push_back(path);
+  SetLastError(reasonOfAbsence);
+  return INVALID_FILE_ATTRIBUTES;
+}
+
+class AbsentFiles : public testing::Test {
+ protected:
+  AbsentFiles() {
+    askedPaths.clear();
+    reasonOfAbsence = ERROR_FILE_NOT_FOUND;
+  }
+  const ImportHook hook_{"KERNEL32.dll", "GetFileAttributesA", reinterpret_cast<void*>(&Absent)};
+};
+
+TEST_F(AbsentFiles, FiveErrorsMeanThatAPathDoesNotExist) {
+  for (const DWORD error : {2u, 3u, 53u, 123u, 267u}) {
+    reasonOfAbsence = error;
+    EXPECT_EQ(FindVlcPath("C:\\exe\\", {}), "C:\\exe\\") << error;
+  }
+}
+
+TEST_F(AbsentFiles, AnotherErrorIsRaisedWithItsNumber) {
+  reasonOfAbsence = ERROR_ACCESS_DENIED;
+  try {
+    FindVlcPath("C:\\exe\\", {});
+    FAIL() << "no exception";
+  } catch (const fs::filesystem_error& error) {
+    EXPECT_EQ(error.code(), std::error_code(5, std::system_category()));
+  }
+}
+
+TEST_F(AbsentFiles, GetVlcPathLooksBesideTheExecutableAndThenForAnInstalledVlc) {
+  const std::string beside = GetExeDirectory();
+  EXPECT_EQ(GetVlcPath(), beside);
+  EXPECT_THAT(askedPaths, ElementsAre(beside + "vlc", beside + "lib\\vlc", beside + "libvlc.dll",
+                                      "C:\\Program Files\\VideoLAN\\VLC", "C:\\Program Files (x86)\\VideoLAN\\VLC"));
 }
 
 TEST(VlcPath, IsTheDirectoryOfTheLibraryBesideThisProgram) { EXPECT_EQ(GetVlcPath(), GetExeDirectory()); }
@@ -150,6 +194,38 @@ TEST_F(RuntimeFolders, EachStepIsLogged) {
                           "DEBUG Copying libvlc.dll from: " + installed + "\\libvlc.dll to: " + local + "\\libvlc.dll",
                           "DEBUG Copying libvlccore.dll from: " + installed + "\\libvlccore.dll to: " + local +
                               "\\libvlccore.dll"));
+}
+
+decltype(&SetEnvironmentVariableA) realSetVariable = nullptr;
+decltype(&CreateDirectoryA) realCreateDirectory = nullptr;
+decltype(&CopyFileA) realCopyFile = nullptr;
+BOOL WINAPI NoteVariable(const char* name, const char* value) {
+  Note(std::string("set ") + name);
+  return realSetVariable(name, value);
+}
+BOOL WINAPI NoteDirectory(const char* path, SECURITY_ATTRIBUTES* security) {
+  Note(std::string("create folder") + (security ? " with security" : ""));
+  return realCreateDirectory(path, security);
+}
+BOOL WINAPI NoteCopy(const char* from, const char* to, BOOL keepOld) {
+  Note(std::string("copy") + (keepOld ? " unless there" : ""));
+  return realCopyFile(from, to, keepOld);
+}
+
+TEST_F(RuntimeFolders, EachStepIsLoggedBeforeItIsTaken) {
+  Install();
+  const ImportHook variable("KERNEL32.dll", "SetEnvironmentVariableA", reinterpret_cast<void*>(&NoteVariable));
+  const ImportHook directory("KERNEL32.dll", "CreateDirectoryA", reinterpret_cast<void*>(&NoteDirectory));
+  const ImportHook copy("KERNEL32.dll", "CopyFileA", reinterpret_cast<void*>(&NoteCopy));
+  realSetVariable = reinterpret_cast<decltype(realSetVariable)>(variable.Original());
+  realCreateDirectory = reinterpret_cast<decltype(realCreateDirectory)>(directory.Original());
+  realCopyFile = reinterpret_cast<decltype(realCopyFile)>(copy.Original());
+  ASSERT_TRUE(SetUpEnvironment());
+  using testing::HasSubstr;
+  EXPECT_THAT(log_.Lines(), ElementsAre(HasSubstr("Found VLC"), HasSubstr("Setting VLC_PLUGIN_PATH"),
+                                        "DEBUG (call) set VLC_PLUGIN_PATH", HasSubstr("Creating local"),
+                                        "DEBUG (call) create folder", HasSubstr("Copying libvlc.dll"),
+                                        "DEBUG (call) copy", HasSubstr("Copying libvlccore.dll"), "DEBUG (call) copy"));
 }
 
 TEST_F(RuntimeFolders, ALaterRunFindsAllInPlaceAndDoesNothingNew) {
@@ -247,6 +323,20 @@ TEST_F(ProgramFilesFolder, IsWhereSetupVlcEnvironmentLooks) {
   EXPECT_TRUE(SetupVlcEnvironment());
   EXPECT_EQ(PluginPath(), (installed_ / "plugins").string());
   EXPECT_TRUE(fs::is_directory(fs::path(GetExeDirectory()) / "plugins"));
+}
+
+std::string askedFolder;
+HRESULT WINAPI RefuseTheFolder(HWND window, int folder, HANDLE token, DWORD flags, char*) {
+  askedFolder = std::to_string(folder) + " " + std::to_string(flags) + (window || token ? " of someone" : "");
+  return E_FAIL;
+}
+
+TEST_F(ProgramFilesFolder, IsAskedForAsTheCurrentOneAndMayBeUnknown) {
+  fs::create_directories(installed_ / "plugins");
+  const ImportHook hook("SHELL32.dll", "SHGetFolderPathA", reinterpret_cast<void*>(&RefuseTheFolder));
+  EXPECT_FALSE(SetupVlcEnvironment());
+  EXPECT_EQ(askedFolder, "38 0");
+  EXPECT_EQ(PluginPath(), "");
 }
 
 TEST_F(ProgramFilesFolder, WithoutAVlcIsLoggedAsAWarning) {

@@ -34,7 +34,9 @@ class WindowCalls {
                             int height, HWND parent, HMENU menu, HINSTANCE instance, void* data) {
     recorder_->Add("CreateWindowExW", nullptr,
                    std::to_string(x) + "," + std::to_string(y) + " " + std::to_string(width) + "x" +
-                       std::to_string(height));
+                       std::to_string(height) + " " + StyleNames(style) + " " + ExStyleNames(exStyle) +
+                       (menu || data ? " with menu or data" : "") +
+                       (instance == GetModuleHandleW(nullptr) ? " of this program" : ""));
     return recorder_->create_.As(CreateWindowExW)(exStyle, className, title, style, x, y, width, height, parent, menu,
                                                   instance, data);
   }
