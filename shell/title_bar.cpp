@@ -194,7 +194,7 @@ bool TitleBar::PaintNow() {
 void TitleBar::Repaint(bool erase, int width) {
   RECT strip{};
   if (GetClientRect(hwnd_, &strip)) {
-    strip.bottom = std::min<LONG>(strip.bottom, TITLE_BAR_HEIGHT);
+    strip.bottom = std::min(strip.bottom, LONG{TITLE_BAR_HEIGHT});
   } else {
     strip = {0, 0, width, TITLE_BAR_HEIGHT};
   }
