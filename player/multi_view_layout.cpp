@@ -15,13 +15,7 @@ namespace {
 // Sends the messages of a drag of the window's border. libvlc's video output follows a resize only if it gets all of
 // them.
 void SendResizeMessages(HWND window, const Rect& cell) {
-  WINDOWPOS position{};
-  position.hwnd = window;
-  position.x = cell.left;
-  position.y = cell.top;
-  position.cx = cell.Width();
-  position.cy = cell.Height();
-  position.flags = SWP_NOZORDER | SWP_NOACTIVATE;
+  WINDOWPOS position{window, nullptr, cell.left, cell.top, cell.Width(), cell.Height(), SWP_NOZORDER | SWP_NOACTIVATE};
   SendMessageA(window, WM_ENTERSIZEMOVE, 0, 0);
   SendMessageA(window, WM_WINDOWPOSCHANGED, 0, reinterpret_cast<LPARAM>(&position));
   SendMessageA(window, WM_SIZE, SIZE_RESTORED, MAKELPARAM(cell.Width(), cell.Height()));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "player/tile_layout.h"
@@ -192,10 +193,10 @@ TEST_F(LayoutTest, ATileWithoutAPlayerIsPlacedAndNoMore) {
 // Messages.
 
 TEST_F(LayoutTest, ATilesWindowIsSentFourResizeMessagesInOrder) {
-  StartGrid(2);
+  StartGrid(3);
   ResizeParent(1000, 700);
-  const Rect cell = GetTileRect(1000, 700, 2, 1);
-  const HWND window = Tile(1).window;
+  const Rect cell = GetTileRect(1000, 700, 3, 2);
+  const HWND window = Tile(2).window;
   const MessageRecorder recorder(window);
   player_.UpdateGridLayout();
   const auto sequence = recorder.ResizeSequence();
@@ -291,6 +292,20 @@ TEST_F(LayoutTest, WithoutTheHandleFunctionTheScaleIsStillSet) {
   EXPECT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 1);
 }
 
+TEST_F(LayoutTest, ASizeWithoutItsFunctionIsZero) {
+  StartGrid(1);
+  vlc_.SetSize(TilePlayer(0), 790, 300);
+  LibVlcFunctions& table = LibVlcFunctionTable();
+  const auto getWidth = std::exchange(table.libvlc_video_get_width, nullptr);
+  Layout();
+  EXPECT_TRUE(log_.Has("DEBUG [UpdateGridLayout] VLC thinks video size is: 0x300"));
+  table.libvlc_video_get_width = getWidth;
+  table.libvlc_video_get_height = nullptr;
+  Layout();
+  EXPECT_TRUE(log_.Has("DEBUG [UpdateGridLayout] VLC thinks video size is: 790x0"));
+  EXPECT_EQ(vlc_.CountOf("libvlc_video_set_scale"), 0);
+}
+
 TEST_F(LayoutTest, AParentNarrowerThanTheGapMakesNegativeCellsAndNoScale) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(0), 640, 360);
@@ -309,8 +324,11 @@ TEST_F(LayoutTest, TheStepsOfATileAreLoggedInOrder) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(1), 790, 300);
   const std::string window = PointerText(Tile(1).window);
+  SetWindowPos(parent_.get(), nullptr, 50, 60, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   const size_t before = log_.Lines().size();
   player_.UpdateGridLayout();
+  EXPECT_TRUE(log_.Has("DEBUG [UpdateGridLayout] Player 0 window=" + PointerText(state_.vlcWindow_) +
+                       " parentWindow=" + PointerText(parent_.get()) + " isOriginal=1 (equal=0)"));
   std::vector<std::string> lines = log_.Lines();
   lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(before));
   EXPECT_EQ(lines.front(), "DEBUG [UpdateGridLayout] Parent size: 800x600, Player count: 2");
@@ -397,13 +415,19 @@ TEST_F(LayoutTest, AScaleNeedsAPlayerASizeAndTheFunctions) {
   vlc_.SetSize(TilePlayer(0), 400, 300);
   EXPECT_EQ(FitVideoScale(nullptr, 800, 600), 0.0f);
   EXPECT_EQ(FitVideoScale(TilePlayer(0), 0, 600), 0.0f);
+  EXPECT_EQ(FitVideoScale(TilePlayer(0), 800, 0), 0.0f);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
   EXPECT_EQ(FitVideoScale(TilePlayer(0), 800, 600), 2.0f);
+  EXPECT_EQ(FitVideoScale(TilePlayer(0), 1, 600), 1.0f / 400);
+  EXPECT_EQ(FitVideoScale(TilePlayer(0), 800, 1), 1.0f / 300);
+  vlc_.ClearCalls();
+  SetVideoScale(nullptr, 1.0f);
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
   LibVlcFunctionTable().libvlc_video_get_height = nullptr;
   EXPECT_EQ(FitVideoScale(TilePlayer(0), 800, 600), 0.0f);
   LibVlcFunctionTable().libvlc_video_set_scale = nullptr;
   vlc_.ClearCalls();
   SetVideoScale(TilePlayer(0), 1.0f);
-  SetVideoScale(nullptr, 1.0f);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
 

@@ -23,6 +23,12 @@ LRESULT WINAPI NoteMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
   return SendMessageW(window, message, wParam, lParam);
 }
 
+// The record is enough here; nothing is drawn.
+BOOL WINAPI NoteInvalidation(HWND, const RECT*, BOOL) {
+  Note("InvalidateRect");
+  return TRUE;
+}
+
 decltype(&SetWindowPos) realSetWindowPos = nullptr;
 BOOL WINAPI NotePlacement(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
   Note("SetWindowPos");
@@ -181,13 +187,23 @@ TEST_F(Sequence, OfATilesPlace) {
   vlc_.SetSize(TilePlayer(1), 790, 300);
   // Only the second tile writes the lines, because the first has no size.
   const ImportHook send("user32.dll", "SendMessageA", reinterpret_cast<void*>(NoteMessage));
+  const ImportHook invalidate("user32.dll", "InvalidateRect", reinterpret_cast<void*>(NoteInvalidation));
   NoteCalls({"libvlc_video_set_scale", "libvlc_video_set_viewport"});
   player_.UpdateGridLayout();
   ExpectOrder({"current size:", "*** CORE FIX *** Player 0", "Sending resize message sequence to player 0",
-               "(call) SendMessageA", "Re-set VLC window handle for player 0", "Player 0 - No video size yet",
+               "(call) SendMessageA", "(call) SendMessageA", "(call) SendMessageA", "(call) SendMessageA",
+               "(call) InvalidateRect", "Re-set VLC window handle for player 0", "Player 0 - No video size yet",
                "Player 0 - Requested", "Sent resize notifications to player 0", "SetWindowPos result for player 0",
                "Re-set VLC window handle for player 1", "(call) libvlc_video_set_scale",
                "(call) libvlc_video_set_viewport", "Player 1 - Set viewport", "Player 1 - Video"});
+}
+
+TEST_F(Sequence, OfARescaledPicture) {
+  StartGrid(2);
+  vlc_.SetSize(TilePlayer(1), 790, 300);
+  NoteCalls({"libvlc_video_set_scale"});
+  player_.UpdateMultiViewScaling();
+  ExpectOrder({"(call) libvlc_video_set_scale", "[UpdateMultiViewScaling] Player 1 - Video"});
 }
 
 TEST_F(Sequence, OfTheActiveTilesSound) {

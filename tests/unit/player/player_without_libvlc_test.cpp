@@ -189,6 +189,7 @@ TEST_F(PlayerWithoutLibVlc, NoStreamOfTheGridIsReplacedOrOpenedInTheSingleView) 
   EXPECT_FALSE(player_.MvPromoteActiveAndExit());
   EXPECT_TRUE(player_.IsMultiViewMode());
   EXPECT_EQ(state_.players_.front().url, "");
+  EXPECT_THAT(Failures(), IsEmpty());
 }
 
 }  // namespace
