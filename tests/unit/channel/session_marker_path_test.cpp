@@ -1,10 +1,12 @@
 // The path of the session marker.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "channel/method_channel_handler.h"
 #include "tests/support/import_hook.h"
@@ -26,7 +28,10 @@ class NewerTempPath {
 
  private:
   static FARPROC WINAPI Find(HMODULE module, LPCSTR name) {
-    if (std::strcmp(name, "GetTempPath2W") == 0) return reinterpret_cast<FARPROC>(current->function_);
+    if (std::strcmp(name, "GetTempPath2W") == 0) {
+      EXPECT_EQ(module, GetModuleHandleW(L"kernel32.dll"));
+      return reinterpret_cast<FARPROC>(current->function_);
+    }
     return reinterpret_cast<decltype(&GetProcAddress)>(current->hook_.Original())(module, name);
   }
 
@@ -37,7 +42,8 @@ class NewerTempPath {
 
 NewerTempPath* NewerTempPath::current = nullptr;
 
-DWORD WINAPI FolderWithoutASeparator(DWORD, LPWSTR folder) {
+DWORD WINAPI FolderWithoutASeparator(DWORD room, LPWSTR folder) {
+  EXPECT_EQ(room, static_cast<DWORD>(MAX_PATH + 1));
   lstrcpyW(folder, L"C:\\windows");
   return 10;
 }
@@ -80,6 +86,27 @@ TEST(SessionMarkerPath, ComesFromTheNewerFunctionWithASeparatorAsNeeded) {
   EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), std::string("C:\\windows\\") + kName);
 }
 
+DWORD WINAPI FolderWithASlash(DWORD, LPWSTR folder) {
+  lstrcpyW(folder, L"C:/windows/");
+  return 11;
+}
+
+TEST(SessionMarkerPath, GetsNoSeparatorAfterASlash) {
+  const NewerTempPath newer(&FolderWithASlash);
+  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), std::string("C:/windows/") + kName);
+}
+
+// Leaves a folder in the room, but reports a failure.
+DWORD WINAPI FolderOfAFailedCall(DWORD, LPWSTR folder) {
+  lstrcpyW(folder, L"C:\\windows\\");
+  return 0;
+}
+
+TEST(SessionMarkerPath, IsTheBareNameWhenTheSystemReportsNoFolder) {
+  const NewerTempPath newer(&FolderOfAFailedCall);
+  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), kName);
+}
+
 TEST(SessionMarkerPath, ComesFromTheOlderFunctionWithoutTheNewer) {
   const ScratchFolder folder;
   const TemporaryFolderAt temporary(folder.path());
@@ -110,6 +137,54 @@ TEST(SessionMarkerPath, IsInTheCodePageOfTheFileFunctions) {
   const std::string inOem = MethodChannelHandler::ResolveNativeMarkerPath();
   SetFileApisToANSI();
   EXPECT_EQ(inOem, Narrowed(path, GetOEMCP()));
+}
+
+// Lets the process have a code page, and records the conversions: code page, flags, length of the text, and which of
+// the last two arguments are null.
+class CodePage {
+ public:
+  explicit CodePage(UINT codePage) : codePage_(codePage) { current = this; }
+  ~CodePage() { current = nullptr; }
+  CodePage(const CodePage&) = delete;
+  CodePage& operator=(const CodePage&) = delete;
+  std::vector<std::string> lines;
+
+ private:
+  static UINT WINAPI Ansi() { return current->codePage_; }
+  static int WINAPI Convert(UINT codePage, DWORD flags, LPCWCH wide, int length, LPSTR narrow, int room,
+                            LPCCH replacement, LPBOOL replaced) {
+    current->lines.push_back(std::to_string(codePage) + " flags " + std::to_string(flags) + " length " +
+                             std::to_string(length) + (narrow ? " writes" : " measures") +
+                             (replacement ? " replacement" : "") + (replaced ? " notices" : ""));
+    return reinterpret_cast<decltype(&WideCharToMultiByte)>(current->convert_.Original())(
+        codePage, flags, wide, length, narrow, room, replacement, replaced);
+  }
+
+  static CodePage* current;
+  UINT codePage_;
+  ImportHook ansi_{"kernel32.dll", "GetACP", reinterpret_cast<void*>(&Ansi)};
+  ImportHook convert_{"kernel32.dll", "WideCharToMultiByte", reinterpret_cast<void*>(&Convert)};
+};
+
+CodePage* CodePage::current = nullptr;
+
+TEST(SessionMarkerPath, IsMeasuredWithoutSimilarCharactersAndThenWritten) {
+  const NewerTempPath newer(&FolderWithASlash);
+  const CodePage page(1252);
+  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), std::string("C:/windows/") + kName);
+  // WC_NO_BEST_FIT_CHARS
+  EXPECT_THAT(page.lines,
+              testing::ElementsAre("1252 flags 1024 length 54 measures notices", "1252 flags 1024 length 54 writes"));
+}
+
+// With UTF-8 Windows refuses other flags and an address for the replaced characters.
+TEST(SessionMarkerPath, InUtf8IsRefusedForInvalidCharactersAlone) {
+  const NewerTempPath newer(&FolderWithASlash);
+  const CodePage page(CP_UTF8);
+  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), std::string("C:/windows/") + kName);
+  // WC_ERR_INVALID_CHARS
+  EXPECT_THAT(page.lines,
+              testing::ElementsAre("65001 flags 128 length 54 measures", "65001 flags 128 length 54 writes"));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "common/log.h"
+#include "tests/support/import_hook.h"
 
 namespace vantro {
 namespace {
@@ -42,6 +43,21 @@ TEST(LogFile, HoldsEachLineAsSoonAsItIsWritten) {
   EXPECT_TRUE(LogText().ends_with(" one\n"));
   WriteLog(kLogDebug, "two");
   EXPECT_TRUE(LogText().ends_with(" two\n"));
+}
+
+int flushes = 0;
+
+// Wine's C library writes such a line without being asked, so the call is counted.
+TEST(LogFile, IsFlushedOnceAfterEachLine) {
+  const test::ImportHook hook("msvcrt.dll", "fflush", reinterpret_cast<void*>(+[](FILE* file) {
+                                EXPECT_NE(file, nullptr);
+                                return ++flushes, 0;
+                              }));
+  WriteLog(kLogInfo, "one");
+  EXPECT_EQ(flushes, 1);
+  WriteLog(kLogDebug + 1, "dropped");
+  WriteLog(kLogInfo, "two");
+  EXPECT_EQ(flushes, 2);
 }
 
 TEST(LogFile, LineHasTheLocalTime) {

@@ -1,8 +1,13 @@
 #include "common/text.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <string>
+#include <vector>
+
+#include "tests/support/import_hook.h"
 
 namespace vantro {
 namespace {
@@ -48,6 +53,49 @@ TEST(Text, IllFormedInputBecomesReplacementCharacters) {
 TEST(Text, ReadsNoFurtherThanItsView) {
   EXPECT_EQ(NarrowFromWide(std::wstring_view(L"Vantro").substr(0, 3)), "Van");
   EXPECT_EQ(WideFromNarrow(std::string_view("Vantro").substr(0, 3)), L"Van");
+}
+
+// Records the code page, the flags and the text's length of each conversion, and passes it on.
+class Conversions {
+ public:
+  Conversions() { current = this; }
+  ~Conversions() { current = nullptr; }
+  Conversions(const Conversions&) = delete;
+  Conversions& operator=(const Conversions&) = delete;
+  const std::vector<std::string>& Lines() const { return lines_; }
+
+ private:
+  void Note(UINT codePage, DWORD flags, int length) {
+    lines_.push_back(std::to_string(codePage) + " flags " + std::to_string(flags) + " length " +
+                     std::to_string(length));
+  }
+  static int WINAPI ToNarrow(UINT codePage, DWORD flags, LPCWCH wide, int wideLength, LPSTR narrow, int room,
+                             LPCCH replacement, LPBOOL replaced) {
+    current->Note(codePage, flags, wideLength);
+    return reinterpret_cast<decltype(&WideCharToMultiByte)>(current->toNarrow_.Original())(
+        codePage, flags, wide, wideLength, narrow, room, replacement, replaced);
+  }
+  static int WINAPI ToWide(UINT codePage, DWORD flags, LPCCH narrow, int narrowLength, LPWSTR wide, int room) {
+    current->Note(codePage, flags, narrowLength);
+    return reinterpret_cast<decltype(&MultiByteToWideChar)>(current->toWide_.Original())(codePage, flags, narrow,
+                                                                                         narrowLength, wide, room);
+  }
+
+  static Conversions* current;
+  std::vector<std::string> lines_;
+  test::ImportHook toNarrow_{"kernel32.dll", "WideCharToMultiByte", reinterpret_cast<void*>(&ToNarrow)};
+  test::ImportHook toWide_{"kernel32.dll", "MultiByteToWideChar", reinterpret_cast<void*>(&ToWide)};
+};
+
+Conversions* Conversions::current = nullptr;
+
+// Windows refuses other flags with UTF-8.
+TEST(Text, IsConvertedWithoutFlags) {
+  const Conversions conversions;
+  NarrowFromWide(L"abc");
+  WideFromNarrow("abcd");
+  EXPECT_THAT(conversions.Lines(), testing::ElementsAre("65001 flags 0 length 3", "65001 flags 0 length 3",
+                                                        "65001 flags 0 length 4", "65001 flags 0 length 4"));
 }
 
 }  // namespace
