@@ -16,9 +16,8 @@ constexpr int kFirstWidth = 800;
 constexpr int kFirstHeight = 600;
 
 std::optional<std::string> EnvironmentVariable(const char* name) {
-  SetLastError(ERROR_SUCCESS);
-  const DWORD size = GetEnvironmentVariableA(name, nullptr, 0);
-  if (size == 0 && GetLastError() == ERROR_ENVVAR_NOT_FOUND) return std::nullopt;
+  const DWORD size = GetEnvironmentVariableA(name, nullptr, 0);  // with the final zero, so 1 for an empty value
+  if (size == 0) return std::nullopt;
   std::string value(size, '\0');
   value.resize(GetEnvironmentVariableA(name, value.data(), size));
   return value;

@@ -10,6 +10,7 @@
 #include "flutter_host/flutter_view_controller.h"
 #include "flutter_host/method_channel.h"
 #include "flutter_host/standard_method_codec.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/loopback.h"
 #include "tests/unit/flutter_host/bytes.h"
 #include "tests/unit/flutter_host/captured_stderr.h"
@@ -64,6 +65,32 @@ TEST_F(BinaryMessengerTest, SendThatIsRefusedDestroysItsReplyUncalled) {
   auto witness = std::make_shared<int>();
   Messenger().Send(kChannel, nullptr, 0, [&isCalled, witness](const uint8_t*, size_t) { isCalled = true; });
   EXPECT_FALSE(isCalled);
+  EXPECT_EQ(witness.use_count(), 1);
+}
+
+// Accepts each send with a reply, and keeps the reply for later.
+struct LateAnswer {
+  static bool Send(FlutterDesktopMessengerRef, const char*, const uint8_t*, size_t, FlutterDesktopBinaryReply newReply,
+                   void* newUserData) {
+    reply = newReply;
+    userData = newUserData;
+    return true;
+  }
+  static inline FlutterDesktopBinaryReply reply = nullptr;
+  static inline void* userData = nullptr;
+};
+
+TEST_F(BinaryMessengerTest, ReplyThatComesLaterFindsItsFunctionAndDestroysIt) {
+  const test::ImportHook hook("flutter_windows.dll", "FlutterDesktopMessengerSendWithReply",
+                              reinterpret_cast<void*>(&LateAnswer::Send));
+  Bytes answer;
+  auto witness = std::make_shared<int>();
+  Messenger().Send(kChannel, nullptr, 0,
+                   [&answer, witness](const uint8_t* reply, size_t size) { answer = Bytes(reply, reply + size); });
+  ASSERT_EQ(witness.use_count(), 2);
+  const uint8_t bytes[] = {7, 8};
+  LateAnswer::reply(bytes, sizeof bytes, LateAnswer::userData);
+  EXPECT_EQ(answer, Bytes({7, 8}));
   EXPECT_EQ(witness.use_count(), 1);
 }
 

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "flutter_host/embedding_api.h"
 #include "flutter_host/flutter_view_controller.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
@@ -318,11 +319,14 @@ TEST_F(FlutterEngineTest, ViewWithoutAWindowIsNotParented) {
   EXPECT_EQ(GetWindow(parent_, GW_CHILD), nullptr);
 }
 
+// The name of the query that failed: the words between the first two colons of the error's text.
 std::string QueryErrorOf(const std::function<void()>& start) {
   try {
     start();
   } catch (const std::filesystem::filesystem_error& error) {
-    return error.what();
+    const std::string text = error.what();
+    const size_t begin = text.find(": ") + 2;
+    return text.substr(begin, text.find(": ", begin) - begin);
   }
   return "no error";
 }
@@ -353,25 +357,97 @@ class RefusedStatus {
 
 TEST_F(FlutterEngineTest, FailedTestOfExistencePassesOutWithItsName) {
   RefusedStatus status(L"icudtl.dat");
-  EXPECT_NE(QueryErrorOf([this] { engine_.Initialize(parent_); }).find("exists"), std::string::npos);
+  EXPECT_EQ(QueryErrorOf([this] { engine_.Initialize(parent_); }), "exists");
 }
 
 TEST_F(FlutterEngineTest, FailedStatusOfAnEntryPassesOutWithItsName) {
   AddDebugBundle();
   RefusedStatus status(L"kernel_blob.bin");
-  EXPECT_NE(QueryErrorOf([this] { engine_.Initialize(parent_); }).find("directory_entry::status"), std::string::npos);
+  EXPECT_EQ(QueryErrorOf([this] { engine_.Initialize(parent_); }), "directory_entry::status");
 }
 
 TEST_F(FlutterEngineTest, FailedSizeQueryPassesOutWithItsName) {
   bundle_.AddFolder("icudtl.dat");
-  EXPECT_NE(QueryErrorOf([this] { engine_.Initialize(parent_); }).find("file_size"), std::string::npos);
+  EXPECT_EQ(QueryErrorOf([this] { engine_.Initialize(parent_); }), "file_size");
   EXPECT_EQ(engine_.viewController_, nullptr);
 }
 
 TEST_F(FlutterEngineTest, FailedListingPassesOutWithItsName) {
   bundle_.AddFile("flutter_assets", 1);
-  EXPECT_NE(QueryErrorOf([this] { engine_.Initialize(parent_); }).find("directory_iterator::directory_iterator"),
-            std::string::npos);
+  EXPECT_EQ(QueryErrorOf([this] { engine_.Initialize(parent_); }), "directory_iterator::directory_iterator");
+}
+
+// Lets a listing fail after its first file. "." and ".." come before it.
+struct ListingOfOneFile {
+  static int Next(intptr_t listing, struct _wfinddata64_t* entry) {
+    if (++steps <= 2) return reinterpret_cast<decltype(&_wfindnext64)>(original)(listing, entry);
+    errno = EACCES;
+    return -1;
+  }
+  static inline void* original = nullptr;
+  static inline int steps = 0;
+};
+
+TEST_F(FlutterEngineTest, FailedStepOfAListingPassesOutWithItsName) {
+  AddDebugBundle();
+  const test::ImportHook hook("msvcrt.dll", "_wfindnext64", reinterpret_cast<void*>(&ListingOfOneFile::Next));
+  ListingOfOneFile::original = hook.Original();
+  ListingOfOneFile::steps = 0;
+  EXPECT_EQ(QueryErrorOf([this] { engine_.Initialize(parent_); }), "directory_iterator::operator++");
+}
+
+// The sizes with which the host asks for its environment and for its path, in order.
+struct SystemQueries {
+  static DWORD WINAPI Environment(LPCSTR name, LPSTR value, DWORD size) {
+    sizes.push_back(std::string(name) + (value ? " reads " : " measures ") + std::to_string(size));
+    return reinterpret_cast<decltype(&GetEnvironmentVariableA)>(environment)(name, value, size);
+  }
+  static DWORD WINAPI Path(HMODULE module, LPWSTR path, DWORD size) {
+    EXPECT_EQ(module, nullptr);
+    sizes.push_back("path " + std::to_string(size));
+    return reinterpret_cast<decltype(&GetModuleFileNameW)>(executable)(module, path, size);
+  }
+  static inline std::vector<std::string> sizes;
+  static inline void* environment = nullptr;
+  static inline void* executable = nullptr;
+};
+
+TEST_F(FlutterEngineTest, EnvironmentIsMeasuredBeforeItIsRead) {
+  SetEnvironmentVariableA("FLUTTER_ROOT", "C:\\flutter");
+  SetEnvironmentVariableA("PATH", nullptr);
+  SystemQueries::sizes.clear();
+  const test::ImportHook environment("kernel32.dll", "GetEnvironmentVariableA",
+                                     reinterpret_cast<void*>(&SystemQueries::Environment));
+  SystemQueries::environment = environment.Original();
+  const LogCapture log;
+  engine_.Initialize(parent_);
+  EXPECT_EQ(SystemQueries::sizes, (std::vector<std::string>{"FLUTTER_ENGINE measures 0", "FLUTTER_ROOT measures 0",
+                                                            "FLUTTER_ROOT reads 11", "PATH measures 0"}));
+}
+
+TEST_F(FlutterEngineTest, EmptyEnvironmentVariableIsLogged) {
+  SetEnvironmentVariableA("FLUTTER_ROOT", "");
+  const LogCapture log;
+  engine_.Initialize(parent_);
+  EXPECT_TRUE(log.Has("INFO FLUTTER_ROOT: "));
+}
+
+TEST_F(FlutterEngineTest, DataDirectoryIsReadIntoARoomOf260) {
+  SystemQueries::sizes.clear();
+  const test::ImportHook path("kernel32.dll", "GetModuleFileNameW", reinterpret_cast<void*>(&SystemQueries::Path));
+  SystemQueries::executable = path.Original();
+  FlutterEngine::DataDirectory();
+  EXPECT_EQ(SystemQueries::sizes, std::vector<std::string>{"path 260"});
+}
+
+// Takes a message and leaves its result alone.
+bool TakeWithoutAResult(FlutterDesktopViewControllerRef, HWND, UINT, WPARAM, LPARAM, LRESULT*) { return true; }
+
+TEST_F(FlutterEngineTest, MessageThatIsTakenWithoutAResultGivesZero) {
+  engine_.Initialize(parent_);
+  const test::ImportHook hook("flutter_windows.dll", "FlutterDesktopViewControllerHandleTopLevelWindowProc",
+                              reinterpret_cast<void*>(&TakeWithoutAResult));
+  EXPECT_EQ(engine_.HandleWindowMessage(parent_, WM_SIZE, 1, 2), 0);
 }
 
 TEST_F(FlutterEngineTest, MessengerBeforeInitializeIsNullWithAWarning) {

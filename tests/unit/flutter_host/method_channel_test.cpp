@@ -210,6 +210,21 @@ TEST_F(MethodChannelTest, BytesThatAreNoCallAreReportedAndNotImplemented) {
   EXPECT_FALSE(isCalled);
 }
 
+TEST_F(MethodChannelTest, BytesThatAreNoCallAreReportedBeforeTheReply) {
+  channel_.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult>) {});
+  CapturedStderr errors;
+  std::string before;
+  const Bytes message = FromHex("01 00");
+  messenger_.handlers.at("a/channel")(message.data(), message.size(),
+                                      [&](const uint8_t*, size_t) { before = errors.Take(); });
+  EXPECT_NE(before.find("Unable to construct method call"), std::string::npos) << before;
+}
+
+TEST_F(MethodChannelTest, ErrorWithACodeAloneHasAnEmptyMessageAndNoDetails) {
+  const auto reply = Call([](const MethodCall&, std::unique_ptr<MethodResult> result) { result->Error("C"); });
+  EXPECT_EQ(reply, FromHex("01 07 01 43 00 00"));
+}
+
 TEST_F(MethodChannelTest, EmptyHandlerUnregistersTheChannel) {
   channel_.SetMethodCallHandler([](const MethodCall&, std::unique_ptr<MethodResult>) {});
   EXPECT_EQ(messenger_.handlers.size(), 1u);

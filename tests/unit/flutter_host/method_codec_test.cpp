@@ -154,6 +154,20 @@ TEST(MethodCallOnTheWire, NestedTooDeeplyIsRefusedAsAWhole) {
             std::nullopt);
 }
 
+TEST(MethodCallOnTheWire, AnswerThatIsNestedTooDeeplyIsRefusedUnanswered) {
+  Bytes value;
+  for (int level = 0; level <= ByteBufferStreamReader::kMaximumNesting; ++level) {
+    value = test::Join(value, FromHex("0c 01"));
+  }
+  for (const char* beginning : {"00", "01 07 01 45 07 01 6d"}) {
+    const Bytes bytes = test::Join(test::Join(FromHex(beginning), value), FromHex("00"));
+    RecordingResult result;
+    CapturedStderr errors;
+    EXPECT_FALSE(Codec().DecodeAndProcessResponseEnvelope(bytes.data(), bytes.size(), &result)) << beginning;
+    EXPECT_EQ(result.outcome, "");
+  }
+}
+
 struct Envelope {
   const char* name;
   Bytes bytes;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,6 +31,8 @@ class MessengerCalls {
   MessengerCalls& operator=(const MessengerCalls&) = delete;
 
   const std::vector<std::string>& Names() const { return names_; }
+  // Runs after each registration and each removal of a callback, before the call returns.
+  std::function<void()> onSetCallback;
   // Passes a message to the registered callback, as the embedding does when the interface expects no reply.
   void DeliverWithoutAHandle() {
     const uint8_t byte = 1;
@@ -69,6 +72,7 @@ class MessengerCalls {
     current->messenger_ = messenger;
     current->callback_ = callback;
     current->userData_ = userData;
+    if (current->onSetCallback) current->onSetCallback();
   }
   template <typename Function>
   static std::unique_ptr<ImportHook> Hook(const char* function, Function* replacement) {
@@ -136,6 +140,24 @@ TEST_F(ReplyLock, IsNotTakenBySends) {
   const uint8_t byte = 1;
   controller_->messenger()->Send(kChannel, &byte, 1);
   EXPECT_THAT(calls_.Names(), ElementsAre("Send"));
+}
+
+TEST_F(ReplyLock, HandlerIsThereWhenTheCallbackIsRegistered) {
+  calls_.onSetCallback = [this] { calls_.DeliverWithoutAHandle(); };
+  int messages = 0;
+  controller_->messenger()->SetMessageHandler(kChannel, [&](const uint8_t*, size_t, BinaryReply) { ++messages; });
+  EXPECT_EQ(messages, 1);
+  calls_.onSetCallback = nullptr;
+}
+
+TEST_F(ReplyLock, HandlerIsDestroyedBeforeTheCallbackIsRemoved) {
+  auto witness = std::make_shared<int>();
+  controller_->messenger()->SetMessageHandler(kChannel, [witness](const uint8_t*, size_t, BinaryReply) {});
+  ASSERT_EQ(witness.use_count(), 2);
+  long atRemoval = 0;
+  calls_.onSetCallback = [&] { atRemoval = witness.use_count(); };
+  controller_->messenger()->SetMessageHandler(kChannel, nullptr);
+  EXPECT_EQ(atRemoval, 1);
 }
 
 TEST_F(ReplyLock, ReplyToAMessageWithoutAHandleIsSilent) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/log.h"
+#include "flutter_host/embedding_api.h"
 #include "flutter_host/flutter_engine.h"
 #include "tests/support/import_hook.h"
 #include "tests/support/log_capture.h"
@@ -35,6 +36,10 @@ class Steps {
   }
 
  private:
+  static HWND ViewWindow(FlutterDesktopViewRef view) {
+    current->Note("FlutterDesktopViewGetHWND");
+    return Call<decltype(&FlutterDesktopViewGetHWND)>(current->viewWindow_)(view);
+  }
   static HWND WINAPI Reparent(HWND window, HWND parent) {
     const HWND former = Call<decltype(&SetParent)>(current->parent_)(window, parent);
     current->Note("SetParent %p %p", window, parent);
@@ -79,6 +84,7 @@ class Steps {
   LogCapture log_;
   size_t linesTaken_ = 0;
   std::vector<std::string> steps_;
+  ImportHook viewWindow_{"flutter_windows.dll", "FlutterDesktopViewGetHWND", reinterpret_cast<void*>(&ViewWindow)};
   ImportHook parent_{"user32.dll", "SetParent", reinterpret_cast<void*>(&Reparent)};
   ImportHook long_{"user32.dll", "SetWindowLongPtrA", reinterpret_cast<void*>(&ChangeLong)};
   ImportHook position_{"user32.dll", "SetWindowPos", reinterpret_cast<void*>(&Place)};
@@ -109,7 +115,8 @@ class ViewCalls : public testing::Test {
 TEST_F(ViewCalls, ViewIsReparentedStyledPlacedAndShownInThisOrder) {
   Steps steps;
   ASSERT_TRUE(engine_.Initialize(parent_));
-  EXPECT_THAT(steps.Take(), ElementsAre(kFirstLine, With("INFO Successfully got Flutter window handle: %p"),
+  EXPECT_THAT(steps.Take(), ElementsAre(kFirstLine, "FlutterDesktopViewGetHWND",
+                                        With("INFO Successfully got Flutter window handle: %p"),
                                         With("SetParent %p %p"), With("SetWindowLongPtrA %p -16 adds 0, removes 0"),
                                         "INFO Flutter child window configured for DWM composition",
                                         With("SetWindowPos %p after 0000000000000000 0,0 800x600 flags 64"),
@@ -130,9 +137,10 @@ TEST_F(ViewCalls, ViewWithoutAWindowIsNotTouched) {
   loopback_.SetFaults(faults);
   Steps steps;
   ASSERT_TRUE(engine_.Initialize(parent_));
-  EXPECT_THAT(steps.Take(), ElementsAre(kFirstLine, "WARNING WARNING: Could not get Flutter window handle",
-                                        "INFO Flutter view set to visible",
-                                        "INFO ==== Flutter Engine Initialization Completed Successfully ===="));
+  EXPECT_THAT(steps.Take(),
+              ElementsAre(kFirstLine, "FlutterDesktopViewGetHWND",
+                          "WARNING WARNING: Could not get Flutter window handle", "INFO Flutter view set to visible",
+                          "INFO ==== Flutter Engine Initialization Completed Successfully ===="));
 }
 
 // Returns a view window without the child style.
