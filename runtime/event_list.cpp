@@ -28,7 +28,6 @@ void EventList::Deliver(const Event& event) {
 void EventList::Close() {
   const std::lock_guard guard(lock_);
   closed_ = true;
-  listeners_.clear();
 }
 
 }  // namespace vantro::runtime

@@ -1,5 +1,5 @@
-// Replaces a function that this program imports from a library, so that a test sees each call and its arguments. Works
-// on the program's own import table, so calls from inside libraries are not replaced.
+// Replaces a function that a module imports from a library, so that a test sees each call and its arguments. Works on
+// the import table of that module, so calls from inside other modules are not replaced.
 #pragma once
 
 #include <windows.h>
@@ -8,8 +8,8 @@ namespace vantro::test {
 
 class ImportHook {
  public:
-  // Fails the test if the program does not import the function.
-  ImportHook(const char* library, const char* function, void* replacement);
+  // Fails the test if the module does not import the function. The default module is the program.
+  ImportHook(const char* library, const char* function, void* replacement, HMODULE module = GetModuleHandleW(nullptr));
   ~ImportHook();
   ImportHook(const ImportHook&) = delete;
   ImportHook& operator=(const ImportHook&) = delete;

@@ -41,12 +41,14 @@ const Adapter& AdapterOver(Variant variant) {
   return variant == Variant::kEvents ? events : callbacks;
 }
 
-FreshAdapter::FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder, const std::wstring& loaded)
+FreshAdapter::FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder, const std::wstring& loaded,
+                           const std::function<void(HMODULE)>& prepare)
     : folder_(scratch_ / subfolder), module_(nullptr), adapter_([&] {
         std::filesystem::create_directories(folder_);
         std::filesystem::copy_file(ProgramFolder() / "events" / "libvlc.dll", folder_ / "libvlc.dll");
         if (!realLibrary.empty()) WriteFileBytes(folder_ / "libvlc-real.dll", realLibrary);
         module_ = Load(folder_ / loaded);
+        prepare(module_);
         return Adapter(module_);
       }()) {}
 

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "devkit/published/published.h"
@@ -63,9 +64,11 @@ const Adapter& AdapterOver(Variant variant);
 // A separate copy of the adapter in a separate folder, with the given bytes as libvlc-real.dll.
 class FreshAdapter {
  public:
-  // If there are no bytes, no libvlc-real.dll is written. `loaded` is the file whose functions are called.
-  explicit FreshAdapter(const std::string& realLibrary, const std::wstring& subfolder = L"runtime",
-                        const std::wstring& loaded = L"libvlc.dll");
+  // If there are no bytes, no libvlc-real.dll is written. `loaded` is the file whose functions are called. `prepare`
+  // gets its module before the first call.
+  explicit FreshAdapter(
+      const std::string& realLibrary, const std::wstring& subfolder = L"runtime",
+      const std::wstring& loaded = L"libvlc.dll", const std::function<void(HMODULE)>& prepare = [](HMODULE) {});
   ~FreshAdapter();
   FreshAdapter(const FreshAdapter&) = delete;
   FreshAdapter& operator=(const FreshAdapter&) = delete;

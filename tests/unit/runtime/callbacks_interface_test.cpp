@@ -1,5 +1,6 @@
 // The interface whose callbacks are set when the player is created: which event of the host each callback raises, and
 // the conversion of its microseconds.
+#include <cstring>
 #include <limits>
 
 #include "tests/unit/runtime/adapter.h"
@@ -72,6 +73,12 @@ TEST_F(CallbacksInterface, TheReasonOfAStopBecomesAnErrorOnlyWhenItIsOne) {
 
 TEST_F(CallbacksInterface, AMediaBecomesItsEvent) {
   EXPECT_THAT(TypesOf(&Callbacks::mediaChanged, nullptr), ElementsAre(kMediaChanged));
+  void* const media = &events_;
+  const auto events = EventsOf(&Callbacks::mediaChanged, media);
+  ASSERT_EQ(events.size(), 1u);
+  const void* reported = nullptr;
+  std::memcpy(&reported, &events[0].u, sizeof reported);
+  EXPECT_EQ(reported, media);
 }
 
 TEST_F(CallbacksInterface, BufferingIsInPerCent) {

@@ -14,9 +14,9 @@ class LogTest : public testing::Test {
   void TearDown() override { SetEnvironmentVariableW(kVariable, nullptr); }
 
   // Sets the variable to the path and loads an adapter. Creates an instance and a player, and stops the player.
-  void Use(const std::filesystem::path& log) {
+  void Use(const std::filesystem::path& log, Variant variant = Variant::kEvents) {
     SetEnvironmentVariableW(kVariable, log.c_str());
-    const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Variant::kEvents)));
+    const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(variant)));
     libvlc_instance_t* const instance = vlc.functions().libvlc_new(0, nullptr);
     ASSERT_NE(instance, nullptr);
     libvlc_media_player_t* const player = vlc.functions().libvlc_media_player_new(instance);
@@ -40,6 +40,11 @@ TEST_F(LogTest, NamesTheLibraryItsInterfaceAndTheTimeOfAStop) {
   const size_t place = log.find(before);
   ASSERT_NE(place, std::string::npos);
   EXPECT_LE(std::stoull(log.substr(place + before.size())), 10'000u);  // twice the longest wait of a stop
+}
+
+TEST_F(LogTest, NamesTheInterfaceWithCallbacks) {
+  Use(scratch_ / "a.log", Variant::kCallbacks);
+  EXPECT_THAT(ReadFileBytes(scratch_ / "a.log"), HasSubstr("interface: callbacks, microseconds\n"));
 }
 
 TEST_F(LogTest, IsAppendedTo) {

@@ -21,6 +21,8 @@ class OutputsTest : public AdapterTest {
   libvlc_instance_t* New(const std::vector<const char*>& arguments) const {
     return vlc_.libvlc_new(static_cast<int>(arguments.size()), arguments.data());
   }
+  libvlc_instance_t* NewWith(int count) const { return vlc_.libvlc_new(count, nullptr); }
+  void Release(libvlc_instance_t* instance) const { vlc_.libvlc_release(instance); }
 
  private:
   // A copy of the adapter that has not listed the outputs yet, as in a new process.
@@ -49,6 +51,15 @@ TEST_P(OutputsTest, AMissingOneIsKeptWhereThereIsNoWaveout) {
 TEST_P(OutputsTest, AnInstanceThatNamesNoneIsLeftAlone) {
   published::SetOutputs({"waveout"});
   EXPECT_THAT(Made({"--intf=dummy"}), ElementsAre("libvlc_new(\"--intf=dummy\")"));
+}
+
+TEST_P(OutputsTest, ACountWithoutArgumentsIsPassedOn) {
+  for (const int count : {0, -1}) {
+    published::ClearCalls();
+    libvlc_instance_t* const instance = NewWith(count);
+    EXPECT_THAT(published::CallsOf("libvlc_new"), ElementsAre("libvlc_new(\"\")")) << count;
+    Release(instance);
+  }
 }
 
 TEST_P(OutputsTest, ANullArgumentIsPassedOn) {

@@ -83,10 +83,16 @@ TEST_P(SoundTest, IsSetAgainWithTheFirstTimesAndThenLeftAlone) {
   Reach(kPlaying);
   published::ClearCalls();
   for (int i = 0; i < 100; ++i) ReportTime(i * 250);
-  EXPECT_GE(VolumesSet(), 4);
-  EXPECT_LE(VolumesSet(), 20);
+  EXPECT_EQ(VolumesSet(), 8);
   published::ClearCalls();
   ReportTime(60'000);
+  EXPECT_EQ(VolumesSet(), 0);
+}
+
+TEST_P(SoundTest, IsNotSetAgainWithATimeBeforeAnyPlayback) {
+  SetVolume(40);
+  published::ClearCalls();
+  ReportTime(0);
   EXPECT_EQ(VolumesSet(), 0);
 }
 
@@ -127,6 +133,17 @@ TEST_P(SoundTest, TheHostsLastVolumeWinsOverTheKeptOneThatIsBeingSet) {
   published::OnLibraryThread([&] { Reach(kPlaying); });
   EXPECT_EQ(published::Volume(real_), 60);
   EXPECT_EQ(vlc().libvlc_audio_get_volume(player_), 60);
+}
+
+TEST_P(SoundTest, TheHostsLastMuteWinsOverTheKeptOneThatIsBeingSet) {
+  SetMute(0);
+  published::OnCall("libvlc_audio_set_mute", [&] {
+    published::OnCall("libvlc_audio_set_mute", {});
+    SetMute(1);
+  });
+  published::OnLibraryThread([&] { Reach(kPlaying); });
+  EXPECT_EQ(published::Mute(real_), 1);
+  EXPECT_EQ(vlc().libvlc_audio_get_mute(player_), 1);
 }
 
 TEST_P(SoundTest, VolumesOfTwoThreadsNeitherBlockNorGetLost) {
