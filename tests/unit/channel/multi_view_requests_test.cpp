@@ -142,6 +142,8 @@ TEST_F(MultiViewRequests, SwapTilesSwapsAndRepliesThePlayersResult) {
   EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(1)}})), kTrue);
   EXPECT_EQ(state_.players_[0].name, "second");
   EXPECT_EQ(log_.CountContaining("[MvSwapTiles] Swapped 0 <-> 1"), 1);
+  EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(1)}, {"to", Value(0)}})), kTrue);
+  EXPECT_EQ(state_.players_[0].name, "first");
   EXPECT_EQ(Ask("mvSwapTiles", MapOf({{"from", Value(0)}, {"to", Value(7)}})), kFalse);
 }
 
