@@ -169,6 +169,18 @@ TEST_F(Sequence, OfAVolume) {
       {"[VLCPlayer::SetVolume] Called with", "(call) libvlc_audio_set_volume", "libvlc_audio_set_volume result"});
 }
 
+TEST_F(Sequence, OfAGridThatBegins) {
+  StartWithEvents();
+  ASSERT_TRUE(Add(1));
+  state_.activeIndex_ = 1;
+  NoteCalls({"libvlc_media_player_release"});
+  ASSERT_TRUE(player_.EnableMultiView());
+  ExpectOrder({"*** CALLED *** isMultiViewMode=0, existing players=1", "clearing 1 existing players",
+               "(call) libvlc_media_player_release", "Adding existing resizable player",
+               "[UpdateActiveAudio] *** CALLED *** with activeIndex_=0"});
+  EXPECT_EQ(state_.activeIndex_, 0);
+}
+
 TEST_F(Sequence, OfANewTile) {
   StartGrid(1);
   vlc_.SetSize(nullptr, 0, 0);
