@@ -15,6 +15,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 using MultiViewEndTest = GridTest;
 
@@ -236,8 +237,9 @@ TEST_F(MultiViewEndTest, FiveHundredRoundsLeaveNoPlayerMediaOrWindowBehind) {
   EXPECT_EQ(parent_.ChildCount(), 1);
 }
 
-TEST_F(MultiViewEndTest, TheDestructorReleasesTheTilesThatAreLeft) {
+TEST_F(MultiViewEndTest, TheDestructorReleasesTheTilesThatAreLeftAfterTheInstance) {
   ParentWindow parent(800, 600);
+  vlc_.ClearCalls();
   {
     VLCPlayer player;
     ASSERT_TRUE(player.Initialize(parent.get()));
@@ -246,6 +248,12 @@ TEST_F(MultiViewEndTest, TheDestructorReleasesTheTilesThatAreLeft) {
     EXPECT_EQ(vlc_.LivePlayers(), 2);
   }
   EXPECT_EQ(vlc_.LivePlayers(), 0);
+  std::vector<std::string> releases = vlc_.Calls();
+  std::erase_if(releases, [](const std::string& call) {
+    return !call.starts_with("libvlc_release(") && !call.starts_with("libvlc_media_player_release(");
+  });
+  EXPECT_THAT(releases, ElementsAre(StartsWith("libvlc_release("), StartsWith("libvlc_media_player_release("),
+                                    StartsWith("libvlc_media_player_release(")));
 }
 
 }  // namespace
