@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/line_order.h"
 #include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
@@ -95,7 +96,8 @@ TEST_F(MultiViewRequests, SetActiveIndexMakesTheTileActive) {
     EXPECT_EQ(Ask("mvSetActiveIndex", MapOf({{"index", Value(index)}})), kTrue);
     EXPECT_EQ(static_cast<int>(state_.activeIndex_), index);
   }
-  EXPECT_TRUE(log_.Has("DEBUG [MvSetActiveIndex] Request to set active index to 1"));
+  EXPECT_TRUE(InOrder(log_, {"DEBUG [MvSetActiveIndex] Request to set active index to 1",
+                             "DEBUG [SetActiveIndexSafe] Changing activeIndex from 0 to 1"}));
 }
 
 TEST_F(MultiViewRequests, SetActiveIndexMakesOnlyTheActiveTileHeard) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/line_order.h"
 #include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
@@ -274,6 +275,28 @@ TEST_F(PlaybackRequests, SeekCutsA64BitPositionToItsLow32Bits) {
                   ElementsAre("libvlc_media_player_set_time(player1, " + std::string(sought) + ", 0)"));
     }
   }
+}
+
+TEST_F(PlaybackRequests, SetMediaLogsEachFlagInItsPlace) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"isLiveStream", "DEBUG [SetMedia] URL= isLive=1 supportsTimeshift=0 inTimeshiftMode=0"},
+      {"supportsTimeshift", "DEBUG [SetMedia] URL= isLive=0 supportsTimeshift=1 inTimeshiftMode=0"},
+      {"isInTimeshiftMode", "DEBUG [SetMedia] URL= isLive=0 supportsTimeshift=0 inTimeshiftMode=1"},
+  };
+  for (const auto& [flag, line] : rows) {
+    const LogCapture log;
+    Ask("setMedia", std::string(flag) == "isLiveStream" ? MapOf({{flag, Value(true)}})
+                                                        : MapOf({{"isLiveStream", Value(false)}, {flag, Value(true)}}));
+    EXPECT_TRUE(log.Has(line)) << flag;
+  }
+}
+
+TEST_F(PlaybackRequests, SeekThatFailsIsLoggedBeforeItsToastAndAnsweredLast) {
+  LoadMedia();
+  const WithoutFunction setTime(LibVlcFunctionTable().libvlc_media_player_set_time);
+  const NotedMessages messages;
+  EXPECT_EQ(Ask("seek", MapOf({{"positionMs", Value(9)}})), kFalse);
+  EXPECT_TRUE(InOrder(log_, {"ERROR PLAYER_ERROR: Failed to seek", "(call) call of the interface", "(call) answer"}));
 }
 
 TEST_F(PlaybackRequests, SeekThatFailsLogsToastsLongAndRepliesFalse) {

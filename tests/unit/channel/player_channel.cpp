@@ -1,5 +1,6 @@
 #include "tests/unit/channel/player_channel.h"
 
+#include "tests/support/line_order.h"
 #include "tests/unit/flutter_host/captured_stderr.h"
 
 namespace vantro::test {
@@ -13,6 +14,22 @@ int CountLines(const std::string& text, const std::string& line) {
 }
 
 }  // namespace
+
+NotedMessages* NotedMessages::current_ = nullptr;
+
+bool NotedMessages::OnSend(FlutterDesktopMessengerRef messenger, const char* channel, const uint8_t* message,
+                           size_t size) {
+  Note("call of the interface");
+  return reinterpret_cast<decltype(&FlutterDesktopMessengerSend)>(current_->send_.Original())(messenger, channel,
+                                                                                              message, size);
+}
+
+void NotedMessages::OnAnswer(FlutterDesktopMessengerRef messenger, const FlutterDesktopMessageResponseHandle* handle,
+                             const uint8_t* answer, size_t size) {
+  Note("answer");
+  reinterpret_cast<decltype(&FlutterDesktopMessengerSendResponse)>(current_->answer_.Original())(messenger, handle,
+                                                                                                 answer, size);
+}
 
 PendingAtCalls::PendingAtCalls(Loopback& loopback) : loopback_(loopback) {
   loopback_.SetSendObserver(

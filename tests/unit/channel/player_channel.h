@@ -10,8 +10,10 @@
 #include <vector>
 
 #include "channel/method_channel_handler.h"
+#include "flutter_host/embedding_api.h"
 #include "flutter_host/flutter_engine.h"
 #include "player/vlc_player.h"
+#include "tests/support/import_hook.h"
 #include "tests/support/interface_end.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/loopback.h"
@@ -56,6 +58,24 @@ class PendingAtCalls {
  private:
   Loopback& loopback_;
   std::vector<int> counts_;
+};
+
+// Writes each call of the interface and each answer into the log, for their order among the log's lines.
+class NotedMessages {
+ public:
+  NotedMessages() { current_ = this; }
+  ~NotedMessages() { current_ = nullptr; }
+  NotedMessages(const NotedMessages&) = delete;
+  NotedMessages& operator=(const NotedMessages&) = delete;
+
+ private:
+  static bool OnSend(FlutterDesktopMessengerRef messenger, const char* channel, const uint8_t* message, size_t size);
+  static void OnAnswer(FlutterDesktopMessengerRef messenger, const FlutterDesktopMessageResponseHandle* handle,
+                       const uint8_t* answer, size_t size);
+
+  static NotedMessages* current_;
+  ImportHook send_{"flutter_windows.dll", "FlutterDesktopMessengerSend", reinterpret_cast<void*>(&OnSend)};
+  ImportHook answer_{"flutter_windows.dll", "FlutterDesktopMessengerSendResponse", reinterpret_cast<void*>(&OnAnswer)};
 };
 
 class PlayerChannelTest : public testing::Test {

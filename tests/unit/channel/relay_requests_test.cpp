@@ -9,6 +9,7 @@
 #include "flutter_host/byte_stream.h"
 #include "shell/vantro_window.h"
 #include "shell/window_manager.h"
+#include "tests/support/line_order.h"
 #include "tests/unit/channel/player_channel.h"
 
 namespace vantro::test {
@@ -112,9 +113,10 @@ TEST_F(RelayRequests, WithAnEmptyRegistryThereIsNoMaster) {
   ASSERT_TRUE(engine.Initialize(parent_.get()));
   VLCPlayer player;
   MethodChannelHandler handler(&engine, &player, true, nullptr);
+  const NotedMessages messages;
   EXPECT_EQ(interface_.Ask(loopback_.NewestEngine(), kPlayerChannel, "requestProviderData"),
             Failure("NO_MASTER", "Master window not found", Value(false)));
-  EXPECT_TRUE(log_.Has("ERROR RequestProviderData: No master window found"));
+  EXPECT_TRUE(InOrder(log_, {"ERROR RequestProviderData: No master window found", "(call) answer"}));
 }
 
 TEST_F(RelayRequests, FirstWindowWithoutAHandlerIsNoMaster) {
@@ -134,12 +136,27 @@ TEST_F(RelayRequests, RequestToAMasterWithoutAChannelIsStillTrue) {
 
 TEST_F(RelayRequests, RequestOfAClientReachesTheFirstWindowAlone) {
   OpenWindows(3);
+  const NotedMessages messages;
   EXPECT_EQ(Ask(2, "requestProviderData"), kTrue);
   EXPECT_THAT(Calls(0), ElementsAre(kRequested));
   EXPECT_THAT(Calls(1), IsEmpty());
   EXPECT_THAT(Calls(2), IsEmpty());
-  EXPECT_TRUE(log_.Has("INFO RequestProviderData: Client window requesting provider data from master"));
-  EXPECT_TRUE(log_.Has("INFO RequestProviderData: Sending request to master window"));
+  EXPECT_TRUE(InOrder(log_, {"INFO RequestProviderData: Client window requesting provider data from master",
+                             "INFO RequestProviderData: Sending request to master window",
+                             "(call) call of the interface", "(call) answer"}));
+}
+
+TEST_F(RelayRequests, ChunkIsLoggedBeforeItIsRefusedOrSent) {
+  OpenWindows(2);
+  const NotedMessages messages;
+  Ask(0, "sendProviderData");
+  EXPECT_TRUE(InOrder(log_, {"ERROR SendProviderDataDirect: Invalid arguments", "(call) answer"}));
+  Ask(0, "sendProviderData", MapOf({}));
+  EXPECT_TRUE(InOrder(log_, {"(call) answer", "ERROR SendProviderDataDirect: Missing chunk type", "(call) answer"}));
+  Ask(0, "sendProviderData", MapOf({{"chunkType", "part"}}));
+  EXPECT_TRUE(InOrder(log_, {"INFO SendProviderDataDirect: Broadcasting part chunk directly",
+                             "INFO BroadcastEncodableToClientWindows: Broadcasting 'providerDataReceived'",
+                             "(call) call of the interface", "(call) answer"}));
 }
 
 TEST_F(RelayRequests, ChunkWithoutATypeIsAnError) {

@@ -42,12 +42,16 @@ TEST(SessionMarker, TimeWithoutDigitsReadsAsZeroAndChangesNothingElse) {
 
 TEST(SessionMarker, TimeIsItsLeadingDigitsAfterBlanksAndASign) {
   const std::pair<const char*, int64_t> rows[] = {
-      {"123abc", 123}, {"123.9", 123}, {" \t\v\f\r42", 42}, {"+7", 7},     {"-7", -7},
-      {"  -7x", -7},   {"0x10", 0},    {"000012", 12},      {"12 13", 12}, {"1=2", 1},
+      {"123abc", 123}, {"123.9", 123}, {" \t\v\f\r42", 42}, {"+7", 7},  {"-7", -7}, {"  -7x", -7},
+      {"0x10", 0},     {"000012", 12}, {"12 13", 12},       {"1=2", 1}, {"~5", 0},
   };
   for (const auto& [value, expected] : rows) {
     EXPECT_EQ(ParseNativeMarker("lastActionTs=" + std::string(value)).lastActionTs, expected) << "'" << value << "'";
   }
+}
+
+TEST(SessionMarker, TimeEndsWithTheText) {
+  EXPECT_EQ(ParseNativeMarker(std::string_view("lastActionTs=12345").substr(0, 15)).lastActionTs, 12);
 }
 
 TEST(SessionMarker, TimeOutOfRangeReadsAsZero) {
