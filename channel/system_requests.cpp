@@ -33,10 +33,7 @@ bool IsNativeWakelockEnabled(MethodChannelHandler& handler, const MethodCall&, M
 }
 
 // Accepted because interfaces send it. It switches nothing.
-bool DebugInputLatency(MethodChannelHandler&, const MethodCall& call, MethodResult& result) {
-  static_cast<void>(ReadBoolArgument(call, "enable", false));
-  return Reply(result, true);
-}
+bool DebugInputLatency(MethodChannelHandler&, const MethodCall&, MethodResult& result) { return Reply(result, true); }
 
 bool GetDatabaseEncryptionKey(MethodChannelHandler&, const MethodCall&, MethodResult& result) {
   std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();

@@ -131,6 +131,20 @@ TEST_F(HandlerLife, HandlerWithoutAPlayerRegistersNothingAndWritesNoMarker) {
   EXPECT_TRUE(log_.Has("ERROR MethodChannelHandler: Invalid engine or player"));
 }
 
+// Windows ends a program that opens a file with an empty name.
+FILE* OpenNoEmptyName(const char* name, const char* mode) {
+  EXPECT_STRNE(name, "");
+  return fopen(name, mode);
+}
+
+TEST_F(HandlerLife, HandlerWithoutAMarkerOpensNoFile) {
+  const ImportHook hook("msvcrt.dll", "fopen", reinterpret_cast<void*>(OpenNoEmptyName));
+  handler_->markerPath_.clear();
+  handler_->HandleStartupMarker();
+  EXPECT_EQ(Ask("isPlaying"), kFalse);
+  EndHandler();
+}
+
 TEST_F(HandlerLife, HandlerWithoutAnEngineRegistersNothing) {
   EndHandler();
   MethodChannelHandler handler(nullptr, player_.get(), true, nullptr);

@@ -118,6 +118,11 @@ TEST_F(SessionMarkerFile, KeepsTheEqualsSignsOfItsLastAction) {
 TEST_F(SessionMarkerFile, IsReadToItsEnd) {
   StartOver("other=" + std::string(5000, 'x') + "\nrunning=1\nlastAction=seek\n");
   EXPECT_THAT(interface_.Calls(), testing::Contains(CrashEvent("seek")));
+  // Each byte may be the last one, also behind a whole block.
+  for (size_t size : {1023u, 1024u, 1025u, 2049u}) {
+    WriteFileBytes(MarkerFile(), "lastAction=" + std::string(size - 11, 'x'));
+    EXPECT_EQ(handler_->ReadNativeMarker().lastAction.size(), size - 11);
+  }
 }
 
 TEST_F(SessionMarkerFile, CrashIsReportedOnceUnlessTheSessionCrashesAgain) {

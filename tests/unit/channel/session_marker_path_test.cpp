@@ -48,7 +48,11 @@ DWORD WINAPI FolderWithoutASeparator(DWORD room, LPWSTR folder) {
   return 10;
 }
 
-DWORD WINAPI FileInPlaceOfAFolder(DWORD room, LPWSTR folder) { return GetModuleFileNameW(nullptr, folder, room); }
+std::wstring fileInPlaceOfAFolder;
+DWORD WINAPI FileInPlaceOfAFolder(DWORD, LPWSTR folder) {
+  lstrcpyW(folder, fileInPlaceOfAFolder.c_str());
+  return static_cast<DWORD>(fileInPlaceOfAFolder.size());
+}
 
 // Returns a length that is too large for the buffer, although the buffer contains a valid folder.
 DWORD WINAPI FolderThatIsTooLong(DWORD room, LPWSTR folder) {
@@ -77,8 +81,15 @@ TEST(SessionMarkerPath, IsTheBareNameWhenTheFolderCannotBeExpressed) {
 }
 
 TEST(SessionMarkerPath, IsTheBareNameWhenTheFolderIsAFile) {
+  const ScratchFolder folder;
+  fileInPlaceOfAFolder = (folder / "file").wstring();
+  WriteFileBytes(folder / "file", "");
   const NewerTempPath newer(&FileInPlaceOfAFolder);
-  EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), kName);
+  for (DWORD attributes : {FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_READONLY}) {
+    SetFileAttributesW(fileInPlaceOfAFolder.c_str(), attributes);
+    EXPECT_EQ(MethodChannelHandler::ResolveNativeMarkerPath(), kName) << attributes;
+  }
+  SetFileAttributesW(fileInPlaceOfAFolder.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST(SessionMarkerPath, ComesFromTheNewerFunctionWithASeparatorAsNeeded) {

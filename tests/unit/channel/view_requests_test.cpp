@@ -92,11 +92,12 @@ TEST_F(ViewRequests, AlphaIsSetWithoutAColourKeyAndOnlyBelowOne) {
 }
 
 TEST_F(ViewRequests, AlphaKeepsTheOtherExtendedStyles) {
-  SetWindowLongA(View(), GWL_EXSTYLE, WS_EX_NOPARENTNOTIFY);
+  SetWindowLongA(View(), GWL_EXSTYLE, WS_EX_NOPARENTNOTIFY | WS_EX_DLGMODALFRAME);
+  const LONG before = GetWindowLongA(View(), GWL_EXSTYLE);
   SetLevel(Value(0.5));
-  EXPECT_EQ(GetWindowLongA(View(), GWL_EXSTYLE), WS_EX_NOPARENTNOTIFY | WS_EX_LAYERED);
+  EXPECT_EQ(GetWindowLongA(View(), GWL_EXSTYLE), before | WS_EX_LAYERED);
   SetLevel(Value(1.0));
-  EXPECT_EQ(GetWindowLongA(View(), GWL_EXSTYLE), WS_EX_NOPARENTNOTIFY);
+  EXPECT_EQ(GetWindowLongA(View(), GWL_EXSTYLE), before);
 }
 
 TEST_F(ViewRequests, WithoutAViewWindowOnlyTheFieldsChange) {
