@@ -237,6 +237,21 @@ TEST_F(MultiViewEndTest, FiveHundredRoundsLeaveNoPlayerMediaOrWindowBehind) {
   EXPECT_EQ(parent_.ChildCount(), 1);
 }
 
+TEST_F(MultiViewEndTest, DisablingFitsTheVideoIntoTheWholeWindow) {
+  StartGrid(2);
+  vlc_.SetSize(TilePlayer(0), 1600, 300);
+  ASSERT_TRUE(player_.DisableMultiView());
+  EXPECT_TRUE(
+      log_.Has("DEBUG [DisableMultiView] Reset VLC scale to 0.500000 for full window 800x600 (video 1600x300)"));
+}
+
+TEST_F(MultiViewEndTest, DisablingWithoutAPlayerSetsNoScale) {
+  StartGrid(2);
+  state_.players_[0].mediaPlayer.reset();
+  ASSERT_TRUE(player_.DisableMultiView());
+  EXPECT_EQ(log_.CountContaining("Reset VLC scale"), 0);
+}
+
 TEST_F(MultiViewEndTest, TheDestructorReleasesTheTilesThatAreLeftAfterTheInstance) {
   ParentWindow parent(800, 600);
   vlc_.ClearCalls();

@@ -257,6 +257,15 @@ TEST_F(Sequence, OfLeavingTheGrid) {
                "[DisableMultiView] Reset VLC scale", "(call) libvlc_media_player_release"});
 }
 
+TEST_F(Sequence, OfLeavingTheGridWithoutASize) {
+  StartGrid(2);
+  vlc_.SetSize(TilePlayer(0), 0, 0);
+  NoteCalls({"libvlc_video_set_scale"});
+  ASSERT_TRUE(player_.DisableMultiView());
+  ExpectOrder({"[DisableMultiView] Keeping original player", "(call) libvlc_video_set_scale",
+               "[DisableMultiView] Reset VLC scale to auto"});
+}
+
 TEST_F(Sequence, OfANudgeAndAReload) {
   StartSingle();
   NoteCalls({"libvlc_media_player_set_pause", "libvlc_media_player_pause", "libvlc_media_player_stop",
