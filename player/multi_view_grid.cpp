@@ -230,8 +230,7 @@ void MultiViewGrid::ReleasePlayer(VlcMediaPlayerPtr player) {
 }
 
 void MultiViewGrid::ReleaseTiles() {
-  std::vector<MultiViewPlayer> tiles = std::move(players_);
-  players_.clear();
+  std::vector<MultiViewPlayer> tiles = std::exchange(players_, {});
   PublishTiles();
   for (MultiViewPlayer& tile : tiles) ReleasePlayer(std::move(tile.mediaPlayer));
 }

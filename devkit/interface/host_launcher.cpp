@@ -19,6 +19,7 @@ namespace {
 
 constexpr UINT kTerminated = 0xDEAD;
 constexpr DWORD kCounterLimitMs = 8000;
+constexpr int kStartAttempts = 5;
 
 void Append(const wchar_t* path, const char* line) {
   if (FILE* file = _wfopen(path, L"ab")) {
@@ -62,6 +63,23 @@ std::wstring CommandLine(int argc, wchar_t** argv) {
   return line;
 }
 
+// Under load Wine sometimes reports ERROR_INTERNAL_ERROR, before any code of the program runs. The start is then tried
+// again.
+bool Start(const wchar_t* program, std::wstring line, PROCESS_INFORMATION* process) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  for (int attempt = 1;; ++attempt) {
+    if (CreateProcessW(program, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, process))
+      return true;
+    const DWORD error = GetLastError();
+    std::fprintf(stderr, "host_launcher: can't start %ls: %lu\n", program, error);
+    if (error != ERROR_INTERNAL_ERROR || attempt == kStartAttempts) return false;
+  }
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -76,17 +94,8 @@ int wmain(int argc, wchar_t** argv) {
     std::fprintf(stderr, "usage: host_launcher STATUSFILE PROGRAM [ARGUMENT ...] | --keep\n");
     return 2;
   }
-  std::wstring line = CommandLine(argc, argv);
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
-  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   PROCESS_INFORMATION process{};
-  if (!CreateProcessW(argv[2], line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process)) {
-    std::fprintf(stderr, "host_launcher: can't start %ls: %lu\n", argv[2], GetLastError());
-    return 3;
-  }
+  if (!Start(argv[2], CommandLine(argc, argv), &process)) return 3;
   char status[64];
   std::snprintf(status, sizeof status, "pid %lu\n", process.dwProcessId);
   Append(argv[1], status);

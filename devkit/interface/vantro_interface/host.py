@@ -180,11 +180,13 @@ class Host:
         return self.client
 
     def wait(self, timeout=None):
-        """Waits until the process has ended and returns its whole exit code."""
+        """Waits until the process has ended and returns its whole exit code. Raises if it was never started."""
         try:
             self.process.wait(timeout or self.timeout)
         except subprocess.TimeoutExpired:
             raise WaitTimeout(f"the host did not end within {timeout or self.timeout} s{self._last_lines()}") from None
+        if self.exit_code is None:
+            raise RuntimeError(f"the host was not started{self._last_lines()}")
         return self.exit_code
 
     def quit(self, timeout=None):

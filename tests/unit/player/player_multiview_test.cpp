@@ -475,6 +475,8 @@ TEST_F(MultiViewTest, AnActiveIndexOutOfRangeIsLoggedAndKept) {
   EXPECT_EQ(log_.Count("DEBUG [SetActiveIndexSafe] Player 1: window=" + PointerText(Tile(1).window) +
                        " player=" + PointerText(TilePlayer(1)) + " name=Tile 1"),
             2);
+  EXPECT_EQ(log_.CountContaining("DEBUG [SetActiveIndexSafe] Player 0: "), 2);
+  EXPECT_EQ(log_.CountContaining("DEBUG [SetActiveIndexSafe] Player "), 4);
   EXPECT_EQ(state_.activeIndex_, 0);
   EXPECT_THAT(vlc_.Calls(), IsEmpty());
 }
