@@ -102,7 +102,6 @@ void StallWatchdog::RunPass(libvlc_media_t* media, TickSource clock) {
   if (!stallWatchdogActive_) return;
   const LibVlcFunctions vlc = GetLibVlcFunctions();
   if (!vlc.loaded || !vlc.libvlc_media_player_is_playing) return;
-  ApplyStallClear();
 
   if (ground_.grid.IsOn() && !ground_.grid.Tiles().empty()) {
     if (!vlc.libvlc_media_player_get_media || !vlc.libvlc_media_release) return;

@@ -271,10 +271,11 @@ TEST_F(Sequence, OfANudgeAndAReload) {
   NoteCalls({"libvlc_media_player_set_pause", "libvlc_media_player_pause", "libvlc_media_player_stop",
              "libvlc_media_player_set_media"});
   WedgedPasses(3);
-  ExpectOrder({"wedge detected", "performing cheap pause/resume nudge"});
+  ExpectOrder({"wedge detected", "performing cheap pause/resume nudge", "(call) libvlc_media_player_pause"});
   WedgedPasses(3);
-  ExpectOrder({"wedge detected", "performing cheap pause/resume nudge", "restarting media", "Restarting media (",
-               "(call) libvlc_media_player_stop", "(call) libvlc_media_player_set_media"});
+  ExpectOrder({"wedge detected", "performing cheap pause/resume nudge", "(call) libvlc_media_player_pause",
+               "restarting media", "Restarting media (", "(call) libvlc_media_player_stop",
+               "(call) libvlc_media_player_set_media"});
 }
 
 }  // namespace

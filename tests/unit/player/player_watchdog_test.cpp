@@ -230,7 +230,31 @@ TEST_F(WatchdogTest, APassReleasesTheMediaThatItAsksThePlayerFor) {
   vlc_.ClearCalls();
   player_.OnStallWatchdogTick();
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_get_media"), 1);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_get_stats"), ElementsAre("libvlc_media_get_stats(media1)"));
   EXPECT_THAT(vlc_.CallsOf("libvlc_media_release"), ElementsAre("libvlc_media_release(media1)"));
+}
+
+TEST_F(WatchdogTest, APassWithoutAPlayerCallsNothing) {
+  StartSingle();
+  state_.mediaPlayer_.reset();
+  vlc_.ClearCalls();
+  player_.OnStallWatchdogTick();
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
+TEST_F(WatchdogTest, AVideoOfOnePixelIsJudged) {
+  StartSingle();
+  vlc_.SetSize(vlc_.Player(), 1, 1);
+  HealthyPass();
+  WedgedPass();
+  EXPECT_EQ(state_.primaryStall_.stalledTicks, 1);
+}
+
+TEST_F(WatchdogTest, AStreamThatNeverHadVideoLogsNoReset) {
+  StartSingle();
+  vlc_.SetSize(vlc_.Player(), 0, 0);
+  WedgedPasses(2);
+  EXPECT_EQ(log_.CountContaining("wedge reset"), 0);
 }
 
 TEST_F(WatchdogTest, APlayerWithoutAnyMediaIsNotJudged) {
