@@ -45,8 +45,10 @@ def collapse(text):
     return " ".join(text.split())
 
 
-# What changes nothing although it looks like a call: a cast, or a call of a local object's member without arguments.
-PLAIN_READ = re.compile(r"static_cast<[^>]*>\(|(?<![\w.>])[a-zA-Z]\w*(?<!_)\.\w+\(\)|\.(?:c_str|get|size)\(\)")
+# What changes nothing although it looks like a call: a cast, a read of a request's argument, or a call of a local
+# object's member without arguments.
+PLAIN_READ = re.compile(r"static_cast<[^>]*>\(|\bRead(?:Either|\w+Argument)\(call,|"
+                        r"(?<![\w.>])[a-zA-Z]\w*(?<!_)\.\w+\(\)|\.(?:c_str|get|size)\(\)")
 
 
 def logs_apart_from(log, assignment):
@@ -68,7 +70,7 @@ def are_independent(first, second):
     if not one or not other or one["target"] == other["target"]:
         return False
     calls = sum("(" in PLAIN_READ.sub("", each["value"]) for each in (one, other))
-    used = [re.search(rf"\b{re.escape(by['target'].split('.')[0])}\b", of["value"])
+    used = [re.search(rf"\b{re.escape(by['target'])}\b|\b{re.escape(by['target'].split('.')[0])}\b(?!\.)", of["value"])
             for by, of in ((one, other), (other, one))]
     same_object = one["object"] is not None and one["object"] == other["object"] and not one["object"].endswith("_")
     return not any(used) and (calls == 0 or calls == 1 and same_object)
