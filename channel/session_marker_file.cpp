@@ -41,7 +41,7 @@ std::string NarrowForFileFunctions(const std::wstring& wide) {
   BOOL* const replacedOut = everythingFits ? nullptr : &replaced;  // must be null with UTF-8
   const int wideLength = static_cast<int>(wide.size());
   const int length = WideCharToMultiByte(codePage, flags, wide.data(), wideLength, nullptr, 0, nullptr, replacedOut);
-  if (replaced) return {};
+  if (replaced) return {};  // after a failure the length is 0
   std::string narrow(static_cast<size_t>(length), '\0');
   WideCharToMultiByte(codePage, flags, wide.data(), wideLength, narrow.data(), length, nullptr, nullptr);
   return narrow;

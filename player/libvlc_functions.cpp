@@ -158,7 +158,7 @@ const char* LibVlcErrorText(const LibVlcFunctions& functions) {
 
 ATOM RegisterVlcHostWindowClass() {
   static INIT_ONCE once = INIT_ONCE_STATIC_INIT;
-  static ATOM atom;
+  static ATOM atom = 0;
   BOOL pending = FALSE;
   if (!InitOnceBeginInitialize(&once, 0, &pending, nullptr)) return 0;
   if (pending) {

@@ -58,7 +58,7 @@ class ReaderEpochs {
   // only when its slot is empty. So when two epochs have started after a publication, every reader from before it has
   // left. All accesses are sequentially consistent: a reader that the wait does not see sees what was published before
   // the wait.
-  std::atomic<uint64_t> epoch_{};
+  std::atomic<uint64_t> epoch_{0};
   std::atomic<uint32_t> readers_[2] = {};
   const IdleFunction idle_;
 };

@@ -82,7 +82,7 @@ class StallWatchdog {
   std::atomic<UINT_PTR> stallTimerId_{0};  // 0 while no timer runs; only the thread that carries out a turn writes it
   StallState primaryStall_;
   const DWORD mainThreadId_ = GetCurrentThreadId();
-  std::atomic<uint32_t> stallClearsAsked_{};
+  std::atomic<uint32_t> stallClearsAsked_{0};
   uint32_t stallClearsDone_ = 0;
 };
 

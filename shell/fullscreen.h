@@ -73,8 +73,8 @@ class Fullscreen {
   bool isTitleBarVisible_ = true;
   bool isMouseInTopArea_ = false;
   RECT savedWindowRect_{};  // outer rectangle, style and extended style from before fullscreen
-  DWORD savedStyle_{};
-  DWORD savedExStyle_{};
+  DWORD savedStyle_ = 0;
+  DWORD savedExStyle_ = 0;
   UINT_PTR titleBarAutoHideTimer_ = 0;  // 0 while the timer does not run
   UINT_PTR mouseTrackingTimer_ = 0;
 

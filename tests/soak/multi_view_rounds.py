@@ -33,8 +33,6 @@ from vantro_interface.client import WaitTimeout  # noqa: E402
 STREAMS = ("red", "green", "blue", "yellow")
 EXITS = ("mvPromoteActiveAndExit", "disableMultiView", "mvExitFullscreen")
 REPORT_EVERY = 10  # rounds
-
-
 EVENT_SECONDS = 10.0
 
 
