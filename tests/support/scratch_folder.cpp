@@ -16,11 +16,17 @@ std::wstring NewName() {
   return L"vantro_test_" + std::to_wstring(GetCurrentProcessId()) + L"_" + std::to_wstring(++number);
 }
 
+// A process that ended early may have had the same id and left its folders.
+std::filesystem::path NewFolder() {
+  for (;;) {
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / NewName();
+    if (std::filesystem::create_directory(folder)) return folder;
+  }
+}
+
 }  // namespace
 
-ScratchFolder::ScratchFolder() : path_(std::filesystem::temp_directory_path() / NewName()) {
-  std::filesystem::create_directories(path_);
-}
+ScratchFolder::ScratchFolder() : path_(NewFolder()) {}
 
 ScratchFolder::~ScratchFolder() {
   std::error_code ignored;
