@@ -35,6 +35,7 @@ def changed(statement, operator=None):
     ('F(L"");', "text", ['F(L"~");']),
     ("F(a, b, c);", "arguments", ["F(b, a, c);", "F(a, c, b);"]),
     ('LOG_INFO("%d %d", a, b);', "arguments", ['LOG_INFO("%d %d", b, a);']),
+    ("std::swap(a, b);", "arguments", []),
     ("F(a);\nG();", "order", ["G();\nF(a);"]),
     ("F(a);", "removed statement", [";"]),
     ("a = b;", "removed statement", [";"]),

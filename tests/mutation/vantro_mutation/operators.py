@@ -58,6 +58,10 @@ def logs_apart_from(log, assignment):
         not re.search(rf"\b{re.escape(assignment['target'].split('.')[0])}\b", arguments)
 
 
+# Words before a bracket that is no call, and functions that treat both arguments alike.
+NOT_SWAPPED = ("if", "for", "while", "switch", "return", "catch", "sizeof", "decltype", "void", "min", "max", "swap")
+
+
 def are_independent(first, second):
     """Whether the order of two statements has no effect: assignments to different variables without a call, or to
     different members of one local object with a call in one of them, or a log statement and an assignment that it does
@@ -220,8 +224,8 @@ class _Finder:
         """Swaps neighbouring arguments of a call."""
         source = self.source
         for index, token in enumerate(source.tokens):
-            callee = source.kind(index - 1) == "name" and source.token(index - 1) not in (
-                "if", "for", "while", "switch", "return", "catch", "sizeof", "decltype", "void", "min", "max") or source.token(index - 1) == ">"
+            name = source.token(index - 1)
+            callee = (source.kind(index - 1) == "name" and name not in NOT_SWAPPED) or name == ">"
             if token.text != "(" or not callee or index not in source.partner or not self.in_code(index):
                 continue
             parts = self.split_arguments(index)
