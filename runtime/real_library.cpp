@@ -70,10 +70,7 @@ std::string Lacks(const char* function) {
 bool HasNeededMajor(RealLibrary* library) {
   const auto abiVersion = reinterpret_cast<unsigned (*)()>(Find("libvlc_abi_version"));
   const auto version = reinterpret_cast<const char* (*)()>(Find("libvlc_get_version"));
-  if (!abiVersion) {
-    library->refusal = Lacks("libvlc_abi_version");
-    return false;
-  }
+  if (!abiVersion) return true;  // reported with the other functions that are needed
   if (abiVersion() >> 24 == kNeededMajor) return true;
   const char* const text = version ? version() : nullptr;
   library->refusal = std::string("libvlc-real.dll is version ") + (text ? text : "unknown") +

@@ -160,7 +160,7 @@ PUBLISHED_API Instance* libvlc_new(int count, const char* const* arguments) {
     if (i > 0) list += " ";
     list += arguments[i] ? arguments[i] : "null";
   }
-  Call call(__func__, list.c_str());
+  Call call(__func__, arguments ? list.c_str() : nullptr);
   return call.Succeeds() ? Make(TheScript().instances, "instance") : nullptr;
 }
 

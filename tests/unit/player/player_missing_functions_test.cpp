@@ -149,6 +149,18 @@ INSTANTIATE_TEST_SUITE_P(Table, GridPassWithout,
                                 Missing{"libvlc_media_release", nullptr}),
                          FunctionName);
 
+class PassWithoutAMediaWithout : public MissingFunctionTest {};
+TEST_P(PassWithoutAMediaWithout, OnlyAsksWhetherItPlays) {
+  Start();
+  player_.StartStallWatchdog();
+  vlc_.SetPlaying(vlc_.Player(), true);
+  LoseTheFunction();
+  Pass();
+  EXPECT_THAT(vlc_.Calls(), testing::ElementsAre("libvlc_media_player_is_playing(player1)"));
+}
+INSTANTIATE_TEST_SUITE_P(Table, PassWithoutAMediaWithout, Values(Missing{"libvlc_media_player_get_media", nullptr}),
+                         FunctionName);
+
 class NudgeWithout : public MissingFunctionTest {};
 TEST_P(NudgeWithout, NeitherPausesNorArmsAResume) {
   StartSingle();

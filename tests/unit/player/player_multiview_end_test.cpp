@@ -117,6 +117,23 @@ TEST_F(MultiViewEndTest, LeavingAfterASwapMovedTheOriginalTileLeavesNoPlayer) {
   EXPECT_TRUE(log_.Has("ERROR [VLCPlayer::SetMedia] ERROR: Missing mediaPlayer or vlcInstance"));
 }
 
+TEST_F(MultiViewEndTest, LeavingReleasesAPlayerThatWasSetDuringTheGrid) {
+  StartGrid(1);
+  libvlc_media_player_t* const original = TilePlayer(0);
+  libvlc_media_player_t* const set = GetLibVlcFunctions().libvlc_media_player_new(state_.vlcInstance_.get());
+  state_.mediaPlayer_.reset(set);
+  state_.NudgePlayer(set);
+  bool toldBefore = false;
+  vlc_.OnCall("libvlc_media_player_release",
+              [&] { toldBefore = log_.CountContaining("Keeping original player in child window") == 1; });
+  ASSERT_TRUE(player_.DisableMultiView());
+  vlc_.OnCall("libvlc_media_player_release", nullptr);
+  EXPECT_THAT(vlc_.CallsOf("libvlc_media_player_release"), ElementsAre("libvlc_media_player_release(player2)"));
+  EXPECT_TRUE(toldBefore);
+  EXPECT_THAT(state_.nudgeTimers_, IsEmpty());
+  EXPECT_EQ(state_.mediaPlayer_.get(), original);
+}
+
 TEST_F(MultiViewEndTest, WhileTheGridIsOnTransportFindsNoPlayer) {
   StartGrid(2);
   player_.Play();

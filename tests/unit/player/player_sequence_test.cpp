@@ -35,6 +35,31 @@ BOOL WINAPI NotePlacement(HWND window, HWND after, int x, int y, int width, int 
   return realSetWindowPos(window, after, x, y, width, height, flags);
 }
 
+decltype(&SetTimer) realSetTimer = nullptr;
+UINT_PTR WINAPI NoteTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
+  Note("SetTimer");
+  return realSetTimer(window, id, period, procedure);
+}
+
+decltype(&KillTimer) realKillTimer = nullptr;
+BOOL WINAPI NoteTimersEnd(HWND window, UINT_PTR id) {
+  Note("KillTimer");
+  return realKillTimer(window, id);
+}
+
+// Notes the calls for timers while the object exists.
+class NotedTimers {
+ public:
+  NotedTimers() {
+    realSetTimer = reinterpret_cast<decltype(realSetTimer)>(set_.Original());
+    realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill_.Original());
+  }
+
+ private:
+  ImportHook set_{"user32.dll", "SetTimer", reinterpret_cast<void*>(NoteTimer)};
+  ImportHook kill_{"user32.dll", "KillTimer", reinterpret_cast<void*>(NoteTimersEnd)};
+};
+
 class Sequence : public WatchdogTest {
  protected:
   ~Sequence() override {
@@ -264,6 +289,34 @@ TEST_F(Sequence, OfLeavingTheGridWithoutASize) {
   ASSERT_TRUE(player_.DisableMultiView());
   ExpectOrder({"[DisableMultiView] Keeping original player", "(call) libvlc_video_set_scale",
                "[DisableMultiView] Reset VLC scale to auto"});
+}
+
+TEST_F(Sequence, OfTheWatchdogsTimer) {
+  Start();
+  const NotedTimers timers;
+  player_.StartStallWatchdog();
+  player_.StopStallWatchdog();
+  ExpectOrder({"(call) SetTimer", "Started stall watchdog timer", "(call) KillTimer", "Stopped stall watchdog timer"});
+}
+
+TEST_F(Sequence, OfANudge) {
+  StartSingle();
+  const NotedTimers timers;
+  NoteCalls({"libvlc_media_player_pause"});
+  WedgedPasses(3);
+  ExpectOrder({"performing cheap pause/resume nudge", "(call) libvlc_media_player_pause", "(call) SetTimer"});
+}
+
+TEST_F(Sequence, OfGivingUp) {
+  StartGrid(2);
+  Watchable(TilePlayer(1));
+  HealthyPass();
+  Tile(1).stall.lastNudgeTickMs = fakeNow;
+  Tile(1).stall.restartTicksMs = {fakeNow, fakeNow, fakeNow};
+  Tile(1).stall.stalledTicks = 2;
+  const NotedTimers timers;
+  WedgedPass();
+  ExpectOrder({"restart budget exceeded", "(call) KillTimer", "Stopped stall watchdog timer"});
 }
 
 TEST_F(Sequence, OfANudgeAndAReload) {

@@ -159,6 +159,35 @@ TEST_F(WatchdogTest, APlayingEventDuringTheStopOfASetMediaDoesNotKeepItOn) {
   EXPECT_TRUE(state_.stallWatchdogActive_);
 }
 
+TEST_F(WatchdogTest, AStartDuringTheEndOfTheTimerRunsTheTimerAgain) {
+  StartSingle();
+  const ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(&KillTimerAndWork));
+  realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill.Original());
+  afterNextKill = [this] { player_.StartStallWatchdog(); };
+  const int started = log_.CountContaining("Started stall watchdog timer");
+  player_.StopStallWatchdog();
+  EXPECT_EQ(log_.CountContaining("Started stall watchdog timer"), started + 1);
+  EXPECT_EQ(log_.CountContaining("Stopped stall watchdog timer"), 1);
+  EXPECT_TRUE(state_.stallWatchdogActive_);
+  EXPECT_EQ(state_.stallTimerId_, CheckTimerId());
+  EXPECT_TRUE(HasTimer(CheckTimerId()));
+}
+
+TEST_F(WatchdogTest, ATimerThatCouldNotBeSetIsNotKilled) {
+  Start();
+  const ImportHook set("user32.dll", "SetTimer",
+                       reinterpret_cast<void*>(+[](HWND, UINT_PTR, UINT, TIMERPROC) -> UINT_PTR { return 0; }));
+  const ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(&KillTimerAndWork));
+  realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill.Original());
+  bool killed = false;
+  afterNextKill = [&killed] { killed = true; };
+  player_.StartStallWatchdog();
+  player_.StopStallWatchdog();
+  afterNextKill = nullptr;
+  EXPECT_FALSE(killed);
+  EXPECT_EQ(log_.CountContaining("Stopped stall watchdog timer"), 0);
+}
+
 TEST_F(WatchdogTest, WithoutAParentWindowAStartSetsTheFlagAndNoTimer) {
   Start();
   state_.parentWindow_ = nullptr;

@@ -132,6 +132,19 @@ TEST_F(PlayerWithoutLibVlc, StopInternalFailsAndTheWatchdogKeepsRunning) {
   EXPECT_FALSE(state_.suppressStoppedEvent_);
 }
 
+TEST_F(PlayerWithoutLibVlc, TheGridRefusesANewStreamAndAPromotionSilently) {
+  state_.players_.resize(2);
+  state_.players_[0].isOriginal = true;
+  state_.players_[1].url = "http://host/1";
+  state_.isMultiViewMode_ = true;
+  state_.activeIndex_ = 1;
+  EXPECT_FALSE(player_.MvReplaceActive("http://host/a", "A"));
+  EXPECT_FALSE(player_.MvPromoteActiveAndExit());
+  EXPECT_THAT(Failures(), IsEmpty());
+  EXPECT_EQ(state_.players_[1].url, "http://host/1");
+  state_.players_.clear();
+}
+
 TEST_F(PlayerWithoutLibVlc, SetVolumeFailsAndCachesTheVolume) {
   GiveHandles(player_);
   player_.SetVolume(20);

@@ -79,6 +79,7 @@ TEST_P(EventListTest, ADetachWaitsForACallbackInProgress) {
 
 TEST_P(EventListTest, ACallbackMayDetachItselfAndOthers) {
   Received behind;
+  Received kept;
   int calls = 0;
   Action once = [&] {
     ++calls;
@@ -87,10 +88,12 @@ TEST_P(EventListTest, ACallbackMayDetachItselfAndOthers) {
   };
   Attach(kPaused, RunAction, &once);
   Attach(kPaused, Receive, &behind);
+  Attach(kPaused, Receive, &kept);
   Reach(kPaused);
   Reach(kPaused);
   EXPECT_EQ(calls, 1);
   EXPECT_EQ(behind.calls, 0);
+  EXPECT_EQ(kept.calls, 2);
 }
 
 TEST_P(EventListTest, WhatACallbackAttachesIsCalledFromTheNextEventOn) {

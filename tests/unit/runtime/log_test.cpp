@@ -1,5 +1,5 @@
 // The adapter's own log. An environment variable switches it on.
-#include "tests/unit/runtime/adapter.h"
+#include "tests/unit/runtime/system_calls.h"
 
 namespace vantro::test {
 namespace {
@@ -31,6 +31,87 @@ class LogTest : public testing::Test {
 
   ScratchFolder scratch_;
 };
+
+class LogCallsTest : public SystemCallsTest {
+ protected:
+  LogCallsTest() : file_(scratch_ / "a.log") { SetEnvironmentVariableW(kVariable, file_.c_str()); }
+  ~LogCallsTest() override { SetEnvironmentVariableW(kVariable, nullptr); }
+  std::string LastLine() const {
+    const std::string log = ReadFileBytes(file_);
+    const size_t end = log.rfind('\n');
+    return log.substr(log.rfind('\n', end - 1) + 1);
+  }
+
+  ScratchFolder scratch_;
+  const std::filesystem::path file_;
+};
+
+TEST_F(LogCallsTest, LineBeginsWithTheSecondsSinceTheFirstAndTheThread) {
+  calls_.clock = 10'000;
+  LoadAdapter();
+  instance_ = vlc().libvlc_new(0, nullptr);
+  *calls_.clock = 12'345;
+  player_ = vlc().libvlc_media_player_new(instance_);
+  char begin[40];
+  snprintf(begin, sizeof begin, "[     2.345] [%5lu] player ", GetCurrentThreadId());
+  EXPECT_THAT(LastLine(), testing::StartsWith(begin));
+}
+
+TEST_F(LogCallsTest, EachLineIsWrittenThroughAtOnce) {
+  MakePlayer();
+  // The line of the library and the line of the player.
+  EXPECT_THAT(calls_.ofTheLog, testing::ElementsAre("GetEnvironmentVariableW null 0",
+                                                    testing::StartsWith("GetEnvironmentVariableW value "), "_wfopen",
+                                                    "fflush", "fflush"));
+}
+
+TEST_F(LogCallsTest, WithoutTheVariableNothingIsOpened) {
+  SetEnvironmentVariableW(kVariable, nullptr);
+  MakePlayer();
+  EXPECT_THAT(calls_.ofTheLog, testing::ElementsAre("GetEnvironmentVariableW null 0"));
+}
+
+TEST_F(LogCallsTest, LongTextIsCutAt1023Characters) {
+  published::SetText("libvlc_get_version", std::string(2000, 'v'));
+  LoadAdapter();
+  const std::string line = LastLine();
+  const std::string text = line.substr(line.find("libvlc-real.dll"));
+  EXPECT_EQ(text.size(), 1023u + 1);  // and the end of the line
+}
+
+TEST_F(LogCallsTest, NamesTheTimeOfAStopThatWasGivenUp) {
+  calls_.clock = 1000;
+  calls_.waitsFor = [this] { return *calls_.clock += 10, DWORD{WAIT_TIMEOUT}; };
+  MakePlayer();
+  published::SetState(published::Player(1), published::kPlaying);
+  published::SetResult("libvlc_media_player_stop_async", 0);
+  vlc().libvlc_media_player_stop(player_);
+  EXPECT_THAT(LastLine(), HasSubstr(": stop took 5000 ms and was given up\n"));
+}
+
+TEST_F(LogCallsTest, NamesTheVolumeAndMuteThatAreSetAgain) {
+  MakePlayer();
+  vlc().libvlc_audio_set_volume(player_, 40);
+  vlc().libvlc_audio_set_mute(player_, 1);
+  published::Raise(published::Player(1), kPlaying);
+  published::Raise(published::Player(1), kTimeChanged);
+  EXPECT_THAT(LastLine(), HasSubstr(": volume 40 and mute 1 set again\n"));
+}
+
+TEST_F(LogCallsTest, NamesATrackThatIsNotThere) {
+  MakePlayer();
+  vlc().libvlc_audio_set_track(player_, 7);
+  EXPECT_THAT(LastLine(), HasSubstr("track 7 of type 0 is not there\n"));
+}
+
+TEST_F(LogCallsTest, ReleaseIsLoggedWhenTheLibrarysIsDone) {
+  MakePlayer();
+  std::string duringIt;
+  published::OnCall("libvlc_media_player_release", [&] { duringIt = LastLine(); });
+  vlc().libvlc_media_player_release(std::exchange(player_, nullptr));
+  EXPECT_THAT(duringIt, testing::Not(HasSubstr("released")));
+  EXPECT_THAT(LastLine(), HasSubstr("released"));
+}
 
 TEST_F(LogTest, NamesTheLibraryItsInterfaceAndTheTimeOfAStop) {
   Use(scratch_ / "a.log");

@@ -21,7 +21,9 @@ class OutputsTest : public AdapterTest {
   libvlc_instance_t* New(const std::vector<const char*>& arguments) const {
     return vlc_.libvlc_new(static_cast<int>(arguments.size()), arguments.data());
   }
-  libvlc_instance_t* NewWith(int count) const { return vlc_.libvlc_new(count, nullptr); }
+  libvlc_instance_t* NewWith(int count, const char* const* arguments = nullptr) const {
+    return vlc_.libvlc_new(count, arguments);
+  }
   void Release(libvlc_instance_t* instance) const { vlc_.libvlc_release(instance); }
 
  private:
@@ -57,9 +59,17 @@ TEST_P(OutputsTest, ACountWithoutArgumentsIsPassedOn) {
   for (const int count : {0, -1}) {
     published::ClearCalls();
     libvlc_instance_t* const instance = NewWith(count);
-    EXPECT_THAT(published::CallsOf("libvlc_new"), ElementsAre("libvlc_new(\"\")")) << count;
+    EXPECT_THAT(published::CallsOf("libvlc_new"), ElementsAre("libvlc_new(null)")) << count;
     Release(instance);
   }
+}
+
+TEST_P(OutputsTest, ArgumentsWithACountOfZeroArePassedOn) {
+  const char* const arguments[] = {"--aout=directsound"};
+  published::ClearCalls();
+  libvlc_instance_t* const instance = NewWith(0, arguments);
+  EXPECT_THAT(published::CallsOf("libvlc_new"), ElementsAre("libvlc_new(\"\")"));
+  Release(instance);
 }
 
 TEST_P(OutputsTest, ANullArgumentIsPassedOn) {

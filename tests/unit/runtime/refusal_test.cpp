@@ -13,14 +13,18 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::string Without(const std::string& function, Variant variant) {
-  std::string bytes = ReadFileBytes(RealLibraryFile(variant));
+// Takes the function from a library's bytes.
+std::string Without(const std::string& function, std::string bytes) {
   // In the text of a forwarder a different character precedes the name.
   const std::string name = '\0' + function + '\0';
   const size_t at = bytes.find(name);
   EXPECT_NE(at, std::string::npos) << function;
   bytes[at + function.size()] = '_';
   return bytes;
+}
+
+std::string Without(const std::string& function, Variant variant) {
+  return Without(function, ReadFileBytes(RealLibraryFile(variant)));
 }
 
 std::string AdapterBytes() { return ReadFileBytes(RealLibraryFile(Variant::kEvents).replace_filename("libvlc.dll")); }
@@ -73,6 +77,17 @@ TEST_P(NeededFunction, IsNamedWhenItIsAbsent) {
   EXPECT_THAT(published::CallsOf("libvlc_new"), testing::IsEmpty());
 }
 
+// The functions of the interface with event managers, after the one that tells the interface.
+TEST_F(Refusal, OfSeveralAbsentFunctionsNamesTheFirst) {
+  const std::string withoutDetach = Without("libvlc_event_detach", Variant::kEvents);
+  const std::string withoutBoth = Without("libvlc_event_attach", withoutDetach);
+  const auto lacks = [](const std::string& name) {
+    return "libvlc-real.dll lacks " + name + ", which the runtime adapter needs.";
+  };
+  ExpectRefused(FreshAdapter(withoutBoth), lacks("libvlc_event_attach"));
+  ExpectRefused(FreshAdapter(Without("libvlc_media_player_new", withoutDetach)), lacks("libvlc_media_player_new"));
+}
+
 class OptionalFunction : public Refusal, public testing::WithParamInterface<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Absent, OptionalFunction, testing::Values("libvlc_set_fullscreen", "libvlc_get_fullscreen"));
 
@@ -114,6 +129,12 @@ TEST_F(Refusal, OfALaterMajorVersionNamesIt) {
   published::SetText("libvlc_get_version", "5.0.0");
   const FreshAdapter vlc(ReadFileBytes(RealLibraryFile(Variant::kCallbacks)));
   ExpectRefused(vlc, HasSubstr("is version 5.0.0"));
+}
+
+TEST_F(Refusal, OfAnotherMajorVersionWithoutATextCallsItUnknown) {
+  published::SetResult("libvlc_abi_version", 0x05000000);
+  const FreshAdapter vlc(Without("libvlc_get_version", Variant::kEvents));
+  ExpectRefused(vlc, HasSubstr("is version unknown,"));
 }
 
 TEST_F(Refusal, OfA32BitLibrarySaysSo) {

@@ -64,6 +64,16 @@ TEST_P(SoundTest, IsSetAgainWhenPlaybackBegins) {
   EXPECT_THAT(published::CallsOf("libvlc_audio_set_mute"), ElementsAre("libvlc_audio_set_mute(player1, 1)"));
 }
 
+TEST_P(SoundTest, IsSetAgainBeforeTheHostsCallback) {
+  SetVolume(40);
+  published::ClearCalls();
+  int setBefore = 0;
+  Action count = [&] { setBefore = VolumesSet(); };
+  Attach(kPlaying, RunAction, &count);
+  Reach(kPlaying);
+  EXPECT_EQ(setBefore, 1);
+}
+
 TEST_P(SoundTest, IsSetAgainWithANewMediaAnAudioTrackAndAFullBuffer) {
   SetVolume(40);
   published::ClearCalls();

@@ -135,6 +135,7 @@ TEST_P(StopTest, RightAfterPlayWaitsForThePlaybackThatIsAboutToBegin) {
   });
   vlc().libvlc_media_player_stop(player_);  // the library still reports the initial state
   EXPECT_EQ(stopped.calls, 1);
+  EXPECT_NE(stopped.threadId, GetCurrentThreadId());
 }
 
 TEST_P(StopTest, OfAStartThatComesAndGoesWithoutAnEventEndsSoon) {

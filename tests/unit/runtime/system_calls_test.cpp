@@ -1,142 +1,15 @@
 // The adapter's calls of the system, with their arguments.
-#include <algorithm>
-#include <cstdarg>
-#include <cstdio>
-#include <map>
-#include <memory>
+#include "tests/unit/runtime/system_calls.h"
+
 #include <utility>
 
-#include "common/log.h"
-#include "tests/support/import_hook.h"
 #include "tests/unit/flutter_host/captured_stderr.h"
-#include "tests/unit/runtime/adapter.h"
 
 namespace vantro::test {
 namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-
-// Records the adapter's calls and passes them on. Only the wait is replaced.
-class SystemCalls {
- public:
-  SystemCalls() { current = this; }
-  ~SystemCalls() { current = nullptr; }
-  SystemCalls(const SystemCalls&) = delete;
-  SystemCalls& operator=(const SystemCalls&) = delete;
-
-  void Hook(HMODULE adapter) {
-    adapter_ = adapter;
-    Replace("kernel32.dll", "GetModuleFileNameW", &ModulePath);
-    Replace("kernel32.dll", "SetThreadErrorMode", &ErrorMode);
-    Replace("kernel32.dll", "LoadLibraryExW", &LoadTheLibrary);
-    Replace("kernel32.dll", "CreateEventW", &MakeEvent);
-    Replace("kernel32.dll", "CloseHandle", &Close);
-    Replace("user32.dll", "MsgWaitForMultipleObjectsEx", &Wait);
-    Replace("user32.dll", "PeekMessageW", &Peek);
-  }
-
-  std::vector<std::string> lines;
-  HANDLE event = nullptr;           // the one that the adapter made last
-  int closed = 0;                   // how often that event was closed
-  std::function<DWORD()> waitsFor;  // the result of a wait
-  std::wstring path;                // the adapter's path, if it is replaced
-  bool pathFails = false;
-  DWORD loadError = 0;  // the error of the load, if it is replaced
-  std::wstring loaded;  // the path of the last load
-
- private:
-  VANTRO_PRINTF_FORMAT(2, 3) void Note(const char* format, ...) {
-    char text[200];
-    va_list values;
-    va_start(values, format);
-    vsnprintf(text, sizeof text, format, values);
-    va_end(values);
-    lines.push_back(text);
-  }
-  template <typename Function>
-  void Replace(const char* library, const char* name, Function* replacement) {
-    hooks_[name] = std::make_unique<ImportHook>(library, name, reinterpret_cast<void*>(replacement), adapter_);
-  }
-  template <typename Function>
-  static Function* Original(const char* name) {
-    return reinterpret_cast<Function*>(current->hooks_.at(name)->Original());
-  }
-
-  static DWORD WINAPI ModulePath(HMODULE module, LPWSTR path, DWORD room) {
-    current->Note("GetModuleFileNameW %s %lu", module == current->adapter_ ? "adapter" : "other", room);
-    if (current->pathFails) return 0;
-    if (!current->path.empty()) {
-      const size_t length = std::min<size_t>(current->path.size(), room);
-      std::copy_n(current->path.begin(), length, path);
-      return static_cast<DWORD>(length);
-    }
-    return Original<decltype(GetModuleFileNameW)>("GetModuleFileNameW")(module, path, room);
-  }
-  static BOOL WINAPI ErrorMode(DWORD mode, LPDWORD former) {
-    current->Note("SetThreadErrorMode %lu%s", mode, former ? " keeps the former" : "");
-    return Original<decltype(SetThreadErrorMode)>("SetThreadErrorMode")(mode, former);
-  }
-  static HMODULE WINAPI LoadTheLibrary(LPCWSTR path, HANDLE file, DWORD flags) {
-    current->Note("LoadLibraryExW %s %p %lu", std::filesystem::path(path).filename().string().c_str(), file, flags);
-    current->loaded = path;
-    if (current->loadError != 0) {
-      SetLastError(current->loadError);
-      return nullptr;
-    }
-    return Original<decltype(LoadLibraryExW)>("LoadLibraryExW")(path, file, flags);
-  }
-  static HANDLE WINAPI MakeEvent(LPSECURITY_ATTRIBUTES security, BOOL manual, BOOL set, LPCWSTR name) {
-    current->Note("CreateEventW %d %d %d %d", security != nullptr, manual, set, name != nullptr);
-    return current->event = Original<decltype(CreateEventW)>("CreateEventW")(security, manual, set, name);
-  }
-  static BOOL WINAPI Close(HANDLE handle) {
-    if (handle == current->event) ++current->closed;
-    return Original<decltype(CloseHandle)>("CloseHandle")(handle);
-  }
-  static DWORD WINAPI Wait(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD wake, DWORD flags) {
-    current->Note("MsgWaitForMultipleObjectsEx %lu %s %lu %#lx %#lx", count,
-                  *handles == current->event ? "event" : "other", milliseconds, wake, flags);
-    return current->waitsFor();
-  }
-  static BOOL WINAPI Peek(LPMSG message, HWND window, UINT first, UINT last, UINT remove) {
-    current->Note("PeekMessageW %d %u %u %#x", window != nullptr, first, last, remove);
-    return Original<decltype(PeekMessageW)>("PeekMessageW")(message, window, first, last, remove);
-  }
-
-  static SystemCalls* current;
-  HMODULE adapter_ = nullptr;
-  std::map<std::string, std::unique_ptr<ImportHook>> hooks_;
-};
-
-SystemCalls* SystemCalls::current = nullptr;
-
-class SystemCallsTest : public testing::Test {
- protected:
-  SystemCallsTest() { published::Reset(); }
-  ~SystemCallsTest() override {
-    if (void* const real = published::Player(1)) published::SetState(real, published::kStopped);
-    if (player_) vlc().libvlc_media_player_release(player_);
-    if (instance_) vlc().libvlc_release(instance_);
-  }
-  const Adapter& vlc() const { return fresh_->functions(); }
-  // Loads the adapter, which loads its library.
-  void LoadAdapter() {
-    fresh_ = std::make_unique<FreshAdapter>(ReadFileBytes(RealLibraryFile(Variant::kEvents)), L"calls", L"libvlc.dll",
-                                            [this](HMODULE adapter) { calls_.Hook(adapter); });
-  }
-  void MakePlayer() {
-    LoadAdapter();
-    instance_ = vlc().libvlc_new(0, nullptr);
-    player_ = vlc().libvlc_media_player_new(instance_);
-    calls_.lines.clear();
-  }
-
-  std::unique_ptr<FreshAdapter> fresh_;
-  SystemCalls calls_;
-  libvlc_instance_t* instance_ = nullptr;
-  libvlc_media_player_t* player_ = nullptr;
-};
 
 TEST_F(SystemCallsTest, LibraryIsLoadedFromTheAdaptersFolderWithoutABox) {
   DWORD former = 0;
@@ -183,6 +56,7 @@ TEST_P(FailedLoad, IsReportedWithItsReasonAndNumber) {
   EXPECT_EQ(vlc().libvlc_new(0, nullptr), nullptr);
   EXPECT_EQ(errors.Take(), "vantro runtime: " + std::string(GetParam().sentence) + "\n");
   EXPECT_STREQ(vlc().libvlc_errmsg(), GetParam().sentence);
+  EXPECT_THAT(calls_.ofTheLog, Contains("fflush"));  // of the error output, since the log is off
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,6 +1,7 @@
 // Track lists in the form of libvlc 3, and the selection of a track by its number.
 #include <malloc.h>
 
+#include "tests/support/import_hook.h"
 #include "tests/unit/runtime/adapter.h"
 
 namespace vantro::test {
@@ -114,6 +115,33 @@ TEST_P(TracksTest, ATrackThatIsNotThereIsNotChosen) {
 TEST_P(TracksTest, ATrackWithoutAnIdentityIsLeftOut) {
   published::SetTracks(real_, published::kAudio, {{nullptr, "nobody"}, {"a/1", "one"}});
   EXPECT_THAT(Audio(), ElementsAre(Pair(-1, "Disable"), Pair(0, "one")));
+}
+
+// Lets the adapter have only that many entries of a list.
+class ScarceEntries {
+ public:
+  ScarceEntries(HMODULE adapter, int entries)
+      : hook_("msvcrt.dll", "malloc", reinterpret_cast<void*>(&Allocate), adapter) {
+    left = entries;
+  }
+
+ private:
+  static void* Allocate(size_t size) {
+    if (size == sizeof(libvlc_track_description_t) && left-- <= 0) return nullptr;
+    return malloc(size);
+  }
+  static inline int left = 0;
+  ImportHook hook_;
+};
+
+TEST_P(TracksTest, AListEndsWhereMemoryEnds) {
+  published::SetTracks(real_, published::kAudio, {{"a/1", "one"}, {"a/2", "two"}});
+  Audio();  // the first call allocates locks as well
+  const HMODULE adapter = GetModuleHandleW(RealLibraryFile(GetParam()).replace_filename("libvlc.dll").c_str());
+  for (int entries = 0; entries < 3; ++entries) {
+    const ScarceEntries scarce(adapter, entries);
+    EXPECT_EQ(Audio().size(), static_cast<size_t>(entries));
+  }
 }
 
 // Blocks in use on the heap that the adapter shares with this program.

@@ -60,9 +60,20 @@ TEST_P(WindowlessTest, EachNewMediaGetsTheOption) {
   EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kOption, kOption));
 }
 
+TEST_P(WindowlessTest, ASecondMediaGetsTheOptionWhenTheWindowWasTakenAway) {
+  SetMedia();
+  SetWindow(0x10);
+  SetMedia();
+  SetWindow(0);
+  published::ClearCalls();
+  Play();
+  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), ElementsAre(kOption));
+}
+
 TEST_P(WindowlessTest, PlayWithoutAMediaSetsNoOption) {
   Play();
-  EXPECT_THAT(published::CallsOf("libvlc_media_add_option"), IsEmpty());
+  EXPECT_THAT(published::Calls(),
+              ElementsAre("libvlc_media_player_get_media(player1)", "libvlc_media_player_play(player1)"));
 }
 
 TEST_P(WindowlessTest, NoMediaCanBeSet) {
