@@ -22,6 +22,12 @@ TEST_F(ByteReader, CopiesTheGivenNumberOfBytesAndContinuesAfterThem) {
   EXPECT_EQ(reader_.ReadByte(), 4);
 }
 
+TEST_F(ByteReader, CopiesASingleByte) {
+  uint8_t buffer[2] = {0, 99};
+  reader_.ReadBytes(buffer, 1);
+  EXPECT_EQ(std::vector<uint8_t>(buffer, buffer + 2), (std::vector<uint8_t>{1, 99}));
+}
+
 TEST_F(ByteReader, CopiesNothingForALengthOfZero) {
   reader_.ReadBytes(nullptr, 0);
   EXPECT_EQ(reader_.position(), 0u);
@@ -35,6 +41,13 @@ TEST_F(ByteReader, SkipsToTheNextMultipleAndNotBeyondOne) {
   reader_.ReadAlignment(8);
   EXPECT_EQ(reader_.position(), 8u);
   EXPECT_EQ(reader_.ReadByte(), 9);
+}
+
+TEST_F(ByteReader, SkipsAPaddingOfOneByte) {
+  uint8_t buffer[7];
+  reader_.ReadBytes(buffer, sizeof buffer);
+  reader_.ReadAlignment(8);
+  EXPECT_EQ(reader_.position(), 8u);
 }
 
 }  // namespace

@@ -47,6 +47,17 @@ TEST(EncodableValue, StartsNull) {
   EXPECT_FALSE(EncodableValue(false).IsNull());
 }
 
+TEST(EncodableValue, NullHasNoElements) {
+  EXPECT_EQ(EncodableValue().size(), 0u);
+  EXPECT_EQ(EncodableValue().elements(), nullptr);
+}
+
+TEST(EncodableValue, ElementsOfEachAlternativeHaveTheirSize) {
+  std::vector<size_t> sizes;
+  for (const Value& value : OneOfEachAlternative()) sizes.push_back(ElementSize(value.value().kind()));
+  EXPECT_EQ(sizes, (std::vector<size_t>{0, 0, 0, 0, 0, 1, 1, 4, 8, 8, 16, 32, 0, 4}));
+}
+
 TEST(EncodableValue, LiteralIsAString) { EXPECT_EQ(EncodableValue("true").Get<std::string_view>(), "true"); }
 
 TEST(EncodableValue, ReturnsOnlyItsOwnAlternative) {
@@ -155,6 +166,13 @@ TEST(OwnedValue, OutlivesWhatItWasMadeOf) {
   }
   EXPECT_EQ(test::Describe(kept),
             "{ \"list\": [ \"a text that is longer than a string's own room\" [2 elements] null ] }");
+}
+
+TEST(OwnedValue, OfACustomValueKeepsItsAddress) {
+  const int object = 1;
+  const Value kept{EncodableValue(CustomAt(&object))};
+  EXPECT_EQ(kept.value().Get<const CustomEncodableValue*>(), CustomAt(&object));
+  EXPECT_EQ(kept.value().size(), 0u);
 }
 
 TEST(OwnedValue, CopyIsEqualAndWrittenAsTheFirst) {

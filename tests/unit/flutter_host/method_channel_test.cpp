@@ -108,6 +108,17 @@ TEST(Event, AllocatesNothingWhileItIsShort) {
   EXPECT_EQ(messenger.sends, 1);
 }
 
+TEST(ByteVector, AllocatesWhenItExceeds256Bytes) {
+  const uint8_t piece[256] = {};
+  ByteVector bytes;
+  ByteBufferStreamWriter writer(&bytes);
+  const test::AllocationMeter meter;
+  writer.WriteBytes(piece, sizeof piece);
+  EXPECT_EQ(meter.count(), 0u);
+  writer.WriteByte(1);
+  EXPECT_EQ(meter.count(), 1u);
+}
+
 TEST(ByteVector, KeepsItsBytesWhenTheyExceedItsInlineBuffer) {
   for (size_t before = 240; before < 270; ++before) {
     ByteVector bytes;
