@@ -41,7 +41,7 @@ void WriteSlot(void** slot, void* value) {
 
 }  // namespace
 
-ImportHook::ImportHook(const char* library, const char* function, void* replacement, HMODULE module)
+ImportHook::ImportHook(const char* library, const char* function, HMODULE module, void* replacement)
     : slot_(FindImport(module, library, function)) {
   if (!slot_) {
     ADD_FAILURE() << "the module does not import " << function << " from " << library;

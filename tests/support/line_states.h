@@ -46,14 +46,14 @@ class LineStates {
   // The log asks for the time once for each line, just before it writes the line.
   static void WINAPI OnGetLocalTime(SYSTEMTIME* time) {
     current_->states_.push_back(current_->state_());
-    reinterpret_cast<decltype(&GetLocalTime)>(current_->hook_.Original())(time);
+    current_->hook_.Original<decltype(&GetLocalTime)>()(time);
   }
 
   static inline LineStates* current_ = nullptr;
   std::function<std::string()> state_;
   std::vector<std::string> states_;
   LogCapture log_;
-  ImportHook hook_{"kernel32.dll", "GetLocalTime", reinterpret_cast<void*>(&OnGetLocalTime)};
+  ImportHook hook_{"kernel32.dll", "GetLocalTime", &OnGetLocalTime};
 };
 
 }  // namespace vantro::test

@@ -30,13 +30,12 @@ class AtRegistration {
   static void SetCallback(FlutterDesktopMessengerRef messenger, const char* channel,
                           FlutterDesktopMessageCallback callback, void* userData) {
     current->action_(callback != nullptr);
-    reinterpret_cast<decltype(&FlutterDesktopMessengerSetCallback)>(current->hook_.Original())(messenger, channel,
-                                                                                               callback, userData);
+    current->hook_.Original<decltype(&FlutterDesktopMessengerSetCallback)>()(messenger, channel, callback, userData);
   }
 
   static AtRegistration* current;
   std::function<void(bool)> action_;
-  ImportHook hook_{"flutter_windows.dll", "FlutterDesktopMessengerSetCallback", reinterpret_cast<void*>(&SetCallback)};
+  ImportHook hook_{"flutter_windows.dll", "FlutterDesktopMessengerSetCallback", &SetCallback};
 };
 
 AtRegistration* AtRegistration::current = nullptr;
@@ -139,7 +138,7 @@ FILE* CountOpenedFile(const char*, const char*) {
 
 // Windows ends a program that opens a file with an empty name.
 TEST_F(HandlerLife, HandlerWithoutAMarkerOpensNoFile) {
-  const ImportHook hook("msvcrt.dll", "fopen", reinterpret_cast<void*>(CountOpenedFile));
+  const ImportHook hook("msvcrt.dll", "fopen", CountOpenedFile);
   openedFiles = 0;
   handler_->markerPath_.clear();
   handler_->HandleStartupMarker();

@@ -20,15 +20,13 @@ NotedMessages* NotedMessages::current_ = nullptr;
 bool NotedMessages::OnSend(FlutterDesktopMessengerRef messenger, const char* channel, const uint8_t* message,
                            size_t size) {
   Note("call of the interface");
-  return reinterpret_cast<decltype(&FlutterDesktopMessengerSend)>(current_->send_.Original())(messenger, channel,
-                                                                                              message, size);
+  return current_->send_.Original<decltype(&FlutterDesktopMessengerSend)>()(messenger, channel, message, size);
 }
 
 void NotedMessages::OnAnswer(FlutterDesktopMessengerRef messenger, const FlutterDesktopMessageResponseHandle* handle,
                              const uint8_t* answer, size_t size) {
   Note("answer");
-  reinterpret_cast<decltype(&FlutterDesktopMessengerSendResponse)>(current_->answer_.Original())(messenger, handle,
-                                                                                                 answer, size);
+  current_->answer_.Original<decltype(&FlutterDesktopMessengerSendResponse)>()(messenger, handle, answer, size);
 }
 
 PendingAtCalls::PendingAtCalls(Loopback& loopback) : loopback_(loopback) {

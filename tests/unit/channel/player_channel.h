@@ -74,8 +74,8 @@ class NotedMessages {
                        const uint8_t* answer, size_t size);
 
   static NotedMessages* current_;
-  ImportHook send_{"flutter_windows.dll", "FlutterDesktopMessengerSend", reinterpret_cast<void*>(&OnSend)};
-  ImportHook answer_{"flutter_windows.dll", "FlutterDesktopMessengerSendResponse", reinterpret_cast<void*>(&OnAnswer)};
+  ImportHook send_{"flutter_windows.dll", "FlutterDesktopMessengerSend", &OnSend};
+  ImportHook answer_{"flutter_windows.dll", "FlutterDesktopMessengerSendResponse", &OnAnswer};
 };
 
 class PlayerChannelTest : public testing::Test {

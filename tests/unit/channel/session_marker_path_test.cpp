@@ -32,12 +32,12 @@ class NewerTempPath {
       EXPECT_EQ(module, GetModuleHandleW(L"kernel32.dll"));
       return reinterpret_cast<FARPROC>(current->function_);
     }
-    return reinterpret_cast<decltype(&GetProcAddress)>(current->hook_.Original())(module, name);
+    return current->hook_.Original<decltype(&GetProcAddress)>()(module, name);
   }
 
   static NewerTempPath* current;
   Function* function_;
-  ImportHook hook_{"kernel32.dll", "GetProcAddress", reinterpret_cast<void*>(&Find)};
+  ImportHook hook_{"kernel32.dll", "GetProcAddress", &Find};
 };
 
 NewerTempPath* NewerTempPath::current = nullptr;
@@ -167,14 +167,14 @@ class CodePage {
     current->lines.push_back(std::to_string(codePage) + " flags " + std::to_string(flags) + " length " +
                              std::to_string(length) + (narrow ? " writes" : " measures") +
                              (replacement ? " replacement" : "") + (replaced ? " notices" : ""));
-    return reinterpret_cast<decltype(&WideCharToMultiByte)>(current->convert_.Original())(
-        codePage, flags, wide, length, narrow, room, replacement, replaced);
+    return current->convert_.Original<decltype(&WideCharToMultiByte)>()(codePage, flags, wide, length, narrow, room,
+                                                                        replacement, replaced);
   }
 
   static CodePage* current;
   UINT codePage_;
-  ImportHook ansi_{"kernel32.dll", "GetACP", reinterpret_cast<void*>(&Ansi)};
-  ImportHook convert_{"kernel32.dll", "WideCharToMultiByte", reinterpret_cast<void*>(&Convert)};
+  ImportHook ansi_{"kernel32.dll", "GetACP", &Ansi};
+  ImportHook convert_{"kernel32.dll", "WideCharToMultiByte", &Convert};
 };
 
 CodePage* CodePage::current = nullptr;

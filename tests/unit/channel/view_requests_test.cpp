@@ -60,19 +60,18 @@ class ViewCalls {
  private:
   static BOOL WINAPI Show(HWND window, int command) {
     current->lines_.push_back("show " + ShowCommand(command));
-    return reinterpret_cast<decltype(&ShowWindow)>(current->show_.Original())(window, command);
+    return current->show_.Original<decltype(&ShowWindow)>()(window, command);
   }
   static BOOL WINAPI SetLayered(HWND window, COLORREF key, BYTE alpha, DWORD flags) {
     current->lines_.push_back("key " + std::to_string(key) + " alpha " + std::to_string(alpha) +
                               (flags == LWA_ALPHA ? " LWA_ALPHA" : " other flags"));
-    return reinterpret_cast<decltype(&SetLayeredWindowAttributes)>(current->setLayered_.Original())(window, key, alpha,
-                                                                                                    flags);
+    return current->setLayered_.Original<decltype(&SetLayeredWindowAttributes)>()(window, key, alpha, flags);
   }
 
   static ViewCalls* current;
   std::vector<std::string> lines_;
-  ImportHook show_{"user32.dll", "ShowWindow", reinterpret_cast<void*>(&Show)};
-  ImportHook setLayered_{"user32.dll", "SetLayeredWindowAttributes", reinterpret_cast<void*>(&SetLayered)};
+  ImportHook show_{"user32.dll", "ShowWindow", &Show};
+  ImportHook setLayered_{"user32.dll", "SetLayeredWindowAttributes", &SetLayered};
 };
 
 ViewCalls* ViewCalls::current = nullptr;

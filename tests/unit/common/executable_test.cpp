@@ -43,8 +43,8 @@ class ProgramPath {
   static ProgramPath* current;
   std::string path_;
   std::vector<DWORD> rooms_;
-  ImportHook narrow_{"kernel32.dll", "GetModuleFileNameA", reinterpret_cast<void*>(&Narrow)};
-  ImportHook wide_{"kernel32.dll", "GetModuleFileNameW", reinterpret_cast<void*>(&Wide)};
+  ImportHook narrow_{"kernel32.dll", "GetModuleFileNameA", &Narrow};
+  ImportHook wide_{"kernel32.dll", "GetModuleFileNameW", &Wide};
 };
 
 ProgramPath* ProgramPath::current = nullptr;

@@ -49,10 +49,11 @@ int flushes = 0;
 
 // Wine's C library writes such a line without being asked, so the call is counted.
 TEST(LogFile, IsFlushedOnceAfterEachLine) {
-  const test::ImportHook hook("msvcrt.dll", "fflush", reinterpret_cast<void*>(+[](FILE* file) {
-                                EXPECT_NE(file, nullptr);
-                                return ++flushes, 0;
-                              }));
+  const test::ImportHook hook(
+      "msvcrt.dll", "fflush", +[](FILE* file) {
+        EXPECT_NE(file, nullptr);
+        return ++flushes, 0;
+      });
   WriteLog(kLogInfo, "one");
   EXPECT_EQ(flushes, 1);
   WriteLog(kLogDebug + 1, "dropped");

@@ -72,19 +72,19 @@ class Conversions {
   static int WINAPI ToNarrow(UINT codePage, DWORD flags, LPCWCH wide, int wideLength, LPSTR narrow, int room,
                              LPCCH replacement, LPBOOL replaced) {
     current->Note(codePage, flags, wideLength);
-    return reinterpret_cast<decltype(&WideCharToMultiByte)>(current->toNarrow_.Original())(
-        codePage, flags, wide, wideLength, narrow, room, replacement, replaced);
+    return current->toNarrow_.Original<decltype(&WideCharToMultiByte)>()(codePage, flags, wide, wideLength, narrow,
+                                                                         room, replacement, replaced);
   }
   static int WINAPI ToWide(UINT codePage, DWORD flags, LPCCH narrow, int narrowLength, LPWSTR wide, int room) {
     current->Note(codePage, flags, narrowLength);
-    return reinterpret_cast<decltype(&MultiByteToWideChar)>(current->toWide_.Original())(codePage, flags, narrow,
-                                                                                         narrowLength, wide, room);
+    return current->toWide_.Original<decltype(&MultiByteToWideChar)>()(codePage, flags, narrow, narrowLength, wide,
+                                                                       room);
   }
 
   static Conversions* current;
   std::vector<std::string> lines_;
-  test::ImportHook toNarrow_{"kernel32.dll", "WideCharToMultiByte", reinterpret_cast<void*>(&ToNarrow)};
-  test::ImportHook toWide_{"kernel32.dll", "MultiByteToWideChar", reinterpret_cast<void*>(&ToWide)};
+  test::ImportHook toNarrow_{"kernel32.dll", "WideCharToMultiByte", &ToNarrow};
+  test::ImportHook toWide_{"kernel32.dll", "MultiByteToWideChar", &ToWide};
 };
 
 Conversions* Conversions::current = nullptr;

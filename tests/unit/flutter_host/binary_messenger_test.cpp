@@ -81,8 +81,7 @@ struct LateAnswer {
 };
 
 TEST_F(BinaryMessengerTest, ReplyThatComesLaterFindsItsFunctionAndDestroysIt) {
-  const test::ImportHook hook("flutter_windows.dll", "FlutterDesktopMessengerSendWithReply",
-                              reinterpret_cast<void*>(&LateAnswer::Send));
+  const test::ImportHook hook("flutter_windows.dll", "FlutterDesktopMessengerSendWithReply", &LateAnswer::Send);
   Bytes answer;
   auto witness = std::make_shared<int>();
   Messenger().Send(kChannel, nullptr, 0,

@@ -335,7 +335,7 @@ std::string QueryErrorOf(const std::function<void()>& start) {
 class RefusedStatus {
  public:
   explicit RefusedStatus(std::wstring name) {
-    original = reinterpret_cast<decltype(original)>(hook_.Original());
+    original = hook_.Original<decltype(original)>();
     refused = std::move(name);
   }
   ~RefusedStatus() { refused.clear(); }
@@ -352,7 +352,7 @@ class RefusedStatus {
   }
   static inline std::wstring refused;
   static inline int (*original)(const wchar_t*, struct _stat64*) = nullptr;
-  test::ImportHook hook_{"msvcrt.dll", "_wstat64", reinterpret_cast<void*>(&Status)};
+  test::ImportHook hook_{"msvcrt.dll", "_wstat64", &Status};
 };
 
 TEST_F(FlutterEngineTest, FailedTestOfExistencePassesOutWithItsName) {
@@ -380,18 +380,18 @@ TEST_F(FlutterEngineTest, FailedListingPassesOutWithItsName) {
 // Lets a listing fail after its first file. "." and ".." come before it.
 struct ListingOfOneFile {
   static int Next(intptr_t listing, struct _wfinddata64_t* entry) {
-    if (++steps <= 2) return reinterpret_cast<decltype(&_wfindnext64)>(original)(listing, entry);
+    if (++steps <= 2) return original(listing, entry);
     errno = EACCES;
     return -1;
   }
-  static inline void* original = nullptr;
+  static inline decltype(&_wfindnext64) original = nullptr;
   static inline int steps = 0;
 };
 
 TEST_F(FlutterEngineTest, FailedStepOfAListingPassesOutWithItsName) {
   AddDebugBundle();
-  const test::ImportHook hook("msvcrt.dll", "_wfindnext64", reinterpret_cast<void*>(&ListingOfOneFile::Next));
-  ListingOfOneFile::original = hook.Original();
+  const test::ImportHook hook("msvcrt.dll", "_wfindnext64", &ListingOfOneFile::Next);
+  ListingOfOneFile::original = hook.Original<decltype(ListingOfOneFile::original)>();
   ListingOfOneFile::steps = 0;
   EXPECT_EQ(QueryErrorOf([this] { engine_.Initialize(parent_); }), "directory_iterator::operator++");
 }
@@ -400,25 +400,24 @@ TEST_F(FlutterEngineTest, FailedStepOfAListingPassesOutWithItsName) {
 struct SystemQueries {
   static DWORD WINAPI Environment(LPCSTR name, LPSTR value, DWORD size) {
     sizes.push_back(std::string(name) + (value ? " reads " : " measures ") + std::to_string(size));
-    return reinterpret_cast<decltype(&GetEnvironmentVariableA)>(environment)(name, value, size);
+    return environment(name, value, size);
   }
   static DWORD WINAPI Path(HMODULE module, LPWSTR path, DWORD size) {
     EXPECT_EQ(module, nullptr);
     sizes.push_back("path " + std::to_string(size));
-    return reinterpret_cast<decltype(&GetModuleFileNameW)>(executable)(module, path, size);
+    return executable(module, path, size);
   }
   static inline std::vector<std::string> sizes;
-  static inline void* environment = nullptr;
-  static inline void* executable = nullptr;
+  static inline decltype(&GetEnvironmentVariableA) environment = nullptr;
+  static inline decltype(&GetModuleFileNameW) executable = nullptr;
 };
 
 TEST_F(FlutterEngineTest, EnvironmentIsMeasuredBeforeItIsRead) {
   SetEnvironmentVariableA("FLUTTER_ROOT", "C:\\flutter");
   SetEnvironmentVariableA("PATH", nullptr);
   SystemQueries::sizes.clear();
-  const test::ImportHook environment("kernel32.dll", "GetEnvironmentVariableA",
-                                     reinterpret_cast<void*>(&SystemQueries::Environment));
-  SystemQueries::environment = environment.Original();
+  const test::ImportHook environment("kernel32.dll", "GetEnvironmentVariableA", &SystemQueries::Environment);
+  SystemQueries::environment = environment.Original<decltype(SystemQueries::environment)>();
   const LogCapture log;
   engine_.Initialize(parent_);
   EXPECT_EQ(SystemQueries::sizes, (std::vector<std::string>{"FLUTTER_ENGINE measures 0", "FLUTTER_ROOT measures 0",
@@ -434,8 +433,8 @@ TEST_F(FlutterEngineTest, EmptyEnvironmentVariableIsLogged) {
 
 TEST_F(FlutterEngineTest, DataDirectoryIsReadIntoARoomOf260) {
   SystemQueries::sizes.clear();
-  const test::ImportHook path("kernel32.dll", "GetModuleFileNameW", reinterpret_cast<void*>(&SystemQueries::Path));
-  SystemQueries::executable = path.Original();
+  const test::ImportHook path("kernel32.dll", "GetModuleFileNameW", &SystemQueries::Path);
+  SystemQueries::executable = path.Original<decltype(SystemQueries::executable)>();
   FlutterEngine::DataDirectory();
   EXPECT_EQ(SystemQueries::sizes, std::vector<std::string>{"path 260"});
 }
@@ -446,7 +445,7 @@ bool TakeWithoutAResult(FlutterDesktopViewControllerRef, HWND, UINT, WPARAM, LPA
 TEST_F(FlutterEngineTest, MessageThatIsTakenWithoutAResultGivesZero) {
   engine_.Initialize(parent_);
   const test::ImportHook hook("flutter_windows.dll", "FlutterDesktopViewControllerHandleTopLevelWindowProc",
-                              reinterpret_cast<void*>(&TakeWithoutAResult));
+                              &TakeWithoutAResult);
   EXPECT_EQ(engine_.HandleWindowMessage(parent_, WM_SIZE, 1, 2), 0);
 }
 

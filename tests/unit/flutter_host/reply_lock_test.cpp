@@ -76,7 +76,7 @@ class MessengerCalls {
   }
   template <typename Function>
   static std::unique_ptr<ImportHook> Hook(const char* function, Function* replacement) {
-    return std::make_unique<ImportHook>("flutter_windows.dll", function, reinterpret_cast<void*>(replacement));
+    return std::make_unique<ImportHook>("flutter_windows.dll", function, replacement);
   }
 
   static MessengerCalls* current;

@@ -38,31 +38,27 @@ class Steps {
  private:
   static HWND ViewWindow(FlutterDesktopViewRef view) {
     current->Note("FlutterDesktopViewGetHWND");
-    return Call<decltype(&FlutterDesktopViewGetHWND)>(current->viewWindow_)(view);
+    return current->viewWindow_.Original<decltype(&FlutterDesktopViewGetHWND)>()(view);
   }
   static HWND WINAPI Reparent(HWND window, HWND parent) {
-    const HWND former = Call<decltype(&SetParent)>(current->parent_)(window, parent);
+    const HWND former = current->parent_.Original<decltype(&SetParent)>()(window, parent);
     current->Note("SetParent %p %p", window, parent);
     return former;
   }
   static LONG_PTR WINAPI ChangeLong(HWND window, int index, LONG_PTR value) {
-    const LONG_PTR former = Call<decltype(&SetWindowLongPtrA)>(current->long_)(window, index, value);
+    const LONG_PTR former = current->long_.Original<decltype(&SetWindowLongPtrA)>()(window, index, value);
     current->Note("SetWindowLongPtrA %p %d adds %#llx, removes %#llx", window, index, value & ~former, former & ~value);
     return former;
   }
   static BOOL WINAPI Place(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
     current->Note("SetWindowPos %p after %p %d,%d %dx%d flags %u", window, after, x, y, width, height, flags);
-    return Call<decltype(&SetWindowPos)>(current->position_)(window, after, x, y, width, height, flags);
+    return current->position_.Original<decltype(&SetWindowPos)>()(window, after, x, y, width, height, flags);
   }
   static BOOL WINAPI Show(HWND window, int command) {
     current->Note("ShowWindow %p %d", window, command);
-    return Call<decltype(&ShowWindow)>(current->show_)(window, command);
+    return current->show_.Original<decltype(&ShowWindow)>()(window, command);
   }
 
-  template <class Function>
-  static Function Call(const ImportHook& hook) {
-    return reinterpret_cast<Function>(hook.Original());
-  }
   VANTRO_PRINTF_FORMAT(2, 3) void Note(const char* format, ...) {
     TakeLines();
     char text[160];
@@ -84,11 +80,11 @@ class Steps {
   LogCapture log_;
   size_t linesTaken_ = 0;
   std::vector<std::string> steps_;
-  ImportHook viewWindow_{"flutter_windows.dll", "FlutterDesktopViewGetHWND", reinterpret_cast<void*>(&ViewWindow)};
-  ImportHook parent_{"user32.dll", "SetParent", reinterpret_cast<void*>(&Reparent)};
-  ImportHook long_{"user32.dll", "SetWindowLongPtrA", reinterpret_cast<void*>(&ChangeLong)};
-  ImportHook position_{"user32.dll", "SetWindowPos", reinterpret_cast<void*>(&Place)};
-  ImportHook show_{"user32.dll", "ShowWindow", reinterpret_cast<void*>(&Show)};
+  ImportHook viewWindow_{"flutter_windows.dll", "FlutterDesktopViewGetHWND", &ViewWindow};
+  ImportHook parent_{"user32.dll", "SetParent", &Reparent};
+  ImportHook long_{"user32.dll", "SetWindowLongPtrA", &ChangeLong};
+  ImportHook position_{"user32.dll", "SetWindowPos", &Place};
+  ImportHook show_{"user32.dll", "ShowWindow", &Show};
 };
 
 Steps* Steps::current = nullptr;
@@ -151,8 +147,7 @@ HWND WINAPI PopupInsteadOfView(void*) {
 }
 
 TEST_F(ViewCalls, ChildStyleIsAddedToTheStylesThatThereAre) {
-  const ImportHook hook("flutter_windows.dll", "FlutterDesktopViewGetHWND",
-                        reinterpret_cast<void*>(PopupInsteadOfView));
+  const ImportHook hook("flutter_windows.dll", "FlutterDesktopViewGetHWND", PopupInsteadOfView);
   ASSERT_TRUE(engine_.Initialize(nullptr));
   const LONG_PTR style = GetWindowLongPtrA(engine_.flutterWindow_, GWL_STYLE);
   EXPECT_EQ(style & (WS_CHILD | WS_BORDER), WS_CHILD | WS_BORDER);

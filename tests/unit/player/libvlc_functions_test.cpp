@@ -242,15 +242,15 @@ ATOM WINAPI RecordRegister(const WNDCLASSW* windowClass) {
 
 TEST(VlcHostWindowClass, IsRegisteredWithinOneInitialisation) {
   {
-    const ImportHook begin("KERNEL32.dll", "InitOnceBeginInitialize", reinterpret_cast<void*>(&RefuseToBegin));
+    const ImportHook begin("KERNEL32.dll", "InitOnceBeginInitialize", &RefuseToBegin);
     EXPECT_EQ(RegisterVlcHostWindowClass(), 0);
   }
-  const ImportHook begin("KERNEL32.dll", "InitOnceBeginInitialize", reinterpret_cast<void*>(&RecordBegin));
-  const ImportHook complete("KERNEL32.dll", "InitOnceComplete", reinterpret_cast<void*>(&RecordComplete));
-  realBegin = reinterpret_cast<decltype(realBegin)>(begin.Original());
-  realComplete = reinterpret_cast<decltype(realComplete)>(complete.Original());
-  const ImportHook registration("user32.dll", "RegisterClassW", reinterpret_cast<void*>(&RecordRegister));
-  realRegister = reinterpret_cast<decltype(realRegister)>(registration.Original());
+  const ImportHook begin("KERNEL32.dll", "InitOnceBeginInitialize", &RecordBegin);
+  const ImportHook complete("KERNEL32.dll", "InitOnceComplete", &RecordComplete);
+  realBegin = begin.Original<decltype(realBegin)>();
+  realComplete = complete.Original<decltype(realComplete)>();
+  const ImportHook registration("user32.dll", "RegisterClassW", &RecordRegister);
+  realRegister = registration.Original<decltype(realRegister)>();
   onceCalls.clear();
   const ATOM atom = RegisterVlcHostWindowClass();
   EXPECT_NE(atom, 0);

@@ -173,8 +173,8 @@ BOOL WINAPI RefuseToMeasure(HWND window, RECT* rect) {
 
 TEST_F(LayoutTest, ATileThatCannotBeMeasuredLeavesTheOthersAlone) {
   StartGrid(2);
-  const ImportHook hook("user32.dll", "GetClientRect", reinterpret_cast<void*>(RefuseToMeasure));
-  realGetClientRect = reinterpret_cast<decltype(realGetClientRect)>(hook.Original());
+  const ImportHook hook("user32.dll", "GetClientRect", RefuseToMeasure);
+  realGetClientRect = hook.Original<decltype(realGetClientRect)>();
   unmeasured = Tile(0).window;
   const LogCapture log;
   Layout();

@@ -51,13 +51,13 @@ BOOL WINAPI NoteTimersEnd(HWND window, UINT_PTR id) {
 class NotedTimers {
  public:
   NotedTimers() {
-    realSetTimer = reinterpret_cast<decltype(realSetTimer)>(set_.Original());
-    realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill_.Original());
+    realSetTimer = set_.Original<decltype(realSetTimer)>();
+    realKillTimer = kill_.Original<decltype(realKillTimer)>();
   }
 
  private:
-  ImportHook set_{"user32.dll", "SetTimer", reinterpret_cast<void*>(NoteTimer)};
-  ImportHook kill_{"user32.dll", "KillTimer", reinterpret_cast<void*>(NoteTimersEnd)};
+  ImportHook set_{"user32.dll", "SetTimer", NoteTimer};
+  ImportHook kill_{"user32.dll", "KillTimer", NoteTimersEnd};
 };
 
 class Sequence : public WatchdogTest {
@@ -162,8 +162,8 @@ TEST_F(Sequence, OfAStartWithoutAnEventManager) {
 }
 
 TEST_F(Sequence, OfTheVideosWindow) {
-  const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(NotePlacement));
-  realSetWindowPos = reinterpret_cast<decltype(realSetWindowPos)>(place.Original());
+  const ImportHook place("user32.dll", "SetWindowPos", NotePlacement);
+  realSetWindowPos = place.Original<decltype(realSetWindowPos)>();
   NoteCalls({});
   ASSERT_TRUE(player_.Initialize(parent_.get()));
   ExpectOrder({"(call) SetWindowPos", "Created VLC child window"});
@@ -223,8 +223,8 @@ TEST_F(Sequence, OfATilesPlace) {
   StartGrid(2);
   vlc_.SetSize(TilePlayer(1), 790, 300);
   // Only the second tile writes the lines, because the first has no size.
-  const ImportHook send("user32.dll", "SendMessageA", reinterpret_cast<void*>(NoteMessage));
-  const ImportHook invalidate("user32.dll", "InvalidateRect", reinterpret_cast<void*>(NoteInvalidation));
+  const ImportHook send("user32.dll", "SendMessageA", NoteMessage);
+  const ImportHook invalidate("user32.dll", "InvalidateRect", NoteInvalidation);
   NoteCalls({"libvlc_video_set_scale", "libvlc_video_set_viewport"});
   player_.UpdateGridLayout();
   ExpectOrder({"current size:", "*** CORE FIX *** Player 0", "Sending resize message sequence to player 0",

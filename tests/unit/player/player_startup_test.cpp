@@ -126,7 +126,7 @@ DWORD WINAPI RefuseTheDirectory(DWORD room, char*) {
 }
 
 TEST_F(PlayerStartup, AWorkingDirectoryThatCannotBeReadIsLoggedAsEmpty) {
-  const ImportHook hook("KERNEL32.dll", "GetCurrentDirectoryA", reinterpret_cast<void*>(&RefuseTheDirectory));
+  const ImportHook hook("KERNEL32.dll", "GetCurrentDirectoryA", &RefuseTheDirectory);
   ASSERT_TRUE(Initialize());
   EXPECT_TRUE(log_.Has("INFO Current working directory: "));
   EXPECT_EQ(roomForTheDirectory, 260u);
@@ -304,10 +304,10 @@ class PluginsFolder : public InstanceFailure {
     refuseListing = false;
   }
   std::vector<std::string> LinesAndCalls() {
-    const ImportHook first("KERNEL32.dll", "FindFirstFileA", reinterpret_cast<void*>(&NoteFindFirst));
-    const ImportHook close("KERNEL32.dll", "FindClose", reinterpret_cast<void*>(&NoteFindClose));
-    realFindFirst = reinterpret_cast<decltype(realFindFirst)>(first.Original());
-    realFindClose = reinterpret_cast<decltype(realFindClose)>(close.Original());
+    const ImportHook first("KERNEL32.dll", "FindFirstFileA", &NoteFindFirst);
+    const ImportHook close("KERNEL32.dll", "FindClose", &NoteFindClose);
+    realFindFirst = first.Original<decltype(realFindFirst)>();
+    realFindClose = close.Original<decltype(realFindClose)>();
     EXPECT_FALSE(Initialize());
     std::vector<std::string> lines = LinesAfterTheStages();
     lines.erase(lines.begin(), lines.begin() + 2);

@@ -66,8 +66,8 @@ UINT_PTR WINAPI RecordPeriod(HWND window, UINT_PTR id, UINT period, TIMERPROC pr
 
 TEST_F(TileWatchTest, ChecksComeEverySecondAndAResumeAfter300Milliseconds) {
   Start();
-  const ImportHook hook("user32.dll", "SetTimer", reinterpret_cast<void*>(RecordPeriod));
-  realSetTimer = reinterpret_cast<decltype(realSetTimer)>(hook.Original());
+  const ImportHook hook("user32.dll", "SetTimer", RecordPeriod);
+  realSetTimer = hook.Original<decltype(realSetTimer)>();
   player_.StartStallWatchdog();
   EXPECT_EQ(lastPeriod, 1000u);
   state_.NudgePlayer(vlc_.Player());

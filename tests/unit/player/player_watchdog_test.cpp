@@ -144,8 +144,8 @@ BOOL WINAPI KillTimerAndWork(HWND window, UINT_PTR id) {
 
 TEST_F(WatchdogTest, APlayingEventDuringTheStopOfASetMediaDoesNotKeepItOn) {
   StartSingle();
-  const ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(&KillTimerAndWork));
-  realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill.Original());
+  const ImportHook kill("user32.dll", "KillTimer", &KillTimerAndWork);
+  realKillTimer = kill.Original<decltype(realKillTimer)>();
   afterNextKill = [this] { vlc_.Raise(vlc_.Player(), kPlaying); };
   bool onAtTheStop = false;
   bool onAtTheMedia = true;
@@ -161,8 +161,8 @@ TEST_F(WatchdogTest, APlayingEventDuringTheStopOfASetMediaDoesNotKeepItOn) {
 
 TEST_F(WatchdogTest, AStartDuringTheEndOfTheTimerRunsTheTimerAgain) {
   StartSingle();
-  const ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(&KillTimerAndWork));
-  realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill.Original());
+  const ImportHook kill("user32.dll", "KillTimer", &KillTimerAndWork);
+  realKillTimer = kill.Original<decltype(realKillTimer)>();
   afterNextKill = [this] { player_.StartStallWatchdog(); };
   const int started = log_.CountContaining("Started stall watchdog timer");
   player_.StopStallWatchdog();
@@ -175,10 +175,10 @@ TEST_F(WatchdogTest, AStartDuringTheEndOfTheTimerRunsTheTimerAgain) {
 
 TEST_F(WatchdogTest, ATimerThatCouldNotBeSetIsNotKilled) {
   Start();
-  const ImportHook set("user32.dll", "SetTimer",
-                       reinterpret_cast<void*>(+[](HWND, UINT_PTR, UINT, TIMERPROC) -> UINT_PTR { return 0; }));
-  const ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(&KillTimerAndWork));
-  realKillTimer = reinterpret_cast<decltype(realKillTimer)>(kill.Original());
+  const ImportHook set(
+      "user32.dll", "SetTimer", +[](HWND, UINT_PTR, UINT, TIMERPROC) -> UINT_PTR { return 0; });
+  const ImportHook kill("user32.dll", "KillTimer", &KillTimerAndWork);
+  realKillTimer = kill.Original<decltype(realKillTimer)>();
   bool killed = false;
   afterNextKill = [&killed] { killed = true; };
   player_.StartStallWatchdog();

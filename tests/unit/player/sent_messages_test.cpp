@@ -37,8 +37,8 @@ BOOL WINAPI Peek(MSG*, HWND window, UINT first, UINT last, UINT flags) {
 TEST(SentMessages, WaitAtMostAMillisecondAndLookOnlyAtSentMessages) {
   calls.clear();
   {
-    const ImportHook wait("user32.dll", "MsgWaitForMultipleObjectsEx", reinterpret_cast<void*>(&Wait));
-    const ImportHook peek("user32.dll", "PeekMessageA", reinterpret_cast<void*>(&Peek));
+    const ImportHook wait("user32.dll", "MsgWaitForMultipleObjectsEx", &Wait);
+    const ImportHook peek("user32.dll", "PeekMessageA", &Peek);
     ServeSentMessages();
   }
   EXPECT_THAT(calls, ElementsAre("wait for 0 handles, 1 ms, sent messages, also earlier ones",
@@ -58,7 +58,7 @@ TEST(SentMessages, AreServedAfterTheWaitHasYielded200Times) {
     reader.reset();
   });
   reader.emplace(epochs);
-  const ImportHook sleep("KERNEL32.dll", "Sleep", reinterpret_cast<void*>(&CountYield));
+  const ImportHook sleep("KERNEL32.dll", "Sleep", &CountYield);
   epochs.WaitForReaders();
   EXPECT_EQ(yieldsBeforeIdling, 200);
 }

@@ -133,7 +133,7 @@ class AbsentFiles : public testing::Test {
     askedPaths.clear();
     reasonOfAbsence = ERROR_FILE_NOT_FOUND;
   }
-  const ImportHook hook_{"KERNEL32.dll", "GetFileAttributesA", reinterpret_cast<void*>(&Absent)};
+  const ImportHook hook_{"KERNEL32.dll", "GetFileAttributesA", &Absent};
 };
 
 TEST_F(AbsentFiles, FiveErrorsMeanThatAPathDoesNotExist) {
@@ -214,12 +214,12 @@ BOOL WINAPI NoteCopy(const char* from, const char* to, BOOL keepOld) {
 
 TEST_F(RuntimeFolders, EachStepIsLoggedBeforeItIsTaken) {
   Install();
-  const ImportHook variable("KERNEL32.dll", "SetEnvironmentVariableA", reinterpret_cast<void*>(&NoteVariable));
-  const ImportHook directory("KERNEL32.dll", "CreateDirectoryA", reinterpret_cast<void*>(&NoteDirectory));
-  const ImportHook copy("KERNEL32.dll", "CopyFileA", reinterpret_cast<void*>(&NoteCopy));
-  realSetVariable = reinterpret_cast<decltype(realSetVariable)>(variable.Original());
-  realCreateDirectory = reinterpret_cast<decltype(realCreateDirectory)>(directory.Original());
-  realCopyFile = reinterpret_cast<decltype(realCopyFile)>(copy.Original());
+  const ImportHook variable("KERNEL32.dll", "SetEnvironmentVariableA", &NoteVariable);
+  const ImportHook directory("KERNEL32.dll", "CreateDirectoryA", &NoteDirectory);
+  const ImportHook copy("KERNEL32.dll", "CopyFileA", &NoteCopy);
+  realSetVariable = variable.Original<decltype(realSetVariable)>();
+  realCreateDirectory = directory.Original<decltype(realCreateDirectory)>();
+  realCopyFile = copy.Original<decltype(realCopyFile)>();
   ASSERT_TRUE(SetUpEnvironment());
   using testing::HasSubstr;
   EXPECT_THAT(log_.Lines(), ElementsAre(HasSubstr("Found VLC"), HasSubstr("Setting VLC_PLUGIN_PATH"),
@@ -333,7 +333,7 @@ HRESULT WINAPI RefuseTheFolder(HWND window, int folder, HANDLE token, DWORD flag
 
 TEST_F(ProgramFilesFolder, IsAskedForAsTheCurrentOneAndMayBeUnknown) {
   fs::create_directories(installed_ / "plugins");
-  const ImportHook hook("SHELL32.dll", "SHGetFolderPathA", reinterpret_cast<void*>(&RefuseTheFolder));
+  const ImportHook hook("SHELL32.dll", "SHGetFolderPathA", &RefuseTheFolder);
   EXPECT_FALSE(SetupVlcEnvironment());
   EXPECT_EQ(askedFolder, "38 0");
   EXPECT_EQ(PluginPath(), "");

@@ -37,38 +37,30 @@ class WindowCalls {
                        std::to_string(height) + " " + StyleNames(style) + " " + ExStyleNames(exStyle) +
                        (menu || data ? " with menu or data" : "") +
                        (instance == GetModuleHandleW(nullptr) ? " of this program" : ""));
-    return recorder_->create_.As(CreateWindowExW)(exStyle, className, title, style, x, y, width, height, parent, menu,
-                                                  instance, data);
+    return recorder_->create_.Original<decltype(&CreateWindowExW)>()(exStyle, className, title, style, x, y, width,
+                                                                     height, parent, menu, instance, data);
   }
   static BOOL WINAPI Place(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
     const std::string behind = recorder_->NameOf(after);
     recorder_->Add("SetWindowPos", window,
                    (behind.empty() ? InsertAfter(after) : behind) + " " + std::to_string(x) + "," + std::to_string(y) +
                        " " + std::to_string(width) + "x" + std::to_string(height) + " " + PlacementFlags(flags));
-    return recorder_->place_.As(SetWindowPos)(window, after, x, y, width, height, flags);
+    return recorder_->place_.Original<decltype(&SetWindowPos)>()(window, after, x, y, width, height, flags);
   }
   static BOOL WINAPI Move(HWND window, int x, int y, int width, int height, BOOL repaint) {
     recorder_->Add("MoveWindow", window,
                    std::to_string(x) + "," + std::to_string(y) + " " + std::to_string(width) + "x" +
                        std::to_string(height) + (repaint ? " repaint" : ""));
-    return recorder_->move_.As(MoveWindow)(window, x, y, width, height, repaint);
+    return recorder_->move_.Original<decltype(&MoveWindow)>()(window, x, y, width, height, repaint);
   }
   static BOOL WINAPI Invalidate(HWND window, const RECT* part, BOOL erase) {
     recorder_->Add("InvalidateRect", window, std::string(part ? "part" : "whole") + (erase ? " erase" : ""));
-    return recorder_->invalidate_.As(InvalidateRect)(window, part, erase);
+    return recorder_->invalidate_.Original<decltype(&InvalidateRect)>()(window, part, erase);
   }
   static BOOL WINAPI Update(HWND window) {
     recorder_->Add("UpdateWindow", window, "");
-    return recorder_->update_.As(UpdateWindow)(window);
+    return recorder_->update_.Original<decltype(&UpdateWindow)>()(window);
   }
-
-  struct Hook : ImportHook {
-    Hook(const char* function, void* replacement) : ImportHook("user32.dll", function, replacement) {}
-    template <typename Function>
-    Function* As(Function&) const {
-      return reinterpret_cast<Function*>(Original());
-    }
-  };
 
   std::string NameOf(HWND window) const {
     for (const auto& [known, name] : names_)
@@ -83,11 +75,11 @@ class WindowCalls {
   static inline WindowCalls* recorder_ = nullptr;
   const Names names_;
   std::vector<std::string> lines_;
-  const Hook create_{"CreateWindowExW", reinterpret_cast<void*>(Create)};
-  const Hook place_{"SetWindowPos", reinterpret_cast<void*>(Place)};
-  const Hook move_{"MoveWindow", reinterpret_cast<void*>(Move)};
-  const Hook invalidate_{"InvalidateRect", reinterpret_cast<void*>(Invalidate)};
-  const Hook update_{"UpdateWindow", reinterpret_cast<void*>(Update)};
+  const ImportHook create_{"user32.dll", "CreateWindowExW", Create};
+  const ImportHook place_{"user32.dll", "SetWindowPos", Place};
+  const ImportHook move_{"user32.dll", "MoveWindow", Move};
+  const ImportHook invalidate_{"user32.dll", "InvalidateRect", Invalidate};
+  const ImportHook update_{"user32.dll", "UpdateWindow", Update};
 };
 
 }  // namespace vantro::test

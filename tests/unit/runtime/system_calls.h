@@ -64,11 +64,11 @@ class SystemCalls {
   }
   template <typename Function>
   void Replace(const char* library, const char* name, Function* replacement) {
-    hooks_[name] = std::make_unique<ImportHook>(library, name, reinterpret_cast<void*>(replacement), adapter_);
+    hooks_[name] = std::make_unique<ImportHook>(library, name, replacement, adapter_);
   }
   template <typename Function>
   static Function* Original(const char* name) {
-    return reinterpret_cast<Function*>(current->hooks_.at(name)->Original());
+    return current->hooks_.at(name)->Original<Function*>();
   }
 
   static DWORD WINAPI ModulePath(HMODULE module, LPWSTR path, DWORD room) {

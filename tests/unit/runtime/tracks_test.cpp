@@ -120,10 +120,7 @@ TEST_P(TracksTest, ATrackWithoutAnIdentityIsLeftOut) {
 // Lets the adapter have only that many entries of a list.
 class ScarceEntries {
  public:
-  ScarceEntries(HMODULE adapter, int entries)
-      : hook_("msvcrt.dll", "malloc", reinterpret_cast<void*>(&Allocate), adapter) {
-    left = entries;
-  }
+  ScarceEntries(HMODULE adapter, int entries) : hook_("msvcrt.dll", "malloc", &Allocate, adapter) { left = entries; }
 
  private:
   static void* Allocate(size_t size) {

@@ -23,13 +23,14 @@ constexpr ULONG kSystemGenerator = 2;
 
 // The memory that the Data Protection API returned, and the memory that was freed.
 std::vector<void*> blobs, freed;
-void *originalProtect, *originalUnprotect, *originalFree;
+decltype(&CryptProtectData) originalProtect;
+decltype(&CryptUnprotectData) originalUnprotect;
+decltype(&LocalFree) originalFree;
 int unwrappings;
 
 BOOL WINAPI Protect(DATA_BLOB* input, LPCWSTR description, DATA_BLOB* entropy, PVOID reserved,
                     CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
-  const BOOL done = reinterpret_cast<decltype(&Protect)>(originalProtect)(input, description, entropy, reserved, prompt,
-                                                                          flags, output);
+  const BOOL done = originalProtect(input, description, entropy, reserved, prompt, flags, output);
   blobs.push_back(output->pbData);
   return done;
 }
@@ -37,15 +38,14 @@ BOOL WINAPI Protect(DATA_BLOB* input, LPCWSTR description, DATA_BLOB* entropy, P
 BOOL WINAPI Unprotect(DATA_BLOB* input, LPWSTR* description, DATA_BLOB* entropy, PVOID reserved,
                       CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
   ++unwrappings;
-  const BOOL done = reinterpret_cast<decltype(&Unprotect)>(originalUnprotect)(input, description, entropy, reserved,
-                                                                              prompt, flags, output);
+  const BOOL done = originalUnprotect(input, description, entropy, reserved, prompt, flags, output);
   if (done) blobs.push_back(output->pbData);
   return done;
 }
 
 HLOCAL WINAPI Free(HLOCAL memory) {
   freed.push_back(memory);
-  return reinterpret_cast<decltype(&Free)>(originalFree)(memory);
+  return originalFree(memory);
 }
 
 struct RandomCall {
@@ -76,17 +76,17 @@ class DatabaseKeyCalls : public KeyStoreTest {
     randomCalls.clear();
     foldersMade.clear();
     unwrappings = 0;
-    originalProtect = protect_.Original();
-    originalUnprotect = unprotect_.Original();
-    originalFree = free_.Original();
+    originalProtect = protect_.Original<decltype(originalProtect)>();
+    originalUnprotect = unprotect_.Original<decltype(originalUnprotect)>();
+    originalFree = free_.Original<decltype(originalFree)>();
   }
 
   static int TimesFreed(const void* memory) { return static_cast<int>(std::count(freed.begin(), freed.end(), memory)); }
 
   const std::vector<uint8_t> key_ = std::vector<uint8_t>(32, 7);
-  ImportHook protect_{"crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(Protect)};
-  ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(Unprotect)};
-  ImportHook free_{"kernel32.dll", "LocalFree", reinterpret_cast<void*>(Free)};
+  ImportHook protect_{"crypt32.dll", "CryptProtectData", Protect};
+  ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", Unprotect};
+  ImportHook free_{"kernel32.dll", "LocalFree", Free};
 };
 
 TEST_F(DatabaseKeyCalls, EachBlobOfTheApiIsFreedOnce) {
@@ -111,7 +111,7 @@ TEST_F(DatabaseKeyCalls, NothingIsFreedWhenNothingWasUnwrapped) {
 }
 
 TEST_F(DatabaseKeyCalls, KeyIsThirtyTwoBytesOfTheSystemsPreferredGenerator) {
-  const ImportHook random("bcrypt.dll", "BCryptGenRandom", reinterpret_cast<void*>(CountUp));
+  const ImportHook random("bcrypt.dll", "BCryptGenRandom", CountUp);
   const std::vector<uint8_t> key = DatabaseKeyStore::GetOrCreateKey();
   ASSERT_EQ(key.size(), 32u);
   for (size_t at = 0; at < key.size(); ++at) EXPECT_EQ(key[at], at + 1);
@@ -122,7 +122,7 @@ TEST_F(DatabaseKeyCalls, KeyIsThirtyTwoBytesOfTheSystemsPreferredGenerator) {
 }
 
 TEST_F(DatabaseKeyCalls, FolderThatIsAbsentIsMadeWithoutAttributes) {
-  const ImportHook make("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(MakeNoFolder));
+  const ImportHook make("kernel32.dll", "CreateDirectoryW", MakeNoFolder);
   DatabaseKeyStore::GetKeyFilePath();
   ASSERT_EQ(foldersMade.size(), 1u);
   EXPECT_EQ(foldersMade[0].first, appData_.path().wstring() + L"\\Vantro");
@@ -130,22 +130,22 @@ TEST_F(DatabaseKeyCalls, FolderThatIsAbsentIsMadeWithoutAttributes) {
 }
 
 TEST_F(DatabaseKeyCalls, FolderThatCannotBeMadeStillHasItsPath) {
-  const ImportHook make("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(MakeNoFolder));
+  const ImportHook make("kernel32.dll", "CreateDirectoryW", MakeNoFolder);
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), appData_.path().wstring() + L"\\Vantro\\db.key");
 }
 
 // The attributes of the key file. Other files have the system's.
 DWORD keyFileAttributes;
-void* originalAttributes;
+decltype(&GetFileAttributesW) originalAttributes;
 DWORD WINAPI AttributesOf(LPCWSTR path) {
   if (std::wstring(path).ends_with(L"\\db.key")) return keyFileAttributes;
-  return reinterpret_cast<decltype(&AttributesOf)>(originalAttributes)(path);
+  return originalAttributes(path);
 }
 
 TEST_F(DatabaseKeyCalls, OnlyAFolderOrAFileWithoutAttributesIsLeftUnread) {
   ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
-  const ImportHook attributes("kernel32.dll", "GetFileAttributesW", reinterpret_cast<void*>(AttributesOf));
-  originalAttributes = attributes.Original();
+  const ImportHook attributes("kernel32.dll", "GetFileAttributesW", AttributesOf);
+  originalAttributes = attributes.Original<decltype(originalAttributes)>();
   for (const DWORD unread : {INVALID_FILE_ATTRIBUTES, DWORD{FILE_ATTRIBUTE_DIRECTORY}}) {
     keyFileAttributes = unread;
     EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty()) << unread;
@@ -171,7 +171,7 @@ int ReadNothing(int, void*, unsigned) { return -1; }
 
 TEST_F(DatabaseKeyCalls, FileThatCannotBeReadIsNotUnwrapped) {
   ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
-  const ImportHook read("msvcrt.dll", "_read", reinterpret_cast<void*>(ReadNothing));
+  const ImportHook read("msvcrt.dll", "_read", ReadNothing);
   EXPECT_THAT(DatabaseKeyStore::LoadKey(), IsEmpty());
   EXPECT_EQ(unwrappings, 0);
 }
@@ -194,8 +194,8 @@ BOOL WINAPI UnprotectNothing(DATA_BLOB* input, LPWSTR*, DATA_BLOB*, PVOID, CRYPT
 }
 
 TEST_F(DatabaseKeyCalls, TheBlobsBytesAreWrittenAndReadUnchanged) {
-  const ImportHook protect("crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(ProtectAsText));
-  const ImportHook unprotect("crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(UnprotectNothing));
+  const ImportHook protect("crypt32.dll", "CryptProtectData", ProtectAsText);
+  const ImportHook unprotect("crypt32.dll", "CryptUnprotectData", UnprotectNothing);
   LeaveFile("a longer file that is replaced");
   ASSERT_TRUE(DatabaseKeyStore::SaveKey(key_));
   EXPECT_EQ(ReadFileBytes(KeyFile()), kTextLikeBytes);

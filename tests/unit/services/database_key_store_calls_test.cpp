@@ -26,7 +26,7 @@ class KeyStoreCalls : public KeyStoreTest {};
 NTSTATUS WINAPI RefuseRandom(BCRYPT_ALG_HANDLE, PUCHAR, ULONG, ULONG) { return static_cast<NTSTATUS>(0xC0000001); }
 
 TEST_F(KeyStoreCalls, WithoutRandomBytesThereIsNoKeyAndNoFile) {
-  const ImportHook hook("bcrypt.dll", "BCryptGenRandom", reinterpret_cast<void*>(RefuseRandom));
+  const ImportHook hook("bcrypt.dll", "BCryptGenRandom", RefuseRandom);
   LogCapture log;
 
   EXPECT_THAT(DatabaseKeyStore::GetOrCreateKey(), IsEmpty());
@@ -45,7 +45,7 @@ NTSTATUS WINAPI FillWithSevens(BCRYPT_ALG_HANDLE algorithm, PUCHAR bytes, ULONG 
 }
 
 TEST_F(KeyStoreCalls, All32BytesAreTheSystemsRandomOnes) {
-  const ImportHook hook("bcrypt.dll", "BCryptGenRandom", reinterpret_cast<void*>(FillWithSevens));
+  const ImportHook hook("bcrypt.dll", "BCryptGenRandom", FillWithSevens);
   EXPECT_EQ(DatabaseKeyStore::GetOrCreateKey(), std::vector<uint8_t>(32, 7));
 }
 
@@ -65,22 +65,22 @@ class ProtectionCalls {
                              CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
     const std::wstring text = description ? description : L"(none)";
     current->Note("protect '" + std::string(text.begin(), text.end()) + "'", entropy, reserved, prompt, flags);
-    const BOOL done = reinterpret_cast<decltype(&CryptProtectData)>(current->protect_.Original())(
-        input, description, entropy, reserved, prompt, flags, output);
+    const BOOL done = current->protect_.Original<decltype(&CryptProtectData)>()(input, description, entropy, reserved,
+                                                                                prompt, flags, output);
     if (done) current->alive_.insert(output->pbData);
     return done;
   }
   static BOOL WINAPI Unprotect(DATA_BLOB* input, LPWSTR* description, DATA_BLOB* entropy, PVOID reserved,
                                CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags, DATA_BLOB* output) {
     current->Note(description ? "unprotect with description" : "unprotect", entropy, reserved, prompt, flags);
-    const BOOL done = reinterpret_cast<decltype(&CryptUnprotectData)>(current->unprotect_.Original())(
-        input, description, entropy, reserved, prompt, flags, output);
+    const BOOL done = current->unprotect_.Original<decltype(&CryptUnprotectData)>()(input, description, entropy,
+                                                                                    reserved, prompt, flags, output);
     if (done) current->alive_.insert(output->pbData);
     return done;
   }
   static HLOCAL WINAPI Free(HLOCAL memory) {
     current->alive_.erase(memory);
-    return reinterpret_cast<decltype(&LocalFree)>(current->free_.Original())(memory);
+    return current->free_.Original<decltype(&LocalFree)>()(memory);
   }
   void Note(std::string line, const void* entropy, const void* reserved, const void* prompt, DWORD flags) {
     if (entropy) line += " entropy";
@@ -92,9 +92,9 @@ class ProtectionCalls {
   static ProtectionCalls* current;
   std::vector<std::string> lines_;
   std::set<void*> alive_;
-  ImportHook free_{"kernel32.dll", "LocalFree", reinterpret_cast<void*>(&Free)};
-  ImportHook protect_{"crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(&Protect)};
-  ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", reinterpret_cast<void*>(&Unprotect)};
+  ImportHook free_{"kernel32.dll", "LocalFree", &Free};
+  ImportHook protect_{"crypt32.dll", "CryptProtectData", &Protect};
+  ImportHook unprotect_{"crypt32.dll", "CryptUnprotectData", &Unprotect};
 };
 
 ProtectionCalls* ProtectionCalls::current = nullptr;
@@ -125,7 +125,7 @@ HRESULT WINAPI RefuseAllButLocalAppData(HWND owner, int folder, HANDLE token, DW
 }
 
 TEST_F(KeyStoreCalls, AsksForTheLocalFolderAndNotTheRoamingOne) {
-  const ImportHook hook("shell32.dll", "SHGetFolderPathW", reinterpret_cast<void*>(RefuseAllButLocalAppData));
+  const ImportHook hook("shell32.dll", "SHGetFolderPathW", RefuseAllButLocalAppData);
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), L"C:\\here\\Vantro\\db.key");
 }
 
@@ -136,7 +136,7 @@ BOOL WINAPI RefuseDirectory(LPCWSTR, LPSECURITY_ATTRIBUTES) {
 
 TEST_F(KeyStoreCalls, FolderThatIsThereIsNotCreatedAgain) {
   std::filesystem::create_directories(Folder());
-  const ImportHook hook("kernel32.dll", "CreateDirectoryW", reinterpret_cast<void*>(RefuseDirectory));
+  const ImportHook hook("kernel32.dll", "CreateDirectoryW", RefuseDirectory);
   EXPECT_EQ(DatabaseKeyStore::GetKeyFilePath(), KeyFile().wstring());
 }
 

@@ -157,7 +157,7 @@ BOOL WINAPI RefuseProtection(DATA_BLOB*, LPCWSTR, DATA_BLOB*, PVOID, CRYPTPROTEC
 }
 
 TEST_F(DatabaseKeyStoreTest, KeyThatCannotBeWrappedIsNotReturned) {
-  const ImportHook hook("crypt32.dll", "CryptProtectData", reinterpret_cast<void*>(RefuseProtection));
+  const ImportHook hook("crypt32.dll", "CryptProtectData", RefuseProtection);
   LogCapture log;
 
   EXPECT_THAT(DatabaseKeyStore::GetOrCreateKey(), IsEmpty());

@@ -63,7 +63,7 @@ class ThumbnailSteps : public ThumbnailWorker {
   template <typename Function, typename... Arguments>
   static auto Pass(const ImportHook& hook, Function*, const std::string& step, Arguments... arguments) {
     if (!current_->isCollecting_ && !step.empty()) current_->AddStep(step);
-    return reinterpret_cast<Function*>(hook.Original())(arguments...);
+    return hook.Original<Function*>()(arguments...);
   }
   // Other threads wait too, and the short and the endless waits of this one are the system's own.
   static std::string WaitStep(DWORD time) {
@@ -100,14 +100,13 @@ class ThumbnailSteps : public ThumbnailWorker {
   std::vector<std::string> steps_;
   size_t linesTaken_ = 0;
   bool isCollecting_ = false;
-  ImportHook sleep_{"kernel32.dll", "Sleep", reinterpret_cast<void*>(&OnSleep)};
-  ImportHook wait_{"kernel32.dll", "WaitForSingleObject", reinterpret_cast<void*>(&OnWait)};
-  ImportHook seek_{"msvcrt.dll", "fseek", reinterpret_cast<void*>(&OnSeek)};
-  ImportHook rewind_{"msvcrt.dll", "rewind", reinterpret_cast<void*>(&OnRewind)};
-  ImportHook read_{"msvcrt.dll", "fread", reinterpret_cast<void*>(&OnRead)};
-  ImportHook answer_{"flutter_windows.dll", "FlutterDesktopMessengerSendResponse", reinterpret_cast<void*>(&OnAnswer)};
-  ImportHook callback_{"flutter_windows.dll", "FlutterDesktopMessengerSetCallback",
-                       reinterpret_cast<void*>(&OnSetCallback)};
+  ImportHook sleep_{"kernel32.dll", "Sleep", &OnSleep};
+  ImportHook wait_{"kernel32.dll", "WaitForSingleObject", &OnWait};
+  ImportHook seek_{"msvcrt.dll", "fseek", &OnSeek};
+  ImportHook rewind_{"msvcrt.dll", "rewind", &OnRewind};
+  ImportHook read_{"msvcrt.dll", "fread", &OnRead};
+  ImportHook answer_{"flutter_windows.dll", "FlutterDesktopMessengerSendResponse", &OnAnswer};
+  ImportHook callback_{"flutter_windows.dll", "FlutterDesktopMessengerSetCallback", &OnSetCallback};
 };
 
 ThumbnailSteps* ThumbnailSteps::current_ = nullptr;
@@ -209,7 +208,7 @@ int ThrowAtPlay(libvlc_media_player_t*) { throw 7; }
 TEST_F(ThumbnailSteps, AnExceptionIsLoggedBeforeTheStop) {
   Ask("initialize");
   Note({"libvlc_media_player_stop_async"});
-  const ImportHook play("libvlc.dll", "libvlc_media_player_play", reinterpret_cast<void*>(ThrowAtPlay));
+  const ImportHook play("libvlc.dll", "libvlc_media_player_play", ThrowAtPlay);
   EXPECT_THAT(LastThreeOf(StepsOf([&] { GetFrame(); })),
               ElementsAre("Exception during snapshot", "libvlc_media_player_stop_async", "answer"));
 }

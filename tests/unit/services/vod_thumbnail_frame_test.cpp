@@ -68,10 +68,10 @@ DWORD WINAPI OnWait(HANDLE handle, DWORD time) {
 
 TEST_F(ThumbnailWorker, WaitsNoLongerThanItHasTo) {
   InitializeWithPicture();
-  const ImportHook sleep("kernel32.dll", "Sleep", reinterpret_cast<void*>(OnSleep));
-  const ImportHook wait("kernel32.dll", "WaitForSingleObject", reinterpret_cast<void*>(OnWait));
-  realSleep = reinterpret_cast<decltype(realSleep)>(sleep.Original());
-  realWait = reinterpret_cast<decltype(realWait)>(wait.Original());
+  const ImportHook sleep("kernel32.dll", "Sleep", OnSleep);
+  const ImportHook wait("kernel32.dll", "WaitForSingleObject", OnWait);
+  realSleep = sleep.Original<decltype(realSleep)>();
+  realWait = wait.Original<decltype(realWait)>();
   waits.clear();
   waitingThread = GetCurrentThreadId();
   GetFrame();
@@ -106,7 +106,7 @@ DWORD WINAPI NoTemporaryFolder(DWORD, char*) { return 0; }
 
 TEST_F(ThumbnailWorker, WithoutATemporaryFolderTheSnapshotGoesIntoTheWorkingDirectory) {
   Initialize();
-  const ImportHook folder("kernel32.dll", "GetTempPathA", reinterpret_cast<void*>(NoTemporaryFolder));
+  const ImportHook folder("kernel32.dll", "GetTempPathA", NoTemporaryFolder);
   GetFrame();
   EXPECT_THAT(vlc_.CallsOf("libvlc_video_take_snapshot"),
               ElementsAre("libvlc_video_take_snapshot(player1, 0, \"vantro_thumb_123_42.jpg\", 320, 180)"));
@@ -183,7 +183,7 @@ void ThrowAtMedia(libvlc_media_player_t*, libvlc_media_t*) { throw 7; }
 
 TEST_F(ThumbnailWorker, ExceptionDuringTheSnapshotStopsThePlayer) {
   InitializeWithPicture();
-  const ImportHook hook("libvlc.dll", "libvlc_media_player_set_media", reinterpret_cast<void*>(ThrowAtMedia));
+  const ImportHook hook("libvlc.dll", "libvlc_media_player_set_media", ThrowAtMedia);
   EXPECT_EQ(GetFrame(), NoFrame("Exception during snapshot"));
   EXPECT_EQ(vlc_.CountOf("libvlc_media_player_stop_async"), 1);
   EXPECT_EQ(vlc_.CountOf("libvlc_media_release"), 1);
@@ -230,13 +230,13 @@ class StopsAtDeletion {
  private:
   static BOOL WINAPI Delete(LPCSTR path) {
     current->counts_.push_back(current->vlc_.CountOf("libvlc_media_player_stop_async"));
-    return reinterpret_cast<decltype(&DeleteFileA)>(current->hook_.Original())(path);
+    return current->hook_.Original<decltype(&DeleteFileA)>()(path);
   }
 
   static StopsAtDeletion* current;
   const ScriptedVlc& vlc_;
   std::vector<int> counts_;
-  ImportHook hook_{"kernel32.dll", "DeleteFileA", reinterpret_cast<void*>(&Delete)};
+  ImportHook hook_{"kernel32.dll", "DeleteFileA", &Delete};
 };
 
 StopsAtDeletion* StopsAtDeletion::current = nullptr;
@@ -263,7 +263,7 @@ DWORD WINAPI PathForARoomOf260(DWORD room, LPSTR folder) {
 
 TEST_F(ThumbnailWorker, TemporaryFolderMayHave260Characters) {
   Initialize();
-  const ImportHook hook("kernel32.dll", "GetTempPathA", reinterpret_cast<void*>(PathForARoomOf260));
+  const ImportHook hook("kernel32.dll", "GetTempPathA", PathForARoomOf260);
   GetFrame();
   EXPECT_THAT(vlc_.CallsOf("libvlc_video_take_snapshot"),
               ElementsAre(testing::HasSubstr("C:\\here\\vantro_thumb_123_42.jpg")));

@@ -91,7 +91,7 @@ struct RecordedCalls {
 CallLog::CallLog(VantroWindow& window) : window_(window) {
   current = this;
   const auto hook = [this](const char* library, const char* function, auto* replacement) {
-    hooks_.push_back(std::make_unique<ImportHook>(library, function, reinterpret_cast<void*>(replacement)));
+    hooks_.push_back(std::make_unique<ImportHook>(library, function, replacement));
   };
   hook("user32.dll", "SetWindowPos", &RecordedCalls::OnSetWindowPos);
   hook("user32.dll", "ShowWindow", &RecordedCalls::OnShowWindow);

@@ -67,7 +67,7 @@ class TitleBarCalls : public test::ShellTest {
 };
 
 TEST_F(TitleBarCalls, SearchBoxIsEnabledAndHasAHintUntilItIsFocused) {
-  const ImportHook hook("user32.dll", "SendMessageW", reinterpret_cast<void*>(OnSendMessageW));
+  const ImportHook hook("user32.dll", "SendMessageW", OnSendMessageW);
   const CallLog calls(Window());
   hints.clear();
   CreateControls();
@@ -79,8 +79,8 @@ TEST_F(TitleBarCalls, SearchBoxIsEnabledAndHasAHintUntilItIsFocused) {
 }
 
 TEST_F(TitleBarCalls, IconIsLoadedAt16By16AndGivenToItsStatic) {
-  const ImportHook hook("user32.dll", "LoadImageA", reinterpret_cast<void*>(OnLoadImage));
-  const ImportHook send("user32.dll", "SendMessageA", reinterpret_cast<void*>(OnSendMessageA));
+  const ImportHook hook("user32.dll", "LoadImageA", OnLoadImage);
+  const ImportHook send("user32.dll", "SendMessageA", OnSendMessageA);
   sentIcons.clear();
   CreateControls();
   EXPECT_EQ(sentIcons, (std::vector<LPARAM>{0}));
@@ -109,8 +109,8 @@ BOOL WINAPI NotePlace(HWND window, HWND after, int x, int y, int width, int heig
 }
 
 TEST_F(TitleBarCalls, EachStepOfTheSearchBoxIsLoggedAfterItsCall) {
-  const ImportHook enable("user32.dll", "EnableWindow", reinterpret_cast<void*>(NoteEnable));
-  const ImportHook focus("user32.dll", "SetFocus", reinterpret_cast<void*>(NoteFocus));
+  const ImportHook enable("user32.dll", "EnableWindow", NoteEnable);
+  const ImportHook focus("user32.dll", "SetFocus", NoteFocus);
   const test::LogCapture log;
   CreateControls();
   EXPECT_TRUE(InOrder(log, {"INFO Search box hint text set, result: ", "(call) EnableWindow",
@@ -119,7 +119,7 @@ TEST_F(TitleBarCalls, EachStepOfTheSearchBoxIsLoggedAfterItsCall) {
 }
 
 TEST_F(TitleBarCalls, ControlsArePlacedBeforeTheBarIsLoggedAsMade) {
-  const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(NotePlace));
+  const ImportHook place("user32.dll", "SetWindowPos", NotePlace);
   const test::LogCapture log;
   CreateControls();
   const Lines lines = log.Lines();
@@ -129,7 +129,7 @@ TEST_F(TitleBarCalls, ControlsArePlacedBeforeTheBarIsLoggedAsMade) {
 }
 
 TEST_F(TitleBarCalls, FrameIsChangedBeforeTheSystemsBarIsLoggedAsRemoved) {
-  const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(NotePlace));
+  const ImportHook place("user32.dll", "SetWindowPos", NotePlace);
   const test::LogCapture log;
   Inside(Window()).titleBar_.RemoveStandardTitleBar();
   EXPECT_TRUE(InOrder(log, {"INFO RemoveStandardTitleBar: Removing Windows title bar", "(call) SetWindowPos",

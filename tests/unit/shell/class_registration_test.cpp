@@ -23,8 +23,8 @@ ATOM WINAPI RefuseOneClass(const WNDCLASSEXW* windowClass) {
 
 class ClassRegistration : public test::WindowTest {
  protected:
-  ClassRegistration() : hook_("user32.dll", "RegisterClassExW", reinterpret_cast<void*>(RefuseOneClass)) {
-    realRegister = reinterpret_cast<decltype(&RegisterClassExW)>(hook_.Original());
+  ClassRegistration() : hook_("user32.dll", "RegisterClassExW", RefuseOneClass) {
+    realRegister = hook_.Original<decltype(&RegisterClassExW)>();
   }
   static std::unique_ptr<VantroWindow> Make() { return std::make_unique<VantroWindow>(GetModuleHandleA(nullptr)); }
 
@@ -65,10 +65,10 @@ HCURSOR WINAPI OnLoadCursor(HINSTANCE instance, const char* name) {
 
 TEST_F(ClassRegistration, MainWindowLoadsItsIconThenTheArrowThenItsSmallIcon) {
   refusedClass = L"VantroWindowClass";
-  const test::ImportHook icons("user32.dll", "LoadIconA", reinterpret_cast<void*>(OnLoadIcon));
-  const test::ImportHook cursors("user32.dll", "LoadCursorA", reinterpret_cast<void*>(OnLoadCursor));
-  realLoadIcon = reinterpret_cast<decltype(realLoadIcon)>(icons.Original());
-  realLoadCursor = reinterpret_cast<decltype(realLoadCursor)>(cursors.Original());
+  const test::ImportHook icons("user32.dll", "LoadIconA", OnLoadIcon);
+  const test::ImportHook cursors("user32.dll", "LoadCursorA", OnLoadCursor);
+  realLoadIcon = icons.Original<decltype(realLoadIcon)>();
+  realLoadCursor = cursors.Original<decltype(realLoadCursor)>();
   const auto window = Make();
   EXPECT_FALSE(window->Initialize());
   EXPECT_TRUE(test::InOrder(

@@ -68,10 +68,10 @@ int WINAPI OnMessageBox(HWND owner, const wchar_t* text, const wchar_t* caption,
 class CrashFilter : public testing::Test {
  protected:
   test::LogCapture log_;
-  ImportHook createFile_{"kernel32.dll", "CreateFileW", reinterpret_cast<void*>(OnCreateFile)};
-  ImportHook writeDump_{"dbghelp.dll", "MiniDumpWriteDump", reinterpret_cast<void*>(OnWriteDump)};
-  ImportHook closeHandle_{"kernel32.dll", "CloseHandle", reinterpret_cast<void*>(OnCloseHandle)};
-  ImportHook messageBox_{"user32.dll", "MessageBoxW", reinterpret_cast<void*>(OnMessageBox)};
+  ImportHook createFile_{"kernel32.dll", "CreateFileW", OnCreateFile};
+  ImportHook writeDump_{"dbghelp.dll", "MiniDumpWriteDump", OnWriteDump};
+  ImportHook closeHandle_{"kernel32.dll", "CloseHandle", OnCloseHandle};
+  ImportHook messageBox_{"user32.dll", "MessageBoxW", OnMessageBox};
 };
 
 TEST_F(CrashFilter, WritesASmallDumpOfTheFaultThenShowsTheBox) {
@@ -107,9 +107,9 @@ struct Aborted {};
 void OnAbort() { throw Aborted{}; }
 
 TEST(UncaughtException, IsRaisedWithTheCodeOfCppExceptionsAndNeverContinued) {
-  const ImportHook raise("kernel32.dll", "RaiseException", reinterpret_cast<void*>(OnRaise));
-  const ImportHook abort("msvcrt.dll", "abort", reinterpret_cast<void*>(OnAbort));
-  realRaise = reinterpret_cast<decltype(realRaise)>(raise.Original());
+  const ImportHook raise("kernel32.dll", "RaiseException", OnRaise);
+  const ImportHook abort("msvcrt.dll", "abort", OnAbort);
+  realRaise = raise.Original<decltype(realRaise)>();
   raised.clear();
   EXPECT_THROW(RaiseUncaughtException(), Aborted);
   EXPECT_EQ(raised, (std::vector<Raised>{{0xE06D7363, EXCEPTION_NONCONTINUABLE, 0, nullptr}}));

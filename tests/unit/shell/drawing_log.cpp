@@ -84,7 +84,7 @@ struct DrawingCalls {
 DrawingLog::DrawingLog() {
   current = this;
   const auto hook = [this](const char* library, const char* function, auto* replacement) {
-    hooks_.push_back(std::make_unique<ImportHook>(library, function, reinterpret_cast<void*>(replacement)));
+    hooks_.push_back(std::make_unique<ImportHook>(library, function, replacement));
   };
   hook("gdi32.dll", "CreatePen", &DrawingCalls::OnCreatePen);
   hook("gdi32.dll", "MoveToEx", &DrawingCalls::OnMoveToEx);

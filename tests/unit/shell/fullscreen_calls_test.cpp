@@ -40,8 +40,8 @@ BOOL WINAPI OnGetMonitorInfo(HMONITOR, MONITORINFO* info) {
 }
 
 TEST_F(FullscreenCalls, TakeTheWholeMonitorOfTheWindowOrElseThePrimaryOne) {
-  const ImportHook from("user32.dll", "MonitorFromWindow", reinterpret_cast<void*>(OnMonitorFromWindow));
-  const ImportHook info("user32.dll", "GetMonitorInfoA", reinterpret_cast<void*>(OnGetMonitorInfo));
+  const ImportHook from("user32.dll", "MonitorFromWindow", OnMonitorFromWindow);
+  const ImportHook info("user32.dll", "GetMonitorInfoA", OnGetMonitorInfo);
   const CallLog calls(Window());
   const test::LogCapture log;
   Window().ToggleFullscreen();
@@ -92,8 +92,8 @@ BOOL WINAPI NoUpdate(HWND) { return TRUE; }
 
 TEST_F(FullscreenCalls, ShowingTheBarFillsItWithoutWaitingForAPaintMessage) {
   Window().ToggleFullscreen();
-  const ImportHook update("user32.dll", "UpdateWindow", reinterpret_cast<void*>(NoUpdate));
-  const ImportHook fill("user32.dll", "FillRect", reinterpret_cast<void*>(OnFillRect));
+  const ImportHook update("user32.dll", "UpdateWindow", NoUpdate);
+  const ImportHook fill("user32.dll", "FillRect", OnFillRect);
   filledStrips.clear();
   Inside(Window()).fullscreen_.ShowTitleBarControls();
   RECT client{};
@@ -108,7 +108,7 @@ BOOL WINAPI NoClientRect(HWND, RECT*) { return FALSE; }
 
 TEST_F(FullscreenCalls, BarWithoutAClientAreaIsRedrawnInTheKeptWidth) {
   Inside(Window()).width_ = 777;
-  const ImportHook hook("user32.dll", "GetClientRect", reinterpret_cast<void*>(NoClientRect));
+  const ImportHook hook("user32.dll", "GetClientRect", NoClientRect);
   CallLog calls(Window());
   Inside(Window()).fullscreen_.HideTitleBarControls();
   EXPECT_EQ(calls.Of("InvalidateRect"), (Lines{"InvalidateRect main 0,0-777,30 erase"}));
@@ -184,8 +184,8 @@ TEST_F(FullscreenOrder, OfEntering) {
   Inside(Window()).width_ = 0;
   Inside(Window()).isMouseInTopArea_ = true;
   Inside(Window()).mouseTrackingTimer_ = kMouseTrackingTimerId;  // as if the timer already ran
-  const ImportHook rect("user32.dll", "GetWindowRect", reinterpret_cast<void*>(OnGetWindowRect));
-  const ImportHook style("user32.dll", "GetWindowLongA", reinterpret_cast<void*>(OnGetWindowLong));
+  const ImportHook rect("user32.dll", "GetWindowRect", OnGetWindowRect);
+  const ImportHook style("user32.dll", "GetWindowLongA", OnGetWindowLong);
   Lines expected = {"INFO ToggleFullscreen: Entering fullscreen mode",
                     "DEBUG (call) GetWindowRect",
                     "DEBUG (call) GetWindowLongA GWL_STYLE with the width 0",
@@ -300,7 +300,7 @@ BOOL WINAPI NoCursor(POINT* point) {
 
 TEST_F(FullscreenOrder, UnknownPointerPositionChangesAndLogsNothing) {
   Window().ToggleFullscreen();
-  const ImportHook hook("user32.dll", "GetCursorPos", reinterpret_cast<void*>(NoCursor));
+  const ImportHook hook("user32.dll", "GetCursorPos", NoCursor);
   EXPECT_EQ(StepsOf([this] { SendMessageA(Window().hwnd_, WM_MOUSEMOVE, 0, 0); }), Lines{});
   EXPECT_EQ(StepsOf([this] { SendMessageA(Window().hwnd_, WM_TIMER, kMouseTrackingTimerId, 0); }), Lines{});
 }

@@ -150,8 +150,8 @@ DWORD WINAPI NoProcessId(HWND, DWORD*) {
 }
 
 TEST_F(KeyAtTheMainWindow, WithAViewOfUnknownClassAndProcess) {
-  const test::ImportHook className("user32.dll", "GetClassNameA", reinterpret_cast<void*>(NoClassName));
-  const test::ImportHook process("user32.dll", "GetWindowThreadProcessId", reinterpret_cast<void*>(NoProcessId));
+  const test::ImportHook className("user32.dll", "GetClassNameA", NoClassName);
+  const test::ImportHook process("user32.dll", "GetWindowThreadProcessId", NoProcessId);
   const test::LogCapture log;
   SendMessageA(Main(), WM_KEYDOWN, kKey, 0);
   EXPECT_TRUE(InOrder(log, {"(call) GetClassNameA 256", "(call) GetWindowThreadProcessId",
@@ -164,7 +164,7 @@ int WINAPI FailOnGetClassName(HWND, char*, int) {
 }
 
 TEST_F(KeyAtTheMainWindow, AsksNothingAboutTheViewWhileTheLogIsOff) {
-  const test::ImportHook hook("user32.dll", "GetClassNameA", reinterpret_cast<void*>(FailOnGetClassName));
+  const test::ImportHook hook("user32.dll", "GetClassNameA", FailOnGetClassName);
   debugLoggingEnabled = false;
   SendMessageA(Main(), WM_KEYDOWN, kKey, 0);
   debugLoggingEnabled = true;
@@ -177,7 +177,7 @@ BOOL WINAPI DeadAtTheFirstQuestion(HWND window) {
 }
 
 TEST_F(KeyAtTheMainWindow, WithAViewThatIsAliveAgainWhenTheLineIsWritten) {
-  const test::ImportHook hook("user32.dll", "IsWindow", reinterpret_cast<void*>(DeadAtTheFirstQuestion));
+  const test::ImportHook hook("user32.dll", "IsWindow", DeadAtTheFirstQuestion);
   saysDead = true;
   EXPECT_EQ(KeyDown().back(), Format("ERROR MainWindow: Invalid Flutter window - flutterWindow=%p, IsWindow=true",
                                      static_cast<void*>(View())));
@@ -324,7 +324,7 @@ TEST_F(InputLog, InputAtTheOverlayThatTheViewGets) {
 BOOL WINAPI RefusePost(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
 
 TEST_F(InputLog, InputAtTheOverlayThatCannotBePosted) {
-  const test::ImportHook post("user32.dll", "PostMessageA", reinterpret_cast<void*>(RefusePost));
+  const test::ImportHook post("user32.dll", "PostMessageA", RefusePost);
   const Lines lines = Sent(Overlay(), WM_LBUTTONDOWN, 0, kOverlayLines);
   ASSERT_GE(lines.size(), 2u);
   EXPECT_EQ(lines[lines.size() - 2], "DEBUG OverlayWindowProc: PostMessage result: FAILED");

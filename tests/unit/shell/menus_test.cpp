@@ -145,8 +145,8 @@ BOOL WINAPI RecordAppend(HMENU menu, UINT flags, UINT_PTR id, const wchar_t* tex
 TEST_F(Menus, AppendPlainItemsCheckedAndGreyOnesSeparatorsAndSubmenus) {
   AddWindow();
   Inside(Window()).alwaysOnTop_ = true;
-  const test::ImportHook hook("user32.dll", "AppendMenuW", reinterpret_cast<void*>(RecordAppend));
-  realAppend = reinterpret_cast<decltype(realAppend)>(hook.Original());
+  const test::ImportHook hook("user32.dll", "AppendMenuW", RecordAppend);
+  realAppend = hook.Original<decltype(realAppend)>();
   appended.clear();
   OpenFile();
   EXPECT_EQ(appended, (Lines{"0 40001 &New Window",
@@ -301,7 +301,7 @@ HMENU WINAPI RefuseMenu() {
 
 TEST_F(Menus, MenuThatCannotBeCreatedIsLogged) {
   menusRefusedAfter = 0;
-  const test::ImportHook hook("user32.dll", "CreatePopupMenu", reinterpret_cast<void*>(&RefuseMenu));
+  const test::ImportHook hook("user32.dll", "CreatePopupMenu", &RefuseMenu);
   LogCapture log;
   Inside(Window()).commands_.ShowFileMenu();
   Inside(Window()).commands_.ShowHelpMenu();
@@ -312,7 +312,7 @@ TEST_F(Menus, MenuThatCannotBeCreatedIsLogged) {
 
 TEST_F(Menus, VlcSettingsThatCannotBeCreatedAreLeftOut) {
   menusRefusedAfter = 1;
-  const test::ImportHook hook("user32.dll", "CreatePopupMenu", reinterpret_cast<void*>(&RefuseMenu));
+  const test::ImportHook hook("user32.dll", "CreatePopupMenu", &RefuseMenu);
   EXPECT_EQ(OpenFile().lines,
             (Lines{"&New Window (40001)", "---", "&Settings... (40002)", "---", "Always on &Top (40003)", "---",
                    "&Fullscreen\tF11 (40008)", "---", "E&xit (40004)"}));

@@ -60,8 +60,8 @@ BOOL WINAPI OnGetMonitorInfo(HMONITOR monitor, MONITORINFO* info) {
 
 TEST_F(NewWindow, GoesByTheWorkAreaOfTheMonitorNearestToTheReference) {
   VantroWindow& reference = OpenWindow();
-  const ImportHook from("user32.dll", "MonitorFromWindow", reinterpret_cast<void*>(OnMonitorFromWindow));
-  const ImportHook info("user32.dll", "GetMonitorInfoA", reinterpret_cast<void*>(OnGetMonitorInfo));
+  const ImportHook from("user32.dll", "MonitorFromWindow", OnMonitorFromWindow);
+  const ImportHook info("user32.dll", "GetMonitorInfoA", OnGetMonitorInfo);
   // The reference is over the right and the lower edge of that area, so the new window goes to its upper left corner.
   SetWindowPos(reference.hwnd_, nullptr, 3800, 800, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   CreateNewWindow(reference);
@@ -83,8 +83,8 @@ bool SendAndRun(FlutterDesktopMessengerRef messenger, const char* channel, const
 TEST_F(NewWindow, OpenedDuringABroadcastReceivesItToo) {
   OpenWindow();
   OpenWindow();
-  const ImportHook hook("flutter_windows.dll", "FlutterDesktopMessengerSend", reinterpret_cast<void*>(SendAndRun));
-  realSend = reinterpret_cast<decltype(realSend)>(hook.Original());
+  const ImportHook hook("flutter_windows.dll", "FlutterDesktopMessengerSend", SendAndRun);
+  realSend = hook.Original<decltype(realSend)>();
   test::InterfaceEnd interface(loopback_);
   int opened = 0;
   onFirstSend = [&] {

@@ -30,8 +30,8 @@ class HookChain : public test::WindowTest {
   // Returns the hook that the procedure passes to CallNextHookEx for a move of the newest window.
   static HHOOK HookPassedOnFor(const VantroWindow& newest) {
     CWPSTRUCT sent{0, 0, WM_MOVE, newest.hwnd_};
-    const ImportHook place("user32.dll", "SetWindowPos", reinterpret_cast<void*>(ChangeTheNewest));
-    const ImportHook next("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNext));
+    const ImportHook place("user32.dll", "SetWindowPos", ChangeTheNewest);
+    const ImportHook next("user32.dll", "CallNextHookEx", RecordNext);
     handedOn_ = reinterpret_cast<HHOOK>(-1);
     FlutterOverlay::WindowSyncHookProc(0, 0, reinterpret_cast<LPARAM>(&sent));
     return handedOn_;

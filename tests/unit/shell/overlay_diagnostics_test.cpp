@@ -69,7 +69,7 @@ HWND WINAPI NoWindow(POINT) { return nullptr; }
 
 TEST(WindowUnderThePoint, IsUnknownAndHasNeitherClassNorTitleWhereThereIsNone) {
   const Popup overlay(100);
-  const test::ImportHook hook("user32.dll", "WindowFromPoint", reinterpret_cast<void*>(NoWindow));
+  const test::ImportHook hook("user32.dll", "WindowFromPoint", NoWindow);
   const test::LogCapture log;
   LogOverlayInput({overlay.Get(), overlay.Get(), nullptr}, 0);
   EXPECT_EQ(log.CountContaining(": " + test::Format("%p", nullptr) + ", class '', title ''"), 2);
@@ -90,8 +90,8 @@ int WINAPI TitleOfDigits(HWND, char* title, int capacity) {
 TEST(WindowUnderThePoint, IsLoggedWithItsClassAndItsTitle) {
   const Popup overlay(300);
   overlay.PointAtIt();
-  const test::ImportHook className("user32.dll", "GetClassNameA", reinterpret_cast<void*>(ClassOfLetters));
-  const test::ImportHook title("user32.dll", "GetWindowTextA", reinterpret_cast<void*>(TitleOfDigits));
+  const test::ImportHook className("user32.dll", "GetClassNameA", ClassOfLetters);
+  const test::ImportHook title("user32.dll", "GetWindowTextA", TitleOfDigits);
   asked.clear();
   const test::LogCapture log;
   LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
@@ -149,9 +149,9 @@ BOOL WINAPI FailOnGetWindowRect(HWND, RECT*) {
 
 TEST(OverlayDiagnostics, AskTheSystemNothingWhileTheLogIsOff) {
   const Popup overlay(300);
-  const test::ImportHook atPoint("user32.dll", "WindowFromPoint", reinterpret_cast<void*>(FailOnWindowFromPoint));
-  const test::ImportHook text("user32.dll", "GetWindowTextA", reinterpret_cast<void*>(FailOnGetWindowText));
-  const test::ImportHook rect("user32.dll", "GetWindowRect", reinterpret_cast<void*>(FailOnGetWindowRect));
+  const test::ImportHook atPoint("user32.dll", "WindowFromPoint", FailOnWindowFromPoint);
+  const test::ImportHook text("user32.dll", "GetWindowTextA", FailOnGetWindowText);
+  const test::ImportHook rect("user32.dll", "GetWindowRect", FailOnGetWindowRect);
   ASSERT_FALSE(debugLoggingEnabled);
   LogOverlayInput({nullptr, overlay.Get(), nullptr}, 0);
   LogOverlayCreation(overlay.Get(), {});

@@ -37,8 +37,8 @@ TEST_F(OverlayHook, IsForTheSentMessagesOfThisThreadAndRemovedOnce) {
   const HWND window = nullptr;
   const std::unique_ptr<FlutterEngine> engine;
   FlutterOverlay overlay(window, engine);
-  const ImportHook set("user32.dll", "SetWindowsHookExA", reinterpret_cast<void*>(RecordSetHook));
-  const ImportHook unhook("user32.dll", "UnhookWindowsHookEx", reinterpret_cast<void*>(RecordUnhook));
+  const ImportHook set("user32.dll", "SetWindowsHookExA", RecordSetHook);
+  const ImportHook unhook("user32.dll", "UnhookWindowsHookEx", RecordUnhook);
   removedHooks.clear();
   overlay.RemoveWindowHook();
   EXPECT_TRUE(removedHooks.empty());
@@ -180,7 +180,7 @@ LRESULT WINAPI RecordNextHook(HHOOK hook, int code, WPARAM wParam, LPARAM lParam
 
 TEST_F(OverlayHook, HookPassesOnWithTheNewestWindowsHook) {
   VantroWindow& window = OpenWindow();
-  const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
+  const ImportHook hook("user32.dll", "CallNextHookEx", RecordNextHook);
   EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(-3, 5, 7), 4711);
   EXPECT_EQ(passedOn, (PassedOn{Inside(window).windowHook_, -3, 5, 7}));
 }
@@ -188,7 +188,7 @@ TEST_F(OverlayHook, HookPassesOnWithTheNewestWindowsHook) {
 TEST_F(OverlayHook, HookWithoutANewestWindowPassesOnWithNone) {
   OpenWindow();
   VantroWindow* const newest = std::exchange(VantroWindow::instance_, nullptr);
-  const ImportHook hook("user32.dll", "CallNextHookEx", reinterpret_cast<void*>(RecordNextHook));
+  const ImportHook hook("user32.dll", "CallNextHookEx", RecordNextHook);
   EXPECT_EQ(FlutterOverlay::WindowSyncHookProc(2, 5, 7), 4711);
   EXPECT_EQ(passedOn, (PassedOn{nullptr, 2, 5, 7}));
   VantroWindow::instance_ = newest;

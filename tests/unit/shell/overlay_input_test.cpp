@@ -69,7 +69,7 @@ TEST_F(OverlayInput, InputWithoutANewestWindowOrItsEngineGetsTheDefaultHandling)
   Open();
   const HWND overlay = Inside(*window_).flutterHostWindow_;
   auto engine = std::move(window_->flutterEngine_);
-  const ImportHook hook("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(DefaultResult));
+  const ImportHook hook("user32.dll", "DefWindowProcA", DefaultResult);
   for (const UINT message : {WM_KEYDOWN, WM_KEYUP, WM_MOUSEMOVE, WM_MOUSEWHEEL}) {
     VantroWindow::instance_ = window_;
     EXPECT_EQ(OverlayWindowProc(overlay, message, kKey, 0), 4711) << message << " without an engine";
@@ -175,7 +175,7 @@ TEST_P(OverlayInputMessage, WithNoViewAvailableReturnsOne) {
 
 TEST_P(OverlayInputMessage, MovesTheFocusOnlyForAKey) {
   Open();
-  const ImportHook hook("user32.dll", "GetKeyState", reinterpret_cast<void*>(SaidKeyState));
+  const ImportHook hook("user32.dll", "GetKeyState", SaidKeyState);
   heldButton = 0;
   SetFocus(Inside(*window_).searchBox_);
   Send(GetParam(), kKey);
@@ -190,7 +190,7 @@ INSTANTIATE_TEST_SUITE_P(EachKind, OverlayInputMessage,
 
 TEST_F(OverlayInput, KeyUpWhileTheLeftOrTheRightButtonIsHeldLeavesTheFocus) {
   Open();
-  const ImportHook hook("user32.dll", "GetKeyState", reinterpret_cast<void*>(SaidKeyState));
+  const ImportHook hook("user32.dll", "GetKeyState", SaidKeyState);
   for (const int button : {VK_LBUTTON, VK_RBUTTON, VK_MBUTTON}) {
     heldButton = button;
     SetFocus(Inside(*window_).searchBox_);

@@ -51,8 +51,8 @@ BOOL WINAPI RecordSetWindowPos(HWND window, HWND after, int x, int y, int width,
 
 class PlaceCalls {
  public:
-  PlaceCalls() : hook_("user32.dll", "SetWindowPos", reinterpret_cast<void*>(RecordSetWindowPos)) {
-    realSetWindowPos = reinterpret_cast<decltype(&SetWindowPos)>(hook_.Original());
+  PlaceCalls() : hook_("user32.dll", "SetWindowPos", RecordSetWindowPos) {
+    realSetWindowPos = hook_.Original<decltype(&SetWindowPos)>();
     placeCalls.clear();
   }
   // The calls for one window, for example "HWND_TOP 0,30 800x570 SWP_NOACTIVATE|SWP_SHOWWINDOW".
@@ -117,8 +117,8 @@ HWND WINAPI RecordCreateWindow(DWORD exStyle, const wchar_t* className, const wc
 }
 
 TEST_F(BareOverlay, IsAnOwnedClickThroughPopupBelowTheTitleBar) {
-  const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RecordCreateWindow));
-  realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
+  const ImportHook hook("user32.dll", "CreateWindowExW", RecordCreateWindow);
+  realCreateWindow = hook.Original<decltype(&CreateWindowExW)>();
   ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   const HWND overlay = Inside(window_).flutterHostWindow_;
   EXPECT_EQ(createCall.className, L"VantroFlutterOverlay");
@@ -137,7 +137,7 @@ TEST_F(BareOverlay, IsAnOwnedClickThroughPopupBelowTheTitleBar) {
 }
 
 TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
-  const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(RecordMargins));
+  const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", RecordMargins);
   ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_EQ(extendedBy.cxLeftWidth, -1);
   EXPECT_EQ(extendedBy.cxRightWidth, -1);
@@ -147,7 +147,7 @@ TEST_F(BareOverlay, GlassFrameCoversItsWholeClientArea) {
 }
 
 TEST_F(BareOverlay, FailedGlassFrameIsLoggedAndChangesNothing) {
-  const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", reinterpret_cast<void*>(FailToExtendFrame));
+  const ImportHook hook("dwmapi.dll", "DwmExtendFrameIntoClientArea", FailToExtendFrame);
   EXPECT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   EXPECT_TRUE(log_.Has("DEBUG CreateFlutterOverlay: DwmExtendFrameIntoClientArea result: FAILED"));
   EXPECT_TRUE(log_.Has("ERROR CreateFlutterOverlay: DWM error code: 0x80004005"));
@@ -219,7 +219,7 @@ BOOL WINAPI RecordDestroyWindow(HWND window) {
 TEST_F(BareOverlay, DestroyingItIsLoggedAndForgetsTheWindow) {
   ASSERT_TRUE(Inside(window_).overlay_.CreateFlutterOverlay(GetModuleHandleW(nullptr)));
   const HWND overlay = Inside(window_).flutterHostWindow_;
-  const ImportHook hook("user32.dll", "DestroyWindow", reinterpret_cast<void*>(RecordDestroyWindow));
+  const ImportHook hook("user32.dll", "DestroyWindow", RecordDestroyWindow);
   Inside(window_).overlay_.Destroy();
   EXPECT_TRUE(
       InOrder(log_, {test::Format("DEBUG Destructor: Destroying overlay window: %p", static_cast<void*>(overlay)),
@@ -370,7 +370,7 @@ HWND WINAPI NothingOnTop(HWND) { return nullptr; }
 
 TEST_F(Overlay, RaiseIsLoggedAfterTheCall) {
   VantroWindow& window = OpenWindow();
-  const ImportHook hook("user32.dll", "GetTopWindow", reinterpret_cast<void*>(NothingOnTop));
+  const ImportHook hook("user32.dll", "GetTopWindow", NothingOnTop);
   CallLog calls(window);
   calls.WriteToLog();
   Inside(window).overlay_.SetFlutterOverlayTopmost();

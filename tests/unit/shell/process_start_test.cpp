@@ -121,7 +121,7 @@ class Process : public testing::Test {
   }
   template <typename Function>
   void Hook(const char* library, const char* name, Function* replacement) {
-    hooks_.push_back(std::make_unique<ImportHook>(library, name, reinterpret_cast<void*>(replacement)));
+    hooks_.push_back(std::make_unique<ImportHook>(library, name, replacement));
   }
   static int Run(int showCommand = SW_SHOWNORMAL) {
     return WinMain(GetModuleHandleA(nullptr), nullptr, nullptr, showCommand);

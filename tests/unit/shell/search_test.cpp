@@ -135,7 +135,7 @@ int WINAPI NoText(HWND, wchar_t*, int) { return -1; }
 
 TEST_F(Search, ATextThatCannotBeReadIsNotSent) {
   SetText(L"a");
-  const test::ImportHook hook("user32.dll", "GetWindowTextW", reinterpret_cast<void*>(NoText));
+  const test::ImportHook hook("user32.dll", "GetWindowTextW", NoText);
   LogCapture log;
   sent_.Clear();
   EndOfTheWait();
@@ -165,8 +165,8 @@ void OnSend(int32_t, const char*, const uint8_t*, size_t, void*) { test::Note("s
 TEST_F(Search, EachStepOfAWaitIsMadeBeforeItIsLogged) {
   searching = &Window();
   loopback_.SetSendObserver(OnSend, nullptr);
-  const test::ImportHook set("user32.dll", "SetTimer", reinterpret_cast<void*>(NoteSetTimer));
-  const test::ImportHook kill("user32.dll", "KillTimer", reinterpret_cast<void*>(NoteKillTimer));
+  const test::ImportHook set("user32.dll", "SetTimer", NoteSetTimer);
+  const test::ImportHook kill("user32.dll", "KillTimer", NoteKillTimer);
   LogCapture log;
   Inside(Window()).search_.HandleSearchInput();
   Inside(Window()).search_.OnSearchDebounceTimer();

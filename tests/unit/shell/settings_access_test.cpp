@@ -28,17 +28,17 @@ class RegistryCalls {
  private:
   static LSTATUS WINAPI Open(HKEY root, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
     current->Note("open", options, access, 0);
-    return reinterpret_cast<decltype(&RegOpenKeyExW)>(current->open_.Original())(root, name, options, access, key);
+    return current->open_.Original<decltype(&RegOpenKeyExW)>()(root, name, options, access, key);
   }
   static LSTATUS WINAPI Create(HKEY root, LPCWSTR name, DWORD reserved, LPWSTR keyClass, DWORD options, REGSAM access,
                                const LPSECURITY_ATTRIBUTES security, PHKEY key, LPDWORD disposition) {
     current->Note("create", options, access, reserved);
-    return reinterpret_cast<decltype(&RegCreateKeyExW)>(current->create_.Original())(
-        root, name, reserved, keyClass, options, access, security, key, disposition);
+    return current->create_.Original<decltype(&RegCreateKeyExW)>()(root, name, reserved, keyClass, options, access,
+                                                                   security, key, disposition);
   }
   static LSTATUS WINAPI Set(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
     current->lines_.push_back("set " + NarrowFromWide(name) + Reserved(reserved));
-    return reinterpret_cast<decltype(&RegSetValueExW)>(current->set_.Original())(key, name, reserved, type, data, size);
+    return current->set_.Original<decltype(&RegSetValueExW)>()(key, name, reserved, type, data, size);
   }
   void Note(const char* call, DWORD options, REGSAM access, DWORD reserved) {
     const char* const accessName = access == KEY_READ ? "KEY_READ" : access == KEY_WRITE ? "KEY_WRITE" : "other access";
@@ -49,9 +49,9 @@ class RegistryCalls {
 
   static RegistryCalls* current;
   std::vector<std::string> lines_;
-  ImportHook open_{"advapi32.dll", "RegOpenKeyExW", reinterpret_cast<void*>(&Open)};
-  ImportHook create_{"advapi32.dll", "RegCreateKeyExW", reinterpret_cast<void*>(&Create)};
-  ImportHook set_{"advapi32.dll", "RegSetValueExW", reinterpret_cast<void*>(&Set)};
+  ImportHook open_{"advapi32.dll", "RegOpenKeyExW", &Open};
+  ImportHook create_{"advapi32.dll", "RegCreateKeyExW", &Create};
+  ImportHook set_{"advapi32.dll", "RegSetValueExW", &Set};
 };
 
 RegistryCalls* RegistryCalls::current = nullptr;
@@ -71,9 +71,9 @@ TEST_F(SettingsAccess, LoadingOpensTheKeyForReading) {
 TEST_F(SettingsAccess, SavingMakesTheKeyForWritingWithoutOptionsAndStoresEachValue) {
   const RegistryCalls calls;
   Inside(window_).commands_.SaveSettings();
-  EXPECT_THAT(calls.Lines(), ElementsAre("create options 0 KEY_WRITE", "set AlwaysOnTop", "set VLCHwAccel",
-                                         "set VLCAudioOutput", "set VLCDeinterlace", "set VLCEqualizerEnabled",
-                                         "set VLCCompressorEnabled"));
+  EXPECT_THAT(calls.Lines(),
+              ElementsAre("create options 0 KEY_WRITE", "set AlwaysOnTop", "set VLCHwAccel", "set VLCAudioOutput",
+                          "set VLCDeinterlace", "set VLCEqualizerEnabled", "set VLCCompressorEnabled"));
 }
 
 }  // namespace

@@ -335,7 +335,7 @@ LSTATUS WINAPI RefuseSet(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD) { retu
 TEST_F(Settings, KeyThatCannotBeCreatedIsLoggedAndNothingIsWritten) {
   LogCapture log;
   {
-    const test::ImportHook hook("advapi32.dll", "RegCreateKeyExW", reinterpret_cast<void*>(&RefuseCreate));
+    const test::ImportHook hook("advapi32.dll", "RegCreateKeyExW", &RefuseCreate);
     Inside(window_).commands_.SaveSettings();
   }
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
@@ -345,7 +345,7 @@ TEST_F(Settings, KeyThatCannotBeCreatedIsLoggedAndNothingIsWritten) {
 
 TEST_F(Settings, OnlyAFailureOfTheFirstValueIsLogged) {
   LogCapture log;
-  const test::ImportHook hook("advapi32.dll", "RegSetValueExW", reinterpret_cast<void*>(&RefuseSet));
+  const test::ImportHook hook("advapi32.dll", "RegSetValueExW", &RefuseSet);
   Inside(window_).commands_.SaveSettings();
   EXPECT_EQ(log.Lines(), (std::vector<std::string>{"INFO SaveSettings: Saving application settings to registry",
                                                    "ERROR SaveSettings: Failed to save always on top setting: 29"}));

@@ -25,7 +25,7 @@ using Lines = std::vector<std::string>;
 class HiddenPath {
  public:
   explicit HiddenPath(std::wstring end, int lookError = ENOENT) {
-    original = reinterpret_cast<decltype(original)>(hook_.Original());
+    original = hook_.Original<decltype(original)>();
     hidden = std::move(end);
     error = lookError;
   }
@@ -41,7 +41,7 @@ class HiddenPath {
   static inline std::wstring hidden;
   static inline int error = ENOENT;
   static inline int (*original)(const wchar_t*, struct _stat64*) = nullptr;
-  ImportHook hook_{"msvcrt.dll", "_wstat64", reinterpret_cast<void*>(&Status)};
+  ImportHook hook_{"msvcrt.dll", "_wstat64", &Status};
 };
 
 // Returns the program's folder without a backslash at the end, in the form of the status query.
@@ -102,7 +102,7 @@ DWORD WINAPI ReturnSizeOnly(const char*, char*, DWORD size) { return size == 0 ?
 
 TEST(VlcDiagnostics, SearchPathThatCannotBeReadIsAFailure) {
   const HiddenPath hidden(ProgramFolder());
-  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", reinterpret_cast<void*>(ReturnSizeOnly));
+  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", ReturnSizeOnly);
   const LogCapture log;
   LogVlcRuntime();
   EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING Failed to get PATH environment variable"));
@@ -112,7 +112,7 @@ DWORD WINAPI ReturnTheSizeItself(const char*, char*, DWORD) { return 20; }
 
 TEST(VlcDiagnostics, SearchPathThatHasGrownMeanwhileIsAFailure) {
   const HiddenPath hidden(ProgramFolder());
-  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", reinterpret_cast<void*>(ReturnTheSizeItself));
+  const ImportHook hook("kernel32.dll", "GetEnvironmentVariableA", ReturnTheSizeItself);
   const LogCapture log;
   LogVlcRuntime();
   EXPECT_EQ(log.Lines(), MissingVlcDirectory("WARNING Failed to get PATH environment variable"));
@@ -127,8 +127,8 @@ int WINAPI RecordConversion(UINT codePage, DWORD flags, const char* text, int le
 }
 
 TEST(VlcDiagnostics, ReadsPathsInTheCodePageOfTheSystem) {
-  const ImportHook hook("kernel32.dll", "MultiByteToWideChar", reinterpret_cast<void*>(RecordConversion));
-  realConversion = reinterpret_cast<decltype(realConversion)>(hook.Original());
+  const ImportHook hook("kernel32.dll", "MultiByteToWideChar", RecordConversion);
+  realConversion = hook.Original<decltype(realConversion)>();
   conversions.clear();
   LogVlcRuntime();
   const std::string plain = std::to_string(CP_ACP) + ", 0";
@@ -158,7 +158,7 @@ HMODULE WINAPI RefuseLoad(const char*) {
 }
 
 TEST(LibVlcLoad, FailureIsLoggedWithItsErrorAndAMissingDependencyByName) {
-  const ImportHook hook("kernel32.dll", "LoadLibraryA", reinterpret_cast<void*>(RefuseLoad));
+  const ImportHook hook("kernel32.dll", "LoadLibraryA", RefuseLoad);
   const LogCapture log;
   loadError = ERROR_BAD_EXE_FORMAT;
   LogLibVlcLoad();
@@ -177,7 +177,7 @@ BOOL WINAPI CountFree(HMODULE library) {
 }
 
 TEST(LibVlcLoad, FreesTheLibraryAgain) {
-  const ImportHook hook("kernel32.dll", "FreeLibrary", reinterpret_cast<void*>(CountFree));
+  const ImportHook hook("kernel32.dll", "FreeLibrary", CountFree);
   freed = 0;
   LogLibVlcLoad();
   EXPECT_EQ(freed, 1);
@@ -189,7 +189,7 @@ FARPROC WINAPI RefuseFunction(HMODULE, const char*) {
 }
 
 TEST(LibVlcLoad, LibraryWithoutItsFirstFunctionIsAnError) {
-  const ImportHook hook("kernel32.dll", "GetProcAddress", reinterpret_cast<void*>(RefuseFunction));
+  const ImportHook hook("kernel32.dll", "GetProcAddress", RefuseFunction);
   const LogCapture log;
   LogLibVlcLoad();
   EXPECT_EQ(log.Lines(), (Lines{"INFO Manually loading libvlc.dll succeeded",
@@ -256,7 +256,7 @@ TEST(WindowCreationDiagnostics, ATestWindowThatSucceedsIsDestroyedAfterItsLine) 
 }
 
 TEST(WindowCreationDiagnostics, ASecondFailureIsLoggedWithItsErrorAndTheInvalidHandleWithItsReason) {
-  const ImportHook creation("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RefuseWindow));
+  const ImportHook creation("user32.dll", "CreateWindowExW", RefuseWindow);
   testWindows.clear();
   const LogCapture log;
   LogWindowCreationFailure(GetModuleHandleW(nullptr), ERROR_INVALID_WINDOW_HANDLE);

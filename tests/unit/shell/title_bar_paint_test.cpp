@@ -62,8 +62,8 @@ HDC WINAPI NoDeviceContext(HWND) { return nullptr; }
 
 TEST_F(TitleBarStrip, WithoutADeviceContextNothingIsDrawn) {
   const DrawingLog drawing;
-  const ImportHook windowDc("user32.dll", "GetWindowDC", reinterpret_cast<void*>(NoDeviceContext));
-  const ImportHook clientDc("user32.dll", "GetDC", reinterpret_cast<void*>(NoDeviceContext));
+  const ImportHook windowDc("user32.dll", "GetWindowDC", NoDeviceContext);
+  const ImportHook clientDc("user32.dll", "GetDC", NoDeviceContext);
   Bar().PaintFrameEdge();
   EXPECT_FALSE(Bar().PaintNow());
   EXPECT_EQ(drawing.Calls(), Lines{});
@@ -76,7 +76,7 @@ BOOL WINAPI GiveClientRect(HWND, RECT* rect) {
 }
 
 TEST_F(TitleBarStrip, IsInvalidatedInAtMostThirtyPixelsAndThenUpdated) {
-  const ImportHook client("user32.dll", "GetClientRect", reinterpret_cast<void*>(GiveClientRect));
+  const ImportHook client("user32.dll", "GetClientRect", GiveClientRect);
   for (const auto& [height, strip] : {std::pair{20, 20}, {29, 29}, {30, 30}, {31, 30}, {700, 30}}) {
     clientHeight = height;
     const CallLog calls(Window());
@@ -101,8 +101,8 @@ BOOL WINAPI OnDeleteObject(HGDIOBJ object) {
 }
 
 TEST(TitleBarBrush, IsDeletedOnceWithOrWithoutAnEndOfDrawing) {
-  const ImportHook hook("gdi32.dll", "DeleteObject", reinterpret_cast<void*>(OnDeleteObject));
-  const auto original = reinterpret_cast<decltype(&DeleteObject)>(hook.Original());
+  const ImportHook hook("gdi32.dll", "DeleteObject", OnDeleteObject);
+  const auto original = hook.Original<decltype(&DeleteObject)>();
   const HWND none = nullptr;
   for (const int ends : {0, 1, 2}) {
     deleted.clear();

@@ -110,7 +110,7 @@ class TitleBar : public ShellTest {
   std::vector<std::string> RecordCreation() {
     std::vector<std::string> calls;
     created = &calls;
-    const test::ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(&RecordCreate));
+    const test::ImportHook hook("user32.dll", "CreateWindowExW", &RecordCreate);
     Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
     return calls;
   }
@@ -235,7 +235,7 @@ TEST_F(TitleBarOfANewWindow, SearchBoxThatGetsNoFocusIsLogged) {
   const HWND file = Inside(Window()).fileButton_;
   SetFocus(file);
   LogCapture log;
-  const test::ImportHook hook("user32.dll", "SetFocus", reinterpret_cast<void*>(RefuseFocus));
+  const test::ImportHook hook("user32.dll", "SetFocus", RefuseFocus);
   Inside(fresh_).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   EXPECT_TRUE(log.Has(Format("INFO Focus test - Old: %p, New: %p, Expected: %p", static_cast<void*>(file),
                              static_cast<void*>(file), static_cast<void*>(Inside(fresh_).searchBox_))));
@@ -282,7 +282,7 @@ class RefusedControls : public TitleBar {
     std::vector<std::string> calls;
     created = &calls;
     refusedClass = className;
-    const test::ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(&RefuseCreate));
+    const test::ImportHook hook("user32.dll", "CreateWindowExW", &RefuseCreate);
     Inside(Window()).titleBar_.CreateCustomTitleBar(GetModuleHandleW(nullptr));
   }
 };

@@ -55,9 +55,9 @@ class VolumeSteps : public test::ShellTest {
   ~VolumeSteps() override { vlc_.OnCall("libvlc_audio_set_volume", {}); }
   vantro::VolumeControl& Slider() { return Inside(Window()).volumeSlider_; }
 
-  const ImportHook invalidate_{"user32.dll", "InvalidateRect", reinterpret_cast<void*>(OnInvalidateRect)};
-  const ImportHook release_{"user32.dll", "ReleaseCapture", reinterpret_cast<void*>(OnReleaseCapture)};
-  const ImportHook capture_{"user32.dll", "SetCapture", reinterpret_cast<void*>(OnSetCapture)};
+  const ImportHook invalidate_{"user32.dll", "InvalidateRect", OnInvalidateRect};
+  const ImportHook release_{"user32.dll", "ReleaseCapture", OnReleaseCapture};
+  const ImportHook capture_{"user32.dll", "SetCapture", OnSetCapture};
 };
 
 TEST_F(VolumeSteps, AClickSetsThePlayersVolumeThenRedraws) {
@@ -128,7 +128,7 @@ int WINAPI OnMapWindowPoints(HWND from, HWND to, POINT* points, UINT count) {
 }
 
 TEST_F(VolumeHitTest, MapsTheTwoCornersOfTheSlider) {
-  const ImportHook hook("user32.dll", "MapWindowPoints", reinterpret_cast<void*>(OnMapWindowPoints));
+  const ImportHook hook("user32.dll", "MapWindowPoints", OnMapWindowPoints);
   mappedPoints = 0;
   Covers(0, 0);
   EXPECT_EQ(mappedPoints, 2u);
@@ -159,7 +159,7 @@ class VolumeDrawingCalls : public testing::Test {
 };
 
 TEST_F(VolumeDrawingCalls, TheSliderIsFilledFromAWidthOfOnePixelOn) {
-  const ImportHook fill("gdiplus.dll", "GdipFillPolygonI", reinterpret_cast<void*>(OnFillPolygon));
+  const ImportHook fill("gdiplus.dll", "GdipFillPolygonI", OnFillPolygon);
   const Canvas canvas(80, 20);
   for (const auto& [volume, expected] : {std::pair{0, 0}, {1, 0}, {2, 1}, {100, 1}}) {
     polygons = 0;
@@ -176,7 +176,7 @@ Gdiplus::GpStatus WINAPI OnSetSmoothingMode(Gdiplus::GpGraphics* graphics, Gdipl
 }
 
 TEST_F(VolumeDrawingCalls, TheSliderIsDrawnWithSmoothEdges) {
-  const ImportHook smooth("gdiplus.dll", "GdipSetSmoothingMode", reinterpret_cast<void*>(OnSetSmoothingMode));
+  const ImportHook smooth("gdiplus.dll", "GdipSetSmoothingMode", OnSetSmoothingMode);
   smoothing.clear();
   Draw(Canvas(80, 20), kVolumeControlId);
   EXPECT_EQ(smoothing, (Lines{"4"}));
@@ -201,7 +201,7 @@ Gdiplus::GpStatus WINAPI LoadImageAndFail(const WCHAR*, Gdiplus::GpImage** image
 }
 
 TEST_F(VolumeDrawingCalls, ASpeakerPictureThatFailsToLoadIsNotDrawn) {
-  const ImportHook load("gdiplus.dll", "GdipLoadImageFromFile", reinterpret_cast<void*>(LoadImageAndFail));
+  const ImportHook load("gdiplus.dll", "GdipLoadImageFromFile", LoadImageAndFail);
   const Canvas canvas(20, 20);
   const LogCapture log;
   Draw(canvas, kSpeakerIconId);
@@ -217,7 +217,7 @@ HANDLE WINAPI OnLoadImage(HINSTANCE instance, const wchar_t*, UINT type, int wid
 }
 
 TEST_F(VolumeDrawingCalls, TheSpeakersIconIsLoadedAtItsDefaultSizeAndDrawnInTheMiddle) {
-  const ImportHook load("user32.dll", "LoadImageW", reinterpret_cast<void*>(OnLoadImage));
+  const ImportHook load("user32.dll", "LoadImageW", OnLoadImage);
   const Canvas canvas(60, 20);
   const DrawingLog drawing;
   iconRequests.clear();
@@ -254,7 +254,7 @@ DWORD WINAPI OnGetCurrentDirectory(DWORD size, wchar_t* folder) {
 }
 
 TEST_F(VolumeDrawingCalls, TheWorkingDirectorysLengthIsAskedForFirst) {
-  const ImportHook current("kernel32.dll", "GetCurrentDirectoryW", reinterpret_cast<void*>(OnGetCurrentDirectory));
+  const ImportHook current("kernel32.dll", "GetCurrentDirectoryW", OnGetCurrentDirectory);
   const Canvas canvas(20, 20);
   const LogCapture log;
   folderRequests.clear();

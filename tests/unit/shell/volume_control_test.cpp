@@ -278,8 +278,8 @@ DWORD WINAPI CutShort(HMODULE module, wchar_t* path, DWORD size) {
 TEST_F(VolumeDrawing, SpeakerBesideAProgramWithALongPathIsDrawn) {
   CopyPicture("speaker_file.png", ProgramFolder() / "img" / "speaker.png");
   const Canvas canvas(20, 20);
-  const test::ImportHook hook("kernel32.dll", "GetModuleFileNameW", reinterpret_cast<void*>(CutShort));
-  realModuleFileName = reinterpret_cast<decltype(realModuleFileName)>(hook.Original());
+  const test::ImportHook hook("kernel32.dll", "GetModuleFileNameW", CutShort);
+  realModuleFileName = hook.Original<decltype(realModuleFileName)>();
   Draw(canvas, kSpeakerIconId);
   ExpectOrangeSquare(canvas);
 }

@@ -41,8 +41,8 @@ LRESULT WINAPI OnDefault(HWND window, UINT message, WPARAM wParam, LPARAM lParam
 }
 
 TEST_F(MainWindowMessages, FramePaintFillsAStripOfThreePixelsAndNothingElse) {
-  const ImportHook fill("user32.dll", "FillRect", reinterpret_cast<void*>(OnFillRect));
-  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(OnDefault));
+  const ImportHook fill("user32.dll", "FillRect", OnFillRect);
+  const ImportHook rest("user32.dll", "DefWindowProcA", OnDefault);
   SetWindowPos(window_.hwnd_, nullptr, 50, 60, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   fills = defaultPaintings = 0;
   EXPECT_EQ(Send(WM_NCPAINT, 1), 0);
@@ -63,7 +63,7 @@ TEST_F(MainWindowMessages, WithoutADeviceContextTheBarIsNotReportedAsPainted) {
   Inside(window_).fullscreen_.ShowTitleBarControls();
   EXPECT_EQ(log_.CountContaining("Painted title bar background directly"), 1);
   Inside(window_).fullscreen_.HideTitleBarControls();
-  const ImportHook context("user32.dll", "GetDC", reinterpret_cast<void*>(NoDeviceContext));
+  const ImportHook context("user32.dll", "GetDC", NoDeviceContext);
   Inside(window_).fullscreen_.ShowTitleBarControls();
   EXPECT_EQ(log_.CountContaining("Painted title bar background directly"), 1);
 }
@@ -88,7 +88,7 @@ LRESULT WINAPI Record(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 TEST_F(MainWindowMessages, TheSystemReceivesAMessageWithItsArgumentsAndGivesTheResult) {
   constexpr WPARAM kFirst = MK_CONTROL;
   constexpr LPARAM kSecond = MAKELPARAM(300, 200);
-  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  const ImportHook rest("user32.dll", "DefWindowProcA", Record);
   for (const UINT message : {WM_SETFOCUS, WM_KILLFOCUS, WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP, WM_RBUTTONUP,
                              WM_MBUTTONUP, WM_LBUTTONDBLCLK, WM_RBUTTONDOWN, WM_RBUTTONDBLCLK, WM_MBUTTONDOWN,
                              WM_MBUTTONDBLCLK, WM_MOUSEWHEEL, WM_CLOSE, WM_APP + 77}) {
@@ -101,7 +101,7 @@ TEST_F(MainWindowMessages, TheSystemReceivesAMessageWithItsArgumentsAndGivesTheR
 
 TEST_F(MainWindowMessages, TheOverlayLeavesOtherMessagesToTheSystemWithTheirArguments) {
   const HWND overlay = Inside(window_).flutterHostWindow_;
-  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  const ImportHook rest("user32.dll", "DefWindowProcA", Record);
   leftToTheSystem.clear();
   EXPECT_EQ(SendMessageA(overlay, WM_APP + 77, 5, 9), 77);
   EXPECT_THAT(leftToTheSystem, testing::ElementsAre(LeftToTheSystem{overlay, WM_APP + 77, 5, 9}));
@@ -110,7 +110,7 @@ TEST_F(MainWindowMessages, TheOverlayLeavesOtherMessagesToTheSystemWithTheirArgu
 TEST_F(MainWindowMessages, AClickOnTheSearchBoxIsLeftToTheSystemWithItsArguments) {
   const RECT box = WindowRectOf(Inside(window_).searchBox_);
   SetCursorPos(static_cast<int>(box.left + box.right) / 2, static_cast<int>(box.top + box.bottom) / 2);
-  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  const ImportHook rest("user32.dll", "DefWindowProcA", Record);
   leftToTheSystem.clear();
   EXPECT_EQ(SendMessageA(window_.hwnd_, WM_LBUTTONDOWN, MK_LBUTTON, 9), 77);
   EXPECT_THAT(leftToTheSystem, testing::Contains(LeftToTheSystem{window_.hwnd_, WM_LBUTTONDOWN, MK_LBUTTON, 9}));
@@ -125,7 +125,7 @@ TEST_F(MainWindowMessages, AMessageThatIsHandledReturns0) {
     WPARAM wParam;
     LPARAM lParam;
   };
-  const ImportHook rest("user32.dll", "DefWindowProcA", reinterpret_cast<void*>(Record));
+  const ImportHook rest("user32.dll", "DefWindowProcA", Record);
   for (const Row& row :
        {Row{WM_CREATE, 0, 0}, Row{WM_MOVE, 0, 0}, Row{WM_SIZE, SIZE_RESTORED, MAKELPARAM(800, 600)},
         Row{WM_PAINT, 0, 0}, Row{WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)}, Row{WM_NCPAINT, 1, 0},
@@ -173,7 +173,7 @@ TEST_F(MainWindowMessages, AControlThatIsDrawnReturnsTrue) {
 BOOL WINAPI RefuseMenu(HMENU, UINT, int, int, int, HWND, const RECT*) { return FALSE; }
 
 TEST_F(MainWindowMessages, OtherNotificationsReachTheMenuCommandsAndOpenNoMenu) {
-  const ImportHook menu("user32.dll", "TrackPopupMenu", reinterpret_cast<void*>(RefuseMenu));
+  const ImportHook menu("user32.dll", "TrackPopupMenu", RefuseMenu);
   const test::LogCapture log;
   Send(WM_COMMAND, MAKEWPARAM(kFileButtonId, BN_SETFOCUS));
   Send(WM_COMMAND, MAKEWPARAM(kHelpButtonId, BN_KILLFOCUS));

@@ -155,7 +155,7 @@ TEST_F(WindowStart, AnEmptyClassNameIsLoggedAsEmpty) {
 TEST_F(WindowStart, FailsWithoutANativeWindowAndDiagnoses) {
   Destroy(BringUp());  // registers the class, which stays registered
   const test::LogCapture failure;
-  const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(FailToCreateMainWindow));
+  const ImportHook hook("user32.dll", "CreateWindowExW", FailToCreateMainWindow);
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
   EXPECT_FALSE(window->Initialize());
   EXPECT_TRUE(InOrder(
@@ -198,8 +198,8 @@ HWND WINAPI FailToCreateOverlay(DWORD exStyle, const wchar_t* className, const w
 }
 
 TEST_F(WindowStart, WithoutAnOverlayFailsAtTheViewAndNotSooner) {
-  const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(FailToCreateOverlay));
-  realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
+  const ImportHook hook("user32.dll", "CreateWindowExW", FailToCreateOverlay);
+  realCreateWindow = hook.Original<decltype(&CreateWindowExW)>();
   FailToStart();
   EXPECT_TRUE(InOrder(log_, {
                                 "ERROR CreateFlutterOverlay: Failed to create overlay window: 8",
@@ -243,7 +243,7 @@ TEST_F(WindowStart, FailedQueryOfTheBundleIsRaisedBeforeAnEngineIsMade) {
   auto window = std::make_unique<VantroWindow>(GetModuleHandleA(nullptr));
   ASSERT_TRUE(RoomPeer::InitializeWindow(*window));
   {
-    const ImportHook hook("msvcrt.dll", "_wstat64", reinterpret_cast<void*>(RefuseStatus));
+    const ImportHook hook("msvcrt.dll", "_wstat64", RefuseStatus);
     EXPECT_THROW(RoomPeer::InitializeFlutter(*window), std::filesystem::filesystem_error);
   }
   EXPECT_EQ(window->flutterEngine_, nullptr);
@@ -313,8 +313,8 @@ HWND WINAPI RaiseAtVideoWindow(DWORD exStyle, const wchar_t* className, const wc
 }
 
 TEST_F(WindowStart, ExceptionOfThePlayersStartFailsIt) {
-  const ImportHook hook("user32.dll", "CreateWindowExW", reinterpret_cast<void*>(RaiseAtVideoWindow));
-  realCreateWindow = reinterpret_cast<decltype(&CreateWindowExW)>(hook.Original());
+  const ImportHook hook("user32.dll", "CreateWindowExW", RaiseAtVideoWindow);
+  realCreateWindow = hook.Original<decltype(&CreateWindowExW)>();
   raise = ThrowText;
   FailToStart();
   EXPECT_TRUE(log_.Has("ERROR EXCEPTION during VLC initialization: no more of this"));
@@ -335,8 +335,8 @@ void RaiseAtChannel(FlutterDesktopMessengerRef messenger, const char* channel, F
 class WindowStartWithoutAChannel : public WindowStart {
  protected:
   explicit WindowStartWithoutAChannel()
-      : hook_("flutter_windows.dll", "FlutterDesktopMessengerSetCallback", reinterpret_cast<void*>(RaiseAtChannel)) {
-    realSetCallback = reinterpret_cast<decltype(realSetCallback)>(hook_.Original());
+      : hook_("flutter_windows.dll", "FlutterDesktopMessengerSetCallback", RaiseAtChannel) {
+    realSetCallback = hook_.Original<decltype(realSetCallback)>();
   }
   ImportHook hook_;
 };
@@ -369,7 +369,7 @@ HHOOK WINAPI FailToHook(int, HOOKPROC, HINSTANCE, DWORD) {
 }
 
 TEST_F(WindowStart, GoesOnWithoutAHook) {
-  const ImportHook hook("user32.dll", "SetWindowsHookExA", reinterpret_cast<void*>(FailToHook));
+  const ImportHook hook("user32.dll", "SetWindowsHookExA", FailToHook);
   EXPECT_EQ(Inside(OpenWindow()).windowHook_, nullptr);
   EXPECT_TRUE(log_.Has("ERROR Failed to set window hook: 5"));
 }

@@ -66,7 +66,7 @@ void WINAPI OnPostQuit(int exitCode) { test::Note("PostQuitMessage " + std::to_s
 
 TEST_F(WindowLog, TheCloseOfTheLastWindowIsLoggedBeforeItEndsTheLoopWithoutAnError) {
   VantroWindow& window = OpenWindow();
-  const test::ImportHook hook("user32.dll", "PostQuitMessage", reinterpret_cast<void*>(OnPostQuit));
+  const test::ImportHook hook("user32.dll", "PostQuitMessage", OnPostQuit);
   const test::LineStates states([&] { return std::string(window.isClosing_ ? "closing" : "open"); });
   BeginClosing(window);
   EXPECT_EQ(states.At("close requested"), "open");

@@ -233,7 +233,7 @@ BOOL WINAPI ThrowOnUpdate(HWND) { throw std::runtime_error("no more of this"); }
 TEST_F(Windows, ExceptionInANewWindowIsLoggedAndGoesNoFurther) {
   VantroWindow& reference = OpenWindow();
   const int before = CountMainWindows();
-  const ImportHook hook("user32.dll", "UpdateWindow", reinterpret_cast<void*>(ThrowOnUpdate));
+  const ImportHook hook("user32.dll", "UpdateWindow", ThrowOnUpdate);
   EXPECT_NO_THROW(CreateNewWindow(reference));
   EXPECT_TRUE(log_.Has("ERROR CreateNewWindow: Exception creating new window: no more of this"));
   EXPECT_EQ(CountMainWindows(), before);
@@ -245,7 +245,7 @@ BOOL WINAPI ThrowANumber(HWND) { throw 7; }
 
 TEST_F(Windows, UnknownExceptionInANewWindowIsLoggedAndGoesNoFurther) {
   VantroWindow& reference = OpenWindow();
-  const ImportHook hook("user32.dll", "UpdateWindow", reinterpret_cast<void*>(ThrowANumber));
+  const ImportHook hook("user32.dll", "UpdateWindow", ThrowANumber);
   EXPECT_NO_THROW(CreateNewWindow(reference));
   EXPECT_TRUE(log_.Has("ERROR CreateNewWindow: Unknown exception creating new window"));
 }

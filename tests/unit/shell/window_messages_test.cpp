@@ -152,7 +152,7 @@ HDC WINAPI NoWindowDC(HWND) { return nullptr; }
 
 TEST_F(MainWindow, FramePaintGivesUpWithoutADeviceContext) {
   Open();
-  const ImportHook hook("user32.dll", "GetWindowDC", reinterpret_cast<void*>(NoWindowDC));
+  const ImportHook hook("user32.dll", "GetWindowDC", NoWindowDC);
   EXPECT_EQ(Send(WM_NCPAINT, 1), 0);
   EXPECT_TRUE(EngineOffered(WM_NCPAINT).empty());
 }

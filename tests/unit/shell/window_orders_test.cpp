@@ -27,7 +27,7 @@ class WindowOrders : public test::WindowTest {
  protected:
   template <typename Function>
   void Hook(const char* library, const char* name, Function* replacement) {
-    hooks_.push_back(std::make_unique<ImportHook>(library, name, reinterpret_cast<void*>(replacement)));
+    hooks_.push_back(std::make_unique<ImportHook>(library, name, replacement));
   }
   ~WindowOrders() override { hooks_.clear(); }
 
