@@ -288,5 +288,21 @@ TEST_F(MultiViewEndTest, TheDestructorReleasesTheTilesThatAreLeftAfterTheInstanc
                                     StartsWith("libvlc_media_player_release(")));
 }
 
+// An event that comes during the release must not find the tile.
+TEST_F(MultiViewEndTest, TheDestructorEmptiesTheGridBeforeItReleasesTheTiles) {
+  ParentWindow parent(800, 600);
+  std::vector<size_t> tilesAtRelease;
+  {
+    VLCPlayer player;
+    ASSERT_TRUE(player.Initialize(parent.get()));
+    player.EnableMultiView();
+    ASSERT_TRUE(player.MvAddStream("http://host/1", "Tile"));
+    const PlayerInspector state(player);
+    vlc_.OnCall("libvlc_media_player_release", [&] { tilesAtRelease.push_back(state.players_.size()); });
+  }
+  vlc_.OnCall("libvlc_media_player_release", nullptr);
+  EXPECT_THAT(tilesAtRelease, ElementsAre(0u, 0u));
+}
+
 }  // namespace
 }  // namespace vantro::test
