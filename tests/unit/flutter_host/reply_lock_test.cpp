@@ -65,6 +65,11 @@ class MessengerCalls {
   static bool Send(FlutterDesktopMessengerRef messenger, const char* channel, const uint8_t* message, size_t size) {
     return Pass<decltype(FlutterDesktopMessengerSend)>("Send", messenger, channel, message, size);
   }
+  static bool SendWithReply(FlutterDesktopMessengerRef messenger, const char* channel, const uint8_t* message,
+                            size_t size, FlutterDesktopBinaryReply reply, void* userData) {
+    return Pass<decltype(FlutterDesktopMessengerSendWithReply)>("SendWithReply", messenger, channel, message, size,
+                                                                reply, userData);
+  }
   static void SetCallback(FlutterDesktopMessengerRef messenger, const char* channel,
                           FlutterDesktopMessageCallback callback, void* userData) {
     Pass<decltype(FlutterDesktopMessengerSetCallback)>("SetCallback", messenger, channel, callback, userData);
@@ -84,12 +89,13 @@ class MessengerCalls {
   FlutterDesktopMessengerRef messenger_ = nullptr;
   FlutterDesktopMessageCallback callback_ = nullptr;
   void* userData_ = nullptr;
-  std::unique_ptr<ImportHook> hooks_[6] = {
+  std::unique_ptr<ImportHook> hooks_[7] = {
       Hook("FlutterDesktopMessengerLock", &Lock),
       Hook("FlutterDesktopMessengerUnlock", &Unlock),
       Hook("FlutterDesktopMessengerIsAvailable", &IsAvailable),
       Hook("FlutterDesktopMessengerSendResponse", &SendResponse),
       Hook("FlutterDesktopMessengerSend", &Send),
+      Hook("FlutterDesktopMessengerSendWithReply", &SendWithReply),
       Hook("FlutterDesktopMessengerSetCallback", &SetCallback),
   };
 };
@@ -139,7 +145,8 @@ TEST_F(ReplyLock, IsReleasedAfterADuplicateReply) {
 TEST_F(ReplyLock, IsNotTakenBySends) {
   const uint8_t byte = 1;
   controller_->messenger()->Send(kChannel, &byte, 1);
-  EXPECT_THAT(calls_.Names(), ElementsAre("Send"));
+  controller_->messenger()->Send(kChannel, &byte, 1, [](const uint8_t*, size_t) {});
+  EXPECT_THAT(calls_.Names(), ElementsAre("Send", "SendWithReply"));
 }
 
 TEST_F(ReplyLock, HandlerIsThereWhenTheCallbackIsRegistered) {
