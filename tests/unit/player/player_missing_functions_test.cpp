@@ -195,6 +195,24 @@ INSTANTIATE_TEST_SUITE_P(Table, RestartWithout,
                                 Missing{"libvlc_media_player_play", nullptr}),
                          FunctionName);
 
+class RestartInPlaceWithout : public MissingFunctionTest {};
+TEST_P(RestartInPlaceWithout, PlaysTheOriginalTileFromItsBeginning) {
+  StartGrid(2);
+  Watchable(TilePlayer(0));
+  vlc_.SetTime(TilePlayer(0), 42000);
+  HealthyPass();
+  Tile(0).stall.lastNudgeTickMs = fakeNow;
+  Tile(0).stall.stalledTicks = 2;
+  LoseTheFunction();
+  WedgedPass();
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_play"), 1);
+  EXPECT_EQ(vlc_.CountOf("libvlc_media_player_set_time"), 0);
+}
+INSTANTIATE_TEST_SUITE_P(Table, RestartInPlaceWithout,
+                         Values(Missing{"libvlc_media_player_get_time", nullptr},
+                                Missing{"libvlc_media_player_set_time", nullptr}),
+                         FunctionName);
+
 class VideoWatchWithout : public MissingFunctionTest {};
 TEST_P(VideoWatchWithout, NeverCountsAWedge) {
   StartSingle();
