@@ -154,6 +154,13 @@ TEST_F(StartedPlayerTest, PauseToggles) {
   EXPECT_THAT(vlc_.Calls(), ElementsAre("libvlc_media_player_pause(player1)", "libvlc_media_player_pause(player1)"));
 }
 
+TEST_F(StartedPlayerTest, PauseWithoutTheSlotDoesNothing) {
+  LibVlcFunctionTable().libvlc_media_player_pause = nullptr;
+  vlc_.ClearCalls();
+  player_.Pause();
+  EXPECT_THAT(vlc_.Calls(), IsEmpty());
+}
+
 TEST_F(StartedPlayerTest, IsPlayingIsLibvlcsResult) {
   EXPECT_FALSE(player_.IsPlaying());
   vlc_.SetPlaying(Player(), true);
