@@ -36,6 +36,8 @@ struct PlayerInspector {
 
   // Runs a pass of the watchdog at the clock's time.
   void RunStallPass(StallWatchdog::TickSource clock) { player_.watchdog_.RunPass(player_.media_.get(), clock); }
+  // Whether the events find a tile. Does not allocate.
+  bool HasTiles() { return player_.grid_.HasTiles(); }
   void NudgePlayer(libvlc_media_player_t* mediaPlayer) { player_.watchdog_.NudgePlayer(mediaPlayer); }
   void AttachEventsToPlayer(libvlc_media_player_t* mediaPlayer) {
     player_.grid_.maker_.AttachEventsToPlayer(mediaPlayer);

@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "tests/support/import_hook.h"
 #include "tests/unit/player/grid_fixture.h"
 #include "tests/unit/player/window_calls.h"
 
@@ -81,6 +82,43 @@ TEST_F(MultiViewTest, TheSingleViewBecomesTheFirstTileWithoutTouchingItsStream) 
   EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] *** CALLED *** isMultiViewMode=0, existing players=0"));
   EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] Enabling multiview - clearing 0 existing players"));
   EXPECT_TRUE(log_.Has("DEBUG [EnableMultiView] Adding existing resizable player to multiview"));
+}
+
+// Looks at the player at each allocation, also at those inside the publication of the tiles.
+class PlayerWatch {
+ public:
+  explicit PlayerWatch(PlayerInspector& state) : state_(state) {
+    original = hook_.Original<decltype(original)>();
+    current = this;
+  }
+  ~PlayerWatch() { current = nullptr; }
+  PlayerWatch(const PlayerWatch&) = delete;
+  PlayerWatch& operator=(const PlayerWatch&) = delete;
+
+  int looks = 0;
+  bool lostThePlayer = false;  // neither the single view nor the tiles had it
+
+ private:
+  static void* Allocate(size_t size) {
+    if (current) {
+      ++current->looks;
+      if (!current->state_.mediaPlayer_ && !current->state_.HasTiles()) current->lostThePlayer = true;
+    }
+    return original(size);
+  }
+  static inline PlayerWatch* current = nullptr;
+  static inline void* (*original)(size_t) = nullptr;
+  PlayerInspector& state_;
+  ImportHook hook_{"msvcrt.dll", "malloc", &Allocate};
+};
+
+TEST_F(MultiViewTest, EnteringNeverLeavesAnEventWithoutThePlayer) {
+  StartWithEvents();
+  ASSERT_TRUE(SetMedia("http://host/0"));
+  const PlayerWatch watch(state_);
+  ASSERT_TRUE(player_.EnableMultiView());
+  EXPECT_GT(watch.looks, 0);
+  EXPECT_FALSE(watch.lostThePlayer);
 }
 
 TEST_F(MultiViewTest, EnteringTwiceChangesNothingTheSecondTime) {
