@@ -186,7 +186,8 @@ class Host:
         except subprocess.TimeoutExpired:
             raise WaitTimeout(f"the host did not end within {timeout or self.timeout} s{self._last_lines()}") from None
         if self.exit_code is None:
-            raise RuntimeError(f"the host was not started{self._last_lines()}")
+            raise RuntimeError(f"the host was not started, its launcher ended with {self.process.returncode}"
+                               f"{self._last_lines()}")
         return self.exit_code
 
     def quit(self, timeout=None):
