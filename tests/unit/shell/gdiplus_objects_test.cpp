@@ -24,29 +24,31 @@ using Lines = std::vector<std::string>;
 Lines createdObjects;
 std::set<const void*> livingObjects;
 
-template <typename Function, typename... Arguments>
-Gdiplus::GpStatus PassToGdiplus(const char* name, Arguments... arguments) {
-  return reinterpret_cast<Function*>(GetProcAddress(GetModuleHandleA("gdiplus.dll"), name))(arguments...);
-}
+// The replaced functions.
+decltype(&Gdiplus::DllExports::GdipCreateFromHDC) realCreateGraphics;
+decltype(&Gdiplus::DllExports::GdipCreatePen1) realCreatePen;
+decltype(&Gdiplus::DllExports::GdipCreateSolidFill) realCreateFill;
+decltype(&Gdiplus::DllExports::GdipDeleteGraphics) realDeleteGraphics;
+decltype(&Gdiplus::DllExports::GdipDeletePen) realDeletePen;
+decltype(&Gdiplus::DllExports::GdipDeleteBrush) realDeleteBrush;
+decltype(&Gdiplus::DllExports::GdipDisposeImage) realDisposeImage;
+
 Gdiplus::GpStatus Created(const char* kind, Gdiplus::GpStatus status, const void* object) {
   createdObjects.push_back(kind);
   livingObjects.insert(object);
   return status;
 }
 Gdiplus::GpStatus WINAPI OnCreateGraphics(HDC dc, Gdiplus::GpGraphics** graphics) {
-  using Function = decltype(Gdiplus::DllExports::GdipCreateFromHDC);
-  const Gdiplus::GpStatus status = PassToGdiplus<Function>("GdipCreateFromHDC", dc, graphics);
+  const Gdiplus::GpStatus status = realCreateGraphics(dc, graphics);
   return Created("graphics", status, *graphics);
 }
 Gdiplus::GpStatus WINAPI OnCreatePen(Gdiplus::ARGB color, Gdiplus::REAL width, Gdiplus::GpUnit unit,
                                      Gdiplus::GpPen** pen) {
-  using Function = decltype(Gdiplus::DllExports::GdipCreatePen1);
-  const Gdiplus::GpStatus status = PassToGdiplus<Function>("GdipCreatePen1", color, width, unit, pen);
+  const Gdiplus::GpStatus status = realCreatePen(color, width, unit, pen);
   return Created("pen", status, *pen);
 }
 Gdiplus::GpStatus WINAPI OnCreateFill(Gdiplus::ARGB color, Gdiplus::GpSolidFill** fill) {
-  using Function = decltype(Gdiplus::DllExports::GdipCreateSolidFill);
-  const Gdiplus::GpStatus status = PassToGdiplus<Function>("GdipCreateSolidFill", color, fill);
+  const Gdiplus::GpStatus status = realCreateFill(color, fill);
   return Created("fill", status, *fill);
 }
 Gdiplus::GpStatus WINAPI OnLoadPicture(const WCHAR*, Gdiplus::GpImage** image) {
@@ -58,19 +60,19 @@ Gdiplus::GpStatus WINAPI OnLoadPicture(const WCHAR*, Gdiplus::GpImage** image) {
 }
 Gdiplus::GpStatus WINAPI OnDeleteGraphics(Gdiplus::GpGraphics* graphics) {
   livingObjects.erase(graphics);
-  return PassToGdiplus<decltype(Gdiplus::DllExports::GdipDeleteGraphics)>("GdipDeleteGraphics", graphics);
+  return realDeleteGraphics(graphics);
 }
 Gdiplus::GpStatus WINAPI OnDeletePen(Gdiplus::GpPen* pen) {
   livingObjects.erase(pen);
-  return PassToGdiplus<decltype(Gdiplus::DllExports::GdipDeletePen)>("GdipDeletePen", pen);
+  return realDeletePen(pen);
 }
 Gdiplus::GpStatus WINAPI OnDeleteBrush(Gdiplus::GpBrush* brush) {
   livingObjects.erase(brush);
-  return PassToGdiplus<decltype(Gdiplus::DllExports::GdipDeleteBrush)>("GdipDeleteBrush", brush);
+  return realDeleteBrush(brush);
 }
 Gdiplus::GpStatus WINAPI OnDisposeImage(Gdiplus::GpImage* image) {
   livingObjects.erase(image);
-  return PassToGdiplus<decltype(Gdiplus::DllExports::GdipDisposeImage)>("GdipDisposeImage", image);
+  return realDisposeImage(image);
 }
 
 class GdiplusObjects : public testing::Test {
@@ -78,6 +80,13 @@ class GdiplusObjects : public testing::Test {
   GdiplusObjects() {
     createdObjects.clear();
     livingObjects.clear();
+    realCreateGraphics = createGraphics_.Original<decltype(realCreateGraphics)>();
+    realCreatePen = createPen_.Original<decltype(realCreatePen)>();
+    realCreateFill = createFill_.Original<decltype(realCreateFill)>();
+    realDeleteGraphics = deleteGraphics_.Original<decltype(realDeleteGraphics)>();
+    realDeletePen = deletePen_.Original<decltype(realDeletePen)>();
+    realDeleteBrush = deleteBrush_.Original<decltype(realDeleteBrush)>();
+    realDisposeImage = disposeImage_.Original<decltype(realDisposeImage)>();
   }
   void Draw(const Canvas& canvas, UINT id) {
     DRAWITEMSTRUCT item{};
@@ -89,12 +98,14 @@ class GdiplusObjects : public testing::Test {
   }
 
   VantroWindow window_{GetModuleHandleW(nullptr)};
-  const ImportHook hooks_[8] = {
-      {"gdiplus.dll", "GdipCreateFromHDC", OnCreateGraphics},  {"gdiplus.dll", "GdipCreatePen1", OnCreatePen},
-      {"gdiplus.dll", "GdipCreateSolidFill", OnCreateFill},    {"gdiplus.dll", "GdipLoadImageFromFile", OnLoadPicture},
-      {"gdiplus.dll", "GdipDeleteGraphics", OnDeleteGraphics}, {"gdiplus.dll", "GdipDeletePen", OnDeletePen},
-      {"gdiplus.dll", "GdipDeleteBrush", OnDeleteBrush},       {"gdiplus.dll", "GdipDisposeImage", OnDisposeImage},
-  };
+  const ImportHook createGraphics_{"gdiplus.dll", "GdipCreateFromHDC", OnCreateGraphics};
+  const ImportHook createPen_{"gdiplus.dll", "GdipCreatePen1", OnCreatePen};
+  const ImportHook createFill_{"gdiplus.dll", "GdipCreateSolidFill", OnCreateFill};
+  const ImportHook loadPicture_{"gdiplus.dll", "GdipLoadImageFromFile", OnLoadPicture};
+  const ImportHook deleteGraphics_{"gdiplus.dll", "GdipDeleteGraphics", OnDeleteGraphics};
+  const ImportHook deletePen_{"gdiplus.dll", "GdipDeletePen", OnDeletePen};
+  const ImportHook deleteBrush_{"gdiplus.dll", "GdipDeleteBrush", OnDeleteBrush};
+  const ImportHook disposeImage_{"gdiplus.dll", "GdipDisposeImage", OnDisposeImage};
 };
 
 TEST_F(GdiplusObjects, OfTheSliderAreDeletedAfterItsPaint) {
